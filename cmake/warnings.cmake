@@ -1,0 +1,10 @@
+# SPDX-License-Identifier: MIT
+# Warnings and sanitizers, as one interface target that every target of ours links.
+add_library(glwindow_warnings INTERFACE)
+target_compile_options(glwindow_warnings INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow $<$<BOOL:${GLWINDOW_WERROR}>:-Werror>)
+if(GLWINDOW_SANITIZE)
+    target_compile_options(glwindow_warnings INTERFACE
+        -fsanitize=${GLWINDOW_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+    target_link_options(glwindow_warnings INTERFACE -fsanitize=${GLWINDOW_SANITIZE})
+endif()
