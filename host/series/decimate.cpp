@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "host/series/decimate.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace host {
+namespace {
+
+constexpr std::size_t pointsPerPixel = 4;
+
+/// Appends samples to a polyline and begins a new strip after each gap.
+class Pen {
+public:
+    void to(double x, double y)
+    {
+        if (std::isnan(y)) {
+            up();
+            return;
+        }
+        if (up_)
+            line.starts.push_back(line.points.size());
+        up_ = false;
+        line.points.emplace_back(x, y);
+    }
+    void up() { up_ = true; }
+
+    Polyline line;
+
+private:
+    bool up_ = true;
+};
+
+void addRows(Pen &pen, const Table &table, const Column &column, std::size_t first,
+             std::size_t last)
+{
+    for (std::size_t row = first; row < last; ++row)
+        pen.to(table.x[row], column.values[row]);
+}
+
+// The samples of one pixel column, rows [first, last), as at most four points.
+void addPixel(Pen &pen, const Table &table, const Column &column, std::size_t first,
+              std::size_t last, double middle)
+{
+    if (last - first <= pointsPerPixel)
+        return addRows(pen, table, column, first, last);
+    const Extent extent = column.pyramid.extent(column.values, first, last);
+    if (extent.empty())
+        return pen.up();
+    pen.to(table.x[first], column.values[first]);
+    pen.to(middle, extent.min);
+    pen.to(middle, extent.max);
+    pen.to(table.x[last - 1], column.values[last - 1]);
+}
+
+std::size_t firstRowFrom(const Table &table, double x)
+{
+    return std::size_t(std::lower_bound(table.x.begin(), table.x.end(), x) - table.x.begin());
+}
+
+} // namespace
+
+std::size_t Polyline::end(std::size_t strip) const
+{
+    return strip + 1 < starts.size() ? starts[strip + 1] : points.size();
+}
+
+std::pair<std::size_t, std::size_t> rowsBetween(const Table &table, double low, double high)
+{
+    return {firstRowFrom(table, low), firstRowFrom(table, high)};
+}
+
+Polyline decimate(const Table &table, const Column &column, double low, double high, int pixels)
+{
+    if (pixels < 1 || !(low < high))
+        return {};
+    const auto [first, last] = rowsBetween(table, low, high);
+    const std::size_t before = first > 0 ? first - 1 : first;
+    const std::size_t after = std::min(last + 1, table.rows());
+    Pen pen;
+    if (last - first <= pointsPerPixel * std::size_t(pixels)) {
+        addRows(pen, table, column, before, after);
+        return pen.line;
+    }
+    addRows(pen, table, column, before, first);
+    std::size_t begin = first;
+    const double width = (high - low) / pixels;
+    for (int pixel = 0; pixel < pixels; ++pixel) {
+        const double edge = pixel + 1 < pixels ? low + (pixel + 1) * width : high;
+        const std::size_t end = std::max(begin, std::min(last, firstRowFrom(table, edge)));
+        addPixel(pen, table, column, begin, end, low + (pixel + 0.5) * width);
+        begin = end;
+    }
+    addRows(pen, table, column, last, after);
+    return pen.line;
+}
+
+} // namespace host
