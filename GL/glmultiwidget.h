@@ -119,7 +119,7 @@ public Q_SLOTS:
 
 private:
     using Snapshot = QVector<QPointer<GLTile>>;
-    /// The grid: rows, columns and whether any tile has a usable size.
+    /// Rows and columns; -1 as long as no grid gives the tiles any area.
     struct Grid {
         int rows = -1;
         int cols = -1;

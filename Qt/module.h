@@ -25,7 +25,10 @@ inline void qRegisterObjectPointer()
     using Pointer = QPointer<QObject>;
     static const int type = [] {
         const int id = qRegisterMetaType<Pointer>("QPointer<QObject>");
-        QMetaType::registerConverter<Pointer, QObject *>([](const Pointer &p) { return p.data(); });
+        // Qt brings the converter along with the type where it knows guarded pointers.
+        if (!QMetaType::hasRegisteredConverterFunction<Pointer, QObject *>())
+            QMetaType::registerConverter<Pointer, QObject *>(
+                [](const Pointer &p) { return p.data(); });
         return id;
     }();
     Q_UNUSED(type)
