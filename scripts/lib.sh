@@ -1,0 +1,82 @@
+# SPDX-License-Identifier: MIT
+# shellcheck shell=bash disable=SC2034
+# What scripts/demo, scripts/test and .ci/run share. Sourced from the repository's root folder.
+
+# Debian packages by purpose; a command asks for the ones it uses.
+packages_build=(ninja-build qtbase5-dev libqt5opengl5-dev libglu1-mesa-dev libassimp-dev
+                libcsv-dev)
+# A compiler or a CMake that came from elsewhere than Debian's packages serves as well.
+command -v c++ >/dev/null || packages_build+=(g++)
+command -v cmake >/dev/null || packages_build+=(cmake)
+packages_screen=(xvfb xauth libgl1-mesa-dri)
+packages_models=(assimp-testmodels)
+packages_test=(libgtest-dev xdotool openbox ffmpeg pkg-config
+               python3-pyqt5 python3-pyqt5.qtopengl python3-opengl)
+packages_format=(git clang-format-14)
+
+# The screen of every run without a display: large enough for each window that is opened.
+virtual_screen='-screen 0 1600x1200x24 +extension GLX'
+
+say() { printf '== %s\n' "$*"; }
+
+# fail MESSAGE...: one line per argument on standard error, then the end.
+fail() {
+    printf 'error: %s\n' "$1" >&2
+    shift
+    [ $# -eq 0 ] || printf '       %s\n' "$@" >&2
+    exit 1
+}
+
+# Prints those of the named packages that are not installed, one per line.
+missing_packages() {
+    local package
+    for package in "$@"; do
+        dpkg-query -W -f='${db:Status-Status}\n' "$package" 2>/dev/null | grep -qx installed ||
+            printf '%s\n' "$package"
+    done
+}
+
+# as_root COMMAND...: runs it directly as root, else through sudo.
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    else
+        sudo "$@"
+    fi
+}
+
+# require PACKAGE...: installs what is missing and touches nothing when all is there.
+require() {
+    command -v dpkg-query >/dev/null ||
+        fail 'this script installs Debian packages, and dpkg-query is not here.' \
+             "Install by hand what these packages hold, then build with CMake: $*"
+    local missing
+    mapfile -t missing < <(missing_packages "$@")
+    [ ${#missing[@]} -gt 0 ] || return 0
+    [ "$(id -u)" -eq 0 ] || command -v sudo >/dev/null ||
+        fail 'packages are missing, and there is no sudo to install them. As root, run:' \
+             "apt-get install ${missing[*]}"
+    say "installing: ${missing[*]}"
+    # A source that cannot be reached need not hold any of these packages: the installation decides.
+    as_root apt-get update </dev/null || say 'some package lists were not updated'
+    as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y --no-install-recommends "${missing[@]}" </dev/null ||
+        fail 'apt-get could not install the packages above.'
+}
+
+# build PRESET: configures and builds, with ccache where it is installed.
+build() {
+    local options=()
+    if command -v ccache >/dev/null; then
+        options+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+    fi
+    say "configuring build/$1"
+    cmake --preset "$1" "${options[@]}" </dev/null
+    say "building build/$1"
+    cmake --build "build/$1" </dev/null
+}
+
+# on_virtual_screen COMMAND...: runs it on an X server of its own with software GL.
+on_virtual_screen() {
+    LIBGL_ALWAYS_SOFTWARE=1 QT_QPA_PLATFORM=xcb xvfb-run -a -s "$virtual_screen" "$@" </dev/null
+}
