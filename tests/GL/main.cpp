@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+// The main of the module's test programs: Qt's application first, a GL context where one is needed.
+#include <cstdio>
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QGLWidget>
+
+#ifdef GLWINDOW_TEST_GL
+static bool hasContext()
+{
+    QGLWidget probe;
+    probe.makeCurrent();
+    return probe.isValid() && QGLContext::currentContext() && glGetString(GL_VERSION);
+}
+#else
+static bool hasContext()
+{
+    return true;
+}
+#endif
+
+int main(int argc, char **argv)
+{
+    testing::InitGoogleTest(&argc, argv);
+#ifndef GLWINDOW_TEST_GL
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+#endif
+    QApplication application(argc, argv);
+    if (!hasContext()) {
+        std::fputs("no OpenGL context: the tests need a display with GLX\n", stderr);
+        return 1;
+    }
+    return RUN_ALL_TESTS();
+}
