@@ -2,7 +2,7 @@
 #ifndef QT_UTILS_H
 #define QT_UTILS_H
 
-#include <QMetaObject>
+#include <QMetaMethod>
 #include <QObject>
 #include <QPointer>
 #include <QVariant>
@@ -13,7 +13,14 @@ Q_DECLARE_METATYPE(QPointer<QObject>)
 /// Signals and other invokable methods do not count.
 inline bool qHasSlot(const QObject *o, const char *signature)
 {
-    return o->metaObject()->indexOfSlot(signature) >= 0;
+    // Not indexOfSlot(), which finds invokable methods too.
+    const QMetaObject *meta = o->metaObject();
+    for (int i = 0; i < meta->methodCount(); ++i) {
+        const QMetaMethod method = meta->method(i);
+        if (method.methodType() == QMetaMethod::Slot && method.methodSignature() == signature)
+            return true;
+    }
+    return false;
 }
 
 /// Whether @p o has any invokable method of the normalised signature @p signature, so that calling
