@@ -50,7 +50,7 @@ void Host::note(GLW *o, const char *slot)
 
 void Host::Repeat(GLW *o, bool state, bool repeat)
 {
-    note(o, state ? (repeat ? "PressAgain" : "Press") : "Release");
+    note(o, state ? (repeat ? "KeyAgain" : "KeyDown") : "KeyUp");
 }
 
 WindowTest::WindowTest() : window(new QGLWindow(nullptr, "window"))
