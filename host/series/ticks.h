@@ -31,6 +31,10 @@ std::vector<Tick> numberTicks(double low, double high, double pixels, double spa
 /// Mondays, months or years of the calendar, shown in UTC. Only the years 1 to 9999 are marked.
 std::vector<Tick> timeTicks(double low, double high, double pixels, double spacing);
 
+/// A moment (seconds since 1970-01-01 00:00 UTC) as an ISO date, with the time of day, in UTC to
+/// the millisecond, unless that is midnight.
+QString timeText(double seconds);
+
 } // namespace host
 
 #endif

@@ -162,6 +162,18 @@ Tick tickAt(double value, const Step &step)
 
 } // namespace
 
+QString timeText(double seconds)
+{
+    const double rounded = std::round(seconds * 1000) / 1000;
+    const double ofMinute = std::fmod(rounded, 60);
+    QString text = dateOf(rounded).toString(Qt::ISODate);
+    if (std::fmod(rounded, secondsPerDay) != 0)
+        text += ' ' + clock(rounded, ofMinute == 0                      ? 60
+                                     : ofMinute == std::floor(ofMinute) ? 1
+                                                                        : 1e-3);
+    return text;
+}
+
 std::vector<Tick> timeTicks(double low, double high, double pixels, double spacing)
 {
     if (!(low < high) || !(pixels > 0) || !(spacing > 0))

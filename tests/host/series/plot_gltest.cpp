@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: MIT
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QPainter>
+#include <QPixmap>
+#include <QScreen>
+#include <QWindow>
+#include <gtest/gtest.h>
+
+#include "GL/glwidget.h"
+#include "GL/glwindow.h"
+#include "host/series/plot.h"
+
+namespace host {
+namespace {
+
+const double none = std::numeric_limits<double>::quiet_NaN();
+
+// Two level lines from x = 0 to 100: "high" at 8, without the samples 40 to 60, and "low" at 3.
+// Between the rows `step` apart there is nothing else.
+std::shared_ptr<const Table> levels(double step)
+{
+    auto table = std::make_shared<Table>();
+    std::vector<double> high;
+    for (double x = 0; x <= 100; x += step) {
+        table->x.push_back(x);
+        high.push_back(x >= 40 && x <= 60 ? none : 8);
+    }
+    table->columns.emplace_back("high", high);
+    table->columns.emplace_back("low", std::vector<double>(high.size(), 3.0));
+    return table;
+}
+
+struct DrawCase {
+    const char *name;
+    int align;
+    QRectF rect;  // of the object in the 640 x 480 window
+    QRect pixels; // the same in window pixels, y downwards
+    double step;  // between rows: few rows are drawn as they are, many are decimated
+};
+
+const DrawCase drawCases[] = {
+    {"WholeWindow", GL::Viewport::AlignCenter, {0, 0, 1, 1}, {0, 0, 640, 480}, 1},
+    {"ManyRows", GL::Viewport::AlignCenter, {0, 0, 1, 1}, {0, 0, 640, 480}, 1.0 / 1024},
+    {"TileAtTheBottom",
+     GL::Viewport::AlignLeft | GL::Viewport::AlignTop,
+     {0.375, 0.25, 0.625, 0.75},
+     {240, 120, 400, 360},
+     1},
+    {"FromTheFarEdge",
+     GL::Viewport::AlignLeft | GL::Viewport::AlignBottom,
+     {-20, -10, 500, 400},
+     {120, 70, 500, 400},
+     0.0625},
+};
+
+void PrintTo(const DrawCase &c, std::ostream *out)
+{
+    *out << c.name;
+}
+
+/// A plot in a real window, wired by signals, over a red background.
+class PlotDrawing : public testing::TestWithParam<DrawCase> {
+protected:
+    void SetUp() override
+    {
+        window.resize(640, 480);
+        object.setGeometry(GetParam().rect);
+        object.viewport.align = GetParam().align;
+        window.AddGLWidget(&object);
+        window.setProperty("drawfps", false);
+        QObject::connect(&object, &GLWidget::Draw2D, [this](GLW *glw) {
+            while (glGetError() != GL_NO_ERROR) {
+            } // Qt's, from text of the frame before
+            glEnable(GL_LIGHTING);
+            glEnable(GL_DEPTH_TEST);
+            glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+            plot.draw2D(glw);
+            GLint mode[2] = {};
+            glGetIntegerv(GL_POLYGON_MODE, mode);
+            stateKept = glIsEnabled(GL_LIGHTING) && glIsEnabled(GL_DEPTH_TEST) &&
+                        !glIsEnabled(GL_CLIP_PLANE0) && !glIsEnabled(GL_BLEND) &&
+                        mode[0] == GL_LINE;
+            glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+            glDisable(GL_LIGHTING);
+            error = glGetError();
+        });
+        QObject::connect(&object, &GLWidget::PaintForeground, [this](GLW *glw, QPainter *painter) {
+            plot.paintForeground(glw, painter);
+        });
+        window.show();
+        QElapsedTimer waited;
+        waited.start();
+        while (!(window.windowHandle() && window.windowHandle()->isExposed()) &&
+               waited.elapsed() < 5000)
+            QApplication::processEvents();
+        ASSERT_TRUE(window.context() && window.context()->isValid()) << "no GL context";
+        window.makeCurrent();
+        glClearColor(1, 0, 0, 1);
+        plot.fit(&object, {10, 10, 80, -10}); // x 10 to 90, y 0 to 10
+    }
+
+    void draw()
+    {
+        window.updateGL();
+        glFinish();
+        picture = window.screen()->grabWindow(window.winId()).toImage();
+        ASSERT_EQ(picture.size(), QSize(640, 480));
+        EXPECT_EQ(error, GLenum(GL_NO_ERROR));
+        EXPECT_TRUE(stateKept);
+    }
+
+    // The window's pixel at shares (0 to 1) of the plot's area, x to the right and y upwards.
+    QColor atShare(double x, double y) const
+    {
+        return atLocal({area.left() + x * area.width(), area.bottom() - y * area.height()});
+    }
+    QColor atLocal(const QPointF &local) const
+    {
+        const QPointF pixel = GetParam().pixels.topLeft() + local;
+        return QColor(picture.pixel(int(pixel.x()), int(pixel.y())));
+    }
+    static bool near(const QColor &a, const QColor &b)
+    {
+        return std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) +
+                   std::abs(a.blue() - b.blue()) <
+               120;
+    }
+    QColor color(int column) const { return seriesStyle(column, plot.theme()).color; }
+    QColor background() const { return plotColors(plot.theme()).background; }
+
+    QGLWindow window{nullptr, "window"};
+    GLWidget object{nullptr, "object"};
+    SeriesPlot plot{levels(GetParam().step)};
+    PlotLayout layout{plot.table(), GetParam().pixels.size()};
+    QRectF area = layout.area;
+    QImage picture;
+    GLenum error = GL_NO_ERROR;
+    bool stateKept = false;
+};
+
+TEST_P(PlotDrawing, LinesStandWhereTheirDataAre)
+{
+    draw();
+    // In x, 10 to 90 fill the area: the gap from 40 to 60 lies between 3/8 and 5/8 of it.
+    for (const double share : {0.01, 0.2, 0.36, 0.64, 0.99}) {
+        EXPECT_TRUE(near(atShare(share, 0.8), color(0))) << share;
+        EXPECT_TRUE(near(atShare(share, 0.3), color(1))) << share;
+    }
+    for (const double share : {0.385, 0.44, 0.615}) {
+        EXPECT_TRUE(near(atShare(share, 0.8), background())) << "the gap at " << share;
+        EXPECT_TRUE(near(atShare(share, 0.3), color(1))) << share;
+    }
+    for (const double share : {0.05, 0.46, 0.72, 0.97})
+        EXPECT_TRUE(near(atShare(share, 0.83), background())) << "beside the line at " << share;
+    // The lines go on beyond the range, but not into the margins.
+    const double y = area.bottom() - 0.3 * area.height();
+    EXPECT_TRUE(near(atLocal({area.right() + 3, y}), background()));
+    EXPECT_TRUE(near(atLocal({area.left() - 3, y}), background()));
+}
+
+TEST_P(PlotDrawing, LegendTogglesItsColumn)
+{
+    draw();
+    const QRectF entry = layout.legend[1];
+    const QPointF swatch(entry.left() + 8, std::floor(entry.center().y()));
+    EXPECT_TRUE(near(atLocal(swatch), color(1)));
+    plot.toggle(plot.legendHit(&object, swatch));
+    draw();
+    EXPECT_TRUE(near(atLocal(swatch), background()));
+    EXPECT_TRUE(near(atShare(0.2, 0.3), background()));
+    EXPECT_TRUE(near(atShare(0.2, 0.8), color(0)));
+}
+
+TEST_P(PlotDrawing, OnlyItsRectangleIsPainted)
+{
+    const QRect &pixels = GetParam().pixels;
+    plot.setTheme(Theme::Dark);
+    draw();
+    EXPECT_TRUE(near(atLocal({1, 1}), background()));
+    EXPECT_TRUE(near(atLocal({pixels.width() - 2.0, pixels.height() - 2.0}), background()));
+    for (const QPoint &outside :
+         {pixels.topLeft() - QPoint(2, 2), pixels.bottomRight() + QPoint(3, 3)}) {
+        if (window.rect().contains(outside)) {
+            EXPECT_EQ(QColor(picture.pixel(outside)), QColor(Qt::red));
+        }
+    }
+    plot.setBackground(false);
+    draw();
+    EXPECT_EQ(atLocal({1, 1}), QColor(Qt::red));
+}
+
+// Far into a zoom, the neighbours of the visible part lie millions of pixels away.
+TEST_P(PlotDrawing, LinesStayExactDeepInAZoom)
+{
+    plot.fit(&object, {25.00002, 3.00005, 0.00001, -0.0001});
+    draw();
+    for (const double share : {0.05, 0.52, 0.95}) {
+        EXPECT_TRUE(near(atShare(share, 0.5), color(1))) << share;
+        EXPECT_FALSE(near(atShare(share, 0.53), color(1))) << share;
+    }
+}
+
+TEST_P(PlotDrawing, CrosshairAndSelectionAreShown)
+{
+    plot.setCrosshair(Sample{1, 0, 50, 3});
+    draw();
+    const QPointF mark(area.center().x(), area.bottom() - 0.3 * area.height());
+    EXPECT_TRUE(near(atLocal(mark + QPointF(0, 4)), color(1))) << "the dot is larger than the line";
+    EXPECT_FALSE(near(atLocal(mark + QPointF(0, 40)), background())) << "the line to the axis";
+    plot.setCrosshair({});
+    plot.select(&object, QRectF(area.left(), mark.y() - 9, area.width() / 4, 18));
+    draw();
+    EXPECT_TRUE(near(atShare(0.2, 0.3), color(1)));
+    EXPECT_FALSE(near(atShare(0.36, 0.3), color(1))) << "what is not selected fades";
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, PlotDrawing, testing::ValuesIn(drawCases),
+                         [](const auto &row) { return std::string(row.param.name); });
+
+} // namespace
+} // namespace host
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
