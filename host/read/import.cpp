@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: MIT
+#include "host/read/import.h"
+
+#include <exception>
+#include <new>
+#include <stdexcept>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+
+#include <assimp/Importer.hpp>
+#include <assimp/ProgressHandler.hpp>
+#include <assimp/config.h>
+#include <assimp/importerdesc.h>
+#include <assimp/postprocess.h>
+
+#include "host/read/scene.h"
+
+namespace host {
+namespace {
+
+/// The shares of the whole that the steps of an import take, by rule of thumb.
+constexpr double parsed = 0.6;
+constexpr double processed = 0.95;
+
+/// Passes on what assimp tells of its progress; the importer owns it.
+class ProgressRelay : public Assimp::ProgressHandler {
+public:
+    explicit ProgressRelay(const ImportProgress &sink) : sink_(sink) {}
+
+    bool Update(float) override { return true; }
+
+    void UpdateFileRead(int step, int steps) override
+    {
+        tell(0, parsed, step, steps, QStringLiteral("reading"));
+    }
+
+    void UpdatePostProcess(int step, int steps) override
+    {
+        tell(parsed, processed, step, steps, QStringLiteral("preparing"));
+    }
+
+private:
+    void tell(double from, double to, int step, int steps, const QString &stage)
+    {
+        const double done = steps > 0 ? qBound(0.0, double(step) / steps, 1.0) : 0;
+        if (sink_)
+            sink_(from + (to - from) * done, stage);
+    }
+
+    ImportProgress sink_;
+};
+
+/// The words of a parser, made fit to be shown: one line, of bounded length, without folders.
+QString tidyReason(const char *text, const QString &path)
+{
+    QString reason = QString::fromUtf8(text);
+    const QString name = QFileInfo(path).fileName();
+    reason.replace(path, name);
+    for (QChar &c : reason) {
+        if (!c.isPrint())
+            c = QLatin1Char(' ');
+    }
+    reason = reason.simplified();
+    if (reason.startsWith(QLatin1String("No suitable reader found")))
+        return QStringLiteral("no reader knows this kind of file");
+    if (reason.size() > 200)
+        reason = reason.left(199) + QChar(0x2026);
+    return reason.isEmpty() ? QStringLiteral("the reader gives no reason") : reason;
+}
+
+QString whyNot(const Assimp::Importer &importer, const QString &path)
+{
+    try {
+        if (importer.GetException())
+            std::rethrow_exception(importer.GetException());
+    } catch (const std::bad_alloc &) {
+        return QStringLiteral("it asks for more memory than there is");
+    } catch (const std::length_error &) {
+        return QStringLiteral("it gives an impossible size; it may be broken or cut short");
+    } catch (...) {
+        // Its words are in the importer's error text.
+    }
+    return tidyReason(importer.GetErrorString(), path);
+}
+
+void configure(Assimp::Importer &importer)
+{
+    importer.SetPropertyInteger(AI_CONFIG_PP_SBP_REMOVE,
+                                aiPrimitiveType_POINT | aiPrimitiveType_LINE);
+    importer.SetPropertyFloat(AI_CONFIG_PP_GSN_MAX_SMOOTHING_ANGLE, 60);
+}
+
+std::string formatName(const Assimp::Importer &importer)
+{
+    const int index = importer.GetPropertyInteger("importerIndex", -1);
+    const aiImporterDesc *about =
+        index < 0 ? nullptr : importer.GetImporterInfo(std::size_t(index));
+    return about && about->mName ? about->mName : "";
+}
+
+/// Returns what @p scene has instead of faces, or nothing if it has at least one;
+/// @p dropped faces were taken out.
+QString lackOf(const aiScene &scene, quint64 dropped)
+{
+    bool any = false;
+    for (unsigned i = 0; i < scene.mNumMeshes; ++i) {
+        const aiMesh &mesh = *scene.mMeshes[i];
+        any = any || mesh.mNumVertices > 0;
+        for (unsigned k = 0; k < mesh.mNumFaces; ++k) {
+            if (mesh.mFaces[k].mNumIndices >= 3)
+                return {};
+        }
+    }
+    if (dropped > 0)
+        return QStringLiteral("none of its faces has usable coordinates");
+    return any ? QStringLiteral("there are no triangles in it, only points or lines")
+               : QStringLiteral("there are no triangles in it");
+}
+
+Imported import(const QString &path, const ImportProgress &progress, const MeshLimits &limits)
+{
+    Assimp::Importer importer;
+    configure(importer);
+    importer.SetProgressHandler(new ProgressRelay(progress));
+
+    // No processing at first: several steps misbehave on the numbers that prepareScene() removes.
+    const aiScene *scene = importer.ReadFile(QFile::encodeName(path).constData(), 0);
+    if (!scene)
+        return {{}, whyNot(importer, path)};
+    const std::string format = formatName(importer);
+    // The importer has no other way to work on its scene between two steps.
+    const quint64 dropped = prepareScene(const_cast<aiScene &>(*scene), format);
+    const QString lack = lackOf(*scene, dropped);
+    if (!lack.isEmpty())
+        return {{}, lack};
+    scene =
+        importer.ApplyPostProcessing(aiProcess_Triangulate | aiProcess_SortByPType |
+                                     aiProcess_GenSmoothNormals | aiProcess_JoinIdenticalVertices);
+    if (!scene)
+        return {{}, whyNot(importer, path)};
+    if (progress)
+        progress(processed, QStringLiteral("joining"));
+    return flattenScene(*scene, uprightTurn(*scene, format), limits);
+}
+
+} // namespace
+
+Imported importMesh(const QString &path, const ImportProgress &progress, const MeshLimits &limits)
+{
+    const QString objection = fileObjection(path);
+    if (!objection.isEmpty())
+        return {{}, objection};
+    try {
+        return import(path, progress, limits);
+    } catch (const std::bad_alloc &) {
+        return {{}, QStringLiteral("it asks for more memory than there is")};
+    } catch (const std::exception &error) {
+        return {{}, tidyReason(error.what(), path)};
+    }
+}
+
+QString fileObjection(const QString &path)
+{
+    const QFileInfo info(path);
+    if (!info.exists())
+        return info.isSymLink() ? QStringLiteral("the link points to nothing")
+                                : QStringLiteral("there is no such file");
+    if (info.isDir())
+        return QStringLiteral("it is a folder");
+    if (!info.isFile())
+        return QStringLiteral("it is not a regular file");
+    if (!info.isReadable())
+        return QStringLiteral("there is no permission to read it");
+    if (info.size() == 0)
+        return QStringLiteral("the file is empty");
+    return {};
+}
+
+QString readFailure(const QString &path, const QString &reason)
+{
+    return QStringLiteral("cannot read %1: %2").arg(QFileInfo(path).fileName(), reason);
+}
+
+} // namespace host

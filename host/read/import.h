@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_READ_IMPORT_H
+#define HOST_READ_IMPORT_H
+
+#include <functional>
+
+#include <QString>
+
+#include "host/read/mesh.h"
+
+namespace host {
+
+/// Is told how far an import is: @p fraction from 0 to 1, @p stage in words for a person.
+using ImportProgress = std::function<void(double fraction, const QString &stage)>;
+
+/// What importMesh() gives: a mesh, or why there is none.
+struct Imported {
+    Mesh mesh;
+    QString reason; ///< Empty if the mesh is good; else a phrase without the file's name.
+
+    bool ok() const { return reason.isEmpty(); }
+};
+
+/// Reads the model file @p path, in any format of the assimp library, in this thread and process.
+/// Polygons become triangles; missing normals are made, smooth up to a crease of 60 degrees;
+/// points, lines, and triangles without area or with unusable vertices are dropped; models of
+/// formats whose up is not +Y are turned upright. Vertex colours are kept where the material says
+/// no more than a shade of grey. Returns a mesh of at least one triangle, or a reason.
+///
+/// A broken file can crash a parser, or keep it busy for ever: see MeshReader for the safe way.
+Imported importMesh(const QString &path, const ImportProgress &progress = {},
+                    const MeshLimits &limits = {});
+
+/// Why @p path cannot hold a model whatever its format: missing, a folder, not readable, empty.
+/// Returns an empty text if there is nothing against it.
+QString fileObjection(const QString &path);
+
+/// The message for a person: "cannot read NAME: REASON", with the name but not the folder.
+QString readFailure(const QString &path, const QString &reason);
+
+} // namespace host
+
+#endif

@@ -1,0 +1,292 @@
+// SPDX-License-Identifier: MIT
+#include "host/read/scene.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include <assimp/material.h>
+
+namespace host {
+namespace {
+
+constexpr quint32 unseen = std::numeric_limits<quint32>::max();
+
+bool usable(const aiVector3D &v)
+{
+    const auto fits = [](float x) {
+        return std::isfinite(x) && std::abs(x) <= Mesh::maxCoordinate;
+    };
+    return fits(v.x) && fits(v.y) && fits(v.z);
+}
+
+/// Twice the area as a vector, relative to the longer edges so that tiny triangles have it too;
+/// zero without area.
+aiVector3D faceNormal(const aiVector3D &a, const aiVector3D &b, const aiVector3D &c)
+{
+    aiVector3D u = b - a, v = c - a;
+    const float scale = std::max(
+        {std::abs(u.x), std::abs(u.y), std::abs(u.z), std::abs(v.x), std::abs(v.y), std::abs(v.z)});
+    if (!(scale > 0))
+        return {};
+    u *= 1 / scale;
+    v *= 1 / scale;
+    return u ^ v;
+}
+
+/// Joins the instances of a scene's meshes, one after the other, into one mesh.
+class Flattener {
+public:
+    Flattener(const aiScene &scene, const MeshLimits &limits) : scene_(scene), limits_(limits) {}
+
+    Imported run(const aiMatrix4x4 &turn);
+
+private:
+    struct Instance {
+        const aiNode *node;
+        const aiMesh *mesh;
+        aiMatrix4x4 world;
+    };
+
+    QString collect(const aiMatrix4x4 &turn);
+    QString measure() const;
+    void add(const Instance &instance);
+    quint32 addVertex(const Instance &instance, const aiMatrix3x3 &turn, unsigned index,
+                      const aiVector3D &position, const aiVector3D &facing);
+    void beginPart(const Instance &instance);
+    void addColour(const aiMesh &mesh, unsigned index);
+    void lightenBlack();
+    void finishBounds();
+
+    const aiScene &scene_;
+    const MeshLimits &limits_;
+    std::vector<Instance> instances_;
+    std::vector<quint32> seen_; // of the mesh in work: its vertex -> the vertex in out_
+    bool coloured_ = false;     // some mesh shows the colours of its vertices
+    bool fromVertices_ = false; // the mesh in work does
+    Mesh out_;
+};
+
+bool isNeutral(const std::array<float, 4> &colour)
+{
+    const auto [low, high] = std::minmax({colour[0], colour[1], colour[2]});
+    return high - low < 0.02f;
+}
+
+std::array<float, 4> colourOf(const aiScene &scene, const aiMesh &mesh)
+{
+    if (mesh.mMaterialIndex >= scene.mNumMaterials)
+        return MeshPart().colour;
+    return materialColour(*scene.mMaterials[mesh.mMaterialIndex]);
+}
+
+/// Some readers make up black colours for vertices where the file has none.
+bool showsVertexColours(const aiScene &scene, const aiMesh &mesh)
+{
+    if (!mesh.HasVertexColors(0) || !isNeutral(colourOf(scene, mesh)))
+        return false;
+    const aiColor4D *colours = mesh.mColors[0];
+    return std::any_of(colours, colours + mesh.mNumVertices,
+                       [](const aiColor4D &c) { return !isBlack(c.r, c.g, c.b); });
+}
+
+/// Fills instances_, parents before children, in the order of the file.
+QString Flattener::collect(const aiMatrix4x4 &turn)
+{
+    struct Step {
+        const aiNode *node;
+        aiMatrix4x4 above;
+        int depth;
+    };
+    std::vector<Step> steps;
+    if (scene_.mRootNode)
+        steps.push_back({scene_.mRootNode, turn, 1});
+    quint64 nodes = 0;
+    while (!steps.empty()) {
+        const Step step = steps.back();
+        steps.pop_back();
+        if (++nodes > limits_.nodes)
+            return QStringLiteral("it has more than %1 nodes").arg(limits_.nodes);
+        if (step.depth > limits_.depth)
+            return QStringLiteral("its nodes are nested more than %1 deep").arg(limits_.depth);
+        const aiMatrix4x4 world = step.above * step.node->mTransformation;
+        for (unsigned i = 0; i < step.node->mNumMeshes; ++i) {
+            const unsigned mesh = step.node->mMeshes[i];
+            if (mesh < scene_.mNumMeshes)
+                instances_.push_back({step.node, scene_.mMeshes[mesh], world});
+        }
+        for (unsigned i = step.node->mNumChildren; i-- > 0;) {
+            if (step.node->mChildren[i]) // some readers leave gaps
+                steps.push_back({step.node->mChildren[i], world, step.depth + 1});
+        }
+    }
+    return {};
+}
+
+/// Holds what the instances will take against the limits, before any of it is made.
+QString Flattener::measure() const
+{
+    quint64 indices = 0, vertices = 0;
+    for (const Instance &instance : instances_) {
+        indices += quint64(instance.mesh->mNumFaces) * 3;
+        vertices += instance.mesh->mNumVertices;
+        if (indices > limits_.indices)
+            return QStringLiteral("it shows more than %1 triangles").arg(limits_.indices / 3);
+        if (vertices > limits_.vertices)
+            return QStringLiteral("it has more than %1 vertices").arg(limits_.vertices);
+    }
+    return {};
+}
+
+void Flattener::beginPart(const Instance &instance)
+{
+    MeshPart part;
+    const aiString &name =
+        instance.mesh->mName.length > 0 ? instance.mesh->mName : instance.node->mName;
+    part.name = QString::fromUtf8(name.C_Str()).left(200);
+    if (part.name.isEmpty())
+        part.name = QStringLiteral("part %1").arg(out_.parts.size() + 1);
+    part.colour = colourOf(scene_, *instance.mesh);
+    if (instance.mesh->mMaterialIndex < scene_.mNumMaterials) {
+        const aiString material = scene_.mMaterials[instance.mesh->mMaterialIndex]->GetName();
+        part.material = QString::fromUtf8(material.C_Str()).left(200);
+    }
+    part.firstIndex = quint32(out_.indices.size());
+    out_.parts.push_back(part);
+}
+
+void Flattener::addColour(const aiMesh &mesh, unsigned index)
+{
+    const std::array<float, 4> &plain = out_.parts.back().colour;
+    aiColor4D colour{plain[0], plain[1], plain[2], plain[3]};
+    if (fromVertices_) {
+        // Files often leave the alpha of vertices at zero, so the material's holds.
+        colour = mesh.mColors[0][index];
+        colour.a = plain[3];
+    }
+    for (const float value : {colour.r, colour.g, colour.b, colour.a}) {
+        const float share = std::isfinite(value) ? std::clamp(value, 0.0f, 1.0f) : 1;
+        out_.colours.push_back(quint8(std::lround(share * 255)));
+    }
+}
+
+quint32 Flattener::addVertex(const Instance &instance, const aiMatrix3x3 &turn, unsigned index,
+                             const aiVector3D &position, const aiVector3D &facing)
+{
+    if (seen_[index] != unseen)
+        return seen_[index];
+    seen_[index] = quint32(out_.vertexCount());
+    aiVector3D normal;
+    if (instance.mesh->mNormals)
+        normal = turn * instance.mesh->mNormals[index];
+    if (!usable(normal) || !(normal.Length() > 0))
+        normal = facing;
+    normal.NormalizeSafe();
+    out_.positions.insert(out_.positions.end(), {position.x, position.y, position.z});
+    out_.normals.insert(out_.normals.end(), {normal.x, normal.y, normal.z});
+    if (coloured_)
+        addColour(*instance.mesh, index);
+    return seen_[index];
+}
+
+/// Whether the corners of a triangle run the wrong way round for its normals.
+bool facesAway(const aiMesh &mesh, const aiMatrix3x3 &turn, const std::array<unsigned, 3> &corners,
+               const aiVector3D &facing)
+{
+    if (!mesh.mNormals)
+        return false;
+    const aiVector3D *n = mesh.mNormals;
+    return facing * (turn * (n[corners[0]] + n[corners[1]] + n[corners[2]])) < 0;
+}
+
+void Flattener::add(const Instance &instance)
+{
+    const aiMesh &mesh = *instance.mesh;
+    aiMatrix3x3 turn(instance.world);
+    const bool mirrored = turn.Determinant() < 0;
+    turn.Inverse().Transpose();
+    seen_.assign(mesh.mNumVertices, unseen);
+    beginPart(instance);
+    fromVertices_ = coloured_ && showsVertexColours(scene_, mesh);
+    for (unsigned i = 0; i < mesh.mNumFaces; ++i) {
+        const aiFace &face = mesh.mFaces[i];
+        if (face.mNumIndices != 3)
+            continue;
+        std::array<unsigned, 3> corners{face.mIndices[0], face.mIndices[1], face.mIndices[2]};
+        if (mirrored)
+            std::swap(corners[1], corners[2]);
+        std::array<aiVector3D, 3> at;
+        for (std::size_t k = 0; k < 3; ++k)
+            at[k] = instance.world * mesh.mVertices[corners[k]];
+        aiVector3D facing = faceNormal(at[0], at[1], at[2]);
+        if (!usable(at[0]) || !usable(at[1]) || !usable(at[2]) || !(facing.SquareLength() > 0))
+            continue;
+        if (facesAway(mesh, turn, corners, facing)) {
+            std::swap(corners[1], corners[2]);
+            std::swap(at[1], at[2]);
+            facing *= -1;
+        }
+        for (std::size_t k = 0; k < 3; ++k)
+            out_.indices.push_back(addVertex(instance, turn, corners[k], at[k], facing));
+    }
+    MeshPart &part = out_.parts.back();
+    part.indexCount = quint32(out_.indices.size()) - part.firstIndex;
+    if (part.indexCount == 0)
+        out_.parts.pop_back();
+}
+
+/// A model that is black all over is nearly always one whose colours its format does not carry,
+/// and nothing of it could be seen.
+void Flattener::lightenBlack()
+{
+    const auto black = [](const MeshPart &p) {
+        return isBlack(p.colour[0], p.colour[1], p.colour[2]);
+    };
+    if (coloured_ || !std::all_of(out_.parts.begin(), out_.parts.end(), black))
+        return;
+    for (MeshPart &part : out_.parts)
+        part.colour = {0.8f, 0.8f, 0.8f, part.colour[3]};
+}
+
+void Flattener::finishBounds()
+{
+    const std::vector<float> &p = out_.positions;
+    out_.min = out_.max = {p[0], p[1], p[2]};
+    for (std::size_t i = 0; i < p.size(); i += 3) {
+        for (int k = 0; k < 3; ++k) {
+            out_.min[k] = std::min(out_.min[k], p[i + std::size_t(k)]);
+            out_.max[k] = std::max(out_.max[k], p[i + std::size_t(k)]);
+        }
+    }
+}
+
+Imported Flattener::run(const aiMatrix4x4 &turn)
+{
+    QString reason = collect(turn);
+    if (reason.isEmpty())
+        reason = measure();
+    if (!reason.isEmpty())
+        return {{}, reason};
+    for (const Instance &instance : instances_)
+        coloured_ = coloured_ || showsVertexColours(scene_, *instance.mesh);
+    for (const Instance &instance : instances_) {
+        add(instance);
+        if (out_.parts.size() > limits_.parts)
+            return {{}, QStringLiteral("it has more than %1 parts").arg(limits_.parts)};
+    }
+    if (out_.indices.empty())
+        return {{}, QStringLiteral("there are no triangles in it")};
+    lightenBlack();
+    finishBounds();
+    return {std::move(out_), {}};
+}
+
+} // namespace
+
+Imported flattenScene(const aiScene &scene, const aiMatrix4x4 &turn, const MeshLimits &limits)
+{
+    return Flattener(scene, limits).run(turn);
+}
+
+} // namespace host
