@@ -5,7 +5,6 @@
 #include <new>
 #include <stdexcept>
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 
@@ -63,8 +62,6 @@ QString tidyReason(const char *text, const QString &path)
             c = QLatin1Char(' ');
     }
     reason = reason.simplified();
-    if (reason.startsWith(QLatin1String("No suitable reader found")))
-        return QStringLiteral("no reader knows this kind of file");
     if (reason.size() > 200)
         reason = reason.left(199) + QChar(0x2026);
     return reason.isEmpty() ? QStringLiteral("the reader gives no reason") : reason;
@@ -82,7 +79,14 @@ QString whyNot(const Assimp::Importer &importer, const QString &path)
     } catch (...) {
         // Its words are in the importer's error text.
     }
-    return tidyReason(importer.GetErrorString(), path);
+    const QString reason = tidyReason(importer.GetErrorString(), path);
+    if (!reason.startsWith(QLatin1String("No suitable reader found")))
+        return reason;
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    if (suffix.isEmpty() || !importer.IsExtensionSupported('.' + suffix.toStdString()))
+        return QStringLiteral("no reader knows this kind of file");
+    return QStringLiteral("no reader knows it for a .%1 file; it may be broken or cut short")
+        .arg(suffix);
 }
 
 void configure(Assimp::Importer &importer)
@@ -114,7 +118,7 @@ QString lackOf(const aiScene &scene, quint64 dropped)
         }
     }
     if (dropped > 0)
-        return QStringLiteral("none of its faces has usable coordinates");
+        return QStringLiteral("none of its faces has usable vertices");
     return any ? QStringLiteral("there are no triangles in it, only points or lines")
                : QStringLiteral("there are no triangles in it");
 }

@@ -50,7 +50,7 @@ inline quint32 checksum(const Head &head, const char *data)
     }
     for (; i < head.size; ++i)
         sum = (sum ^ quint8(data[i])) * prime;
-    return quint32(sum >> 32) ^ quint32(sum);
+    return quint32(sum * prime >> 32); // every bit of the sum reaches the upper half
 }
 
 } // namespace frames

@@ -1,0 +1,316 @@
+// SPDX-License-Identifier: MIT
+#include "host/read/import.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/host/read/support.h"
+
+namespace host {
+namespace {
+
+/// A glTF file of one triangle with the corners (0,0,0), (1,0,0), (0,1,0). @p nodes is the list of
+/// nodes.
+QByteArray gltf(const QByteArray &nodes)
+{
+    const float corners[9] = {0, 0, 0, 1, 0, 0, 0, 1, 0};
+    const QByteArray data(reinterpret_cast<const char *>(corners), sizeof corners);
+    return R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0]}],"nodes":)" + nodes +
+           R"(,"meshes":[{"name":"sail","primitives":[{"attributes":{"POSITION":0},"material":0}]}],
+           "materials":[{"name":"cloth","pbrMetallicRoughness":{"baseColorFactor":[1,0.5,0,1]}}],
+           "accessors":[{"bufferView":0,"componentType":5126,"count":3,"type":"VEC3",
+                         "min":[0,0,0],"max":[1,1,0]}],
+           "bufferViews":[{"buffer":0,"byteLength":36}],
+           "buffers":[{"byteLength":36,"uri":"data:application/octet-stream;base64,)" +
+           data.toBase64() + R"("}]})";
+}
+
+QByteArray collada(const QByteArray &upAxis)
+{
+    return R"(<?xml version="1.0"?>
+<COLLADA xmlns="http://www.collada.org/2005/11/COLLADASchema" version="1.4.1">
+<asset><up_axis>)" +
+           upAxis + R"(</up_axis></asset>
+<library_geometries><geometry id="g"><mesh>
+<source id="p"><float_array id="a" count="9">0 0 0 1 0 0 0 0 5</float_array>
+<technique_common><accessor source="#a" count="3" stride="3"><param name="X" type="float"/>
+<param name="Y" type="float"/><param name="Z" type="float"/></accessor></technique_common></source>
+<vertices id="v"><input semantic="POSITION" source="#p"/></vertices>
+<triangles count="1"><input semantic="VERTEX" source="#v" offset="0"/><p>0 1 2</p></triangles>
+</mesh></geometry></library_geometries>
+<library_visual_scenes><visual_scene id="s"><node id="n"><instance_geometry url="#g"/></node>
+</visual_scene></library_visual_scenes><scene><instance_visual_scene url="#s"/></scene></COLLADA>)";
+}
+
+const char *const stlTower =
+    "solid t\nfacet normal 0 -1 0\nouter loop\nvertex 0 0 0\nvertex 1 0 0\n"
+    "vertex 0 0 5\nendloop\nendfacet\nendsolid t\n";
+
+const char *const colouredPly =
+    "ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\nproperty float y\nproperty float "
+    "z\n"
+    "property uchar red\nproperty uchar green\nproperty uchar blue\nelement face 1\n"
+    "property list uchar int vertex_indices\nend_header\n"
+    "0 0 0 255 0 0\n1 0 0 255 0 0\n0 5 0 255 0 0\n3 0 1 2\n";
+
+/// Two quads that share the edge x = 1; the second rises to @p height at x = 2.
+QByteArray bentStrip(const QByteArray &height)
+{
+    return "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nv 2 0 " + height + "\nv 2 1 " + height +
+           "\nf 1 2 3 4\nf 2 5 6 3\n";
+}
+
+using Colour = std::array<float, 4>;
+const Colour grey{0.6f, 0.6f, 0.6f, 1}; // what assimp gives where a file says nothing
+const Colour white{1, 1, 1, 1};
+
+struct ModelCase {
+    const char *name;
+    const char *file;
+    QByteArray content;
+    std::size_t vertices, triangles;
+    QVector3D min, max;
+    QVector3D normal; // of the first vertex
+    Colour colour;    // of the first vertex
+};
+
+const ModelCase modelCases[] = {
+    {"ObjTriangle", "a.obj", objTriangle(), 3, 1, {0, 0, 0}, {2, 3, 0}, {0, 0, 1}, grey},
+    {"ObjQuadIsCut", "a.obj", objGrid(1), 4, 2, {0, 0, 0}, {1, 1, 0}, {0, 0, 1}, grey},
+    {"ObjSharpCreaseStays", "a.obj", bentStrip("9"), 8, 4, {0, 0, 0}, {2, 1, 9}, {0, 0, 1}, grey},
+    {"ObjGentleBendIsSmooth",
+     "a.obj",
+     bentStrip("0.1"),
+     6,
+     4,
+     {0, 0, 0},
+     {2, 1, 0.1f},
+     {0, 0, 1},
+     grey},
+    {"ObjMaterial",
+     "a.obj",
+     "mtllib a.mtl\nusemtl red\n" + objTriangle(),
+     3,
+     1,
+     {0, 0, 0},
+     {2, 3, 0},
+     {0, 0, 1},
+     {1, 0, 0, 0.5f}},
+    {"ObjVertexColours",
+     "a.obj",
+     "v 0 0 0 0 1 0\nv 1 0 0 0 1 0\nv 0 1 0 0 1 0\nf 1 2 3\n",
+     3,
+     1,
+     {0, 0, 0},
+     {1, 1, 0},
+     {0, 0, 1},
+     {0, 1, 0, 1}},
+    {"ObjNanIsDropped",
+     "a.obj",
+     objTriangle() + "v nan 9 9\nf 1 2 4\n",
+     3,
+     1,
+     {0, 0, 0},
+     {2, 3, 0},
+     {0, 0, 1},
+     grey},
+    {"ObjNoAreaIsDropped",
+     "a.obj",
+     objTriangle() + "v 4 0 0\nf 1 2 4\nf 1 1 3\n",
+     3,
+     1,
+     {0, 0, 0},
+     {2, 3, 0},
+     {0, 0, 1},
+     grey},
+    {"ObjUnusedVertexIsNotInTheBox",
+     "a.obj",
+     "v 0 0 0\nv 9 9 9\nv 1 0 0\nv 0 1 0\nf 1 3 4\n",
+     3,
+     1,
+     {0, 0, 0},
+     {1, 1, 0},
+     {0, 0, 1},
+     grey},
+    {"StlStandsUp", "a.stl", stlTower, 3, 1, {0, 0, 0}, {1, 5, 0}, {0, 0, 1}, white},
+    {"PlyKeepsItsY", "a.ply", colouredPly, 3, 1, {0, 0, 0}, {1, 5, 0}, {0, 0, 1}, {1, 0, 0, 1}},
+    {"GltfColour",
+     "a.gltf",
+     gltf(R"([{"mesh":0}])"),
+     3,
+     1,
+     {0, 0, 0},
+     {1, 1, 0},
+     {0, 0, 1},
+     {1, 0.5f, 0, 1}},
+    {"GltfNestedTransforms",
+     "a.gltf",
+     gltf(R"([{"children":[1],"translation":[10,0,0]},{"mesh":0,"scale":[2,3,4]}])"),
+     3,
+     1,
+     {10, 0, 0},
+     {12, 3, 0},
+     {0, 0, 1},
+     {1, 0.5f, 0, 1}},
+    {"GltfMirrored",
+     "a.gltf",
+     gltf(R"([{"mesh":0,"scale":[-1,1,1]}])"),
+     3,
+     1,
+     {-1, 0, 0},
+     {0, 1, 0},
+     {0, 0, 1},
+     {1, 0.5f, 0, 1}},
+    {"GltfTwoInstances",
+     "a.gltf",
+     gltf(R"([{"mesh":0,"children":[1]},{"mesh":0,"translation":[0,0,7]}])"),
+     6,
+     2,
+     {0, 0, 0},
+     {1, 1, 7},
+     {0, 0, 1},
+     {1, 0.5f, 0, 1}},
+    {"ColladaZUp", "a.dae", collada("Z_UP"), 3, 1, {0, 0, 0}, {1, 5, 0}, {0, 0, 1}, grey},
+    {"ColladaYUp", "a.dae", collada("Y_UP"), 3, 1, {0, 0, 0}, {1, 0, 5}, {0, -1, 0}, grey},
+};
+
+void PrintTo(const ModelCase &c, std::ostream *out)
+{
+    *out << c.name;
+}
+
+class ImportModel : public testing::TestWithParam<ModelCase> {};
+
+TEST_P(ImportModel, GivesTheMesh)
+{
+    const ModelCase &c = GetParam();
+    const ModelFolder folder;
+    folder.write(QStringLiteral("a.mtl"), "newmtl red\nKd 1 0 0\nd 0.5\n");
+    const Imported got = importMesh(folder.write(QLatin1String(c.file), c.content));
+    ASSERT_TRUE(got.ok()) << got.reason.toStdString();
+    const Mesh &mesh = got.mesh;
+    expectSound(mesh);
+    EXPECT_EQ(mesh.vertexCount(), c.vertices);
+    EXPECT_EQ(mesh.triangleCount(), c.triangles);
+    for (int axis = 0; axis < 3; ++axis) {
+        EXPECT_NEAR(mesh.min[axis], c.min[axis], 1e-5) << axis;
+        EXPECT_NEAR(mesh.max[axis], c.max[axis], 1e-5) << axis;
+        EXPECT_NEAR(mesh.normals[std::size_t(axis)], c.normal[axis], 1e-5) << axis;
+    }
+    for (std::size_t k = 0; k < 4; ++k) {
+        const float colour =
+            mesh.colours.empty() ? mesh.parts[0].colour[k] : float(mesh.colours[k]) / 255;
+        EXPECT_NEAR(colour, c.colour[k], 0.003) << k;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, ImportModel, testing::ValuesIn(modelCases),
+                         [](const auto &row) { return std::string(row.param.name); });
+
+TEST(ImportTest, PartsCarryTheirNames)
+{
+    const ModelFolder folder;
+    const QString path = folder.write(QStringLiteral("a.gltf"), gltf(R"([{"mesh":0}])"));
+    const Imported got = importMesh(path);
+    ASSERT_EQ(got.mesh.parts.size(), 1u);
+    EXPECT_TRUE(got.mesh.parts[0].name.startsWith(QLatin1String("sail")));
+    EXPECT_EQ(got.mesh.parts[0].material, QStringLiteral("cloth"));
+}
+
+struct BrokenCase {
+    const char *name;
+    const char *file;
+    QByteArray content;
+    const char *reason; // a part of it
+};
+
+const BrokenCase brokenCases[] = {
+    {"Empty", "a.obj", "", "the file is empty"},
+    {"OnlyALine", "a.obj", "v 0 0 0\nv 1 0 0\nl 1 2\n", "only points or lines"},
+    {"OnlyPoints", "a.obj", "v 0 0 0\nv 1 0 0\nv 2 0 5\n", "only points or lines"},
+    {"AllNan", "a.obj", "v nan 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n",
+     "none of its faces has usable vertices"},
+    {"NoArea", "a.obj", "v 0 0 0\nv 1 0 0\nv 2 0 0\nf 1 2 3\n", "no triangles"},
+    {"IndexOutOfRange", "a.obj", objTriangle() + "f 1 2 9\n", "index"},
+    {"CutInTheVertices", "a.ply", QByteArray(colouredPly).left(260),
+     "none of its faces has usable vertices"},
+    {"CutInTheData", "a.gltf", gltf(R"([{"mesh":0}])").left(300),
+     "no reader knows it for a .gltf file; it may be broken or cut short"},
+    {"Garbage", "a.stl", QByteArray(300, '\x93'), "STL"},
+    {"NotAModel", "a.txt", "Dear diary,\n", "no reader knows this kind of file"},
+    {"MissingCompanion", "a.gltf",
+     gltf(R"([{"mesh":0}])").replace("data:application/octet-stream;base64,", "sub/"), "sub/"},
+};
+
+void PrintTo(const BrokenCase &c, std::ostream *out)
+{
+    *out << c.name;
+}
+
+class ImportBroken : public testing::TestWithParam<BrokenCase> {};
+
+TEST_P(ImportBroken, SaysWhy)
+{
+    const ModelFolder folder;
+    const Imported got =
+        importMesh(folder.write(QLatin1String(GetParam().file), GetParam().content));
+    EXPECT_FALSE(got.ok());
+    EXPECT_TRUE(got.reason.contains(QLatin1String(GetParam().reason))) << got.reason.toStdString();
+    EXPECT_FALSE(got.reason.contains(QLatin1String("/tmp"))) << got.reason.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, ImportBroken, testing::ValuesIn(brokenCases),
+                         [](const auto &row) { return std::string(row.param.name); });
+
+TEST(ImportTest, WhatIsNoFileIsRefused)
+{
+    const ModelFolder folder;
+    EXPECT_EQ(importMesh(folder.path(QStringLiteral("a.obj"))).reason,
+              QStringLiteral("there is no such file"));
+    EXPECT_EQ(importMesh(folder.path(QString())).reason, QStringLiteral("it is a folder"));
+    EXPECT_EQ(importMesh(QStringLiteral("/dev/zero")).reason,
+              QStringLiteral("it is not a regular file"));
+}
+
+TEST(ImportTest, TheMessageNamesTheFileWithoutItsFolder)
+{
+    EXPECT_EQ(readFailure(QStringLiteral("/some/where/cube.obj"), QStringLiteral("it is odd")),
+              QStringLiteral("cannot read cube.obj: it is odd"));
+}
+
+struct LimitCase {
+    const char *name;
+    void (*tighten)(MeshLimits &);
+    const char *reason;
+};
+
+const LimitCase limitCases[] = {
+    {"Triangles", [](MeshLimits &l) { l.indices = 5; }, "more than 1 triangles"},
+    {"Vertices", [](MeshLimits &l) { l.vertices = 5; }, "more than 5 vertices"},
+    {"Parts", [](MeshLimits &l) { l.parts = 1; }, "more than 1 parts"},
+    {"Nodes", [](MeshLimits &l) { l.nodes = 1; }, "more than 1 nodes"},
+    {"Depth", [](MeshLimits &l) { l.depth = 1; }, "more than 1 deep"},
+};
+
+void PrintTo(const LimitCase &c, std::ostream *out)
+{
+    *out << c.name;
+}
+
+class ImportLimit : public testing::TestWithParam<LimitCase> {};
+
+TEST_P(ImportLimit, TwoInstancesOfAMeshPassIt)
+{
+    const ModelFolder folder;
+    const QString path =
+        folder.write(QStringLiteral("a.gltf"), gltf(R"([{"mesh":0,"children":[1]},{"mesh":0}])"));
+    MeshLimits limits;
+    GetParam().tighten(limits);
+    const Imported got = importMesh(path, {}, limits);
+    EXPECT_TRUE(got.reason.contains(QLatin1String(GetParam().reason))) << got.reason.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, ImportLimit, testing::ValuesIn(limitCases),
+                         [](const auto &row) { return std::string(row.param.name); });
+
+} // namespace
+} // namespace host

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#include "tests/host/read/support.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace host {
+
+QString ModelFolder::write(const QString &name, const QByteArray &content) const
+{
+    const QString file = path(name);
+    QDir().mkpath(QFileInfo(file).path());
+    QFile out(file);
+    EXPECT_TRUE(out.open(QIODevice::WriteOnly));
+    EXPECT_EQ(out.write(content), content.size());
+    return file;
+}
+
+QByteArray objGrid(int side)
+{
+    QByteArray text;
+    for (int y = 0; y <= side; ++y) {
+        for (int x = 0; x <= side; ++x)
+            text += "v " + QByteArray::number(x) + ' ' + QByteArray::number(y) + " 0\n";
+    }
+    for (int y = 0; y < side; ++y) {
+        for (int x = 0; x < side; ++x) {
+            const int corner = y * (side + 1) + x + 1;
+            text += 'f';
+            for (const int i : {corner, corner + 1, corner + side + 2, corner + side + 1})
+                text += ' ' + QByteArray::number(i);
+            text += '\n';
+        }
+    }
+    return text;
+}
+
+QByteArray objTriangle()
+{
+    return "v 0 0 0\nv 2 0 0\nv 0 3 0\nf 1 2 3\n";
+}
+
+void expectSound(const Mesh &mesh)
+{
+    ASSERT_FALSE(mesh.indices.empty());
+    ASSERT_EQ(mesh.positions.size(), mesh.normals.size());
+    quint32 covered = 0;
+    for (const MeshPart &part : mesh.parts) {
+        EXPECT_EQ(part.firstIndex, covered);
+        EXPECT_FALSE(part.name.isEmpty());
+        covered += part.indexCount;
+    }
+    EXPECT_EQ(covered, mesh.indices.size());
+    const auto vector = [](const std::vector<float> &a, quint32 i) {
+        return QVector3D(a.at(3 * i), a.at(3 * i + 1), a.at(3 * i + 2));
+    };
+    QVector3D low = vector(mesh.positions, mesh.indices[0]), high = low;
+    for (std::size_t t = 0; t < mesh.indices.size(); t += 3) {
+        QVector3D corners[3], normals;
+        for (std::size_t k = 0; k < 3; ++k) {
+            const quint32 i = mesh.indices[t + k];
+            corners[k] = vector(mesh.positions, i);
+            EXPECT_NEAR(vector(mesh.normals, i).length(), 1, 1e-4);
+            normals += vector(mesh.normals, i);
+            for (int axis = 0; axis < 3; ++axis) {
+                low[axis] = std::min(low[axis], corners[k][axis]);
+                high[axis] = std::max(high[axis], corners[k][axis]);
+            }
+        }
+        const QVector3D facing =
+            QVector3D::crossProduct(corners[1] - corners[0], corners[2] - corners[0]);
+        EXPECT_GT(QVector3D::dotProduct(facing, normals), 0) << "triangle " << t / 3;
+    }
+    EXPECT_EQ(mesh.min, low);
+    EXPECT_EQ(mesh.max, high);
+}
+
+} // namespace host

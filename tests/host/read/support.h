@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#ifndef TESTS_HOST_READ_SUPPORT_H
+#define TESTS_HOST_READ_SUPPORT_H
+
+#include <QByteArray>
+#include <QDir>
+#include <QString>
+#include <QTemporaryDir>
+
+#include "host/read/mesh.h"
+
+namespace host {
+
+/// A folder of small files that vanishes with the test.
+class ModelFolder {
+public:
+    /// Writes a file, with the folders above it, and returns its path.
+    QString write(const QString &name, const QByteArray &content) const;
+    QString path(const QString &name) const { return dir_.filePath(name); }
+
+private:
+    QTemporaryDir dir_;
+};
+
+/// A flat square grid of @p side x @p side quads, as an OBJ file.
+QByteArray objGrid(int side);
+
+/// A triangle in the x-y plane with the corners (0,0,0), (2,0,0), (0,3,0), as an OBJ file.
+QByteArray objTriangle();
+
+/// Fails the running test where @p mesh breaks a promise of Mesh.
+void expectSound(const Mesh &mesh);
+
+/// What the child of a test does in place of reading: see main.cpp.
+int misbehave(const QByteArray &how, const QString &file);
+
+} // namespace host
+
+#endif
