@@ -16,6 +16,8 @@ extern "C" int init(QObject *lib)
     };
     if (!lib || !qHasMethod(lib, "Register(const char*,const char*,void*)"))
         return 1;
+    // Hosts that call by name alone need the lists of ids as types before the first call.
+    qRegisterMetaType<QList<int>>("QList<int>");
     const QPointer<QObject> host(lib);
     for (const Entry &entry : entries) {
         if (host)
