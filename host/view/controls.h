@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_VIEW_CONTROLS_H
+#define HOST_VIEW_CONTROLS_H
+
+#include <functional>
+
+#include <QList>
+#include <QObject>
+#include <QPointF>
+#include <QPointer>
+
+#include "host/view/item.h"
+
+namespace host {
+
+/// The person's hands on the items of one scene object: bindings, made by name, that turn keys,
+/// drags and wheel steps into steering of the item under the pointer. It works on an object with
+/// one view and on one with tiles alike: the GLW that fires says which item is meant.
+class Controls : public QObject {
+    Q_OBJECT
+public:
+    using Lookup = std::function<Item *(GLW *)>;
+    using Peers = std::function<QList<GLW *>(GLW *)>;
+
+    /// Binds everything on @p scene. @p item gives the item of a GLW, null where there is none yet.
+    /// @p rollKeys says whether Control+drag rolls, as R+drag does anyway.
+    Controls(QObject *scene, Lookup item, bool controlRolls, QObject *parent);
+
+    /// What moves along when a GLW is steered, that one included; by default just itself. With
+    /// more than one, the others do what the first one does, each in its own frame.
+    void setPeers(Peers peers) { peers_ = std::move(peers); }
+
+    bool isDragging() const { return bool(dragged_); }
+
+    /// The pointer in the frame of @p glw: from its lower-left corner, y upwards, the middle of the
+    /// pixel. @p mouse is the record as the window holds it between events.
+    static QPointF pointerIn(const GLW *glw, const Mouse &mouse);
+
+signals:
+    void steered(GLW *glw);   ///< Something is to be drawn anew.
+    void menuAsked(GLW *glw); ///< The right button was released over @p glw.
+
+public slots:
+    void Fit(GLW *glw);
+    void Home(GLW *glw);
+    void LookFront(GLW *glw) { look(glw, Item::Side::Front); }
+    void LookBack(GLW *glw) { look(glw, Item::Side::Back); }
+    void LookLeft(GLW *glw) { look(glw, Item::Side::Left); }
+    void LookRight(GLW *glw) { look(glw, Item::Side::Right); }
+    void LookTop(GLW *glw) { look(glw, Item::Side::Top); }
+    void LookBottom(GLW *glw) { look(glw, Item::Side::Bottom); }
+    void ToggleProjection(GLW *glw);
+    void HoldRoll(GLW *glw, bool held);
+
+    void Orbit(GLW *glw, bool held);
+    void Pan(GLW *glw, bool held);
+    void Roll(GLW *glw, bool held);
+    void ZoomIn(GLW *glw) { zoom(glw, 1); }
+    void ZoomOut(GLW *glw) { zoom(glw, -1); }
+    void Focus(GLW *glw, bool pressed);
+    void Menu(GLW *glw, bool pressed);
+
+private:
+    void bindKeys(QObject *scene);
+    void bindPointer(QObject *scene, bool controlRolls);
+    void look(GLW *glw, Item::Side side);
+    void zoom(GLW *glw, float steps);
+    void dragTo(GLW *glw, Item::Drag kind, bool held);
+    void forPeers(GLW *glw, const std::function<void(Item *, GLW *)> &steer);
+
+    Lookup item_;
+    Peers peers_;
+    bool rollHeld_ = false;
+    QPointer<GLW> dragged_; // keeps the drag when the pointer passes over another object
+    Item::Drag kind_ = Item::Drag::Orbit;
+    QPointF last_; // window pixels, y upwards
+};
+
+} // namespace host
+
+#endif

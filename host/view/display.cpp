@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "host/view/display.h"
+
+#include <qopengl.h>
+
+namespace host {
+
+namespace {
+
+void setColour(const QColor &c)
+{
+    glColor4f(float(c.redF()), float(c.greenF()), float(c.blueF()), float(c.alphaF()));
+}
+
+} // namespace
+
+const Theme &Display::theme() const
+{
+    static const Theme light{{247, 249, 251},      {203, 212, 221}, {28, 34, 42}, {98, 108, 120},
+                             {255, 255, 255, 205}, {214, 98, 10},   {176, 32, 32}};
+    static const Theme darkTheme{{66, 74, 84},    {22, 25, 30},      {236, 240, 244},
+                                 {160, 170, 182}, {14, 17, 21, 190}, {255, 158, 61},
+                                 {255, 128, 118}};
+    return dark ? darkTheme : light;
+}
+
+void drawBackdrop(const Theme &theme)
+{
+    glPushAttrib(GL_ENABLE_BIT | GL_DEPTH_BUFFER_BIT | GL_TRANSFORM_BIT | GL_POLYGON_BIT |
+                 GL_CURRENT_BIT | GL_LIGHTING_BIT);
+    glDisable(GL_LIGHTING);
+    glDisable(GL_DEPTH_TEST);
+    glDisable(GL_CULL_FACE);
+    glDisable(GL_BLEND);
+    glDisable(GL_TEXTURE_2D);
+    glDepthMask(GL_FALSE);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    glShadeModel(GL_SMOOTH);
+    for (GLenum mode : {GL_PROJECTION, GL_MODELVIEW}) {
+        glMatrixMode(mode);
+        glPushMatrix();
+        glLoadIdentity();
+    }
+    glBegin(GL_QUADS);
+    setColour(theme.bottom);
+    glVertex2f(-1, -1);
+    glVertex2f(1, -1);
+    setColour(theme.top);
+    glVertex2f(1, 1);
+    glVertex2f(-1, 1);
+    glEnd();
+    for (GLenum mode : {GL_PROJECTION, GL_MODELVIEW}) {
+        glMatrixMode(mode);
+        glPopMatrix();
+    }
+    glPopAttrib();
+}
+
+} // namespace host

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_VIEW_DISPLAY_H
+#define HOST_VIEW_DISPLAY_H
+
+#include <QColor>
+
+namespace host {
+
+/// The colours of one appearance of the window.
+struct Theme {
+    QColor top;    ///< Of the background.
+    QColor bottom; ///< Of the background.
+    QColor text;   ///< On panels and on the background.
+    QColor faint;  ///< Text that matters less; rules.
+    QColor panel;  ///< Behind text; partly transparent.
+    QColor accent; ///< What is chosen or under the pointer.
+    QColor fault;  ///< What went wrong.
+};
+
+/// How things are drawn; what a person switches.
+struct Display {
+    bool dark = false;
+    bool lighting = true;
+    bool wireframe = false;
+
+    const Theme &theme() const;
+};
+
+/// Fills the GL viewport with the theme's background. Expects a current context; leaves matrices,
+/// depth test and lighting as they were.
+void drawBackdrop(const Theme &theme);
+
+} // namespace host
+
+#endif

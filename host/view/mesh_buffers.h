@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_VIEW_MESH_BUFFERS_H
+#define HOST_VIEW_MESH_BUFFERS_H
+
+#include <QOpenGLBuffer>
+#include <QVector3D>
+
+#include "host/read/mesh.h"
+#include "host/view/display.h"
+
+namespace host {
+
+/// A mesh in buffers of the GL, and its drawing by the fixed-function pipeline.
+///
+/// Every function needs the same current context, except byteSize(). Destroyed without destroy(),
+/// the buffers stay until their context ends.
+class MeshBuffers {
+public:
+    /// Copies @p mesh, each point p as (p - centre) * scale. Does nothing if that was done.
+    void create(const Mesh &mesh, const QVector3D &centre, float scale);
+    void destroy();
+
+    quint64 byteSize() const { return bytes_; }
+
+    /// Draws the mesh that create() got; its part @p marked (-1 for none) stands out.
+    /// Expects the light's place and the matrices to be set. Leaves GL state as it was.
+    void draw(const Mesh &mesh, const Display &display, int marked);
+
+private:
+    void drawParts(const Mesh &mesh, const Display &display, int marked, bool transparent);
+
+    QOpenGLBuffer vertices_{QOpenGLBuffer::VertexBuffer}; // positions, normals, colours
+    QOpenGLBuffer indices_{QOpenGLBuffer::IndexBuffer};
+    quint64 bytes_ = 0;
+};
+
+} // namespace host
+
+#endif

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_VIEW_OPTIONS_H
+#define HOST_VIEW_OPTIONS_H
+
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+namespace host {
+
+/// What the command line asks for.
+struct Options {
+    /// What to do with it.
+    enum class Action {
+        View,      ///< Open the window, or save a picture if `screenshot` is set.
+        Help,      ///< Print optionsHelp().
+        Version,   ///< Print the versions.
+        ReadModel, ///< Be the process that reads the model `readModel`.
+        Refuse,    ///< Print `error`; the command line makes no sense.
+    };
+
+    Action action = Action::View;
+    QString error;
+    QStringList files;     ///< As given.
+    QString module;        ///< Path of the module; empty: search for it.
+    QString screenshot;    ///< Picture to write; empty: stay open.
+    QString readModel;     ///< File that a reading process is to read.
+    QSize size{1280, 800}; ///< Of the window, in logical pixels.
+    float fps = 60;        ///< Frames per second while something moves.
+};
+
+/// Reads @p arguments, the program's name first. Needs no application object.
+Options parseOptions(const QStringList &arguments);
+
+/// The text of --help. Expects a QCoreApplication, whose name and arguments it shows.
+QString optionsHelp();
+
+/// A size written as WIDTHxHEIGHT. Returns an invalid size unless both are 16 to 16384.
+QSize parseSize(const QString &text);
+
+} // namespace host
+
+#endif

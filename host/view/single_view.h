@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_VIEW_SINGLE_VIEW_H
+#define HOST_VIEW_SINGLE_VIEW_H
+
+#include "host/read/mesh_reader.h"
+#include "host/view/view.h"
+
+namespace host {
+
+/// One file in the whole window: read in the background, with its progress or the reason of its
+/// failure in the window.
+class SingleView : public View {
+    Q_OBJECT
+public:
+    /// With an empty @p path it tells how to open a file.
+    SingleView(Window &window, const QString &path);
+
+    bool isSettled() const override;
+    QString fault() const override { return fault_; }
+    QString title() const override;
+
+protected:
+    void paintText(GLW *scene, QPainter *painter) override;
+
+private:
+    void show(const MeshPtr &mesh);
+    void fail(const QString &reason);
+    GLW *glw() const { return static_cast<GLW *>(scene()); }
+
+    QString path_;
+    QString fault_;
+    QString stage_;
+    double fraction_ = 0;
+    MeshReader reader_;
+};
+
+} // namespace host
+
+#endif

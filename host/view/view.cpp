@@ -1,0 +1,292 @@
+// SPDX-License-Identifier: MIT
+#include "host/view/view.h"
+
+#include <QAction>
+#include <QMetaMethod>
+#include <QPainter>
+
+#include "host/view/binding.h"
+#include "host/view/menu_tree.h"
+#include "host/view/panel.h"
+#include "host/view/window.h"
+
+namespace host {
+
+namespace {
+
+/// All that decides what lies under the pointer, to tell whether to look again.
+QVector<double> pickState(const GLW *glw, const std::optional<QPointF> &pointer)
+{
+    const GL::Camera &c = glw->camera;
+    QVector<double> s{glw->width(),
+                      glw->height(),
+                      double(c.radius),
+                      double(c.ortho),
+                      c.rot.x,
+                      c.rot.y,
+                      c.rot.z,
+                      c.setTarget.x,
+                      c.setTarget.y,
+                      c.setTarget.z,
+                      glw->viewport.pos.x,
+                      glw->viewport.pos.y,
+                      glw->viewport.scale.x,
+                      glw->viewport.scale.y};
+    if (pointer)
+        s << pointer->x() << pointer->y();
+    return s;
+}
+
+/// Connects a signal that class @p base of @p scene declares, even where a derived class declares
+/// one of the same name.
+void connectBase(QObject *scene, const char *base, const char *signal, QObject *receiver,
+                 const char *slot)
+{
+    const QMetaObject *meta = scene->metaObject();
+    while (meta && qstrcmp(meta->className(), base) != 0)
+        meta = meta->superClass();
+    const int from = meta ? meta->indexOfSignal(signal) : -1;
+    const int to = receiver->metaObject()->indexOfSlot(slot);
+    if (from >= 0 && to >= 0)
+        QObject::connect(scene, meta->method(from), receiver, receiver->metaObject()->method(to));
+}
+
+} // namespace
+
+View::View(Window &window, const char *className, bool controlRolls) : window_(window)
+{
+    scene_ = window.addScene(className, "scene");
+    controls_ = new Controls(
+        scene_, [this](GLW *glw) { return item(glw); }, controlRolls, this);
+    connect(controls_, &Controls::steered, this, [this] { changed(); });
+    connect(controls_, &Controls::menuAsked, this, &View::askMenu);
+    bindDisplay();
+}
+
+void View::wire()
+{
+    QMetaObject::invokeMethod(scene_, "Connect", Q_ARG(QObject *, this));
+    // A scene with tiles declares a signal of this name of its own, which never comes.
+    if (qstrcmp(scene_->metaObject()->className(), "GLWidget") != 0)
+        connectBase(scene_, "GLWidget", "InitContextMenuTree(GLW*,QObject*)", this,
+                    "InitContextMenuTree(GLW*,QObject*)");
+}
+
+View::~View()
+{
+    delete controls_; // its bindings go with it
+    if (window_.widget())
+        window_.widget()->makeCurrent();
+    for (auto &[glw, slot] : slots_)
+        if (slot.item && window_.widget())
+            slot.item->release();
+    slots_.clear();
+    window_.removeScene(scene_);
+}
+
+void View::bindDisplay()
+{
+    bindKey(scene_, "W", "wireframe", tr("Wireframe"), this, SLOT(ToggleWireframe()));
+    bindKey(scene_, "G", "lighting", tr("Lighting"), this, SLOT(ToggleLighting()));
+    bindKey(scene_, "B", "background", tr("Light or dark background"), this,
+            SLOT(ToggleBackdrop()));
+}
+
+void View::changed()
+{
+    window_.clock().requestFrame();
+}
+
+Item *View::item(GLW *glw) const
+{
+    const auto found = slots_.find(glw);
+    return found == slots_.end() ? nullptr : found->second.item.get();
+}
+
+void View::setItem(GLW *glw, std::unique_ptr<Item> item)
+{
+    window_.widget()->makeCurrent();
+    Slot &slot = slots_[glw];
+    if (slot.item)
+        slot.item->release();
+    slot = Slot();
+    slot.item = std::move(item);
+    // Before the window is first shown there is no context; Init comes then.
+    if (slot.item && window_.widget()->isVisible())
+        slot.item->init(glw);
+    if (!slot.item)
+        slots_.erase(glw);
+    changed();
+}
+
+void View::Init(GLW *glw)
+{
+    if (Item *shown = item(glw))
+        shown->init(glw);
+}
+
+void View::advance(GLW *glw)
+{
+    const auto found = slots_.find(glw);
+    if (found == slots_.end())
+        return;
+    Slot &slot = found->second;
+    const double seconds =
+        slot.sinceAdvance.isValid() ? double(slot.sinceAdvance.nsecsElapsed()) * 1e-9 : 0;
+    slot.sinceAdvance.start();
+    if (slot.item->advance(glw, seconds))
+        changed();
+    if (slot.item->isBusy()) {
+        slot.picked.clear();
+        window_.clock().touch();
+    }
+}
+
+/// The pointer over @p glw while nothing is dragged, in its frame.
+std::optional<QPointF> View::hoverPointer(const GLW *glw) const
+{
+    if (!glw->gl || !glw->gl->underMouse() || glw->gl->mouse.button != 0)
+        return {};
+    const QPointF at = Controls::pointerIn(glw, glw->gl->mouse);
+    if (!QRectF(0, 0, glw->width(), glw->height()).contains(at))
+        return {};
+    return at;
+}
+
+/// Whether anything changed since the last picking; notes the present state.
+bool View::pickIsDue(GLW *glw, Slot &slot, const std::optional<QPointF> &pointer)
+{
+    QVector<double> state = pickState(glw, pointer);
+    if (state == slot.picked)
+        return false;
+    slot.picked = std::move(state);
+    return true;
+}
+
+void View::Pick3D(GLW *glw)
+{
+    if (advancesInPick())
+        advance(glw);
+    const auto found = slots_.find(glw);
+    if (found == slots_.end() || (glw->gl && glw->gl->mouse.button != 0))
+        return;
+    const std::optional<QPointF> pointer = hoverPointer(glw);
+    if (pickIsDue(glw, found->second, pointer) && found->second.item->pick3D(glw, pointer))
+        changed();
+}
+
+void View::Pick2D(GLW *glw)
+{
+    if (Item *shown = item(glw); shown && shown->pick2D(glw, hoverPointer(glw)))
+        changed();
+}
+
+void View::Draw3D(GLW *glw)
+{
+    drawBackdrop(display_.theme());
+    if (Item *shown = item(glw))
+        shown->draw3D(glw, display_);
+}
+
+void View::Draw2D(GLW *glw)
+{
+    if (Item *shown = item(glw))
+        shown->draw2D(glw, display_);
+}
+
+void View::PaintForeground(GLW *glw, QPainter *painter)
+{
+    painter->setFont(window_.widget()->font());
+    for (auto &[each, slot] : slots_)
+        if (slot.item)
+            slot.item->paintForeground(each, painter, display_);
+    paintText(glw, painter);
+    if (showsBindings_)
+        paintBindings(painter, window_.widget()->rect(), bindingRows(bindings()), display_.theme());
+    painter->beginNativePainting();
+    emit framePainted();
+    painter->endNativePainting();
+}
+
+QList<QAction *> View::bindings() const
+{
+    if (!scene_)
+        return {};
+    return window_.widget()->actions() + static_cast<GLW *>(scene_.data())->actions();
+}
+
+void View::showBindings(bool on)
+{
+    showsBindings_ = on;
+    changed();
+}
+
+void View::askMenu(GLW *glw)
+{
+    menuFor_ = glw;
+    // Once the dispatch is over: the menu runs its own event loop.
+    QMetaObject::invokeMethod(scene_, "ContextMenu", Qt::QueuedConnection);
+}
+
+void View::InitContextMenuTree(GLW *glw, QObject *tree)
+{
+    if (auto *menu = qobject_cast<MenuTree *>(tree)) {
+        fillMenu(menuFor_ ? menuFor_.data() : glw, menu);
+        emit menuOpening(menu);
+    }
+}
+
+void View::fillMenu(GLW *glw, MenuTree *tree)
+{
+    const QPointer<GLW> target(glw); // it may be gone before an entry is chosen
+    const auto steer = [this, target](void (Controls::*slot)(GLW *)) {
+        return [this, target, slot] {
+            if (target)
+                (controls_->*slot)(target);
+        };
+    };
+    if (const Item *shown = item(glw)) {
+        tree->add(tr("Fit"), "F", controls_, steer(&Controls::Fit));
+        tree->add(tr("First view"), "Home", controls_, steer(&Controls::Home));
+        MenuTree *sides = tree->addMenu(tr("Look from"));
+        const std::pair<QString, void (Controls::*)(GLW *)> views[] = {
+            {tr("Front"), &Controls::LookFront}, {tr("Back"), &Controls::LookBack},
+            {tr("Left"), &Controls::LookLeft},   {tr("Right"), &Controls::LookRight},
+            {tr("Top"), &Controls::LookTop},     {tr("Bottom"), &Controls::LookBottom}};
+        int key = 0;
+        for (const auto &[text, look] : views)
+            sides->add(text, QString::number(++key), controls_, steer(look));
+        tree->addCheck(tr("Orthographic"), "O", shown->isOrthographic(glw), controls_,
+                       steer(&Controls::ToggleProjection));
+        tree->addSeparator();
+    }
+    tree->addCheck(tr("Lighting"), "G", display_.lighting, this, [this] { ToggleLighting(); });
+    tree->addCheck(tr("Wireframe"), "W", display_.wireframe, this, [this] { ToggleWireframe(); });
+    tree->addCheck(tr("Dark background"), "B", display_.dark, this, [this] { ToggleBackdrop(); });
+    tree->addSeparator();
+}
+
+void View::ToggleLighting()
+{
+    display_.lighting = !display_.lighting;
+    changed();
+}
+
+void View::ToggleWireframe()
+{
+    display_.wireframe = !display_.wireframe;
+    changed();
+}
+
+void View::ToggleBackdrop()
+{
+    setDark(!display_.dark);
+}
+
+void View::setDark(bool dark)
+{
+    display_.dark = dark;
+    changed();
+}
+
+} // namespace host

@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_VIEW_VIEW_H
+#define HOST_VIEW_VIEW_H
+
+#include <memory>
+#include <unordered_map>
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPointer>
+
+#include "host/view/controls.h"
+#include "host/view/item.h"
+
+namespace host {
+
+class MenuTree;
+class Window;
+
+/// A scene object of the module with this program behind it: it holds the items that the object's
+/// GLWs show and hands them the passes, and it paints the text over them. Derived classes decide
+/// what is shown and where.
+///
+/// The module finds the slots with capital letters by their names. Owned by its maker; it takes its
+/// scene object out of the window and deletes it.
+class View : public QObject {
+    Q_OBJECT
+public:
+    ~View() override;
+
+    QObject *scene() const { return scene_; }
+    const Display &display() const { return display_; }
+    void setDark(bool dark);
+
+    Item *item(GLW *glw) const; ///< Null if the GLW shows nothing yet.
+
+    /// All bindings that apply here, the window's own included.
+    QList<QAction *> bindings() const;
+    bool showsBindings() const { return showsBindings_; }
+    void showBindings(bool on);
+
+    /// Whether all that is to be shown is shown and at rest.
+    virtual bool isSettled() const = 0;
+    /// The reason why nothing could be shown; empty if there is none.
+    virtual QString fault() const { return {}; }
+    /// A name for the window's title and for pictures; may be empty.
+    virtual QString title() const = 0;
+
+signals:
+    void titleChanged();
+    /// The whole frame is painted and not yet swapped: its pixels can be read. The GL context is
+    /// current.
+    void framePainted();
+    /// A person asks for what the whole program offers; @p tree takes its entries.
+    void menuOpening(host::MenuTree *tree);
+
+public slots:
+    void Init(GLW *glw);
+    void Pick3D(GLW *glw);
+    void Pick2D(GLW *glw);
+    void Draw3D(GLW *glw);
+    void Draw2D(GLW *glw);
+    void PaintForeground(GLW *glw, QPainter *painter);
+    void InitContextMenuTree(GLW *glw, QObject *tree);
+
+    void ToggleLighting();
+    void ToggleWireframe();
+    void ToggleBackdrop();
+
+protected:
+    /// Makes a scene object of @p className in @p window, which outlives the view. The constructor
+    /// of a derived class ends with wire().
+    View(Window &window, const char *className, bool controlRolls);
+    /// Connects the scene's signals to the slots of the whole object, by their names.
+    void wire();
+
+    Window &window() const { return window_; }
+    Controls &controls() { return *controls_; }
+
+    /// Gives @p glw something to show; what it showed before is released. Null shows nothing, and
+    /// must be set before a GLW is deleted ahead of the view.
+    void setItem(GLW *glw, std::unique_ptr<Item> item);
+
+    /// Lets the item of @p glw move on to this frame. Expects to run once a frame, after the
+    /// camera's update and before picking.
+    void advance(GLW *glw);
+
+    void changed(); ///< Asks for a frame.
+
+    /// Whether @p glw is advanced by its pick pass. Views whose scene tells of each frame say no.
+    virtual bool advancesInPick() const { return true; }
+    /// Paints over everything, in the window's frame, y downwards.
+    virtual void paintText(GLW *scene, QPainter *painter) = 0;
+    /// Adds the entries for @p glw.
+    virtual void fillMenu(GLW *glw, MenuTree *tree);
+
+private:
+    struct Slot {
+        std::unique_ptr<Item> item;
+        QElapsedTimer sinceAdvance;
+        QVector<double> picked; // pointer and camera of the last picking; empty: to be done
+    };
+
+    void bindDisplay();
+    bool pickIsDue(GLW *glw, Slot &slot, const std::optional<QPointF> &pointer);
+    std::optional<QPointF> hoverPointer(const GLW *glw) const;
+    void askMenu(GLW *glw);
+
+    Window &window_;
+    QPointer<QObject> scene_;
+    Controls *controls_ = nullptr;
+    Display display_;
+    bool showsBindings_ = false;
+    std::unordered_map<GLW *, Slot> slots_;
+    QPointer<GLW> menuFor_;
+};
+
+} // namespace host
+
+#endif

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+#include "host/view/viewer.h"
+
+#include <cstdio>
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+
+#include "host/view/menu_tree.h"
+#include "host/view/picture.h"
+#include "host/view/single_view.h"
+
+namespace host {
+
+Viewer::Viewer(const ModuleLoader &loader, const Options &options)
+    : options_(options), window_(loader, options.size, options.fps)
+{
+    bindKeys();
+    connect(&window_, &Window::filesDropped, this, &Viewer::open);
+    open(options.files);
+}
+
+Viewer::~Viewer() = default;
+
+void Viewer::bindKeys()
+{
+    const QString list = tr("Show or hide this list");
+    window_.bindKey("Ctrl+O", "open", tr("Open a file"), this, SLOT(OpenDialog()));
+    window_.bindKey("Ctrl+S", "save", tr("Save a picture"), this, SLOT(SaveDialog()));
+    window_.bindKey("T", "frame-rate", tr("Show the frame rate"), this, SLOT(ToggleFrameRate()));
+    window_.bindKey("F1", "bindings", list, this, SLOT(ToggleBindings()));
+    // The question mark comes with Shift on most keyboards and without on some.
+    window_.bindKey("?", "bindings-plain", list, this, SLOT(ToggleBindings()));
+    window_.bindKey("Shift+?", "bindings-shift", list, this, SLOT(ToggleBindings()));
+    window_.bindKey("Esc", "bindings-close", {}, this, SLOT(HideBindings()));
+    window_.bindKey("Q", "quit", tr("Quit"), this, SLOT(Quit()));
+    window_.bindKey("Ctrl+Q", "quit-control", tr("Quit"), this, SLOT(Quit()));
+}
+
+void Viewer::open(const QStringList &paths)
+{
+    const bool dark = view_ && view_->display().dark;
+    view_.reset();
+    settledFrames_ = 0;
+    view_ = std::make_unique<SingleView>(window_, paths.value(0));
+    view_->setDark(dark);
+    connect(view_.get(), &View::framePainted, this, &Viewer::framePainted);
+    connect(view_.get(), &View::menuOpening, this, &Viewer::fillMenu);
+    connect(view_.get(), &View::titleChanged, this, [this] { window_.setTitle(view_->title()); });
+    window_.setTitle(view_->title());
+}
+
+void Viewer::fillMenu(MenuTree *tree)
+{
+    tree->add(tr("Open…"), "Ctrl+O", this, [this] { OpenDialog(); });
+    tree->add(tr("Screenshot…"), "Ctrl+S", this, [this] { SaveDialog(); });
+    tree->addCheck(tr("Frame rate"), "T", window_.clock().isContinuous(), this,
+                   [this] { ToggleFrameRate(); });
+    tree->addCheck(tr("Bindings…"), "F1", view_->showsBindings(), this,
+                   [this] { ToggleBindings(); });
+    tree->addSeparator();
+    tree->add(tr("Quit"), "Q", this, [this] { Quit(); });
+}
+
+void Viewer::OpenDialog()
+{
+    const QStringList paths = QFileDialog::getOpenFileNames(window_.widget(), tr("Open"));
+    if (!paths.isEmpty())
+        open(paths);
+}
+
+void Viewer::SaveDialog()
+{
+    const QString name = QFileInfo(view_->title()).completeBaseName();
+    const QString proposal = QDir::home().filePath((name.isEmpty() ? "glview" : name) + ".png");
+    const QString path = QFileDialog::getSaveFileName(window_.widget(), tr("Save a picture"),
+                                                      proposal, tr("Pictures (*.png *.jpg)"));
+    if (!path.isEmpty())
+        save(path);
+}
+
+/// Saves the next frame: the dialog that is just closing may still cover this one.
+void Viewer::save(const QString &path)
+{
+    auto *once = new QMetaObject::Connection;
+    *once = connect(view_.get(), &View::framePainted, this, [this, path, once] {
+        disconnect(*once);
+        delete once;
+        const QString fault = writePicture(readFrame(window_.widget()), path);
+        if (!fault.isEmpty())
+            QMetaObject::invokeMethod(
+                this, [this, fault] { QMessageBox::warning(window_.widget(), {}, fault); },
+                Qt::QueuedConnection);
+    });
+    window_.clock().requestFrame();
+}
+
+void Viewer::ToggleBindings()
+{
+    view_->showBindings(!view_->showsBindings());
+}
+
+void Viewer::HideBindings()
+{
+    view_->showBindings(false);
+}
+
+void Viewer::ToggleFrameRate()
+{
+    window_.clock().setContinuous(!window_.clock().isContinuous());
+}
+
+void Viewer::Quit()
+{
+    window_.widget()->close();
+}
+
+/// Ends the program with a picture once all is shown, or with the reason why nothing can be.
+void Viewer::framePainted()
+{
+    if (options_.screenshot.isEmpty())
+        return;
+    if (view_->isSettled() || !view_->fault().isEmpty()) {
+        // The first frame with the item still had the camera of the one before.
+        constexpr int enough = 3;
+        if (++settledFrames_ == enough || !view_->fault().isEmpty())
+            finishScreenshot();
+    }
+    window_.clock().requestFrame();
+}
+
+void Viewer::finishScreenshot()
+{
+    QString fault = view_->fault();
+    if (fault.isEmpty())
+        fault = writePicture(readFrame(window_.widget()), options_.screenshot);
+    if (!fault.isEmpty())
+        std::fprintf(stderr, "glview: %s\n", qUtf8Printable(fault));
+    options_.screenshot.clear();
+    QCoreApplication::exit(fault.isEmpty() ? 0 : 1);
+}
+
+} // namespace host

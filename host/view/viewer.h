@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_VIEW_VIEWER_H
+#define HOST_VIEW_VIEWER_H
+
+#include <memory>
+
+#include <QImage>
+#include <QObject>
+#include <QStringList>
+
+#include "host/view/options.h"
+#include "host/view/view.h"
+#include "host/view/window.h"
+
+namespace host {
+
+/// The program at work: one window, the view in it, and what a person does to the whole of it.
+class Viewer : public QObject {
+    Q_OBJECT
+public:
+    /// Expects @p loader to have loaded the module and to outlive the viewer.
+    Viewer(const ModuleLoader &loader, const Options &options);
+    ~Viewer() override;
+
+    void show() { window_.show(); }
+    View *view() const { return view_.get(); }
+
+    /// Shows @p paths in the place of what is shown; an empty list says how to open a file.
+    void open(const QStringList &paths);
+
+public slots:
+    void OpenDialog();
+    void SaveDialog();
+    void ToggleBindings();
+    void HideBindings();
+    void ToggleFrameRate();
+    void Quit();
+
+private:
+    void bindKeys();
+    void fillMenu(MenuTree *tree);
+    void framePainted();
+    void finishScreenshot();
+    void save(const QString &path);
+
+    Options options_;
+    Window window_;
+    std::unique_ptr<View> view_;
+    int settledFrames_ = 0; // painted since all was shown, while a screenshot waits for them
+};
+
+} // namespace host
+
+#endif
