@@ -1,11 +1,28 @@
 // SPDX-License-Identifier: MIT
 // The main of the module's test programs: Qt's application first, a GL context where one is needed.
 #include <cstdio>
+#include <functional>
 
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QGLWidget>
+
+std::function<QObject *(const QString &type, QObject *parent, const QString &name)> newObject;
+
+/// Offers the slot by which scene objects ask the application for a menu tree.
+class Application : public QApplication {
+    Q_OBJECT
+
+public:
+    using QApplication::QApplication;
+
+public Q_SLOTS:
+    QObject *NewObject(QString type, QObject *parent, QString name)
+    {
+        return newObject ? newObject(type, parent, name) : nullptr;
+    }
+};
 
 #ifdef GLWINDOW_TEST_GL
 static bool hasContext()
@@ -27,10 +44,12 @@ int main(int argc, char **argv)
 #ifndef GLWINDOW_TEST_GL
     qputenv("QT_QPA_PLATFORM", "offscreen");
 #endif
-    QApplication application(argc, argv);
+    Application application(argc, argv);
     if (!hasContext()) {
         std::fputs("no OpenGL context: the tests need a display with GLX\n", stderr);
         return 1;
     }
     return RUN_ALL_TESTS();
 }
+
+#include "main.moc"

@@ -29,6 +29,10 @@ extern time_t frozenClock;
 /// What OpenGL tells the module of its renderer while non-null.
 extern const char *fakeRenderer;
 
+/// What the application's NewObject does; null: it makes nothing.
+extern std::function<QObject *(const QString &type, QObject *parent, const QString &name)>
+    newObject;
+
 /// A host object. It logs each call as "object.Slot" and then runs the hook of that entry, if any.
 class Host : public QObject {
     Q_OBJECT
@@ -47,6 +51,7 @@ public Q_SLOTS:
     void Draw3D(GLW *o) { note(o, "Draw3D"); }
     void Draw2D(GLW *o) { note(o, "Draw2D"); }
     void PaintForeground(GLW *o, QPainter *) { note(o, "PaintForeground"); }
+    void InitContextMenuTree(GLW *o, QObject *) { note(o, "InitContextMenuTree"); }
     void Fired(GLW *o) { note(o, "Fired"); }
     void State(GLW *o, bool state) { note(o, state ? "Press" : "Release"); }
     void Repeat(GLW *o, bool state, bool repeat);
