@@ -9,7 +9,7 @@ namespace host {
 namespace {
 
 const QVector3D homeAngles(22, -32, 0); // from the right and above, where most models show most
-constexpr float margin = 1.08f;         // of the radius, beyond what shows all
+constexpr float margin = 0.1f;          // of the picture, left free on either side
 constexpr float zoomPerStep = 1.25f;
 
 QVector3D anglesFrom(Item::Side side)
@@ -53,9 +53,9 @@ void CameraItem::initView(GLW *glw)
     glw->lights.clear();
     glw->lights.emplace_back(GL_LIGHT0, 'h');
     GL::Light &lamp = glw->lights.back();
-    lamp.ambient = {0.30f, 0.30f, 0.31f, 1};
-    lamp.diffuse = {0.78f, 0.77f, 0.75f, 1};
-    lamp.specular = {0.22f, 0.22f, 0.22f, 1};
+    lamp.ambient = {0.26f, 0.26f, 0.27f, 1};
+    lamp.diffuse = {0.66f, 0.65f, 0.64f, 1};
+    lamp.specular = {0.14f, 0.14f, 0.14f, 1};
     lamp.Init();
     placeLamp(glw);
 }
@@ -75,8 +75,8 @@ Pose CameraItem::poseFor(const GLW *glw, const QVector3D &rot) const
 {
     GL::Camera turned = glw->camera;
     turned.rot = fromQt(rot);
-    const QVector3D centre;
-    return {rot, centre, radiusToShow(turned, sizeOf(glw), centre, outline()) * margin};
+    const Framing framing = frameAll(turned, sizeOf(glw), {}, outline(), margin);
+    return {rot, framing.target, framing.radius};
 }
 
 bool CameraItem::advance(GLW *glw, double seconds)

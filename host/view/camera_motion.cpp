@@ -63,7 +63,7 @@ float shortWay(float degrees)
 void CameraMotion::prepare(GL::Camera &camera)
 {
     camera.mode = 2;
-    camera.fov = 40;
+    camera.fov = 35;
     camera.dt = 1;             // velocities are per update: step() knows the time
     camera.d_target_max = 100; // easing is done here, so the target follows at once
     camera.bounds = Vector(2 * worldRadius, 2 * worldRadius, 2 * worldRadius);

@@ -3,6 +3,7 @@
 #define HOST_VIEW_DISPLAY_H
 
 #include <QColor>
+#include <QSizeF>
 
 namespace host {
 
@@ -29,6 +30,10 @@ struct Display {
 /// Fills the GL viewport with the theme's background. Expects a current context; leaves matrices,
 /// depth test and lighting as they were.
 void drawBackdrop(const Theme &theme);
+
+/// Darkens the strip of @p width x @p height pixels in the upper right corner of a GL viewport of
+/// @p size, so that white text reads well there. Leaves GL state as it was.
+void drawShade(const QSizeF &size, double width, double height);
 
 } // namespace host
 

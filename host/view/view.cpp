@@ -2,6 +2,7 @@
 #include "host/view/view.h"
 
 #include <QAction>
+#include <QFontMetricsF>
 #include <QMetaMethod>
 #include <QPainter>
 
@@ -192,6 +193,20 @@ void View::Draw2D(GLW *glw)
 {
     if (Item *shown = item(glw))
         shown->draw2D(glw, display_);
+    shadeFrameRate(glw);
+}
+
+/// The module writes the frame rate in white into the window's upper right corner.
+void View::shadeFrameRate(const GLW *glw) const
+{
+    if (!window_.clock().isContinuous() || !glw->gl)
+        return;
+    const QRectF place(glw->x(), glw->y(), glw->width(), glw->height());
+    const QFontMetricsF metrics(glw->gl->font());
+    const QPointF corner(glw->gl->width() - 1, 1);
+    if (place.contains(corner))
+        drawShade(place.size(), metrics.horizontalAdvance("0000 fps 000%gfx") + 6,
+                  metrics.height() + 2);
 }
 
 void View::PaintForeground(GLW *glw, QPainter *painter)

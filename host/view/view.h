@@ -104,6 +104,7 @@ private:
     void bindDisplay();
     bool pickIsDue(GLW *glw, Slot &slot, const std::optional<QPointF> &pointer);
     std::optional<QPointF> hoverPointer(const GLW *glw) const;
+    void shadeFrameRate(const GLW *glw) const;
     void askMenu(GLW *glw);
 
     Window &window_;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace host {
 
@@ -83,22 +84,37 @@ float radiusShowing(const GL::Camera &camera, float halfHeight)
     return float(camera.ortho ? halfHeight * std::tan(angle) : halfHeight / std::tan(angle / 2));
 }
 
-float radiusToShow(const GL::Camera &camera, const QSizeF &size, const QVector3D &target,
-                   const std::vector<QVector3D> &points)
+Framing frameAll(const GL::Camera &camera, const QSizeF &size, const QVector3D &middle,
+                 const std::vector<QVector3D> &points, float margin)
 {
+    if (points.empty())
+        return {middle, 0};
     const ViewFrame frame(camera, size);
-    const float aspect = float(size.width() / size.height());
+    const float room = 1 - margin;
     const float slope = float(std::tan(camera.fov * 0.5 * radiansPerDegree));
-    float radius = 0;
+    const float vertical = camera.ortho ? 0 : slope * room;
+    const float horizontal = vertical * float(size.width() / size.height());
+    // Each side of the picture is a plane through the eye that leans outwards with the depth. Of
+    // all parallel ones that hold the points, find the innermost: its offset where depth is zero.
+    constexpr float none = std::numeric_limits<float>::lowest();
+    float rightmost = none, leftmost = none, top = none, bottom = none;
     for (const QVector3D &point : points) {
-        const QVector3D v = point - target;
-        const float half = std::max(std::fabs(QVector3D::dotProduct(v, frame.right())) / aspect,
-                                    std::fabs(QVector3D::dotProduct(v, frame.up())));
+        const QVector3D v = point - middle;
+        const float x = QVector3D::dotProduct(v, frame.right());
+        const float y = QVector3D::dotProduct(v, frame.up());
         const float nearer = -QVector3D::dotProduct(v, frame.forward());
-        radius =
-            std::max(radius, camera.ortho ? radiusShowing(camera, half) : nearer + half / slope);
+        rightmost = std::max(rightmost, x + horizontal * nearer);
+        leftmost = std::max(leftmost, -x + horizontal * nearer);
+        top = std::max(top, y + vertical * nearer);
+        bottom = std::max(bottom, -y + vertical * nearer);
     }
-    return radius;
+    const float halfWidth = (rightmost + leftmost) / 2, halfHeight = (top + bottom) / 2;
+    const QVector3D target =
+        middle + frame.right() * ((rightmost - leftmost) / 2) + frame.up() * ((top - bottom) / 2);
+    if (!camera.ortho)
+        return {target, std::max(halfWidth / horizontal, halfHeight / vertical)};
+    const float aspect = float(size.width() / size.height());
+    return {target, radiusShowing(camera, std::max(halfWidth / aspect, halfHeight) / room)};
 }
 
 } // namespace host

@@ -67,11 +67,18 @@ float shownHalfHeight(const GL::Camera &camera);
 /// The radius at which the camera shows @p halfHeight at its target.
 float radiusShowing(const GL::Camera &camera, float halfHeight);
 
-/// The smallest radius at which a camera that looks at @p target with the angles and the projection
-/// of @p camera shows all of @p points in a picture of @p size.
-/// Returns 0 without points.
-float radiusToShow(const GL::Camera &camera, const QSizeF &size, const QVector3D &target,
-                   const std::vector<QVector3D> &points);
+/// Where a camera looks to show something whole.
+struct Framing {
+    QVector3D target; ///< At the depth of the middle that was asked for.
+    float radius = 0;
+};
+
+/// The closest view, with the angles and the projection of @p camera, that shows all of @p points
+/// in a picture of @p size and leaves @p margin free of them, a share of the picture's half height
+/// and width: on one of its axes they reach both edges. The target is as deep as @p middle. Without
+/// points it is @p middle, with radius 0.
+Framing frameAll(const GL::Camera &camera, const QSizeF &size, const QVector3D &middle,
+                 const std::vector<QVector3D> &points, float margin);
 
 inline QVector3D toQt(const Vector &v)
 {
