@@ -18,6 +18,33 @@ inline auto rowName()
     return [](const auto &row) { return std::string(row.param.name); };
 }
 
+/// A view of 1:1 pixels, without a window, that holds the tiles 1 to @p count.
+struct View : GLMultiWidget {
+    View(int count, double w, double h) : GLMultiWidget(nullptr, "view")
+    {
+        setGeometry(QRectF(0, 0, w, h));
+        for (int id = 1; id <= count; ++id)
+            AddTile(uint(id));
+        updateLayout = 0;
+    }
+    GLTile *tile(int id) { return tiles.value(uint(id)); }
+    View &hide(int id)
+    {
+        tile(id)->setProperty("visible", false);
+        return *this;
+    }
+    View &disable()
+    {
+        setProperty("enabled", false);
+        return *this;
+    }
+    void set(const QList<int> &ids, const char *name, const QVariant &value)
+    {
+        for (int id : ids)
+            static_cast<QObject *>(tile(id))->setProperty(name, value);
+    }
+};
+
 /// Keeps each signal of a view as a word, until it is taken: its name and the tile's id, or its
 /// numbers.
 struct Log {
