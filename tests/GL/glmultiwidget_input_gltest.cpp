@@ -126,7 +126,7 @@ struct Interference {
 };
 
 const Interference interferences[] = {
-    {"RemovesTheTile", [](Sheet &s, GLW *w) { s.view->RemoveTile(w ? w->id() : -1); }, -2},
+    {"RemovesTheTile", [](Sheet &s, GLW *w) { s.view->RemoveTile(w->id()); }, -2},
     {"DeletesTheTile", [](Sheet &s, GLW *w) { delete (w == s.view ? nullptr : w); }, -2},
     {"RemovesTheNext", [](Sheet &s, GLW *) { s.view->RemoveTile(4); }, 3},
     {"Adds", [](Sheet &s, GLW *) { s.view->AddTile(9); }, 5},
@@ -159,7 +159,7 @@ TEST_P(Interferences, InAPassLeaveTheRestAtWork)
     const int expected = act.left == -2 ? (current ? 3 : 4) : act.left;
     bool done = false;
     s.log.on = [&](const std::string &name, GLW *w) {
-        if (done || name + (current && w ? std::to_string(w->id()) : "") != when)
+        if (done || name + (current ? std::to_string(w->id()) : "") != when)
             return;
         done = true;
         act.run(s, w);

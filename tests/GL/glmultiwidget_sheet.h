@@ -68,7 +68,7 @@ struct Log {
                 QStringList all;
                 for (int n : l)
                     all << QString::number(n);
-                note(name, all.join(',').toStdString(), nullptr);
+                note(name, all.join(',').toStdString(), view);
             };
         };
         QObject::connect(view, &V::DrawEvent, &context, [this] { note("Draw", "", view); });
