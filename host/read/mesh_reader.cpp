@@ -109,8 +109,10 @@ void MeshReader::processError(QProcess::ProcessError error)
 
 void MeshReader::processEnded(int code, QProcess::ExitStatus status)
 {
+    const QPointer<MeshReader> self(this);
+    const QProcess *process = process_;
     takeOutput();
-    if (reading_ && process_ && process_->state() == QProcess::NotRunning)
+    if (self && process_ == process)
         fail(reasonOfEnd(code, status));
 }
 
@@ -149,6 +151,8 @@ void MeshReader::dropProcess()
     QProcess *process = process_;
     process_ = nullptr;
     process->disconnect(this);
+    // This may be a slot of the process itself, so it must outlive this object.
+    process->setParent(QCoreApplication::instance());
     if (process->state() == QProcess::NotRunning) {
         process->deleteLater();
         return;

@@ -68,7 +68,7 @@ private:
     bool reading_ = false;
     double told_ = 0; // the last fraction passed on
     MeshDecoder decoder_;
-    QProcess *process_ = nullptr; // a child of this object
+    QProcess *process_ = nullptr; // null unless it runs
     QTimer begin_;                // keeps signals out of start()
     QTimer patience_;
 };
