@@ -16,12 +16,14 @@
 #include "host/read/import.h"
 #include "host/read/mesh_stream.h"
 
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define HOST_ADDRESS_SANITIZER
-#endif
-#elif defined(__SANITIZE_ADDRESS__)
-#define HOST_ADDRESS_SANITIZER
+// GCC defines the macro; Clang answers the question, which Qt's headers answer with no elsewhere.
+// Its shadow memory takes terabytes of address space.
+#if defined(__SANITIZE_ADDRESS__)
+#define HOST_ADDRESS_SANITIZER 1
+#elif defined(__has_feature)
+#define HOST_ADDRESS_SANITIZER __has_feature(address_sanitizer)
+#else
+#define HOST_ADDRESS_SANITIZER 0
 #endif
 
 namespace host {
@@ -39,9 +41,8 @@ void limit(decltype(RLIMIT_AS) what, rlim_t soft, rlim_t hard)
 void limitSelf(const ReadLimits &limits)
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-#ifndef HOST_ADDRESS_SANITIZER // its shadow memory takes terabytes of address space
-    limit(RLIMIT_AS, limits.memory, limits.memory);
-#endif
+    if (canLimitMemory())
+        limit(RLIMIT_AS, limits.memory, limits.memory);
     // The soft limit ends the process with a signal of its own; the hard one, if that is ignored.
     limit(RLIMIT_CPU, rlim_t(limits.cpuSeconds), rlim_t(limits.cpuSeconds) + 1);
     limit(RLIMIT_CORE, 0, 0);
@@ -54,8 +55,7 @@ int takeStandardOutput()
 {
     const int stream = dup(STDOUT_FILENO);
     dup2(STDERR_FILENO, STDOUT_FILENO);
-    // A larger pipe, where the system allows it, lets the parent take more at each turn of its
-    // loop.
+    // A larger pipe, where the system allows it, lets the parent take more at each turn.
     fcntl(stream, F_SETPIPE_SZ, 1 << 20);
     return stream;
 }
@@ -86,6 +86,11 @@ quint64 physicalMemory()
 {
     const long pages = sysconf(_SC_PHYS_PAGES), size = sysconf(_SC_PAGESIZE);
     return pages > 0 && size > 0 ? quint64(pages) * quint64(size) : quint64(1) << 30;
+}
+
+bool canLimitMemory()
+{
+    return !HOST_ADDRESS_SANITIZER;
 }
 
 ReadLimits defaultReadLimits()

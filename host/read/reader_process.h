@@ -20,6 +20,9 @@ ReadLimits defaultReadLimits();
 /// The machine's physical memory in bytes.
 quint64 physicalMemory();
 
+/// Whether this build can limit its memory: a build with the address sanitizer cannot.
+bool canLimitMemory();
+
 /// How a reading process tells that its memory limit was reached, at a moment when it can say no
 /// more.
 constexpr int outOfMemoryExit = 77;

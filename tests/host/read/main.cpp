@@ -19,6 +19,7 @@ int misbehave(const QByteArray &how, const QString &file)
 {
     ReadLimits limits = defaultReadLimits();
     limits.cpuSeconds = 1;
+    limits.memory = 512u << 20;
     if (how == "crash") {
         std::signal(SIGSEGV, SIG_DFL); // a sanitizer would turn it into an exit
         std::raise(SIGSEGV);
