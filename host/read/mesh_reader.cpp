@@ -4,6 +4,7 @@
 #include <csignal>
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QLocale>
 
 #include "host/read/import.h"
@@ -28,7 +29,7 @@ MeshReader::MeshReader(QObject *parent, const QString &program, const QStringLis
     connect(&begin_, &QTimer::timeout, this, &MeshReader::launch);
     patience_.setSingleShot(true);
     connect(&patience_, &QTimer::timeout, this, [this] {
-        fail(QStringLiteral("reading it took longer than %1 s").arg(limits_.wallSeconds));
+        fail(QStringLiteral("reading it took longer than %1 s").arg(limitsNow().wallSeconds));
     });
 }
 
@@ -69,8 +70,13 @@ void MeshReader::launch()
     connect(process_, &QProcess::errorOccurred, this, &MeshReader::processError);
     connect(process_, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
             &MeshReader::processEnded);
-    patience_.start(limits_.wallSeconds * 1000);
+    patience_.start(limitsNow().wallSeconds * 1000);
     process_->start(program_, arguments_ + QStringList(path_), QIODevice::ReadOnly);
+}
+
+ReadLimits MeshReader::limitsNow() const
+{
+    return limits_.forSize(QFileInfo(path_).size());
 }
 
 void MeshReader::takeOutput()
@@ -119,7 +125,7 @@ void MeshReader::processEnded(int code, QProcess::ExitStatus status)
 QString MeshReader::reasonOfEnd(int code, QProcess::ExitStatus status) const
 {
     if (status == QProcess::CrashExit && code == SIGXCPU)
-        return QStringLiteral("reading it took longer than %1 s").arg(limits_.cpuSeconds);
+        return QStringLiteral("reading it took longer than %1 s").arg(limitsNow().cpuSeconds);
     if (status == QProcess::CrashExit && code == SIGKILL)
         return QStringLiteral("the system ended the reader, perhaps for want of memory");
     if (status == QProcess::CrashExit)

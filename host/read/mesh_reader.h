@@ -51,6 +51,7 @@ signals:
     void failed(const QString &reason); ///< A phrase without the file's name: see readFailure().
 
 private:
+    ReadLimits limitsNow() const; // for the file being read
     void launch();
     void takeOutput();
     void tellProgress();

@@ -7,6 +7,7 @@
 #include <new>
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <fcntl.h>
 #include <sys/prctl.h>
@@ -88,6 +89,16 @@ quint64 physicalMemory()
     return pages > 0 && size > 0 ? quint64(pages) * quint64(size) : quint64(1) << 30;
 }
 
+ReadLimits ReadLimits::forSize(qint64 bytes) const
+{
+    constexpr int hour = 3600;
+    const int mebibytes = int(std::min<qint64>(bytes >> 20, hour));
+    ReadLimits limits = *this;
+    limits.cpuSeconds = std::min(hour, cpuSeconds + 2 * mebibytes);
+    limits.wallSeconds = std::min(hour, wallSeconds + 6 * mebibytes);
+    return limits;
+}
+
 bool canLimitMemory()
 {
     return !HOST_ADDRESS_SANITIZER;
@@ -102,7 +113,7 @@ ReadLimits defaultReadLimits()
 
 int runReaderProcess(const QString &file, const ReadLimits &limits)
 {
-    limitSelf(limits);
+    limitSelf(limits.forSize(QFileInfo(file).size()));
     // Some parsers read numbers by the locale, and a comma for the point would spoil them.
     std::setlocale(LC_NUMERIC, "C");
     QFile out;

@@ -7,11 +7,15 @@
 
 namespace host {
 
-/// What one reading process may take.
+/// What one reading process may take. The times are those of a small file; larger files get more.
 struct ReadLimits {
-    quint64 memory = 0;    ///< Bytes of address space.
-    int cpuSeconds = 60;   ///< Of processor time.
-    int wallSeconds = 180; ///< On the clock; for a reader that waits. Kept by the parent.
+    quint64 memory = 0;   ///< Bytes of address space.
+    int cpuSeconds = 20;  ///< Of processor time.
+    int wallSeconds = 60; ///< On the clock; for a reader that waits. Kept by the parent.
+
+    /// The limits for a file of @p bytes: two more seconds of processor time, and six on the clock,
+    /// for each MiB, up to an hour of either.
+    ReadLimits forSize(qint64 bytes) const;
 };
 
 /// 4 GiB of memory, but at most half of what the machine has.

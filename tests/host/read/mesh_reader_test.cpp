@@ -130,6 +130,15 @@ TEST(MeshReaderTest, AFileThatAsksForAllMemoryIsRefused)
               QStringLiteral("the reader ran out of its memory limit of 512.0 MiB"));
 }
 
+TEST(MeshReaderTest, LargerFilesGetMoreTimeButNotForEver)
+{
+    const ReadLimits limits;
+    EXPECT_EQ(limits.forSize(1000).cpuSeconds, limits.cpuSeconds);
+    EXPECT_EQ(limits.forSize(100 << 20).cpuSeconds, limits.cpuSeconds + 200);
+    EXPECT_EQ(limits.forSize(100 << 20).wallSeconds, limits.wallSeconds + 600);
+    EXPECT_EQ(limits.forSize(qint64(1) << 60).wallSeconds, 3600);
+}
+
 TEST(MeshReaderTest, AProgramThatIsNotThereIsNamed)
 {
     const ModelFolder folder;
