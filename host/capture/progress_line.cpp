@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "host/capture/progress_line.h"
+
+#include <csignal>
+
+#include <unistd.h>
+
+namespace host {
+
+namespace {
+
+volatile std::sig_atomic_t interruptCame = 0;
+
+void onInterrupt(int)
+{
+    interruptCame = 1;
+}
+
+} // namespace
+
+ProgressLine::ProgressLine(std::FILE *stream, const QString &what)
+    : stream_(stream), what_(what), rewrites_(isatty(fileno(stream)) != 0)
+{
+}
+
+ProgressLine::~ProgressLine()
+{
+    if (open_)
+        std::fputc('\n', stream_);
+}
+
+void ProgressLine::show(int done, int total)
+{
+    const int tenths = int(qint64(done) * 10 / total);
+    if (!rewrites_ && tenths == tenths_)
+        return;
+    tenths_ = tenths;
+    const QByteArray line = QStringLiteral("%1: %2 of %3 (%4 %)")
+                                .arg(what_)
+                                .arg(done)
+                                .arg(total)
+                                .arg(qint64(done) * 100 / total)
+                                .toLocal8Bit();
+    std::fprintf(stream_, rewrites_ ? "\r%s" : "%s\n", line.constData());
+    std::fflush(stream_);
+    open_ = rewrites_;
+}
+
+InterruptGuard::InterruptGuard()
+{
+    interruptCame = 0;
+    previous_ = std::signal(SIGINT, onInterrupt);
+}
+
+InterruptGuard::~InterruptGuard()
+{
+    std::signal(SIGINT, previous_);
+}
+
+bool InterruptGuard::interrupted() const
+{
+    return interruptCame != 0;
+}
+
+} // namespace host

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_CAPTURE_PROGRESS_LINE_H
+#define HOST_CAPTURE_PROGRESS_LINE_H
+
+#include <cstdio>
+
+#include <QString>
+
+namespace host {
+
+/// Progress on a terminal: one line that is rewritten; where the stream goes elsewhere, a line for
+/// every tenth.
+class ProgressLine {
+public:
+    /// @p stream is not owned. @p what says what goes on, for example "Recording".
+    ProgressLine(std::FILE *stream, const QString &what);
+    ~ProgressLine(); ///< Ends a line that stands half written.
+    ProgressLine(const ProgressLine &) = delete;
+    ProgressLine &operator=(const ProgressLine &) = delete;
+
+    /// Shows that @p done of @p total are done. Expects 0 <= @p done <= @p total, 0 < @p total.
+    void show(int done, int total);
+
+private:
+    std::FILE *stream_;
+    QString what_;
+    bool rewrites_;
+    bool open_ = false;
+    int tenths_ = -1;
+};
+
+/// Makes Ctrl+C ask instead of ending the program, while it lives. One at a time.
+class InterruptGuard {
+public:
+    InterruptGuard();
+    ~InterruptGuard(); ///< Gives the signal back to whoever had it.
+    InterruptGuard(const InterruptGuard &) = delete;
+    InterruptGuard &operator=(const InterruptGuard &) = delete;
+
+    bool interrupted() const; ///< Whether Ctrl+C came since the guard was made.
+
+private:
+    void (*previous_)(int);
+};
+
+} // namespace host
+
+#endif
