@@ -48,13 +48,18 @@ public:
 
 private:
     Placement place(const QRectF &rect) const;
+    bool fitsViewport(const QRect &rect) const
+    {
+        return rect.width() <= largestViewport_.width() &&
+               rect.height() <= largestViewport_.height();
+    }
     std::vector<QRect> parts() const;
     void drawPart(const QRect &inner, QImage &image);
     QImage drawOver(const QRect &outer, const QColor &colour);
     void drawObject(const PictureObject &object, const Placement &at, const QRect &outer);
-    void drawBackground(const PictureObject &object, const Placement &at, const QRect &visible);
-    void draw3D(const PictureObject &object, const Placement &at, const QRect &visible);
-    void draw2D(const PictureObject &object, const Placement &at, const QRect &visible);
+    void drawBackground(const PictureObject &object, const Placement &at, const QRect &region);
+    void draw3D(const PictureObject &object, const Placement &at, const QRect &region);
+    void draw2D(const PictureObject &object, const Placement &at, const QRect &region);
     void readBack(QImage &part);
 
     const PictureRequest &request_;
@@ -62,6 +67,7 @@ private:
     float scale_;
     int overlap_ = 0; // picture pixels
     int side_ = 0;    // of a part without its overlap
+    QSize largestViewport_;
     QSize targetSize_;
     std::vector<Placement> placements_;
     std::deque<SavedRecords> records_; // a deque, since they never move
@@ -128,8 +134,11 @@ QString Drawing::makeTarget()
     GLint viewport[2] = {0, 0}, buffer = 0;
     glGetIntegerv(GL_MAX_VIEWPORT_DIMS, viewport);
     glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &buffer);
+    largestViewport_ = QSize(viewport[0], viewport[1]);
     const int limit = std::min({preferredSide, viewport[0], viewport[1], buffer});
-    overlap_ = std::min(int(std::ceil(overlap * std::max(scaleX_, scaleY_))), limit / 4);
+    for (const Placement &at : placements_)
+        if (!fitsViewport(at.picture))
+            overlap_ = std::min(int(std::ceil(overlap * std::max(scaleX_, scaleY_))), limit / 4);
     side_ = limit - 2 * overlap_;
     if (request_.partSide > 0)
         side_ = std::min(side_, request_.partSide);
@@ -215,6 +224,7 @@ QImage Drawing::drawOver(const QRect &outer, const QColor &colour)
 {
     const SavedGLState state;
     target_->bind();
+    glEnable(GL_MULTISAMPLE); // off where the window has no samples
     glDisable(GL_SCISSOR_TEST);
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
     glDepthMask(GL_TRUE);
@@ -237,39 +247,40 @@ void Drawing::drawObject(const PictureObject &object, const Placement &at, const
     const QPoint lowerLeft(at.window.x(),
                            request_.window.height() - at.window.y() - at.window.height());
     const LocalMouse mouse(object.glw, lowerLeft);
-    // The region's top row is the top one of what is read back.
-    glViewport(visible.x() - outer.x(),
-               outer.height() - (visible.y() - outer.y()) - visible.height(), visible.width(),
-               visible.height());
+    // Reaching beyond the part, the GL viewport keeps lines whole that end or run outside of it.
+    // Where it cannot be as large, the part is a frustum of its own, which clips them.
+    const QRect region = fitsViewport(at.picture) ? at.picture : visible;
+    glViewport(region.x() - outer.x(), outer.height() - (region.y() - outer.y()) - region.height(),
+               region.width(), region.height());
     GLint *const cameraViewport = object.glw->camera.viewport;
     const GLint rect[4] = {lowerLeft.x(), lowerLeft.y(), at.window.width(), at.window.height()};
     std::copy_n(rect, 4, cameraViewport);
     std::copy_n(rect, 4, object.glw->viewport.viewport);
     if (object.background && !request_.transparent)
-        drawBackground(object, at, visible);
+        drawBackground(object, at, region);
     if (object.draw3D)
-        draw3D(object, at, visible);
+        draw3D(object, at, region);
     if (object.draw2D)
-        draw2D(object, at, visible);
+        draw2D(object, at, region);
 }
 
-void Drawing::drawBackground(const PictureObject &object, const Placement &at, const QRect &visible)
+void Drawing::drawBackground(const PictureObject &object, const Placement &at, const QRect &region)
 {
     constexpr Matrix identity{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
     glMatrixMode(GL_PROJECTION);
-    glLoadMatrixd(partOf(identity, at.picture, visible).data());
+    glLoadMatrixd(partOf(identity, at.picture, region).data());
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
     object.background(object.glw, scale_);
 }
 
-void Drawing::draw3D(const PictureObject &object, const Placement &at, const QRect &visible)
+void Drawing::draw3D(const PictureObject &object, const Placement &at, const QRect &region)
 {
     GL::Camera &camera = object.glw->camera;
     const Matrix whole = projection(camera, at.window.size());
     std::copy(whole.begin(), whole.end(), camera.proj_matrix);
     glMatrixMode(GL_PROJECTION);
-    glLoadMatrixd(partOf(whole, at.picture, visible).data());
+    glLoadMatrixd(partOf(whole, at.picture, region).data());
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
     if (camera.mode == 0)
@@ -285,12 +296,12 @@ void Drawing::draw3D(const PictureObject &object, const Placement &at, const QRe
     object.draw3D(object.glw, scale_);
 }
 
-void Drawing::draw2D(const PictureObject &object, const Placement &at, const QRect &visible)
+void Drawing::draw2D(const PictureObject &object, const Placement &at, const QRect &region)
 {
     const GL::Viewport &viewport = object.glw->viewport;
     const Matrix whole = projection(viewport, at.window.size());
     glMatrixMode(GL_PROJECTION);
-    glLoadMatrixd(partOf(whole, at.picture, visible).data());
+    glLoadMatrixd(partOf(whole, at.picture, region).data());
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
     glScalef(viewport.scale.x, viewport.scale.y, viewport.scale.z);

@@ -67,9 +67,10 @@ constexpr int maxPictureSide = 32767;
 QString pictureSizeFault(const QSize &size);
 
 /// Draws @p request into a framebuffer object, multisampled where OpenGL can, part after part, and
-/// paints the foregrounds over it. Parts overlap, so that lines and points up to 32 window pixels
-/// wide have no seam. With `transparent` every part is drawn twice, over black and over white: what
-/// differs is what shows through, however the content blends.
+/// paints the foregrounds over it. No seam is seen; objects larger than the largest GL viewport
+/// need lines and points up to 32 window pixels wide for that. With `transparent` every part is
+/// drawn twice, over black and over white: what differs is what shows through, however the content
+/// blends.
 ///
 /// Expects the context of the objects' window to be current. Gives back its state, the objects'
 /// records and the window's mouse record. Callbacks may not delete objects.

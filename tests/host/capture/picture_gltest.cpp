@@ -1,0 +1,334 @@
+// SPDX-License-Identifier: MIT
+#include <cstring>
+
+#include <QBuffer>
+#include <QPainter>
+
+#include "host/capture/picture.h"
+#include "scene.h"
+
+namespace host {
+namespace {
+
+struct ViewCase {
+    const char *name;
+    int mode, ortho; // of the camera
+    int align;       // of the 2D viewport
+    Vector scale2D;
+    double scale; // picture pixels per window pixel
+    bool transparent;
+};
+
+const ViewCase viewCases[] = {
+    {"Perspective", 2, 0, GL::Viewport::AlignCenter, {1, 1, 1}, 1, false},
+    {"Orthographic", 2, 1, GL::Viewport::AlignBottom, {2, 1, 1}, 1, false},
+    {"FixedMatrix", 0, 0, GL::Viewport::AlignLeft | GL::Viewport::AlignTop, {1, 1, 1}, 1, false},
+    {"Transparent", 2, 0, GL::Viewport::AlignCenter, {1, 3, 1}, 1, true},
+    {"Enlarged", 2, 0, GL::Viewport::AlignHCenter, {1, 1, 1}, 2.5, false},
+};
+
+void PrintTo(const ViewCase &c, std::ostream *out)
+{
+    *out << c.name;
+}
+
+class Views : public Scene, public testing::WithParamInterface<ViewCase> {
+protected:
+    void SetUp() override
+    {
+        for (GLWidget *object : {&main, &inset}) {
+            object->camera.ortho = GetParam().ortho;
+            object->camera.mode = GetParam().mode;
+            object->camera.m[14] = -3;
+            object->viewport.align = GetParam().align;
+            object->viewport.scale = GetParam().scale2D;
+            object->viewport.pos = Vector(-9, -4, 0);
+        }
+    }
+    PictureRequest view() const
+    {
+        PictureRequest r = request();
+        r.size = (QSizeF(r.window) * GetParam().scale).toSize();
+        r.transparent = GetParam().transparent;
+        return r;
+    }
+};
+
+TEST_P(Views, IsWhatTheWindowShows)
+{
+    PictureRequest r = view();
+    r.transparent = false;
+    const Picture picture = renderPicture(r);
+    ASSERT_FALSE(picture.image.isNull()) << picture.error.toStdString();
+    const QImage small =
+        picture.image.scaled(r.window, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    QImage black(small.size(), QImage::Format_RGB32);
+    black.fill(Qt::black);
+    // The window's edges are hard, the picture's are soft.
+    EXPECT_LT(differing(small, shown(), 140), 320 * 200 / 100);
+    EXPECT_GT(differing(small, black, 100), 6000);
+}
+
+TEST_P(Views, PartsMakeTheWholeWithoutSeams)
+{
+    PictureRequest r = view();
+    const Picture whole = renderPicture(r);
+    r.partSide = 37;
+    const Picture parts = renderPicture(r);
+    ASSERT_FALSE(whole.image.isNull()) << whole.error.toStdString();
+    ASSERT_FALSE(parts.image.isNull()) << parts.error.toStdString();
+    // One of four samples at an edge may fall to the other side.
+    const int pixels = r.size.width() * r.size.height();
+    EXPECT_LE(differing(whole.image, parts.image, 70), 4);
+    EXPECT_LT(differing(whole.image, parts.image, 2), pixels / 1000);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Views, testing::ValuesIn(viewCases),
+                         [](const auto &row) { return std::string(row.param.name); });
+
+class PictureTest : public Scene {};
+
+TEST_F(PictureTest, AlphaIsWhatIsCoveredHoweverTheContentBlends)
+{
+    PictureRequest r = request();
+    r.transparent = true;
+    r.objects.resize(1);
+    r.objects[0].background = [](GLW *, float) { ADD_FAILURE() << "a background was drawn"; };
+    r.objects[0].draw3D = nullptr;
+    r.objects[0].draw2D = [](GLW *, float) {
+        glColor4f(1, 0, 0, 0.5f); // not blended: opaque on the screen whatever its alpha
+        glRectf(-150, -80, -100, 80);
+        glEnable(GL_BLEND);
+        glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+        glColor4f(0, 1, 0, 0.4f);
+        glRectf(-50, -80, 0, 80);
+    };
+    r.objects[0].foreground = [](GLW *, QPainter *painter) {
+        painter->fillRect(200, 50, 20, 20, QColor(0, 0, 255, 102));
+    };
+    const QImage image = renderPicture(r).image;
+    QByteArray file;
+    QBuffer buffer(&file);
+    ASSERT_TRUE(image.save(&buffer, "PNG"));
+    const QImage read = QImage::fromData(file).convertToFormat(QImage::Format_ARGB32);
+    EXPECT_EQ(read.pixelColor(30, 100), QColor(255, 0, 0, 255));
+    EXPECT_EQ(read.pixelColor(130, 100), QColor(0, 255, 0, 102));
+    EXPECT_EQ(read.pixelColor(210, 60), QColor(0, 0, 255, 102));
+    EXPECT_EQ(read.pixel(300, 10), 0u);
+}
+
+// Far larger than the window and than a part; 25 picture pixels to a window pixel, seams every
+// 1248.
+TEST_F(PictureTest, EightThousandPixels)
+{
+    PictureRequest r = request();
+    r.size = QSize(8000, 5000);
+    r.objects.resize(1);
+    r.objects[0].background = [](GLW *, float) { // darkness to red, left to right
+        glShadeModel(GL_SMOOTH);
+        glBegin(GL_TRIANGLE_STRIP);
+        for (const int corner : {0, 1, 2, 3}) {
+            glColor3f(float(corner / 2), 0, 0);
+            glVertex2i(corner / 2 ? 1 : -1, corner % 2 ? 1 : -1);
+        }
+        glEnd();
+    };
+    r.objects[0].draw3D = nullptr;
+    r.objects[0].draw2D = [](GLW *, float scale) {
+        glColor3f(0, 1, 0);
+        glRectf(-100, -50, 20, 40);
+        glColor3f(0, 0, 1);
+        glLineWidth(2 * scale);
+        glBegin(GL_LINES); // rows 1235 to 1284, beside and over a seam
+        glVertex2f(-160, 49.6f);
+        glVertex2f(160, 49.6f);
+        glEnd();
+    };
+    r.objects[0].foreground = [](GLW *, QPainter *painter) {
+        painter->fillRect(200, 150, 1, 1, Qt::white);
+    };
+    const QImage image = renderPicture(r).image;
+    ASSERT_EQ(image.size(), r.size);
+
+    const QColor green(0, 255, 0), blue(0, 0, 255), white(Qt::white);
+    const struct {
+        int x, y;
+        QColor colour;
+    } probes[] = {
+        {1500, 3000, green},       {1499, 3000, {48, 0, 0}},  {2495, 3000, green},
+        {2496, 3000, green},       {4499, 3000, green},       {4500, 3000, {143, 0, 0}},
+        {3000, 3749, green},       {3000, 3750, {96, 0, 0}},  {3000, 3744, green},
+        {0, 1236, blue},           {5000, 1236, blue},        {5000, 1247, blue},
+        {5000, 1248, blue},        {7999, 1283, blue},        {5000, 1233, {159, 0, 0}},
+        {5000, 1286, {159, 0, 0}}, {5000, 3750, white},       {5024, 3774, white},
+        {4999, 3750, {159, 0, 0}}, {5025, 3774, {160, 0, 0}}, {7999, 4999, {255, 0, 0}},
+    };
+    for (const auto &probe : probes) {
+        const QRgb seen = image.pixel(probe.x, probe.y);
+        EXPECT_TRUE(std::abs(qRed(seen) - probe.colour.red()) <= 1 &&
+                    qGreen(seen) == probe.colour.green() && qBlue(seen) == probe.colour.blue())
+            << probe.x << ", " << probe.y << ": " << QColor(seen).name().toStdString();
+    }
+    for (int x = 1; x < 8000; ++x) // the ramp has no step at a seam
+        ASSERT_LE(std::abs(qRed(image.pixel(x, 100)) - qRed(image.pixel(x - 1, 100))), 1) << x;
+}
+
+// An object too large for a GL viewport is cut into frusta; a line and a point beside a seam, at
+// 1728, reach over it.
+TEST_F(PictureTest, WiderThanAnyViewport)
+{
+    GLint limit[2] = {0, 0};
+    glGetIntegerv(GL_MAX_VIEWPORT_DIMS, limit);
+    PictureRequest r;
+    r.window = QSize(2000, 20);
+    r.size = QSize(20000, 200);
+    ASSERT_GT(r.size.width(), limit[0]);
+    r.objects.push_back({&main, QRectF(0, 0, 2000, 20), {}, {}, {}, {}});
+    r.objects[0].draw2D = [](GLW *, float scale) {
+        glLineWidth(6 * scale);
+        glBegin(GL_LINES); // columns 1678 to 1737
+        glVertex2f(-829.2f, 0);
+        glVertex2f(-829.2f, 10);
+        glEnd();
+        glPointSize(4 * scale);
+        glBegin(GL_POINTS); // columns 1720 to 1759, rows 130 to 169
+        glVertex2f(-826, -5);
+        glEnd();
+    };
+    const QImage image = renderPicture(r).image;
+    ASSERT_EQ(image.size(), r.size);
+    const auto firstAndLast = [&image](int y) {
+        int first = -1, last = -1;
+        for (int x = 0; x < image.width(); ++x)
+            if (qRed(image.pixel(x, y)) > 127) {
+                first = first < 0 ? x : first;
+                last = x;
+            }
+        return std::make_pair(first, last);
+    };
+    EXPECT_EQ(firstAndLast(50), std::make_pair(1678, 1737));
+    EXPECT_EQ(firstAndLast(150), std::make_pair(1720, 1759));
+    EXPECT_EQ(firstAndLast(120), std::make_pair(-1, -1));
+}
+
+// All of GL's state that can be asked for by name, as one text.
+std::string state()
+{
+    std::string all;
+    for (const GLenum name : {GL_VIEWPORT,
+                              GL_SCISSOR_BOX,
+                              GL_SCISSOR_TEST,
+                              GL_MATRIX_MODE,
+                              GL_MODELVIEW_MATRIX,
+                              GL_PROJECTION_MATRIX,
+                              GL_FRAMEBUFFER_BINDING,
+                              GL_DRAW_BUFFER,
+                              GL_READ_BUFFER,
+                              GL_COLOR_CLEAR_VALUE,
+                              GL_LIGHTING,
+                              GL_LIGHT0,
+                              GL_LINE_WIDTH,
+                              GL_POINT_SIZE,
+                              GL_PACK_ALIGNMENT,
+                              GL_PACK_ROW_LENGTH,
+                              GL_DEPTH_TEST,
+                              GL_BLEND,
+                              GL_ATTRIB_STACK_DEPTH,
+                              GL_CLIENT_ATTRIB_STACK_DEPTH,
+                              GL_MODELVIEW_STACK_DEPTH,
+                              GL_PROJECTION_STACK_DEPTH}) {
+        GLdouble values[16] = {};
+        glGetDoublev(name, values);
+        for (const double value : values)
+            all += std::to_string(value) + ' ';
+        all += '\n';
+    }
+    return all;
+}
+
+TEST_F(PictureTest, GivesBackStateAndRecords)
+{
+    main.lights.emplace_back(GLenum(GL_LIGHT0), 'l');
+    window->mouse.x = 77;
+    window->mouse.y0 = 11;
+    glEnable(GL_SCISSOR_TEST);
+    glScissor(1, 2, 3, 4);
+    glClearColor(0.25f, 0.5f, 0.75f, 1);
+    glPixelStorei(GL_PACK_ROW_LENGTH, 33);
+    glMatrixMode(GL_PROJECTION);
+    PictureRequest r = request();
+    r.size *= 3;
+    bool local = true;
+    r.objects[1].draw3D = [&](GLW *glw, float) {
+        local = local && window->mouse.x == 77 - 200 && window->mouse.y0 == 11 - 100 &&
+                glw->camera.viewport[0] == 200 && glw->camera.viewport[3] == 80;
+        glEnable(GL_BLEND);
+    };
+    inset.setGeometry({0.5, 0.5, 0.25, 0.25}); // not where the picture has it
+    const std::string before = state();
+    const GL::Camera camera = inset.camera;
+    const Mouse mouse = window->mouse;
+
+    ASSERT_FALSE(renderPicture(r).image.isNull());
+
+    EXPECT_TRUE(local);
+    EXPECT_EQ(state(), before);
+    EXPECT_EQ(std::memcmp(&inset.camera, &camera, sizeof camera), 0);
+    EXPECT_EQ(std::memcmp(&window->mouse, &mouse, sizeof mouse), 0);
+    EXPECT_EQ(inset.rect, QRectF(0.5, 0.5, 0.25, 0.25));
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+}
+
+TEST_F(PictureTest, GivesUpWhenAskedTo)
+{
+    PictureRequest r = request();
+    r.partSide = 100;
+    std::vector<double> told;
+    r.progress = [&](double done) {
+        told.push_back(done);
+        return told.size() < 3;
+    };
+    const Picture picture = renderPicture(r);
+    EXPECT_TRUE(picture.image.isNull());
+    EXPECT_TRUE(picture.error.isEmpty());
+    EXPECT_EQ(told, (std::vector<double>{0.125, 0.25, 0.375}));
+}
+
+struct SizeCase {
+    const char *name;
+    QSize size;
+    const char *said; // part of the message; null where the size is good
+};
+
+const SizeCase sizeCases[] = {
+    {"Empty", {0, 100}, "nothing"},          {"Negative", {100, -1}, "nothing"},
+    {"LongestSide", {32767, 1}, nullptr},    {"SideTooLong", {32768, 1}, "32767"},
+    {"MostPixels", {16384, 16384}, nullptr}, {"TooManyPixels", {16384, 16385}, "268 million"},
+};
+
+void PrintTo(const SizeCase &c, std::ostream *out)
+{
+    *out << c.name;
+}
+
+class Sizes : public testing::TestWithParam<SizeCase> {};
+
+TEST_P(Sizes, AreRefusedWithTheirReason)
+{
+    PictureRequest r;
+    r.size = GetParam().size;
+    r.window = QSize(1, 1);
+    const std::string fault = pictureSizeFault(r.size).toStdString();
+    if (!GetParam().said) {
+        EXPECT_EQ(fault, "");
+        return;
+    }
+    EXPECT_NE(fault.find(GetParam().said), std::string::npos) << fault;
+    EXPECT_EQ(renderPicture(r).error.toStdString(), fault); // before anything is asked of OpenGL
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Sizes, testing::ValuesIn(sizeCases),
+                         [](const auto &row) { return std::string(row.param.name); });
+
+} // namespace
+} // namespace host
