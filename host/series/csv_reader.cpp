@@ -14,12 +14,6 @@
 namespace host {
 namespace {
 
-// libcsv takes tabs for blanks around a field; here they separate fields or are part of one.
-int isBlank(unsigned char c)
-{
-    return c == ' ' ? 1 : 0;
-}
-
 /// Splits bytes into fields with libcsv, and knows on which line each row begins.
 class CsvSplitter {
 public:
@@ -28,7 +22,6 @@ public:
     {
         ready_ = csv_init(&parser_, CSV_STRICT | CSV_STRICT_FINI) == 0;
         csv_set_delim(&parser_, static_cast<unsigned char>(separator));
-        csv_set_space_func(&parser_, isBlank);
     }
     ~CsvSplitter() { csv_free(&parser_); }
     CsvSplitter(const CsvSplitter &) = delete;

@@ -56,11 +56,6 @@ PlotBrush::PlotBrush(const PlotVertices &vertices, const QColor &color, Qt::PenS
 {
 }
 
-void PlotBrush::lift()
-{
-    lifted_ = true;
-}
-
 void PlotBrush::segment(const QPointF &a, const QPointF &b)
 {
     const QPointF way = b - a;
@@ -68,7 +63,7 @@ void PlotBrush::segment(const QPointF &a, const QPointF &b)
     if (length == 0)
         return;
     const QPointF normal(-way.y() / length, way.x() / length);
-    const bool joined = !lifted_ && a == end_;
+    const bool joined = a == end_;
     if (!joined)
         run_ = 0;
     if (on_ > 0)
@@ -77,7 +72,6 @@ void PlotBrush::segment(const QPointF &a, const QPointF &b)
         drawPiece(a, b, normal);
     if (joined && on_ == 0 && QPointF::dotProduct(normal, normal_) < 0.999)
         drawJoin(a, normal_, normal);
-    lifted_ = false;
     end_ = b;
     normal_ = normal;
 }

@@ -7,6 +7,7 @@
 #include <QRectF>
 #include <QSize>
 #include <Qt>
+#include <QtNumeric>
 
 #include "GL/camera.h"
 
@@ -37,7 +38,6 @@ public:
     PlotBrush(const PlotVertices &vertices, const QColor &color, Qt::PenStyle pen, double width,
               double soft);
 
-    void lift(); ///< The next segment begins a new line.
     /// Goes from @p a to @p b. A segment that begins where the last one ended is joined to it.
     void segment(const QPointF &a, const QPointF &b);
     void dot(const QPointF &centre, double radius) const;
@@ -55,9 +55,8 @@ private:
     double core_;
     double edge_; // half widths of what is opaque, and of all
     double run_ = 0;
-    bool lifted_ = true;
-    QPointF end_;    // of the last segment
-    QPointF normal_; // likewise
+    QPointF end_{qQNaN(), qQNaN()}; // of the last segment
+    QPointF normal_;                // likewise
 };
 
 } // namespace host

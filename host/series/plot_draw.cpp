@@ -121,7 +121,6 @@ void SeriesPlot::drawLine(const Canvas &canvas, const Polyline &line, PlotBrush 
         QPointF from = toLocal(canvas.glw, line.points[first]);
         if (last - first == 1 && near.contains(from))
             brush.dot(from, 1.5); // a line of one point would not be seen
-        brush.lift();
         for (std::size_t i = first + 1; i < last; ++i) {
             const QPointF to = toLocal(canvas.glw, line.points[i]);
             if (i + 1 < last && (to - from).manhattanLength() < shortest)

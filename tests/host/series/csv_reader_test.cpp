@@ -85,7 +85,7 @@ const GoodCase goodCases[] = {
     {"YearsAsNames", "t,2001,2002\n1,2,3\n", "t|2001|2002/", false, {1}, {2}},
     {"NamelessColumns", ",,b\n1,2,3\n", "column 1|column 2|b/", false, {1}, {2}},
     {"WordsAreSkipped", "t,w,a,e\n1,rain,2,\n2,7,3,\n", "t|a/w|e", false, {1, 2}, {2, 3}},
-    {"Numbers", "t,a\n-1e3,+.5\n 7 , 8 \n", "t|a/", false, {-1000, 7}, {0.5, 8}},
+    {"Numbers", "t,a\n-1e3,+.5\n 7 ,\t8 \n", "t|a/", false, {-1000, 7}, {0.5, 8}},
     {"SortedStably", "t,a\n3,1\n1,2\n3,3\n1,4\n", "t|a/", false, {1, 1, 3, 3}, {2, 4, 1, 3}},
     {"Dates", "d,a\n1969-12-31,1\n1972-03-01,2\n", "d|a/", true, {-day, 790 * day}, {1, 2}},
     {"DateTimes",
@@ -194,6 +194,13 @@ TEST(CsvReaderTest, MissingFileAndFolderAreNamed)
     const QString missing = folder.filePath("gone.csv");
     EXPECT_TRUE(readCsv(missing).error.startsWith(missing + ": No such file"));
     EXPECT_EQ(readCsv(folder.path()).error, folder.path() + ": is a folder");
+}
+
+TEST(CsvReaderTest, LinesAreCountedThroughoutALongFile)
+{
+    const CsvFile file("t,aa\n" + QByteArray("1,2\n").repeated(600000) + "1\n");
+    EXPECT_EQ(readCsv(file.path()).error,
+              file.path() + ":600002: 1 fields where the first row has 2");
 }
 
 TEST(CsvReaderTest, WeatherOfSeattle)

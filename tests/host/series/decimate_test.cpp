@@ -129,9 +129,9 @@ INSTANTIATE_TEST_SUITE_P(Rows, Decimate, testing::ValuesIn(windowCases),
 
 TEST(DecimateTest, FewSamplesAreExactWithOneBeyondEachEnd)
 {
-    const Table table = tableOf({0, 1, 2, 3, 4, 5, 6}, {0, 10, 20, none, 40, none, 60});
-    const Polyline line = decimate(table, table.columns[0], 1.5, 5, 100);
-    EXPECT_EQ(line.points, (std::vector<QPointF>{{1, 10}, {2, 20}, {4, 40}}));
+    const Table table = tableOf({0, 1, 2, 3, 4, 5, 6}, {0, 10, 20, none, 40, 50, 60});
+    const Polyline line = decimate(table, table.columns[0], 1.5, 4.5, 100);
+    EXPECT_EQ(line.points, (std::vector<QPointF>{{1, 10}, {2, 20}, {4, 40}, {5, 50}}));
     EXPECT_EQ(line.starts, (std::vector<std::size_t>{0, 2}));
     EXPECT_EQ(decimate(table, table.columns[0], 0, 7, 0).points.size(), 0u);
     EXPECT_EQ(decimate(table, table.columns[0], 2, 2, 10).points.size(), 0u);

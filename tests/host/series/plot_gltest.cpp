@@ -16,8 +16,8 @@ namespace {
 
 const double none = std::numeric_limits<double>::quiet_NaN();
 
-// Two level lines from x = 0 to 100: "high" at 8, without the samples 40 to 60, and "low" at 3.
-// Between the rows `step` apart there is nothing else.
+// Two level lines and a slope from x = 0 to 100: "high" at 8, without the samples 40 to 60, "low"
+// at 3; the slope y = x is hidden at first.
 std::shared_ptr<const Table> levels(double step)
 {
     auto table = std::make_shared<Table>();
@@ -28,6 +28,7 @@ std::shared_ptr<const Table> levels(double step)
     }
     table->columns.emplace_back("high", high);
     table->columns.emplace_back("low", std::vector<double>(high.size(), 3.0));
+    table->columns.emplace_back("slope", table->x);
     return table;
 }
 
@@ -88,6 +89,7 @@ protected:
         QObject::connect(&object, &GLWidget::PaintForeground, [this](GLW *glw, QPainter *painter) {
             plot.paintForeground(glw, painter);
         });
+        plot.toggle(2);
         window.show();
         QElapsedTimer waited;
         waited.start();
@@ -193,11 +195,12 @@ TEST_P(PlotDrawing, OnlyItsRectangleIsPainted)
 // Far into a zoom, the neighbours of the visible part lie millions of pixels away.
 TEST_P(PlotDrawing, LinesStayExactDeepInAZoom)
 {
-    plot.fit(&object, {25.00002, 3.00005, 0.00001, -0.0001});
+    plot.toggle(2);
+    plot.fit(&object, {25.00002, 25.00003, 0.00001, -0.00001}); // from corner to corner
     draw();
     for (const double share : {0.05, 0.52, 0.95}) {
-        EXPECT_TRUE(near(atShare(share, 0.5), color(1))) << share;
-        EXPECT_FALSE(near(atShare(share, 0.53), color(1))) << share;
+        EXPECT_TRUE(near(atShare(share, share), color(2))) << share;
+        EXPECT_FALSE(near(atShare(share, share + 0.03), color(2))) << share;
     }
 }
 
