@@ -38,7 +38,7 @@ QObject *GLWidget::Connect(QObject *o)
 
     const QPointer<GLWidget> self(this);
     const QPointer<QObject> host(o);
-    if (gl && gl->isVisible()) {
+    if (gl && gl->isVisible() && gl->isValid()) {
         gl->makeCurrent();
         if (qHasSlot(o, "Init(GLW*)"))
             QMetaObject::invokeMethod(o, "Init", Q_ARG(GLW *, this));

@@ -174,7 +174,7 @@ void QGLWindow::paintGL()
 {
     constexpr int smallest = 10; // pixels; nothing is drawn in a window this narrow or low
     makeCurrent();
-    if (!isVisible() || width() <= smallest || height() <= smallest)
+    if (!isValid() || !isVisible() || width() <= smallest || height() <= smallest)
         return;
     const time_t t0 = timer();
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);

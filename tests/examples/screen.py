@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """Starting a program on the screen, using it with the pointer, and looking at what it shows."""
 import os
+import shutil
 import subprocess
 import time
 import unittest
@@ -12,11 +13,14 @@ SOURCE, BUILD, SCRATCH, MODULE = (os.environ[n] for n in ("SOURCE", "BUILD", "SC
 BACKGROUND = (28, 36, 48)
 
 
-def environment():
-    """The programs' surroundings: the sanitizer's runtime in front, where the module needs it."""
-    if not os.environ["PRELOAD"]:
-        return dict(os.environ)
-    return dict(os.environ, LD_PRELOAD=os.environ["PRELOAD"], ASAN_OPTIONS="detect_leaks=0")
+def installed():
+    """The prefix of a fresh installation of the module and its headers."""
+    prefix = os.path.join(SCRATCH, "prefix")
+    shutil.rmtree(prefix, ignore_errors=True)
+    for component in ("glwindow", "glwindow-dev"):
+        subprocess.run([os.environ["CMAKE"], "--install", BUILD, "--prefix", prefix,
+                        "--component", component], check=True, stdout=subprocess.DEVNULL)
+    return prefix
 
 
 def colour(image, point):
@@ -33,20 +37,23 @@ class ScreenTest(unittest.TestCase):
         file = os.path.join(SCRATCH, self.id() + ".png")
         if os.path.exists(file):
             os.remove(file)
-        subprocess.run(command + ["--timeout", "2", "--picture", file], env=environment(),
+        subprocess.run(command + ["--timeout", "2", "--picture", file],
                        check=True, timeout=120)
         image = QImage(file)
         self.assertEqual((image.width(), image.height()), (800, 600))
         return image
 
     def start(self, command):
-        """Starts the program. Returns the place of its window on the screen."""
-        process = subprocess.Popen(command, env=environment())
-        self.addCleanup(process.wait)
-        self.addCleanup(process.terminate)
+        """Starts the program and waits for its window."""
+        process = self.process = subprocess.Popen(command)
+        self.addCleanup(self.stop)
         found = self.xdotool("search", "--sync", "--onlyvisible", "--pid", str(process.pid),
                              "--name", ".")
         self.window = int(found.split()[0])
+
+    def stop(self):
+        self.process.terminate()
+        self.process.wait()
 
     def xdotool(self, *arguments):
         return subprocess.run(("xdotool",) + arguments, check=True, timeout=60, text=True,
