@@ -137,10 +137,8 @@ void View::advance(GLW *glw)
     slot.sinceAdvance.start();
     if (slot.item->advance(glw, seconds))
         changed();
-    if (slot.item->isBusy()) {
-        slot.picked.clear();
+    if (slot.item->isBusy())
         window_.clock().touch();
-    }
 }
 
 /// The pointer over @p glw while nothing is dragged, in its frame.
@@ -171,9 +169,13 @@ void View::Pick3D(GLW *glw)
     const auto found = slots_.find(glw);
     if (found == slots_.end() || (glw->gl && glw->gl->mouse.button != 0))
         return;
+    Slot &slot = found->second;
+    const bool busy = slot.item->isBusy(); // asked first: what it was busy with may end right now
     const std::optional<QPointF> pointer = hoverPointer(glw);
-    if (pickIsDue(glw, found->second, pointer) && found->second.item->pick3D(glw, pointer))
+    if (pickIsDue(glw, slot, pointer) && slot.item->pick3D(glw, pointer))
         changed();
+    if (busy)
+        slot.picked.clear();
 }
 
 void View::Pick2D(GLW *glw)

@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+// The command line and the list of bindings: what a person types and reads.
+#include "GL/action.h"
+#include "host/view/binding.h"
+#include "host/view/options.h"
+#include "tests/GL/table.h"
+
+namespace host {
+namespace {
+
+struct OptionsCase {
+    const char *name;
+    QString arguments; // apart by blanks
+    Options::Action action;
+    const char *complaint; // a part of the error
+};
+
+using Action = Options::Action;
+
+const OptionsCase optionsCases[] = {
+    {"Nothing", "", Action::View, ""},
+    {"File", "a.obj", Action::View, ""},
+    {"Help", "--help", Action::Help, ""},
+    {"Version", "--version a.obj", Action::Version, ""},
+    {"Reader", "--read-model a.obj", Action::ReadModel, ""},
+    {"UnknownOption", "--colour", Action::Refuse, "colour"},
+    {"SizeWithoutHeight", "--size 800", Action::Refuse, "\"800\""},
+    {"SizeTooSmall", "--size 800x9", Action::Refuse, "16"},
+    {"SizeTooLarge", "--size 99999x800", Action::Refuse, "16384"},
+    {"RateOfNothing", "--fps 0", Action::Refuse, "\"0\""},
+    {"RateOfWords", "--fps fast", Action::Refuse, "\"fast\""},
+    {"PictureOfNothing", "--screenshot a.png", Action::Refuse, "needs a file"},
+};
+
+TABLE(OptionsLine, testing::Test, OptionsCase, optionsCases);
+
+TEST_P(OptionsLine, IsTakenOrRefused)
+{
+    const Options o =
+        parseOptions(("glview " + GetParam().arguments).split(' ', Qt::SkipEmptyParts));
+    EXPECT_EQ(o.action, GetParam().action) << o.error.toStdString();
+    EXPECT_EQ(o.error.isEmpty(), o.action != Action::Refuse);
+    EXPECT_TRUE(o.error.contains(GetParam().complaint)) << o.error.toStdString();
+}
+
+TEST(OptionsTest, ValuesArrive)
+{
+    const Options o = parseOptions({"glview", "--size", "640x480", "--module", "m.so", "--fps",
+                                    "25", "--screenshot", "p.png", "a.obj"});
+    EXPECT_EQ(o.size, QSize(640, 480));
+    EXPECT_EQ(o.module, "m.so");
+    EXPECT_EQ(o.fps, 25);
+    EXPECT_EQ(o.screenshot, "p.png");
+    EXPECT_EQ(o.files, QStringList{"a.obj"});
+    EXPECT_EQ(parseOptions({"glview", "--read-model", "b.stl"}).readModel, "b.stl");
+}
+
+struct WordsCase {
+    const char *name;
+    quint32 binding; // 0: a key instead
+    const char *verb;
+    const char *key;
+    const char *words;
+};
+
+const WordsCase wordsCases[] = {
+    {"LeftDrag", LeftButton, "drag", "", "left drag"},
+    {"RightClick", RightButton, "click", "", "right click"},
+    {"WithoutVerb", MiddleButton, "", "", "middle button"},
+    {"ShiftLeft", LeftButton | Qt::ShiftModifier, "drag", "", "Shift+left drag"},
+    {"TwoModifiers", RightButton | Qt::ShiftModifier | Qt::ControlModifier, "drag", "",
+     "Ctrl+Shift+right drag"},
+    {"TwoButtons", LeftButton | RightButton, "drag", "", "left+right drag"},
+    {"DoubleClick", LeftButton | DoubleClick, "", "", "double click"},
+    {"OtherDoubleClick", RightButton | DoubleClick, "", "", "right double click"},
+    {"WheelForward", WheelUp, "", "", "wheel forward"},
+    {"AltWheelBack", WheelDown | Qt::AltModifier, "", "", "Alt+wheel back"},
+    {"Key", 0, "", "F", "F"},
+    {"KeyWithModifier", 0, "", "Ctrl+S", "Ctrl+S"},
+    {"QuestionMark", 0, "", "Shift+?", "?"},
+    {"Unbound", 0, "", "", ""},
+};
+
+TABLE(BindingInWords, testing::Test, WordsCase, wordsCases);
+
+TEST_P(BindingInWords, ReadsAsAPersonWouldSayIt)
+{
+    const WordsCase &c = GetParam();
+    MouseAction mouse(nullptr, "m");
+    mouse.setBinding(c.binding, 0);
+    mouse.setProperty("verb", c.verb);
+    KeyAction key(nullptr, "k");
+    key.setKey(QKeySequence(c.key));
+    EXPECT_EQ(bindingWords(c.binding ? static_cast<QAction *>(&mouse) : &key), c.words);
+}
+
+TEST(BindingRows, GathersWhatDoesTheSameInTheOrderOfBinding)
+{
+    QObject scene;
+    QList<QAction *> actions; // as the module keeps them: the newest first
+    const auto add = [&](const char *key, const char *text) {
+        auto *action = new KeyAction(&scene, "");
+        action->setKey(QKeySequence(key));
+        action->setText(text);
+        actions.prepend(action);
+        return action;
+    };
+    add("F", "Fit");
+    add("F1", "Help");
+    add("Shift+?", "Help");
+    add("?", "Help");
+    add("Esc", "");
+    add("X", "Off")->setEnabled(false);
+    auto *window = new QAction("Quit", &scene);
+    window->setShortcut(QKeySequence("Ctrl+Q"));
+    actions.prepend(window);
+
+    QStringList rows;
+    for (const BindingRow &row : bindingRows(actions))
+        rows << row.keys + ": " + row.text;
+    EXPECT_EQ(rows.join("; "), "F: Fit; F1, ?: Help; Ctrl+Q: Quit");
+}
+
+} // namespace
+} // namespace host
