@@ -5,6 +5,10 @@ target_compile_options(glwindow_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow $<$<BOOL:${GLWINDOW_WERROR}>:-Werror>)
 if(GLWINDOW_SANITIZE)
     target_compile_options(glwindow_warnings INTERFACE
-        -fsanitize=${GLWINDOW_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+        -fsanitize=${GLWINDOW_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined
+        # GCC takes what the sanitizers insert for uses of values that were never set.
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     target_link_options(glwindow_warnings INTERFACE -fsanitize=${GLWINDOW_SANITIZE})
+    target_sources(glwindow_warnings INTERFACE
+        $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${PROJECT_SOURCE_DIR}/cmake/keep_loaded.cpp>)
 endif()

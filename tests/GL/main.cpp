@@ -42,7 +42,7 @@ int main(int argc, char **argv)
 {
     testing::InitGoogleTest(&argc, argv);
 #ifndef GLWINDOW_TEST_GL
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", "minimal");
 #endif
     Application application(argc, argv);
     if (!hasContext()) {

@@ -309,7 +309,7 @@ TEST(PaletteTest, IsLegibleOnBothThemes)
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen"); // fonts are measured, no window is shown
+    qputenv("QT_QPA_PLATFORM", "minimal"); // fonts are measured, no window is shown
     QApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
