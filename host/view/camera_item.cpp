@@ -60,6 +60,13 @@ void CameraItem::initView(GLW *glw)
     placeLamp(glw);
 }
 
+void CameraItem::restoreView(GLW *glw, const GL::Camera &camera)
+{
+    glw->camera.ortho = camera.ortho;
+    motion_.jumpTo(glw->camera, {toQt(camera.rot), toQt(camera.setTarget), camera.radius});
+    showsWhole_ = false;
+}
+
 /// The lamp follows the viewer, so that what one looks at is lit and still has shape.
 void CameraItem::placeLamp(GLW *glw) const
 {

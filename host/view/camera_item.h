@@ -13,6 +13,7 @@ namespace host {
 /// viewer's shoulder. The item lies within CameraMotion::worldRadius of the world's origin.
 class CameraItem : public Item {
 public:
+    void restoreView(GLW *glw, const GL::Camera &camera) override;
     bool advance(GLW *glw, double seconds) override;
     void fit(GLW *glw) override;
     void home(GLW *glw) override;

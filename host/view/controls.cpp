@@ -28,14 +28,14 @@ QPointF windowPointer(const GLW *fired)
 
 } // namespace
 
-Controls::Controls(QObject *scene, Lookup item, bool controlRolls, QObject *parent)
+Controls::Controls(QObject *scene, Lookup item, bool single, QObject *parent)
     : QObject(parent), item_(std::move(item))
 {
-    bindPointer(scene, controlRolls);
+    bindPointer(scene, single);
     bindKeys(scene);
 }
 
-void Controls::bindPointer(QObject *scene, bool controlRolls)
+void Controls::bindPointer(QObject *scene, bool single)
 {
     const auto bind = [&](quint32 word, quint32 mask, const char *name, const QString &verb,
                           const QString &text, const char *slot) {
@@ -48,12 +48,13 @@ void Controls::bindPointer(QObject *scene, bool controlRolls)
     bind(LeftButton, 0, "orbit", drag, orbit, SLOT(Orbit(GLW *, bool)));
     bind(MiddleButton, 0, "pan", drag, pan, SLOT(Pan(GLW *, bool)));
     bind(LeftButton | Qt::ShiftModifier, 0, "pan-left", drag, pan, SLOT(Pan(GLW *, bool)));
-    if (controlRolls)
+    if (single) {
         bind(LeftButton | Qt::ControlModifier, 0, "roll", drag, rollText, SLOT(Roll(GLW *, bool)));
+        bind(LeftButton | DoubleClick, 0, "focus", {},
+             tr("Make the point under the pointer the centre"), SLOT(Focus(GLW *, bool)));
+    }
     bind(WheelUp, AnyModifier, "zoom-in", {}, zoomText, SLOT(ZoomIn(GLW *)));
     bind(WheelDown, AnyModifier, "zoom-out", {}, zoomText, SLOT(ZoomOut(GLW *)));
-    bind(LeftButton | DoubleClick, 0, "focus", {},
-         tr("Make the point under the pointer the centre"), SLOT(Focus(GLW *, bool)));
     bind(RightButton, 0, "menu", click, tr("Menu"), SLOT(Menu(GLW *, bool)));
 }
 
@@ -125,6 +126,24 @@ void Controls::HoldRoll(GLW *, bool held)
 void Controls::Orbit(GLW *glw, bool held)
 {
     dragTo(glw, rollHeld_ ? Item::Drag::Roll : Item::Drag::Orbit, held);
+    tellClick(glw, held);
+}
+
+/// Tells a click from a drag: a hand trembles by a pixel or two.
+void Controls::tellClick(GLW *glw, bool held)
+{
+    constexpr double tremble = 3;
+    const QPointF now = windowPointer(glw);
+    if (!held) {
+        if (!travelled_)
+            emit clicked(glw);
+    } else if (glw->gl->mouse.button != glw->gl->mouse.last_button) {
+        pressedAt_ = now;
+        travelled_ = false;
+        emit pressed(glw);
+    } else if ((now - pressedAt_).manhattanLength() > tremble) {
+        travelled_ = true;
+    }
 }
 
 void Controls::Pan(GLW *glw, bool held)

@@ -23,8 +23,9 @@ public:
     using Peers = std::function<QList<GLW *>(GLW *)>;
 
     /// Binds everything on @p scene. @p item gives the item of a GLW, null where there is none yet.
-    /// @p rollKeys says whether Control+drag rolls, as R+drag does anyway.
-    Controls(QObject *scene, Lookup item, bool controlRolls, QObject *parent);
+    /// On an object that is @p single, Control+drag rolls, as R+drag does anyway, and a double
+    /// click focuses; on one with tiles both belong to the selection.
+    Controls(QObject *scene, Lookup item, bool single, QObject *parent);
 
     /// What moves along when a GLW is steered, that one included; by default just itself. With
     /// more than one, the others do what the first one does, each in its own frame.
@@ -39,6 +40,8 @@ public:
 signals:
     void steered(GLW *glw);   ///< Something is to be drawn anew.
     void menuAsked(GLW *glw); ///< The right button was released over @p glw.
+    void pressed(GLW *glw);   ///< The left button alone went down.
+    void clicked(GLW *glw);   ///< It went up where it had gone down, within a few pixels.
 
 public slots:
     void Fit(GLW *glw);
@@ -62,10 +65,11 @@ public slots:
 
 private:
     void bindKeys(QObject *scene);
-    void bindPointer(QObject *scene, bool controlRolls);
+    void bindPointer(QObject *scene, bool single);
     void look(GLW *glw, Item::Side side);
     void zoom(GLW *glw, float steps);
     void dragTo(GLW *glw, Item::Drag kind, bool held);
+    void tellClick(GLW *glw, bool held);
     void forPeers(GLW *glw, const std::function<void(Item *, GLW *)> &steer);
 
     Lookup item_;
@@ -74,6 +78,8 @@ private:
     QPointer<GLW> dragged_; // keeps the drag when the pointer passes over another object
     Item::Drag kind_ = Item::Drag::Orbit;
     QPointF last_; // window pixels, y upwards
+    QPointF pressedAt_;
+    bool travelled_ = false; // since the left button went down
 };
 
 } // namespace host

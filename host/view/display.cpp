@@ -74,6 +74,13 @@ void drawBackdrop(const Theme &theme)
     glEnd();
 }
 
+void drawPlain(const QColor &colour)
+{
+    const FlatDrawing flat;
+    setColour(colour);
+    glRectf(-1, -1, 1, 1);
+}
+
 void drawShade(const QSizeF &size, double width, double height)
 {
     const FlatDrawing flat;

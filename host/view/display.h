@@ -31,6 +31,9 @@ struct Display {
 /// depth test and lighting as they were.
 void drawBackdrop(const Theme &theme);
 
+/// The same in one colour.
+void drawPlain(const QColor &colour);
+
 /// Darkens the strip of @p width x @p height pixels in the upper right corner of a GL viewport of
 /// @p size, so that white text reads well there. Leaves GL state as it was.
 void drawShade(const QSizeF &size, double width, double height);

@@ -44,6 +44,8 @@ public:
     // With the GL context current.
     virtual void init(GLW *glw) = 0; ///< Makes what drawing needs; sets camera and lights.
     virtual void release() = 0;      ///< Gives back what init() made in GL. init() may follow.
+    /// Takes up the view that an earlier item for the same file had. Expects init() to have run.
+    virtual void restoreView(GLW *, const GL::Camera &) {}
     virtual void draw3D(GLW *, const Display &) {}
     virtual void draw2D(GLW *, const Display &) {}
     virtual void paintForeground(GLW *, QPainter *, const Display &) {}

@@ -54,11 +54,11 @@ void connectBase(QObject *scene, const char *base, const char *signal, QObject *
 
 } // namespace
 
-View::View(Window &window, const char *className, bool controlRolls) : window_(window)
+View::View(Window &window, const char *className, bool single) : window_(window)
 {
     scene_ = window.addScene(className, "scene");
     controls_ = new Controls(
-        scene_, [this](GLW *glw) { return item(glw); }, controlRolls, this);
+        scene_, [this](GLW *glw) { return item(glw); }, single, this);
     connect(controls_, &Controls::steered, this, [this] { changed(); });
     connect(controls_, &Controls::menuAsked, this, &View::askMenu);
     bindDisplay();

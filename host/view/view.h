@@ -70,7 +70,7 @@ public slots:
 protected:
     /// Makes a scene object of @p className in @p window, which outlives the view. The constructor
     /// of a derived class ends with wire().
-    View(Window &window, const char *className, bool controlRolls);
+    View(Window &window, const char *className, bool single);
     /// Connects the scene's signals to the slots of the whole object, by their names.
     void wire();
 

@@ -9,6 +9,8 @@
 #include <QFileInfo>
 #include <QMessageBox>
 
+#include "host/read/model_files.h"
+#include "host/sheet/sheet_view.h"
 #include "host/view/menu_tree.h"
 #include "host/view/picture.h"
 #include "host/view/single_view.h"
@@ -40,12 +42,37 @@ void Viewer::bindKeys()
     window_.bindKey("Ctrl+Q", "quit-control", tr("Quit"), this, SLOT(Quit()));
 }
 
+/// One file fills the window; several, or a folder, make a sheet.
+std::unique_ptr<View> Viewer::makeView(const QStringList &paths)
+{
+    QStringList files;
+    QString fault;
+    for (const QString &path : paths) {
+        if (!QFileInfo(path).isDir()) {
+            files << path;
+            continue;
+        }
+        const CollectedFiles found = collectModelFiles(path);
+        files << found.files;
+        if (found.files.isEmpty())
+            fault = tr("%1: there is no model in this folder, or it cannot be read").arg(path);
+    }
+    if (paths.isEmpty() || (files.size() == 1 && files == paths))
+        return std::make_unique<SingleView>(window_, files.value(0));
+    const QString folder =
+        QFileInfo(paths.first()).isDir() ? paths.first() : QFileInfo(paths.first()).path();
+    const QString name = QDir(QFileInfo(folder).absoluteFilePath()).dirName();
+    auto sheet = std::make_unique<SheetView>(window_, name, files, fault);
+    connect(sheet.get(), &SheetView::pictureAsked, this, &Viewer::saveArea);
+    return sheet;
+}
+
 void Viewer::open(const QStringList &paths)
 {
     const bool dark = view_ && view_->display().dark;
     view_.reset();
     settledFrames_ = 0;
-    view_ = std::make_unique<SingleView>(window_, paths.value(0));
+    view_ = makeView(paths);
     view_->setDark(dark);
     connect(view_.get(), &View::framePainted, this, &Viewer::framePainted);
     connect(view_.get(), &View::menuOpening, this, &Viewer::fillMenu);
@@ -74,22 +101,31 @@ void Viewer::OpenDialog()
 
 void Viewer::SaveDialog()
 {
-    const QString name = QFileInfo(view_->title()).completeBaseName();
+    saveArea(view_->title(), window_.widget()->rect());
+}
+
+/// Asks where to save a picture of a part of the window, y downwards.
+void Viewer::saveArea(const QString &title, const QRect &area)
+{
+    const QString name = QFileInfo(title).completeBaseName();
     const QString proposal = QDir::home().filePath((name.isEmpty() ? "glview" : name) + ".png");
     const QString path = QFileDialog::getSaveFileName(window_.widget(), tr("Save a picture"),
                                                       proposal, tr("Pictures (*.png *.jpg)"));
     if (!path.isEmpty())
-        save(path);
+        save(path, area);
 }
 
 /// Saves the next frame: the dialog that is just closing may still cover this one.
-void Viewer::save(const QString &path)
+void Viewer::save(const QString &path, const QRect &area)
 {
     auto *once = new QMetaObject::Connection;
-    *once = connect(view_.get(), &View::framePainted, this, [this, path, once] {
+    *once = connect(view_.get(), &View::framePainted, this, [this, path, area, once] {
         disconnect(*once);
         delete once;
-        const QString fault = writePicture(readFrame(window_.widget()), path);
+        const QImage frame = readFrame(window_.widget());
+        const double ratio = double(frame.width()) / window_.widget()->width();
+        const QRectF part(QPointF(area.topLeft()) * ratio, QSizeF(area.size()) * ratio);
+        const QString fault = writePicture(frame.copy(part.toRect()), path);
         if (!fault.isEmpty())
             QMetaObject::invokeMethod(
                 this, [this, fault] { QMessageBox::warning(window_.widget(), {}, fault); },

@@ -41,7 +41,9 @@ private:
     void fillMenu(MenuTree *tree);
     void framePainted();
     void finishScreenshot();
-    void save(const QString &path);
+    std::unique_ptr<View> makeView(const QStringList &paths);
+    void saveArea(const QString &title, const QRect &area);
+    void save(const QString &path, const QRect &area);
 
     Options options_;
     Window window_;
