@@ -16,9 +16,7 @@ SheetView::SheetView(Window &window, const QString &name, const QStringList &pat
                      const QString &fault)
     : View(window, "GLMultiWidget", false), name_(name), fault_(fault), entries_(makeEntries(paths))
 {
-    constexpr int gather = 150; // milliseconds
     soon_.setSingleShot(true);
-    soon_.setInterval(gather);
     connect(&soon_, &QTimer::timeout, this, [this] { changed(); });
     scene()->setProperty("header", TilePainter::header);
     scene()->setProperty("spacing", 4);
@@ -73,8 +71,7 @@ void SheetView::connectQueue()
     connect(&queue_, &ReadQueue::progressed, this, [this](int job, double fraction) {
         if (SheetEntry *entry = entryOfJob(job))
             entry->fraction = fraction;
-        if (!soon_.isActive())
-            soon_.start();
+        changedSoon();
     });
     connect(&queue_, &ReadQueue::finished, this, [this](int job, const MeshPtr &mesh) {
         int id = 0;
@@ -87,8 +84,7 @@ void SheetView::connectQueue()
             entry->reason = reason;
             jobs_.remove(job);
         }
-        if (!soon_.isActive())
-            soon_.start();
+        changedSoon();
     });
 }
 
@@ -133,8 +129,19 @@ void SheetView::show(int id, const MeshPtr &mesh)
         entry.camera.reset();
     }
     makeRoom();
+    changedSoon();
     if (sorted_ && order_ == SheetOrder::Count && queue_.isIdle())
         sortBy(SheetOrder::Count);
+}
+
+/// Asks for a frame that nobody waits for: a sheet of hundreds takes long to draw, and the readers
+/// need the processor too.
+void SheetView::changedSoon()
+{
+    constexpr int gather = 150; // milliseconds
+    constexpr int share = 8;    // of the time, one part for drawing
+    if (!soon_.isActive())
+        soon_.start(std::max(gather, int(frameCost_) * share));
 }
 
 quint64 SheetView::bytesOf(int id) const
@@ -181,6 +188,11 @@ void SheetView::Update(GLW *glw)
 
 void SheetView::DrawBG(GLW *)
 {
+    // Up to when the frame is on the screen and events come again.
+    QElapsedTimer frame;
+    frame.start();
+    QMetaObject::invokeMethod(
+        this, [this, frame] { frameCost_ = frame.elapsed(); }, Qt::QueuedConnection);
     drawPlain(display().dark ? display().theme().bottom : display().theme().top);
 }
 

@@ -74,6 +74,7 @@ private:
     void show(int id, const MeshPtr &mesh);
     void release(int id);
     void makeRoom();
+    void changedSoon();
     quint64 bytesOf(int id) const;
     void hover(const GLW *glw);
     void sortBy(SheetOrder order);
@@ -98,6 +99,7 @@ private:
     SheetOrder order_ = SheetOrder::Name;
     bool sorted_ = false;
     bool reversed_ = false;
+    qint64 frameCost_ = 0; // milliseconds
     QTimer soon_; // gathers what the readers tell into a few frames a second
     TilePainter painter_;
     ReadQueue queue_;

@@ -40,6 +40,7 @@ bool SingleView::isSettled() const
 void SingleView::show(const MeshPtr &mesh)
 {
     setItem(glw(), std::make_unique<ModelItem>(title(), mesh));
+    changed();
 }
 
 void SingleView::fail(const QString &reason)

@@ -117,7 +117,6 @@ void View::setItem(GLW *glw, std::unique_ptr<Item> item)
         slot.item->init(glw);
     if (!slot.item)
         slots_.erase(glw);
-    changed();
 }
 
 void View::Init(GLW *glw)

@@ -79,6 +79,7 @@ protected:
 
     /// Gives @p glw something to show; what it showed before is released. Null shows nothing, and
     /// must be set before a GLW is deleted ahead of the view.
+    /// Asks for no frame: many may come at once.
     void setItem(GLW *glw, std::unique_ptr<Item> item);
 
     /// Lets the item of @p glw move on to this frame. Expects to run once a frame, after the
