@@ -13,6 +13,7 @@ packages_models=(assimp-testmodels)
 packages_test=(libgtest-dev xdotool openbox ffmpeg pkg-config
                python3-pyqt5 python3-pyqt5.qtopengl python3-opengl)
 packages_format=(git clang-format-14)
+packages_docs=(doxygen)
 
 # The screen of every run without a display: large enough for each window that is opened.
 virtual_screen='-screen 0 1600x1200x24 +extension GLX'
