@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Installs into an empty prefix, moves it, and works from there alone: builds and runs the smallest
-# host, and a program that links the module by each of the two package files.
+# Installs into an empty prefix, moves it, and works from there alone: the viewer finds its module,
+# and a program links the module by each of the two package files.
 # usage: install_test.sh SOURCE BUILD COMPILER
 set -euo pipefail
 source=$1 build=$2 compiler=$3
@@ -21,6 +21,10 @@ prefix=$work/moved
 mv "$work/first" "$prefix"
 named=$(grep -rIlF -e "$source" -e "$work" "$prefix" || true)
 [ -z "$named" ] || fail "these name a folder of the machine that built them: $named"
+
+module=$(find "$prefix" -name glwindow.so)
+"$prefix/bin/glview" --version | grep -qxF "module $module" ||
+    fail "the viewer does not find $module"
 
 # build_host NAME FOLDER: builds a project that finds the package in the prefix alone.
 build_host() {
