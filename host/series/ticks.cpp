@@ -54,8 +54,7 @@ std::vector<Tick> numberTicks(double low, double high, double pixels, double spa
     const double slack = 1e-6; // of a step, so that a bound that is itself round is marked
     std::vector<Tick> ticks;
     for (double k = std::ceil(low / step - slack); k <= std::floor(high / step + slack); ++k) {
-        // + 0.0 turns a negative zero into a plain one
-        const double value = (exponent < 0 ? k / (1 / step) : k * step) + 0.0;
+        const double value = exponent < 0 ? k / (1 / step) : k * step;
         ticks.push_back({value,
                          withExponent ? exponentLabel(value, digits)
                                       : numberLabel(value, std::max(0, -exponent)),

@@ -127,8 +127,8 @@ TEST_P(PlotView, PanMovesByPixels)
     const QPointF data(1.4e9 + 500042, 1047);
     QPointF pixel = plot.toLocal(&object, data);
     for (int i = 0; i < 40; ++i) { // some twenty widths of the window away
-        plot.panBy(&object, {400, -250});
-        pixel += QPointF(400, -250);
+        plot.panBy(&object, {400, -450});
+        pixel += QPointF(400, -450);
     }
     expectAt(data, pixel, 0.2);
 }
