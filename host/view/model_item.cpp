@@ -48,9 +48,12 @@ QString ModelItem::details() const
     const QVector3D size = mesh_->max - mesh_->min;
     const QLocale locale;
     const auto length = [&](float v) { return locale.toString(double(v), 'g', 4); };
-    return QCoreApplication::translate("ModelItem", "%1 triangles  ·  %2 × %3 × %4")
-        .arg(locale.toString(qulonglong(mesh_->triangleCount())), length(size.x()),
-             length(size.y()), length(size.z()));
+    const QString count = mesh_->triangleCount() == 1
+                              ? QCoreApplication::translate("ModelItem", "1 triangle")
+                              : QCoreApplication::translate("ModelItem", "%1 triangles")
+                                    .arg(locale.toString(qulonglong(mesh_->triangleCount())));
+    return QStringLiteral("%1  ·  %2 × %3 × %4")
+        .arg(count, length(size.x()), length(size.y()), length(size.z()));
 }
 
 QString ModelItem::underPointer() const
