@@ -135,7 +135,9 @@ Imported import(const QString &path, const ImportProgress &progress, const MeshL
         return {{}, whyNot(importer, path)};
     const std::string format = formatName(importer);
     // The importer has no other way to work on its scene between two steps.
-    const quint64 dropped = prepareScene(const_cast<aiScene &>(*scene), format);
+    aiScene &ours = const_cast<aiScene &>(*scene);
+    poseSkins(ours, format);
+    const quint64 dropped = prepareScene(ours, format);
     const QString lack = lackOf(*scene, dropped);
     if (!lack.isEmpty())
         return {{}, lack};

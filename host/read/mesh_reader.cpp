@@ -15,6 +15,31 @@ namespace {
 /// The share of the whole that is done when the mesh begins to arrive.
 constexpr double imported = 0.8;
 
+/// Owns the processes that were told to die, so that nobody waits for them while the program runs;
+/// when it ends, what is left of them is taken in.
+class Undertaker : public QObject {
+public:
+    static Undertaker *instance()
+    {
+        static QPointer<Undertaker> one;
+        if (!one)
+            one = new Undertaker(QCoreApplication::instance());
+        return one;
+    }
+
+    ~Undertaker() override
+    {
+        const auto dying = findChildren<QProcess *>();
+        for (QProcess *process : dying) {
+            process->disconnect();
+            process->waitForFinished(1000);
+        }
+    }
+
+private:
+    using QObject::QObject;
+};
+
 } // namespace
 
 MeshReader::MeshReader(QObject *parent, const QString &program, const QStringList &arguments,
@@ -149,7 +174,6 @@ void MeshReader::fail(const QString &reason)
     emit failed(reason);
 }
 
-/// Lets the process die by itself: waiting for it here would hold up the event loop.
 void MeshReader::dropProcess()
 {
     if (!process_)
@@ -158,7 +182,7 @@ void MeshReader::dropProcess()
     process_ = nullptr;
     process->disconnect(this);
     // This may be a slot of the process itself, so it must outlive this object.
-    process->setParent(QCoreApplication::instance());
+    process->setParent(Undertaker::instance());
     if (process->state() == QProcess::NotRunning) {
         process->deleteLater();
         return;

@@ -10,6 +10,11 @@
 
 namespace host {
 
+/// Moves the vertices of skinned meshes, in place, to where their bones stand without an animation:
+/// the places that a file stores for them can be those of another pose, or of no common frame at
+/// all. Leaves the scenes of a reader @p format alone that has done it.
+void poseSkins(aiScene &scene, const std::string &format);
+
 /// Makes @p scene, as the reader @p format left it, fit for assimp's own steps. Takes out the faces
 /// that none of them can bear: with an index beyond the vertices, or with a vertex that is not
 /// finite. Where a mesh has no normals, or only such as hide its creases, gives each face vertices

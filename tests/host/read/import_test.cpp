@@ -8,19 +8,36 @@
 namespace host {
 namespace {
 
-/// A glTF file of one triangle with the corners (0,0,0), (1,0,0), (0,1,0). @p nodes is the list of
-/// nodes.
-QByteArray gltf(const QByteArray &nodes)
+template <class T> QByteArray bytesOf(const T &array)
 {
-    const float corners[9] = {0, 0, 0, 1, 0, 0, 0, 1, 0};
-    const QByteArray data(reinterpret_cast<const char *>(corners), sizeof corners);
+    return QByteArray(reinterpret_cast<const char *>(&array), int(sizeof array));
+}
+
+/// A glTF file of one triangle with the corners (0,0,0), (1,0,0), (0,1,0). @p nodes is the list of
+/// nodes and what follows it; @p attributes may give the corners the first bone (accessor 1) in
+/// full (accessor 2).
+QByteArray gltf(const QByteArray &nodes, const QByteArray &attributes = {})
+{
+    const std::array<float, 9> corners{0, 0, 0, 1, 0, 0, 0, 1, 0};
+    const std::array<quint8, 12> bones{};
+    const std::array<float, 12> weights{1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0};
+    const std::array<float, 16> identity{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+    const QByteArray data =
+        bytesOf(corners) + bytesOf(bones) + bytesOf(weights) + bytesOf(identity);
     return R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0]}],"nodes":)" + nodes +
-           R"(,"meshes":[{"name":"sail","primitives":[{"attributes":{"POSITION":0},"material":0}]}],
+           R"(,"meshes":[{"name":"sail","primitives":[{"material":0,"attributes":{"POSITION":0)" +
+           attributes + R"(}}]}],
            "materials":[{"name":"cloth","pbrMetallicRoughness":{"baseColorFactor":[1,0.5,0,1]}}],
            "accessors":[{"bufferView":0,"componentType":5126,"count":3,"type":"VEC3",
-                         "min":[0,0,0],"max":[1,1,0]}],
-           "bufferViews":[{"buffer":0,"byteLength":36}],
-           "buffers":[{"byteLength":36,"uri":"data:application/octet-stream;base64,)" +
+                         "min":[0,0,0],"max":[1,1,0]},
+                        {"bufferView":1,"componentType":5121,"count":3,"type":"VEC4"},
+                        {"bufferView":2,"componentType":5126,"count":3,"type":"VEC4"},
+                        {"bufferView":3,"componentType":5126,"count":1,"type":"MAT4"}],
+           "bufferViews":[{"buffer":0,"byteLength":36},
+                          {"buffer":0,"byteOffset":36,"byteLength":12},
+                          {"buffer":0,"byteOffset":48,"byteLength":48},
+                          {"buffer":0,"byteOffset":96,"byteLength":64}],
+           "buffers":[{"byteLength":160,"uri":"data:application/octet-stream;base64,)" +
            data.toBase64() + R"("}]})";
 }
 
@@ -166,6 +183,17 @@ const ModelCase modelCases[] = {
      6,
      2,
      {0, 0, 0},
+     {1, 1, 7},
+     {0, 0, 1},
+     {1, 0.5f, 0, 1}},
+    {"GltfSkinHangsOnItsBone",
+     "a.gltf",
+     gltf(R"([{"children":[1,2]},{"mesh":0,"skin":0,"translation":[100,0,0]},
+              {"name":"bone","translation":[0,0,7]}],"skins":[{"joints":[2],"inverseBindMatrices":3}])",
+          R"(,"JOINTS_0":1,"WEIGHTS_0":2)"),
+     3,
+     1,
+     {0, 0, 7},
      {1, 1, 7},
      {0, 0, 1},
      {1, 0.5f, 0, 1}},
