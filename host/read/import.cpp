@@ -10,7 +10,6 @@
 
 #include <assimp/Importer.hpp>
 #include <assimp/ProgressHandler.hpp>
-#include <assimp/config.h>
 #include <assimp/importerdesc.h>
 #include <assimp/postprocess.h>
 
@@ -21,7 +20,7 @@ namespace {
 
 /// The shares of the whole that the steps of an import take, by rule of thumb.
 constexpr double parsed = 0.6;
-constexpr double processed = 0.95;
+constexpr double processed = 0.8;
 
 /// Passes on what assimp tells of its progress; the importer owns it.
 class ProgressRelay : public Assimp::ProgressHandler {
@@ -89,13 +88,6 @@ QString whyNot(const Assimp::Importer &importer, const QString &path)
         .arg(suffix);
 }
 
-void configure(Assimp::Importer &importer)
-{
-    importer.SetPropertyInteger(AI_CONFIG_PP_SBP_REMOVE,
-                                aiPrimitiveType_POINT | aiPrimitiveType_LINE);
-    importer.SetPropertyFloat(AI_CONFIG_PP_GSN_MAX_SMOOTHING_ANGLE, 60);
-}
-
 std::string formatName(const Assimp::Importer &importer)
 {
     const int index = importer.GetPropertyInteger("importerIndex", -1);
@@ -126,7 +118,6 @@ QString lackOf(const aiScene &scene, quint64 dropped)
 Imported import(const QString &path, const ImportProgress &progress, const MeshLimits &limits)
 {
     Assimp::Importer importer;
-    configure(importer);
     importer.SetProgressHandler(new ProgressRelay(progress));
 
     // No processing at first: several steps misbehave on the numbers that prepareScene() removes.
@@ -141,13 +132,11 @@ Imported import(const QString &path, const ImportProgress &progress, const MeshL
     const QString lack = lackOf(*scene, dropped);
     if (!lack.isEmpty())
         return {{}, lack};
-    scene =
-        importer.ApplyPostProcessing(aiProcess_Triangulate | aiProcess_SortByPType |
-                                     aiProcess_GenSmoothNormals | aiProcess_JoinIdenticalVertices);
-    if (!scene)
+    if (!importer.ApplyPostProcessing(aiProcess_Triangulate))
         return {{}, whyNot(importer, path)};
     if (progress)
         progress(processed, QStringLiteral("joining"));
+    finishScene(ours);
     return flattenScene(*scene, uprightTurn(*scene, format), limits);
 }
 

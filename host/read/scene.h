@@ -15,12 +15,22 @@ namespace host {
 /// all. Leaves the scenes of a reader @p format alone that has done it.
 void poseSkins(aiScene &scene, const std::string &format);
 
-/// Makes @p scene, as the reader @p format left it, fit for assimp's own steps. Takes out the faces
-/// that none of them can bear: with an index beyond the vertices, or with a vertex that is not
-/// finite. Where a mesh has no normals, or only such as hide its creases, gives each face vertices
-/// of its own, so that the normals made later can differ across an edge.
-/// Returns how many faces it took out.
+/// Makes @p scene, as the reader @p format left it, fit for what follows: takes out the faces that
+/// no step can bear, with an index beyond the vertices or with a vertex that is not finite; all
+/// that is not shown; and normals that hide a mesh's creases. Returns how many faces it took out.
 quint64 prepareScene(aiScene &scene, const std::string &format);
+
+/// Leaves only triangles in @p scene, gives normals to the meshes that have none, and joins
+/// vertices. Expects polygons to be triangles already, and prepareScene() to have been here.
+void finishScene(aiScene &scene);
+
+/// Gives each corner of a mesh's faces, which are triangles, its own vertex and normal: smooth
+/// across edges of up to 60 degrees. A face without area among none that have one gets a normal of
+/// zero.
+void makeNormals(aiMesh &mesh);
+
+/// Joins the vertices of a mesh that are equal in place, normal and first colour.
+void joinVertices(aiMesh &mesh);
 
 /// The turn that makes a scene of the reader @p format stand upright (+Y up, right-handed), where
 /// assimp leaves that to its caller. @p format is aiImporterDesc::mName. Identity for all others.

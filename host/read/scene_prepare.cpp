@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/read/scene.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 #include <vector>
@@ -16,27 +17,13 @@ bool usable(const aiVector3D &v)
     return fits(v.x) && fits(v.y) && fits(v.z);
 }
 
-bool usable(const aiFace &face, const std::vector<bool> &bad)
+/// Takes out the faces that @p keep does not want; returns how many.
+template <class Keep> quint64 keepFaces(aiMesh &mesh, const Keep &keep)
 {
-    for (unsigned i = 0; i < face.mNumIndices; ++i) {
-        if (face.mIndices[i] >= bad.size() || bad[face.mIndices[i]])
-            return false;
-    }
-    return face.mNumIndices > 0;
-}
-
-quint64 scrubMesh(aiMesh &mesh)
-{
-    std::vector<bool> bad(mesh.mVertices ? mesh.mNumVertices : 0);
-    for (unsigned i = 0; i < bad.size(); ++i) {
-        bad[i] = !usable(mesh.mVertices[i]);
-        if (bad[i])
-            mesh.mVertices[i] = {};
-    }
     unsigned kept = 0;
     for (unsigned i = 0; i < mesh.mNumFaces; ++i) {
         aiFace &face = mesh.mFaces[i];
-        if (!usable(face, bad))
+        if (!keep(face))
             continue;
         if (kept != i) {
             std::swap(mesh.mFaces[kept].mIndices, face.mIndices);
@@ -50,35 +37,19 @@ quint64 scrubMesh(aiMesh &mesh)
     return dropped;
 }
 
-/// Replaces @p array, one element for each vertex, by one element for each corner of each face.
-template <class T> void spread(T *&array, const std::vector<unsigned> &corners)
+quint64 scrubMesh(aiMesh &mesh)
 {
-    if (!array)
-        return;
-    T *spreadOut = new T[corners.size()];
-    for (std::size_t i = 0; i < corners.size(); ++i)
-        spreadOut[i] = array[corners[i]];
-    delete[] array;
-    array = spreadOut;
-}
-
-/// Gives each face its own vertices. Only positions and colours follow; nothing else is shown.
-void unshare(aiMesh &mesh)
-{
-    std::vector<unsigned> corners;
-    for (unsigned i = 0; i < mesh.mNumFaces; ++i) {
-        aiFace &face = mesh.mFaces[i];
-        for (unsigned k = 0; k < face.mNumIndices; ++k) {
-            corners.push_back(face.mIndices[k]);
-            face.mIndices[k] = unsigned(corners.size() - 1);
-        }
+    std::vector<bool> bad(mesh.mVertices ? mesh.mNumVertices : 0);
+    for (unsigned i = 0; i < bad.size(); ++i) {
+        bad[i] = !usable(mesh.mVertices[i]);
+        if (bad[i])
+            mesh.mVertices[i] = {};
     }
-    if (corners.empty())
-        return;
-    spread(mesh.mVertices, corners);
-    for (aiColor4D *&colours : mesh.mColors)
-        spread(colours, corners);
-    mesh.mNumVertices = unsigned(corners.size());
+    return keepFaces(mesh, [&bad](const aiFace &face) {
+        const auto good = [&bad](unsigned index) { return index < bad.size() && !bad[index]; };
+        return face.mNumIndices > 0 &&
+               std::all_of(face.mIndices, face.mIndices + face.mNumIndices, good);
+    });
 }
 
 template <class T> void drop(T *&array)
@@ -87,11 +58,13 @@ template <class T> void drop(T *&array)
     array = nullptr;
 }
 
-/// Takes out what is not shown and would not fit the vertices after unshare().
+/// Takes out what is not shown, and would not fit the vertices after later steps.
 void dropUnshown(aiMesh &mesh)
 {
     drop(mesh.mTangents);
     drop(mesh.mBitangents);
+    for (unsigned i = 1; i < AI_MAX_NUMBER_OF_COLOR_SETS; ++i)
+        drop(mesh.mColors[i]);
     for (aiVector3D *&coordinates : mesh.mTextureCoords)
         drop(coordinates);
     for (unsigned i = 0; i < mesh.mNumBones; ++i)
@@ -121,11 +94,19 @@ quint64 prepareScene(aiScene &scene, const std::string &format)
         dropUnshown(mesh);
         if (hidesCreases(format))
             drop(mesh.mNormals);
-        if (!mesh.mNormals)
-            unshare(mesh);
     }
-    scene.mFlags &= ~unsigned(AI_SCENE_FLAGS_NON_VERBOSE_FORMAT);
     return dropped;
+}
+
+void finishScene(aiScene &scene)
+{
+    for (unsigned i = 0; i < scene.mNumMeshes; ++i) {
+        aiMesh &mesh = *scene.mMeshes[i];
+        keepFaces(mesh, [](const aiFace &face) { return face.mNumIndices == 3; });
+        if (!mesh.mNormals)
+            makeNormals(mesh);
+        joinVertices(mesh);
+    }
 }
 
 } // namespace host

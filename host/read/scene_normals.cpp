@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: MIT
+#include "host/read/scene.h"
+
+#include <cstring>
+#include <utility>
+#include <vector>
+
+namespace host {
+namespace {
+
+constexpr float creaseCosine = 0.5f; // of 60 degrees
+/// Around a vertex of more faces, all count as one smooth surface: comparing each with each would
+/// take the square of their number.
+constexpr unsigned manyFaces = 256;
+
+quint64 mix(quint64 sum, float value)
+{
+    value += 0.0f; // -0 and 0 are equal
+    quint32 bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    sum = (sum ^ bits) * 0x9E3779B97F4A7C15;
+    return sum ^ (sum >> 29);
+}
+
+quint64 mix(quint64 sum, const aiVector3D &v)
+{
+    return mix(mix(mix(sum, v.x), v.y), v.z);
+}
+
+/// For each of @p count elements the number of the first that equals it.
+template <class Hash, class Equal>
+std::vector<unsigned> firstOfEach(unsigned count, const Hash &hash, const Equal &equal)
+{
+    constexpr unsigned none = ~0u;
+    std::size_t size = 16;
+    while (size < std::size_t(count) * 2)
+        size *= 2;
+    std::vector<unsigned> table(size, none), first(count);
+    for (unsigned i = 0; i < count; ++i) {
+        std::size_t at = std::size_t(hash(i)) & (size - 1);
+        while (table[at] != none && !equal(table[at], i))
+            at = (at + 1) & (size - 1);
+        if (table[at] == none)
+            table[at] = i;
+        first[i] = table[at];
+    }
+    return first;
+}
+
+/// The faces around each place, place by place.
+struct Surroundings {
+    std::vector<unsigned> begin; // of each place in faces; one more at the end
+    std::vector<unsigned> faces;
+};
+
+Surroundings surroundingsOf(const aiMesh &mesh, const std::vector<unsigned> &place)
+{
+    Surroundings around;
+    around.begin.assign(std::size_t(mesh.mNumVertices) + 1, 0);
+    for (unsigned f = 0; f < mesh.mNumFaces; ++f) {
+        for (unsigned k = 0; k < 3; ++k)
+            ++around.begin[place[mesh.mFaces[f].mIndices[k]] + 1];
+    }
+    for (std::size_t i = 1; i < around.begin.size(); ++i)
+        around.begin[i] += around.begin[i - 1];
+    around.faces.resize(std::size_t(mesh.mNumFaces) * 3);
+    std::vector<unsigned> next(around.begin.begin(), around.begin.end() - 1);
+    for (unsigned f = 0; f < mesh.mNumFaces; ++f) {
+        for (unsigned k = 0; k < 3; ++k)
+            around.faces[next[place[mesh.mFaces[f].mIndices[k]]]++] = f;
+    }
+    return around;
+}
+
+/// The normal of a face at one of its corners: the sum over the faces around that do not stand at
+/// more than the crease's angle to it, each by its area.
+aiVector3D cornerNormal(const std::vector<aiVector3D> &units, const std::vector<float> &areas,
+                        const Surroundings &around, unsigned place, unsigned face)
+{
+    const unsigned begin = around.begin[place], end = around.begin[place + 1];
+    aiVector3D sum;
+    for (unsigned i = begin; i < end; ++i) {
+        const unsigned other = around.faces[i];
+        if (end - begin > manyFaces || units[face] * units[other] >= creaseCosine)
+            sum += units[other] * areas[other];
+    }
+    return sum;
+}
+
+template <class T> void replace(T *&array, const std::vector<T> &values)
+{
+    delete[] array;
+    array = new T[values.size()];
+    std::copy(values.begin(), values.end(), array);
+}
+
+/// Replaces @p array, one element for each vertex, by one for each corner of each face.
+template <class T> void spread(T *&array, const aiMesh &mesh)
+{
+    if (!array)
+        return;
+    std::vector<T> corners;
+    corners.reserve(std::size_t(mesh.mNumFaces) * 3);
+    for (unsigned f = 0; f < mesh.mNumFaces; ++f) {
+        for (unsigned k = 0; k < 3; ++k)
+            corners.push_back(array[mesh.mFaces[f].mIndices[k]]);
+    }
+    replace(array, corners);
+}
+
+/// Keeps of @p array the elements that stand for all that equal them.
+template <class T> void thin(T *&array, const std::vector<unsigned> &first)
+{
+    if (!array)
+        return;
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < first.size(); ++i) {
+        if (first[i] == i)
+            array[kept++] = array[i];
+    }
+}
+
+} // namespace
+
+void makeNormals(aiMesh &mesh)
+{
+    const unsigned faces = mesh.mNumFaces;
+    if (faces == 0)
+        return;
+    const aiVector3D *at = mesh.mVertices;
+    const std::vector<unsigned> place = firstOfEach(
+        mesh.mNumVertices, [at](unsigned i) { return mix(1, at[i]); },
+        [at](unsigned a, unsigned b) { return at[a] == at[b]; });
+    const Surroundings around = surroundingsOf(mesh, place);
+    std::vector<aiVector3D> units(faces), normals;
+    std::vector<float> areas(faces);
+    for (unsigned f = 0; f < faces; ++f) {
+        const unsigned *corner = mesh.mFaces[f].mIndices;
+        units[f] = (at[corner[1]] - at[corner[0]]) ^ (at[corner[2]] - at[corner[0]]);
+        areas[f] = units[f].Length();
+        units[f].NormalizeSafe();
+    }
+    normals.reserve(std::size_t(faces) * 3);
+    for (unsigned f = 0; f < faces; ++f) {
+        for (unsigned k = 0; k < 3; ++k)
+            normals.push_back(
+                cornerNormal(units, areas, around, place[mesh.mFaces[f].mIndices[k]], f));
+    }
+    spread(mesh.mVertices, mesh);
+    spread(mesh.mColors[0], mesh);
+    replace(mesh.mNormals, normals);
+    mesh.mNumVertices = faces * 3;
+    for (unsigned f = 0; f < faces; ++f) {
+        for (unsigned k = 0; k < 3; ++k)
+            mesh.mFaces[f].mIndices[k] = f * 3 + k;
+    }
+}
+
+void joinVertices(aiMesh &mesh)
+{
+    const aiVector3D *at = mesh.mVertices, *normal = mesh.mNormals;
+    const aiColor4D *colour = mesh.mColors[0];
+    const std::vector<unsigned> first = firstOfEach(
+        mesh.mNumVertices,
+        [=](unsigned i) {
+            const quint64 sum = mix(mix(1, at[i]), normal ? normal[i] : aiVector3D());
+            return colour ? mix(sum, {colour[i].r, colour[i].g, colour[i].b}) : sum;
+        },
+        [=](unsigned a, unsigned b) {
+            return at[a] == at[b] && (!normal || normal[a] == normal[b]) &&
+                   (!colour || colour[a] == colour[b]);
+        });
+    std::vector<unsigned> number(first.size());
+    unsigned kept = 0;
+    for (unsigned i = 0; i < first.size(); ++i)
+        number[i] = first[i] == i ? kept++ : number[first[i]];
+    thin(mesh.mVertices, first);
+    thin(mesh.mNormals, first);
+    thin(mesh.mColors[0], first);
+    mesh.mNumVertices = kept;
+    for (unsigned f = 0; f < mesh.mNumFaces; ++f) {
+        aiFace &face = mesh.mFaces[f];
+        for (unsigned k = 0; k < face.mNumIndices; ++k)
+            face.mIndices[k] = number[face.mIndices[k]];
+    }
+}
+
+} // namespace host
