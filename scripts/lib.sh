@@ -4,7 +4,7 @@
 
 # Debian packages by purpose; a command asks for the ones it uses.
 packages_build=(ninja-build qtbase5-dev libqt5opengl5-dev libglu1-mesa-dev libassimp-dev
-                libcsv-dev)
+                zlib1g-dev libcsv-dev) # assimp's CMake package names zlib, its Debian package does not
 # A compiler or a CMake that came from elsewhere than Debian's packages serves as well.
 command -v c++ >/dev/null || packages_build+=(g++)
 command -v cmake >/dev/null || packages_build+=(cmake)
