@@ -2,9 +2,10 @@
 # shellcheck shell=bash disable=SC2034
 # What scripts/demo, scripts/test and .ci/run share. Sourced from the repository's root folder.
 
-# Debian packages by purpose; a command asks for the ones it uses.
+# Debian packages by purpose; a command asks for the ones it uses. zlib is here because the CMake
+# package of assimp names it while its Debian package does not depend on it.
 packages_build=(ninja-build qtbase5-dev libqt5opengl5-dev libglu1-mesa-dev libassimp-dev
-                zlib1g-dev libcsv-dev) # assimp's CMake package names zlib, its Debian package does not
+                zlib1g-dev libcsv-dev)
 # A compiler or a CMake that came from elsewhere than Debian's packages serves as well.
 command -v c++ >/dev/null || packages_build+=(g++)
 command -v cmake >/dev/null || packages_build+=(cmake)

@@ -100,7 +100,7 @@ private:
     bool sorted_ = false;
     bool reversed_ = false;
     qint64 frameCost_ = 0; // milliseconds
-    QTimer soon_; // gathers what the readers tell into a few frames a second
+    QTimer soon_;          // gathers what the readers tell into a few frames a second
     TilePainter painter_;
     ReadQueue queue_;
 };
