@@ -4,8 +4,16 @@ import os
 import sys
 import unittest
 
+from PyQt5 import sip
+from PyQt5.QtCore import pyqtSlot
+from PyQt5.QtGui import QKeySequence
+
 from screen import BACKGROUND, MODULE, SOURCE, ScreenTest, colour, near
 
+sys.path.append(os.path.join(SOURCE, "examples", "python"))
+import glwindow
+
+module = glwindow.Module(MODULE)
 # In a window of 800 x 600: the middle of each tile's solid, a point on its frame, its hue.
 TILES = {1: ((200, 150), (200, 8), (1, 0.47, 0.33)), 2: ((600, 200), (600, 8), (0.98, 0.75, 0.30)),
          3: ((200, 470), (200, 304), (0.25, 0.72, 0.66)),
@@ -70,6 +78,41 @@ class Tiled(ScreenTest):
         self.pointer(TILES[4][0], "click", "--repeat", "2", "--delay", "40", "1")
         self.eventually(lambda image: has_hue(image, (400, 300), TILES[4][2])
                         and self.shown(image) != [1, 2, 3, 4])
+
+
+class Crossing(unittest.TestCase):
+    """What the guide says about calls from Python into the module and back."""
+
+    def setUp(self):
+        self.grid = module.make("GLMultiWidget", module, "grid")
+        self.addCleanup(sip.delete, self.grid)
+        for tile in (3, 1):
+            self.grid.AddTile(tile)
+
+    def test_lists_of_ids_cross_both_ways(self):
+        self.assertEqual(self.grid.GetVisible(), [1, 3])
+        self.grid.SetVisible([3], False)
+        self.assertEqual(self.grid.GetVisible(), [1])
+        self.grid.SetOrder([3, 1])
+        self.assertEqual(self.grid.property("order"), [3, 1])
+
+    def test_signals_reach_functions(self):
+        heard = []
+        self.grid.TileAdded.connect(heard.append)
+        self.grid.ValueChanged.connect(heard.append)
+        self.grid.AddTile(2)
+        self.grid.SelectAll()
+        self.assertEqual(heard, [2, [1, 2, 3]])
+
+    def test_a_text_names_the_action(self):
+        action = self.grid.NewKeyAction("A", b"all", self.grid, b"1SelectAll()")
+        self.assertEqual((action.objectName(), action.property("key")), ("all", QKeySequence("A")))
+        self.assertTrue(self.grid.DeleteAction(b"all"))
+
+    def test_records_and_drawables_do_not_cross(self):
+        for refused in (lambda: pyqtSlot("GLW*"), lambda: self.grid.SetTarget((1, 2, 3)),
+                        self.grid.Widgets, lambda: self.grid.Draw3D):
+            self.assertRaises(TypeError, refused)
 
 
 if __name__ == "__main__":

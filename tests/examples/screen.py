@@ -6,9 +6,10 @@ import subprocess
 import time
 import unittest
 
-from PyQt5.QtGui import QGuiApplication, QImage
+from PyQt5.QtGui import QImage
+from PyQt5.QtWidgets import QApplication
 
-application = QGuiApplication(["test"])
+application = QApplication(["test"])
 SOURCE, BUILD, SCRATCH, MODULE = (os.environ[n] for n in ("SOURCE", "BUILD", "SCRATCH", "MODULE"))
 BACKGROUND = (28, 36, 48)
 
