@@ -3,14 +3,14 @@
 
 namespace host {
 
-PlotColors plotColors(Theme theme)
+PlotColors plotColors(PlotTheme theme)
 {
-    if (theme == Theme::Dark)
+    if (theme == PlotTheme::Dark)
         return {QColor(0x1B1E23), QColor(0x2D3239), QColor(0x6B727C), QColor(0xD5D9DF)};
     return {QColor(0xFFFFFF), QColor(0xE6E8EB), QColor(0x9AA0A6), QColor(0x30343A)};
 }
 
-SeriesStyle seriesStyle(int index, Theme theme)
+SeriesStyle seriesStyle(int index, PlotTheme theme)
 {
     struct Pair {
         QRgb light, dark;
@@ -25,7 +25,7 @@ SeriesStyle seriesStyle(int index, Theme theme)
     };
     static const Qt::PenStyle pens[] = {Qt::SolidLine, Qt::DashLine, Qt::DotLine};
     const Pair &pair = palette[index % paletteSize];
-    return {QColor(theme == Theme::Dark ? pair.dark : pair.light), pens[index / paletteSize % 3]};
+    return {QColor(theme == PlotTheme::Dark ? pair.dark : pair.light), pens[index / paletteSize % 3]};
 }
 
 } // namespace host

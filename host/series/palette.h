@@ -6,7 +6,7 @@
 
 namespace host {
 
-enum class Theme { Light, Dark };
+enum class PlotTheme { Light, Dark };
 
 /// The colours of a plot's surroundings.
 struct PlotColors {
@@ -16,7 +16,7 @@ struct PlotColors {
     QColor text;
 };
 
-PlotColors plotColors(Theme theme);
+PlotColors plotColors(PlotTheme theme);
 
 /// How the line of a series is told from the others.
 struct SeriesStyle {
@@ -32,7 +32,7 @@ constexpr int paletteSize = 6;
 /// of their eight, each place of the palette takes the one or two that stand out from the
 /// background, with orange darkened on white. From the seventh column on they return dashed, then
 /// dotted.
-SeriesStyle seriesStyle(int index, Theme theme);
+SeriesStyle seriesStyle(int index, PlotTheme theme);
 
 } // namespace host
 

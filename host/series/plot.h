@@ -54,8 +54,8 @@ public:
 
     const Table &table() const { return *table_; }
 
-    void setTheme(Theme theme) { theme_ = theme; }
-    Theme theme() const { return theme_; }
+    void setTheme(PlotTheme theme) { theme_ = theme; }
+    PlotTheme theme() const { return theme_; }
     /// Whether draw2D() fills the rectangle with the theme's background; without, what was drawn
     /// before shows through, as a transparent picture needs.
     void setBackground(bool filled) { filled_ = filled; }
@@ -146,7 +146,7 @@ private:
     std::shared_ptr<const Table> table_;
     std::vector<bool> enabled_;
     PlotFrame frame_;
-    Theme theme_ = Theme::Light;
+    PlotTheme theme_ = PlotTheme::Light;
     bool filled_ = true;
     std::optional<Sample> crosshair_;
     std::optional<QRectF> selected_; // data, normalized

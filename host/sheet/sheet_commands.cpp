@@ -57,7 +57,7 @@ void SheetView::bindKeys()
 }
 
 /// A click that steered nothing is the module's, which selects with it.
-void SheetView::clicked(GLW *glw, bool state)
+void SheetView::passOn(GLW *glw, bool state)
 {
     QMetaObject::invokeMethod(scene(), "LeftMouse", Q_ARG(GLW *, glw), Q_ARG(bool, state));
 }

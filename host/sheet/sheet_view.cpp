@@ -22,8 +22,7 @@ SheetView::SheetView(Window &window, const QString &name, const QStringList &pat
     scene()->setProperty("spacing", 4);
     connect(scene(), SIGNAL(ValueChanged(QList<int>)), this, SLOT(SelectionChanged(QList<int>)));
     connect(scene(), SIGNAL(VisibleCountChanged(int)), this, SLOT(VisibilityChanged(int)));
-    connect(&controls(), &Controls::pressed, this, [this](GLW *glw) { clicked(glw, true); });
-    connect(&controls(), &Controls::clicked, this, [this](GLW *glw) { clicked(glw, false); });
+    connect(&controls(), &Controls::pressed, this, [this](GLW *glw) { passOn(glw, true); });
     controls().setPeers([this](GLW *glw) { return peersOf(glw); });
     bindKeys();
     wire();
@@ -75,16 +74,23 @@ void SheetView::connectQueue()
     });
     connect(&queue_, &ReadQueue::finished, this, [this](int job, const MeshPtr &mesh) {
         int id = 0;
-        if (entryOfJob(job, &id))
-            show(id, mesh);
+        if (const SheetEntry *entry = entryOfJob(job, &id))
+            show(id, std::make_shared<ModelItem>(entry->name, mesh));
+        jobs_.remove(job);
     });
     connect(&queue_, &ReadQueue::failed, this, [this](int job, const QString &reason) {
-        if (SheetEntry *entry = entryOfJob(job)) {
-            entry->state = State::Failed;
-            entry->reason = reason;
-            jobs_.remove(job);
-        }
-        changedSoon();
+        int id = 0;
+        if (entryOfJob(job, &id))
+            fail(id, reason);
+        jobs_.remove(job);
+    });
+    connect(&tableReader_, &FileReader::finished, this, [this](const std::shared_ptr<Item> &made) {
+        show(table_, made);
+        readNextTable();
+    });
+    connect(&tableReader_, &FileReader::failed, this, [this](const QString &message) {
+        fail(table_, message);
+        readNextTable();
     });
 }
 
@@ -108,22 +114,52 @@ SheetEntry *SheetView::entryOfJob(int job, int *id)
 void SheetView::read(int id)
 {
     SheetEntry &entry = entries_.at(id);
-    const int job = queue_.add(entry.path, entry.visible ? 1 : 0);
-    if (job == 0)
-        return;
-    jobs_[job] = id;
     entry.state = State::Waiting;
     entry.fraction = 0;
+    if (isTable(entry.path)) {
+        tables_.append(id);
+        if (table_ == 0)
+            readNextTable();
+        return;
+    }
+    const int job = queue_.add(entry.path, entry.visible ? 1 : 0);
+    if (job != 0)
+        jobs_[job] = id;
 }
 
-void SheetView::show(int id, const MeshPtr &mesh)
+/// Tables are read one at a time, in a thread.
+void SheetView::readNextTable()
 {
-    SheetEntry &entry = entries_.at(id);
-    jobs_.remove(queue_.id(entry.path));
+    table_ = 0;
+    while (table_ == 0 && !tables_.isEmpty()) {
+        const int id = tables_.takeFirst();
+        if (entries_.count(id))
+            table_ = id;
+    }
+    if (table_)
+        tableReader_.start(entries_.at(table_).path);
+}
+
+void SheetView::fail(int id, const QString &reason)
+{
+    const auto found = entries_.find(id);
+    if (found == entries_.end())
+        return;
+    found->second.state = State::Failed;
+    found->second.reason = reason;
+    changedSoon();
+}
+
+void SheetView::show(int id, const std::shared_ptr<Item> &made)
+{
+    const auto found = entries_.find(id);
+    if (found == entries_.end())
+        return;
+    SheetEntry &entry = found->second;
     entry.state = State::Shown;
-    entry.count = mesh->triangleCount();
+    entry.count = made->count();
     GLW *glw = tiles_.value(id);
-    setItem(glw, std::make_unique<ModelItem>(entry.name, mesh));
+    setItem(glw, made);
     if (entry.camera) {
         item(glw)->restoreView(glw, *entry.camera);
         entry.camera.reset();

@@ -9,6 +9,7 @@
 #include "host/read/read_queue.h"
 #include "host/sheet/sheet_entry.h"
 #include "host/sheet/tile_painter.h"
+#include "host/view/file_reader.h"
 #include "host/view/view.h"
 
 namespace host {
@@ -60,6 +61,7 @@ signals:
 protected:
     bool advancesInPick() const override { return false; }
     void paintText(GLW *scene, QPainter *painter) override;
+    void clicked(GLW *glw) override { passOn(glw, false); }
     void fillMenu(GLW *glw, MenuTree *tree) override;
 
 private:
@@ -71,7 +73,9 @@ private:
     SheetEntry *entryOf(const GLW *glw);
     SheetEntry *entryOfJob(int job, int *id = nullptr);
     void read(int id);
-    void show(int id, const MeshPtr &mesh);
+    void readNextTable();
+    void show(int id, const std::shared_ptr<Item> &made);
+    void fail(int id, const QString &reason);
     void release(int id);
     void makeRoom();
     void changedSoon();
@@ -83,7 +87,7 @@ private:
     QList<int> targetsOf(const GLW *glw) const;
     void hide(const QList<int> &ids);
     void remove(const QList<int> &ids);
-    void clicked(GLW *glw, bool state);
+    void passOn(GLW *glw, bool state);
     QString progress() const;
 
     QString name_;
@@ -102,7 +106,10 @@ private:
     qint64 frameCost_ = 0; // milliseconds
     QTimer soon_;          // gathers what the readers tell into a few frames a second
     TilePainter painter_;
-    ReadQueue queue_;
+    ReadQueue queue_;   // of models
+    QList<int> tables_; // ids whose turn has not come
+    int table_ = 0;     // the id that tableReader_ is at; 0 when it rests
+    FileReader tableReader_;
 };
 
 } // namespace host

@@ -136,7 +136,7 @@ void Controls::tellClick(GLW *glw, bool held)
     const QPointF now = windowPointer(glw);
     if (!held) {
         if (!travelled_)
-            emit clicked(glw);
+            emit clicked(glw, now - cornerOf(glw));
     } else if (glw->gl->mouse.button != glw->gl->mouse.last_button) {
         pressedAt_ = now;
         travelled_ = false;

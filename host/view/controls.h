@@ -41,7 +41,8 @@ signals:
     void steered(GLW *glw);   ///< Something is to be drawn anew.
     void menuAsked(GLW *glw); ///< The right button was released over @p glw.
     void pressed(GLW *glw);   ///< The left button alone went down.
-    void clicked(GLW *glw);   ///< It went up where it had gone down, within a few pixels.
+    /// It went up where it had gone down, within a few pixels; @p at counts in the frame of @p glw.
+    void clicked(GLW *glw, const QPointF &at);
 
 public slots:
     void Fit(GLW *glw);

@@ -37,6 +37,7 @@ public:
     virtual QString underPointer() const = 0; ///< What the pointer is on; may be empty.
     virtual quint64 count() const = 0;        ///< Triangles or samples: what sorting goes by.
     virtual quint64 byteSize() const = 0;     ///< Memory held, GL's included.
+    virtual bool paintsTitle() const { return false; } ///< Whether the name is part of its picture.
 
     /// Whether something is under way that will show by itself, so that passes must go on.
     virtual bool isBusy() const { return false; }
@@ -59,6 +60,11 @@ public:
     virtual bool pick3D(GLW *, const std::optional<QPointF> &) { return false; }
     virtual bool pick2D(GLW *, const std::optional<QPointF> &) { return false; }
 
+    // What the object asks its host about 2D data; untouched by items that have none.
+    virtual void range2D(QRectF *) const {}
+    /// Moves a position in viewport coordinates to the nearest data point.
+    virtual void nearestDataPos(GLW *, QVector3D *) {}
+
     // Steering.
     virtual void fit(GLW *glw) = 0;  ///< Shows all of it, from where one looks.
     virtual void home(GLW *glw) = 0; ///< The view that it opened with.
@@ -70,6 +76,8 @@ public:
     /// Wheel steps at a pixel, positive ones forward (nearer).
     virtual void zoom(GLW *glw, const QPointF &at, float steps, Qt::KeyboardModifiers) = 0;
     virtual void focus(GLW *, const QPointF &) {} ///< Makes what is there the centre.
+    /// A click. Returns whether it did something.
+    virtual bool click(GLW *, const QPointF &) { return false; }
 };
 
 } // namespace host

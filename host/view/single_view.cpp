@@ -4,8 +4,6 @@
 #include <QFileInfo>
 #include <QPainter>
 
-#include "host/read/import.h"
-#include "host/view/model_item.h"
 #include "host/view/panel.h"
 #include "host/view/window.h"
 
@@ -14,13 +12,13 @@ namespace host {
 SingleView::SingleView(Window &window, const QString &path)
     : View(window, "GLWidget", true), path_(path)
 {
-    connect(&reader_, &MeshReader::progressed, this, [this](double fraction, const QString &stage) {
+    connect(&reader_, &FileReader::progressed, this, [this](double fraction, const QString &stage) {
         fraction_ = fraction;
         stage_ = stage;
         changed();
     });
-    connect(&reader_, &MeshReader::finished, this, &SingleView::show);
-    connect(&reader_, &MeshReader::failed, this, &SingleView::fail);
+    connect(&reader_, &FileReader::finished, this, &SingleView::show);
+    connect(&reader_, &FileReader::failed, this, &SingleView::fail);
     wire();
     if (!path_.isEmpty())
         reader_.start(path_);
@@ -37,15 +35,15 @@ bool SingleView::isSettled() const
     return shown && !shown->isBusy();
 }
 
-void SingleView::show(const MeshPtr &mesh)
+void SingleView::show(const std::shared_ptr<Item> &item)
 {
-    setItem(glw(), std::make_unique<ModelItem>(title(), mesh));
+    setItem(glw(), item);
     changed();
 }
 
-void SingleView::fail(const QString &reason)
+void SingleView::fail(const QString &message)
 {
-    fault_ = readFailure(path_, reason);
+    fault_ = message;
     changed();
 }
 
@@ -54,8 +52,9 @@ void SingleView::paintText(GLW *, QPainter *painter)
     const Theme &theme = display().theme();
     const QRectF area = window().widget()->rect();
     if (const Item *shown = item(glw())) {
-        paintNote(painter, area, Qt::AlignTop | Qt::AlignLeft, shown->name(), shown->details(),
-                  theme);
+        if (!shown->paintsTitle())
+            paintNote(painter, area, Qt::AlignTop | Qt::AlignLeft, shown->name(), shown->details(),
+                      theme);
         paintNote(painter, area, Qt::AlignBottom | Qt::AlignLeft, {}, shown->underPointer(), theme);
     } else if (!fault_.isEmpty()) {
         paintMessage(painter, area, fault_, tr("Drop another file here or press Ctrl+O."), -1,

@@ -2,7 +2,7 @@
 #ifndef HOST_VIEW_SINGLE_VIEW_H
 #define HOST_VIEW_SINGLE_VIEW_H
 
-#include "host/read/mesh_reader.h"
+#include "host/view/file_reader.h"
 #include "host/view/view.h"
 
 namespace host {
@@ -23,15 +23,15 @@ protected:
     void paintText(GLW *scene, QPainter *painter) override;
 
 private:
-    void show(const MeshPtr &mesh);
-    void fail(const QString &reason);
+    void show(const std::shared_ptr<Item> &item);
+    void fail(const QString &message);
     GLW *glw() const { return static_cast<GLW *>(scene()); }
 
     QString path_;
     QString fault_;
     QString stage_;
     double fraction_ = 0;
-    MeshReader reader_;
+    FileReader reader_;
 };
 
 } // namespace host

@@ -61,6 +61,12 @@ View::View(Window &window, const char *className, bool single) : window_(window)
         scene_, [this](GLW *glw) { return item(glw); }, single, this);
     connect(controls_, &Controls::steered, this, [this] { changed(); });
     connect(controls_, &Controls::menuAsked, this, &View::askMenu);
+    connect(controls_, &Controls::clicked, this, [this](GLW *glw, const QPointF &at) {
+        Item *shown = item(glw);
+        if (!shown || !shown->click(glw, at))
+            clicked(glw);
+        changed();
+    });
     bindDisplay();
 }
 
@@ -104,7 +110,7 @@ Item *View::item(GLW *glw) const
     return found == slots_.end() ? nullptr : found->second.item.get();
 }
 
-void View::setItem(GLW *glw, std::unique_ptr<Item> item)
+void View::setItem(GLW *glw, std::shared_ptr<Item> item)
 {
     window_.widget()->makeCurrent();
     Slot &slot = slots_[glw];
@@ -242,6 +248,20 @@ void View::askMenu(GLW *glw)
     menuFor_ = glw;
     // Once the dispatch is over: the menu runs its own event loop.
     QMetaObject::invokeMethod(scene_, "ContextMenu", Qt::QueuedConnection);
+}
+
+/// Asked by a scene object of its own; tiles have no data of their own to ask for.
+void View::Range2D(QRectF *range, int)
+{
+    if (const Item *shown = item(static_cast<GLW *>(scene_.data())))
+        shown->range2D(range);
+}
+
+void View::NearestDataPos(QVector3D *position)
+{
+    auto *glw = static_cast<GLW *>(scene_.data());
+    if (Item *shown = item(glw))
+        shown->nearestDataPos(glw, position);
 }
 
 void View::InitContextMenuTree(GLW *glw, QObject *tree)

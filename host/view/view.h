@@ -61,6 +61,8 @@ public slots:
     void Draw3D(GLW *glw);
     void Draw2D(GLW *glw);
     void PaintForeground(GLW *glw, QPainter *painter);
+    void Range2D(QRectF *range, int mode);
+    void NearestDataPos(QVector3D *position);
     void InitContextMenuTree(GLW *glw, QObject *tree);
 
     void ToggleLighting();
@@ -80,7 +82,7 @@ protected:
     /// Gives @p glw something to show; what it showed before is released. Null shows nothing, and
     /// must be set before a GLW is deleted ahead of the view.
     /// Asks for no frame: many may come at once.
-    void setItem(GLW *glw, std::unique_ptr<Item> item);
+    void setItem(GLW *glw, std::shared_ptr<Item> item);
 
     /// Lets the item of @p glw move on to this frame. Expects to run once a frame, after the
     /// camera's update and before picking.
@@ -92,12 +94,14 @@ protected:
     virtual bool advancesInPick() const { return true; }
     /// Paints over everything, in the window's frame, y downwards.
     virtual void paintText(GLW *scene, QPainter *painter) = 0;
+    /// A click that the item of @p glw has no use for.
+    virtual void clicked(GLW *) {}
     /// Adds the entries for @p glw.
     virtual void fillMenu(GLW *glw, MenuTree *tree);
 
 private:
     struct Slot {
-        std::unique_ptr<Item> item;
+        std::shared_ptr<Item> item;
         QElapsedTimer sinceAdvance;
         QVector<double> picked; // pointer and camera of the last picking; empty: to be done
     };

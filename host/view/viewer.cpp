@@ -8,6 +8,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QTimer>
 
 #include "host/read/model_files.h"
 #include "host/sheet/sheet_view.h"
@@ -159,12 +160,16 @@ void Viewer::framePainted()
 {
     if (options_.screenshot.isEmpty())
         return;
-    if (view_->isSettled() || !view_->fault().isEmpty()) {
-        // The first frame with the item still had the camera of the one before.
-        constexpr int enough = 3;
-        if (++settledFrames_ == enough || !view_->fault().isEmpty())
-            finishScreenshot();
+    if (!view_->isSettled() && view_->fault().isEmpty()) {
+        // Drawing in the meantime would only take time from the readers.
+        constexpr int lookAgain = 200; // milliseconds
+        QTimer::singleShot(lookAgain, this, [this] { window_.clock().requestFrame(); });
+        return;
     }
+    // The first frame with the item still had the camera of the one before.
+    constexpr int enough = 3;
+    if (++settledFrames_ == enough || !view_->fault().isEmpty())
+        finishScreenshot();
     window_.clock().requestFrame();
 }
 

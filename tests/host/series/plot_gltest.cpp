@@ -177,7 +177,7 @@ TEST_P(PlotDrawing, LegendTogglesItsColumn)
 TEST_P(PlotDrawing, OnlyItsRectangleIsPainted)
 {
     const QRect &pixels = GetParam().pixels;
-    plot.setTheme(Theme::Dark);
+    plot.setTheme(PlotTheme::Dark);
     draw();
     EXPECT_TRUE(near(atLocal({1, 1}), background()));
     EXPECT_TRUE(near(atLocal({pixels.width() - 2.0, pixels.height() - 2.0}), background()));

@@ -292,7 +292,7 @@ double contrast(const QColor &a, const QColor &b)
 
 TEST(PaletteTest, IsLegibleOnBothThemes)
 {
-    for (const Theme theme : {Theme::Light, Theme::Dark}) {
+    for (const PlotTheme theme : {PlotTheme::Light, PlotTheme::Dark}) {
         const PlotColors colors = plotColors(theme);
         EXPECT_GT(contrast(colors.text, colors.background), 7);
         EXPECT_LT(contrast(colors.grid, colors.background), 1.5);
