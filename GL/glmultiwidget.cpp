@@ -24,6 +24,28 @@ GLTile::GLTile(GLMultiWidget *owner, uint id) : GLW(owner, nullptr), glw(owner)
 
 GLTile::~GLTile() = default;
 
+bool GLTile::is(Flag flag) const
+{
+    if (!flagsKnown)
+        readFlags();
+    return flags & flag;
+}
+
+void GLTile::readFlags() const
+{
+    flags = quint8(
+        (property<bool>("enabled") ? Enabled : 0) | (property<bool>("visible") ? Visible : 0) |
+        (property<bool>("pick3d") ? Pick3D : 0) | (property<bool>("pick2d") ? Pick2D : 0) |
+        (property<bool>("draw3d") ? Draw3D : 0) | (property<bool>("draw2d") ? Draw2D : 0));
+    flagsKnown = true; // last: reading a property asks for the meta-object too
+}
+
+const QMetaObject *GLTile::metaObject() const
+{
+    flagsKnown = false;
+    return GLW::metaObject();
+}
+
 QList<QAction *> GLTile::actions() const
 {
     return glw ? glw->actions() : QList<QAction *>();
@@ -61,13 +83,12 @@ GLMultiWidget::GLMultiWidget(QObject *parent, const char *name) : GLWidget(paren
 
 GLMultiWidget::~GLMultiWidget() = default;
 
-GLMultiWidget::Snapshot GLMultiWidget::snapshot() const
+/// The tile at @p it of @p all, a copy of the tiles from before a slot ran, or null if it is gone.
+/// The copy is shared with `tiles` until a tile comes or goes, so that a walk over it costs nothing
+/// per tile; QPointers would.
+GLTile *GLMultiWidget::alive(const GLTiles &all, GLTiles::const_iterator it) const
 {
-    Snapshot all;
-    all.reserve(tiles.size());
-    for (GLTile *tile : tiles)
-        all.append(tile);
-    return all;
+    return tiles.isSharedWith(all) || tiles.value(it.key()) == it.value() ? it.value() : nullptr;
 }
 
 QVariantList GLMultiWidget::Tiles()
@@ -129,7 +150,9 @@ void GLMultiWidget::Clear()
 
 void GLMultiWidget::ResetViewport()
 {
-    for (const QPointer<GLTile> &tile : snapshot()) {
+    const GLTiles all = tiles;
+    for (auto it = all.begin(); it != all.end(); ++it) {
+        GLTile *tile = alive(all, it);
         if (!tile)
             continue;
         tile->viewport.pos = Vector(0, 0, 0);
@@ -169,8 +192,7 @@ GLW *GLMultiWidget::hit(int x, int y)
 {
     const QPointF point(x, y);
     for (GLTile *tile : qAsConst(tiles))
-        if (tile->orect.contains(point) && tile->property<bool>("enabled") &&
-            tile->property<bool>("visible"))
+        if (tile->orect.contains(point) && tile->is(GLTile::Enabled) && tile->is(GLTile::Visible))
             return tile;
     return nullptr;
 }
@@ -180,8 +202,9 @@ void GLMultiWidget::initializeGL()
     if (!property<bool>("enabled"))
         return;
     const QPointer<GLMultiWidget> self(this);
-    for (const QPointer<GLTile> &tile : snapshot()) {
-        if (tile)
+    const GLTiles all = tiles;
+    for (auto it = all.begin(); it != all.end(); ++it) {
+        if (GLTile *tile = alive(all, it))
             emit Init(tile);
         if (!self)
             return;
@@ -199,37 +222,37 @@ void GLMultiWidget::pickGL()
             return;
         updateLayout = 0;
     }
-    for (const QPointer<GLTile> &tile : snapshot()) {
-        if (tile && property<bool>("enabled") && tile->property<bool>("visible"))
-            pickTile(tile);
+    const GLTiles all = tiles;
+    for (auto it = all.begin(); it != all.end(); ++it) {
+        if (property<bool>("enabled") && alive(all, it) && (*it)->is(GLTile::Visible))
+            pickTile(all, it, pass);
         if (!pass.alive())
             return;
     }
 }
 
-void GLMultiWidget::pickTile(GLTile *picked)
+void GLMultiWidget::pickTile(const GLTiles &all, GLTiles::const_iterator it, const PassGuard &pass)
 {
-    const PassGuard pass(this);
-    const QPointer<GLTile> tile(picked);
+    GLTile *tile = *it;
     setGLViewport(*tile);
     tile->camera.Update(1);
     tile->viewport.Update();
     emit Update(tile);
-    if (!pass.alive() || !tile)
+    if (!pass.alive() || !alive(all, it))
         return;
 
     const Mouse &mouse = gl->mouse;
     if (!tile->orect.contains(QPointF(mouse.x, height() - mouse.y)))
         return;
     const PickRegion r(mouse);
-    if (property<bool>("pick3d") && tile->property<bool>("pick3d")) {
+    if (property<bool>("pick3d") && tile->is(GLTile::Pick3D)) {
         tile->camera.Setup(int(tile->width()), int(tile->height()), r.x, r.y, r.width, r.height);
         glDisable(GL_LIGHTING);
         emit Pick3D(tile);
-        if (!pass.alive() || !tile)
+        if (!pass.alive() || !alive(all, it))
             return;
     }
-    if (property<bool>("pick2d") && tile->property<bool>("pick2d")) {
+    if (property<bool>("pick2d") && tile->is(GLTile::Pick2D)) {
         tile->viewport.Setup(int(tile->width()), int(tile->height()), 100, r.x, r.y, r.width,
                              r.height);
         glDisable(GL_LIGHTING);
@@ -247,9 +270,10 @@ void GLMultiWidget::paintGL()
         paintWhole("drawbg", &GLMultiWidget::DrawBG);
     if (!pass.alive())
         return;
-    for (const QPointer<GLTile> &tile : snapshot()) {
-        if (tile && tile->property<bool>("visible"))
-            paintTile(tile);
+    const GLTiles all = tiles;
+    for (auto it = all.begin(); it != all.end(); ++it) {
+        if (alive(all, it) && (*it)->is(GLTile::Visible))
+            paintTile(all, it, pass);
         if (!pass.alive())
             return;
     }
@@ -266,22 +290,21 @@ void GLMultiWidget::paintWhole(const char *gate, void (GLMultiWidget::*signal)(G
     emit(this->*signal)(this);
 }
 
-void GLMultiWidget::paintTile(GLTile *painted)
+void GLMultiWidget::paintTile(const GLTiles &all, GLTiles::const_iterator it, const PassGuard &pass)
 {
-    const PassGuard pass(this);
-    const QPointer<GLTile> tile(painted);
+    GLTile *tile = *it;
     setGLViewport(*tile);
-    if (property<bool>("draw3d") && tile->property<bool>("draw3d") && tile->gl) {
+    if (property<bool>("draw3d") && tile->is(GLTile::Draw3D) && tile->gl) {
         tile->camera.Setup(int(tile->width()), int(tile->height()), 0, 0, 0, 0);
         if (!tile->lights.empty())
             glEnable(GL_LIGHTING);
         for (GL::Light &light : tile->lights)
             light.Reposition();
         emit Draw3D(tile);
-        if (!pass.alive() || !tile)
+        if (!pass.alive() || !alive(all, it))
             return;
     }
-    if (property<bool>("draw2d") && tile->property<bool>("draw2d")) {
+    if (property<bool>("draw2d") && tile->is(GLTile::Draw2D)) {
         tile->viewport.Setup(int(tile->width()), int(tile->height()), 100, 0, 0, 0, 0);
         emit Draw2D(tile);
     }
@@ -300,9 +323,10 @@ void GLMultiWidget::ForceUpdate()
     if (!property<bool>("enabled"))
         return;
     const QPointer<GLMultiWidget> self(this);
-    for (const QPointer<GLTile> &tile : snapshot()) {
-        if (tile && tile->property<bool>("visible"))
-            emit Update(tile);
+    const GLTiles all = tiles;
+    for (auto it = all.begin(); it != all.end(); ++it) {
+        if (alive(all, it) && (*it)->is(GLTile::Visible))
+            emit Update(*it);
         if (!self)
             return;
     }

@@ -6,12 +6,12 @@
 #include <QMap>
 #include <QSize>
 #include <QVariant>
-#include <QVector>
 
 #include "GL/export.h"
 #include "GL/glwidget.h"
 
 class GLMultiWidget;
+class PassGuard;
 class QPaintEvent;
 
 /// One view of a multi-view: a cell with its own camera, 2D viewport and lights.
@@ -23,16 +23,31 @@ class QPaintEvent;
 /// bindings.
 class GLWINDOW_EXPORT GLTile : public GLW {
 public:
+    enum Flag { Enabled = 1, Visible = 2, Pick3D = 4, Pick2D = 8, Draw3D = 16, Draw2D = 32 };
+
     QPointer<GLW> glw; ///< The multi-view.
 
     GLTile(GLMultiWidget *owner, uint id);
     ~GLTile() override;
+
+    /// Whether the dynamic property of that name is true. As exact as reading the property, without
+    /// the search for its name: the passes ask for every tile in every frame.
+    bool is(Flag flag) const;
+    /// QObject's. Qt asks for it at the start of every setProperty(), even of those whose change
+    /// event nobody delivers, so this is where the flags kept from the last look become stale.
+    const QMetaObject *metaObject() const override;
 
     /// The multi-view's actions; none once it is gone.
     QList<QAction *> actions() const override;
     QAction *NewKeyAction(const QString &, const char *, QObject *, const char *) override;
     QAction *NewMouseAction(quint32, quint32, const char *, QObject *, const char *) override;
     bool DeleteAction(const char *) override;
+
+private:
+    void readFlags() const;
+
+    mutable quint8 flags = 0;
+    mutable bool flagsKnown = false;
 };
 
 using GLTiles = QMap<unsigned int, GLTile *>;
@@ -118,14 +133,13 @@ public Q_SLOTS:
     void SelectAll();     ///< Selects all tiles, or none if all were.
 
 private:
-    using Snapshot = QVector<QPointer<GLTile>>;
     /// Rows and columns; -1 as long as no grid gives the tiles any area.
     struct Grid {
         int rows = -1;
         int cols = -1;
     };
 
-    Snapshot snapshot() const;
+    GLTile *alive(const GLTiles &all, GLTiles::const_iterator it) const;
     QByteArray makeName(const char *name) const;
     QList<GLTile *> orderedTiles() const;
     QList<GLTile *> visibleTiles() const;
@@ -133,8 +147,8 @@ private:
     Grid searchGrid(int count, float tileWidth, float tileHeight) const;
     void placeTiles(const Grid &grid);
     void calculateLayout();
-    void pickTile(GLTile *tile);
-    void paintTile(GLTile *tile);
+    void pickTile(const GLTiles &all, GLTiles::const_iterator it, const PassGuard &pass);
+    void paintTile(const GLTiles &all, GLTiles::const_iterator it, const PassGuard &pass);
     void paintWhole(const char *gate, void (GLMultiWidget::*signal)(GLW *));
     void toggleSingleView(quint32 id);
     void setSelected(const QList<int> &ids);

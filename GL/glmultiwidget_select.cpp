@@ -88,8 +88,9 @@ void GLMultiWidget::localSelect(int id, int multi)
 void GLMultiWidget::setSelected(const QList<int> &ids)
 {
     const QSet<int> wanted(ids.begin(), ids.end());
-    for (const QPointer<GLTile> &tile : snapshot())
-        if (tile)
+    const GLTiles all = tiles;
+    for (auto it = all.begin(); it != all.end(); ++it)
+        if (GLTile *tile = alive(all, it))
             tile->setProperty("selected", wanted.contains(tile->id()));
 }
 
@@ -105,10 +106,11 @@ void GLMultiWidget::toggleSingleView(quint32 id)
 {
     if (tiles.size() == 1)
         return;
-    const bool all = visibleTiles().size() == 1;
-    for (const QPointer<GLTile> &tile : snapshot())
-        if (tile)
-            tile->setProperty("visible", all || quint32(tile->id()) == id);
+    const bool back = visibleTiles().size() == 1;
+    const GLTiles all = tiles;
+    for (auto it = all.begin(); it != all.end(); ++it)
+        if (GLTile *tile = alive(all, it))
+            tile->setProperty("visible", back || quint32(tile->id()) == id);
     ++updateLayout;
     emit VisibleCountChanged(visibleTiles().size());
 }
@@ -118,7 +120,9 @@ void GLMultiWidget::SelectAll()
     const QList<int> selected = GetSelected();
     const bool select = selected.size() != tiles.size();
     QList<int> ids;
-    for (const QPointer<GLTile> &tile : snapshot()) {
+    const GLTiles all = tiles;
+    for (auto it = all.begin(); it != all.end(); ++it) {
+        GLTile *tile = alive(all, it);
         if (!tile)
             continue;
         tile->setProperty("selected", select);
@@ -132,8 +136,9 @@ void GLMultiWidget::ToggleVisible()
 {
     const QList<int> selected = GetSelected();
     const bool onlySelected = !selected.isEmpty() && selected != GetVisible();
-    for (const QPointer<GLTile> &tile : snapshot())
-        if (tile)
+    const GLTiles all = tiles;
+    for (auto it = all.begin(); it != all.end(); ++it)
+        if (GLTile *tile = alive(all, it))
             tile->setProperty("visible", onlySelected ? tile->property<bool>("selected") : true);
     const QPointer<GLMultiWidget> self(this);
     emit VisibleCountChanged(visibleTiles().size());

@@ -107,6 +107,10 @@ TEST(Clicks, AloneTileFillsTheWindowAndTheGridReturns)
     s.gesture("double 3");
     s.frame();
     EXPECT_EQ(s.tile(3)->orect, cell);
+    s.view->doublePress = 1;
+    s.told.clear();
+    s.gesture("click 1");
+    EXPECT_EQ(s.told, "") << "the release that ends a double click";
     for (GLW *none : {static_cast<GLW *>(nullptr), static_cast<GLW *>(s.tile(1))}) {
         s.log.take();
         if (none)

@@ -183,6 +183,32 @@ TEST_P(Operations, TellCountAndLeave)
 
 INSTANTIATE_TEST_SUITE_P(Rows, Operations, testing::ValuesIn(operationCases), rowName());
 
+/// Keeps the news of a changed property from everybody.
+class Silence : public QObject {
+public:
+    bool eventFilter(QObject *, QEvent *e) override
+    {
+        return e->type() == QEvent::DynamicPropertyChange;
+    }
+};
+
+TEST(GLMultiWidgetVisibility, ChangesThatNobodyHearsOfCount)
+{
+    View view(2, 800, 600);
+    view.SetOrder({});
+    Silence silence;
+    qApp->installEventFilter(&silence);
+    for (const char *name : {"visible", "enabled"}) {
+        for (const QVariant &value : {QVariant(false), QVariant(true), QVariant(), QVariant(1)}) {
+            ASSERT_EQ(view.hit(5, 5), view.tile(1));
+            view.set({1}, name, value);
+            EXPECT_EQ(view.hit(5, 5), value.toBool() ? view.tile(1) : nullptr) << name;
+            view.set({1}, name, true);
+        }
+    }
+    qApp->removeEventFilter(&silence);
+}
+
 TEST(GLMultiWidgetVisibility, TogglesBetweenTheSelectedAndAll)
 {
     View view(4, 800, 600);
