@@ -7,7 +7,7 @@
 namespace host {
 namespace {
 
-constexpr std::size_t pointsPerPixel = 4;
+constexpr std::size_t exactPerPixel = 4; // samples drawn as they are
 
 /// Appends samples to a polyline and begins a new strip after each gap.
 class Pen {
@@ -24,6 +24,7 @@ public:
         line.points.emplace_back(x, y);
     }
     void up() { up_ = true; }
+    double y() const { return line.points.empty() ? 0 : line.points.back().y(); }
 
     Polyline line;
 
@@ -38,19 +39,25 @@ void addRows(Pen &pen, const Table &table, const Column &column, std::size_t fir
         pen.to(table.x[row], column.values[row]);
 }
 
-// The samples of one pixel column, rows [first, last), as at most four points.
+// The samples of one pixel column, rows [first, last). Many become a stroke between the lowest and
+// the highest, from the end that is nearer to where the line comes from: joined to its neighbours
+// it covers what the samples would, without going to and fro.
 void addPixel(Pen &pen, const Table &table, const Column &column, std::size_t first,
               std::size_t last, double middle)
 {
-    if (last - first <= pointsPerPixel)
+    if (last - first <= exactPerPixel)
         return addRows(pen, table, column, first, last);
     const Extent extent = column.pyramid.extent(column.values, first, last);
     if (extent.empty())
         return pen.up();
-    pen.to(table.x[first], column.values[first]);
-    pen.to(middle, extent.min);
-    pen.to(middle, extent.max);
-    pen.to(table.x[last - 1], column.values[last - 1]);
+    if (std::isnan(column.values[first]))
+        pen.up();
+    const bool rising = std::abs(pen.y() - extent.min) <= std::abs(pen.y() - extent.max);
+    pen.to(middle, rising ? extent.min : extent.max);
+    if (extent.min < extent.max)
+        pen.to(middle, rising ? extent.max : extent.min);
+    if (std::isnan(column.values[last - 1]))
+        pen.up();
 }
 
 std::size_t firstRowFrom(const Table &table, double x)
@@ -78,7 +85,7 @@ Polyline decimate(const Table &table, const Column &column, double low, double h
     const std::size_t before = first > 0 ? first - 1 : first;
     const std::size_t after = std::min(last + 1, table.rows());
     Pen pen;
-    if (last - first <= pointsPerPixel * std::size_t(pixels)) {
+    if (last - first <= exactPerPixel * std::size_t(pixels)) {
         addRows(pen, table, column, before, after);
         return pen.line;
     }

@@ -24,11 +24,11 @@ std::pair<std::size_t, std::size_t> rowsBetween(const Table &table, double low, 
 
 /// The line of @p column to draw where x from @p low to @p high covers @p pixels pixel columns.
 ///
-/// Few samples are given as they are. From four per pixel column on, each pixel column gives its
-/// first sample, its lowest, its highest and its last, which colours the same pixels at a cost that
-/// grows with the pixels and not with the rows. A missing value cuts the line; a gap that begins
-/// and ends within one pixel column cannot be seen and may be left out. One sample beyond each end
-/// is given too, so that the line leaves the picture in the right direction.
+/// Few samples are given as they are. Where a pixel column has more than four, it gives the lowest
+/// and the highest of them, in its middle, which colours the same pixels at a cost that grows with
+/// the pixels and not with the rows. A missing value cuts the line; a gap that begins and ends
+/// within one pixel column cannot be seen and may be left out. One sample beyond each end is given
+/// too, so that the line leaves the picture in the right direction.
 /// Empty when @p pixels < 1 or not low < high.
 Polyline decimate(const Table &table, const Column &column, double low, double high, int pixels);
 
