@@ -6,6 +6,8 @@
 #include <QCoreApplication>
 #include <QStringList>
 
+#include "table.h"
+
 namespace {
 
 constexpr quint32 shift = 0x02000000;
@@ -63,12 +65,7 @@ const MatchCase matchCases[] = {
     {"EverythingMasked", 0, 0xFFFFFFFF, 0xFFFFFFFF, 0},
 };
 
-void PrintTo(const MatchCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class MouseActionMatch : public testing::TestWithParam<MatchCase> {};
+TABLE(MouseActionMatch, testing::Test, MatchCase, matchCases);
 
 TEST_P(MouseActionMatch, Scores)
 {
@@ -76,9 +73,6 @@ TEST_P(MouseActionMatch, Scores)
     action.setBinding(GetParam().binding, GetParam().mask);
     EXPECT_EQ(action.match(GetParam().word), GetParam().score);
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, MouseActionMatch, testing::ValuesIn(matchCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 struct FindCase {
     const char *name;
@@ -114,12 +108,7 @@ const FindCase findCases[] = {
     {"NothingFits", record(7, 0, 0, 0), true, ""},
 };
 
-void PrintTo(const FindCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class MouseActionFind : public testing::TestWithParam<FindCase> {};
+TABLE(MouseActionFind, testing::Test, FindCase, findCases);
 
 TEST_P(MouseActionFind, TakesTheBest)
 {
@@ -142,9 +131,6 @@ TEST_P(MouseActionFind, TakesTheBest)
     const MouseAction *found = MouseAction::find(actions, GetParam().mouse, GetParam().press);
     EXPECT_EQ(found ? found->objectName().toStdString() : "", GetParam().expected);
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, MouseActionFind, testing::ValuesIn(findCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 TEST(KeyActionTest, FindTakesTheFirstEnabledOfThatKey)
 {
@@ -234,12 +220,7 @@ const ConnectCase connectCases[] = {
     {"NullSlot", nullptr, false, false, "", ""},
 };
 
-void PrintTo(const ConnectCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class ActionConnect : public testing::TestWithParam<ConnectCase> {};
+TABLE(ActionConnect, testing::Test, ConnectCase, connectCases);
 
 TEST_P(ActionConnect, TakesExactlyOneOverloadAndDiesWithItsReceiver)
 {
@@ -265,9 +246,6 @@ TEST_P(ActionConnect, TakesExactlyOneOverloadAndDiesWithItsReceiver)
     delete key;
     delete mouse;
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, ActionConnect, testing::ValuesIn(connectCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 } // namespace
 

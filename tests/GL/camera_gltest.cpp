@@ -2,6 +2,7 @@
 // The matrices that camera and viewport load, and what is read back from them.
 #include "GL/camera.h"
 
+#include "table.h"
 #include "testing.h"
 
 namespace GL {
@@ -37,12 +38,7 @@ const ProjectionCase projectionCases[] = {
     {"PerspectivePick", 0, 150, 50, 100, 50, 2.414214, 4.828427, 1},
 };
 
-void PrintTo(const ProjectionCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class CameraSetup : public Matrices, public testing::WithParamInterface<ProjectionCase> {};
+TABLE(CameraSetup, Matrices, ProjectionCase, projectionCases);
 
 TEST_P(CameraSetup, LoadsTheProjection)
 {
@@ -69,9 +65,6 @@ TEST_P(CameraSetup, LoadsTheProjection)
     EXPECT_EQ(camera.viewport[2], 200);
     EXPECT_EQ(camera.viewport[3], 100);
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, CameraSetup, testing::ValuesIn(projectionCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 TEST_F(Matrices, FixedModeLoadsItsOwnMatrix)
 {
@@ -144,12 +137,7 @@ const FailureCase failureCases[] = {
     {"SingularOrthographicRests", 1, -1, 0, 0},
 };
 
-void PrintTo(const FailureCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class UnprojectFailure : public Matrices, public testing::WithParamInterface<FailureCase> {};
+TABLE(UnprojectFailure, Matrices, FailureCase, failureCases);
 
 TEST_P(UnprojectFailure, ClearsTheRays)
 {
@@ -172,9 +160,6 @@ TEST_P(UnprojectFailure, ClearsTheRays)
     EXPECT_EQ(camera.vnear, Vector(1, 2, 3));
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, UnprojectFailure, testing::ValuesIn(failureCases),
-                         [](const auto &row) { return std::string(row.param.name); });
-
 struct EdgeCase {
     const char *name;
     int align;
@@ -190,12 +175,7 @@ const EdgeCase edgeCases[] = {
     {"MiddleTop", Viewport::AlignHCenter, -100, 100, 99, 0},
 };
 
-void PrintTo(const EdgeCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class ViewportSetup : public Matrices, public testing::WithParamInterface<EdgeCase> {};
+TABLE(ViewportSetup, Matrices, EdgeCase, edgeCases);
 
 TEST_P(ViewportSetup, PutsTheEdgesWhereTheAlignmentSays)
 {
@@ -231,9 +211,6 @@ TEST_P(ViewportSetup, PutsTheEdgesWhereTheAlignmentSays)
     glGetDoublev(GL_PROJECTION_MATRIX, picked);
     EXPECT_EQ(picked[0], p[0]);
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, ViewportSetup, testing::ValuesIn(edgeCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 } // namespace
 } // namespace GL

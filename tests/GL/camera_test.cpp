@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include "table.h"
+
 namespace GL {
 namespace {
 
@@ -41,12 +43,7 @@ const PoseCase poseCases[] = {
     {"OtherModesKeepTheEye", 9, {1, 2, 3}, {0, 0, 90}, 1, &Camera::pos, {1, 2, 3}},
 };
 
-void PrintTo(const PoseCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class CameraPose : public testing::TestWithParam<PoseCase> {};
+TABLE(CameraPose, testing::Test, PoseCase, poseCases);
 
 TEST_P(CameraPose, IsCompleted)
 {
@@ -58,9 +55,6 @@ TEST_P(CameraPose, IsCompleted)
     camera.Update(0);
     EXPECT_LT((camera.*GetParam().member - GetParam().expected).length(), 1e-5);
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, CameraPose, testing::ValuesIn(poseCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 /// One number of the camera before and after Update(adjust).
 struct NumberCase {
@@ -86,12 +80,7 @@ const NumberCase numberCases[] = {
     {"RadiusRestsWithoutAdjust", &Camera::d_radius, 2, 0, &Camera::radius, 0.0005f},
 };
 
-void PrintTo(const NumberCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class CameraNumber : public testing::TestWithParam<NumberCase> {};
+TABLE(CameraNumber, testing::Test, NumberCase, numberCases);
 
 TEST_P(CameraNumber, IsCompleted)
 {
@@ -100,9 +89,6 @@ TEST_P(CameraNumber, IsCompleted)
     camera.Update(GetParam().adjust);
     EXPECT_FLOAT_EQ(camera.*GetParam().read, GetParam().expected);
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, CameraNumber, testing::ValuesIn(numberCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 /// Steps of the target towards the one asked for.
 struct TargetCase {
@@ -121,12 +107,7 @@ const TargetCase targetCases[] = {
     {"ReachedIsNotBounded", {5000, 0, 0}, {5000, 0, 0}, 30, {5000, 0, 0}},
 };
 
-void PrintTo(const TargetCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class CameraTarget : public testing::TestWithParam<TargetCase> {};
+TABLE(CameraTarget, testing::Test, TargetCase, targetCases);
 
 TEST_P(CameraTarget, FollowsWithinItsBounds)
 {
@@ -138,9 +119,6 @@ TEST_P(CameraTarget, FollowsWithinItsBounds)
     camera.Update(0);
     EXPECT_LT((camera.target - GetParam().expected).length(), 1e-3);
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, CameraTarget, testing::ValuesIn(targetCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 TEST(CameraTest, VelocitiesApplyOnlyWhenAdjusting)
 {
@@ -217,12 +195,7 @@ const CursorCase cursorCases[] = {
     {"CentreWinsOverTop", Viewport::AlignTop | Viewport::AlignVCenter, 0, 60, 10, 22.5f},
 };
 
-void PrintTo(const CursorCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class ViewportCursor : public testing::TestWithParam<CursorCase> {};
+TABLE(ViewportCursor, testing::Test, CursorCase, cursorCases);
 
 TEST_P(ViewportCursor, MapsPixelsToData)
 {
@@ -233,9 +206,6 @@ TEST_P(ViewportCursor, MapsPixelsToData)
     const Vector found = viewport.Cursor(GetParam().x, GetParam().y, 200, 100);
     EXPECT_EQ(found, Vector(GetParam().expectedX, GetParam().expectedY, 0));
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, ViewportCursor, testing::ValuesIn(cursorCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 TEST(ViewportTest, UpdateClampsTheScalePerAxis)
 {

@@ -5,6 +5,7 @@
 #include <QSize>
 
 #include "GL/glwidget.h"
+#include "table.h"
 #include "testing.h"
 
 namespace {
@@ -30,12 +31,7 @@ const GeometryCase geometryCases[] = {
     {"DeadWindowFromTheFarCorner", {-10, -20, 100, 50}, {-110, -70, 100, 50}, 20, false},
 };
 
-void PrintTo(const GeometryCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class Geometry : public testing::TestWithParam<GeometryCase> {};
+TABLE(Geometry, testing::Test, GeometryCase, geometryCases);
 
 TEST_P(Geometry, IsInPixelsOfTheWindow)
 {
@@ -59,9 +55,6 @@ TEST_P(Geometry, IsInPixelsOfTheWindow)
     if (GetParam().alive)
         delete window;
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, Geometry, testing::ValuesIn(geometryCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 TEST(GLWTest, EdgesAreHitAndEmptyObjectsAreNot)
 {

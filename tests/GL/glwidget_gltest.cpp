@@ -4,6 +4,7 @@
 
 #include <QPainter>
 
+#include "table.h"
 #include "testing.h"
 
 namespace {
@@ -25,12 +26,7 @@ const SwitchCase switchCases[] = {
     {"Draw2D", "draw2d", "a.Pick3D a.Pick2D a.Draw3D a.PaintForeground"},
 };
 
-void PrintTo(const SwitchCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class Switches : public WindowTest, public testing::WithParamInterface<SwitchCase> {};
+TABLE(Switches, WindowTest, SwitchCase, switchCases);
 
 TEST_P(Switches, LeaveOutTheirPasses)
 {
@@ -41,9 +37,6 @@ TEST_P(Switches, LeaveOutTheirPasses)
         EXPECT_EQ(host.take(), GetParam().log);
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, Switches, testing::ValuesIn(switchCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 TEST_F(Scene, WithoutAWindowNothingHappens)
 {
@@ -139,12 +132,7 @@ const PickCase pickCases[] = {
     {"CentreTruncatesTowardsZero", -3, -5, 0, 0, 1, -1, -2, 3, 5},
 };
 
-void PrintTo(const PickCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class PickRegionTest : public WindowTest, public testing::WithParamInterface<PickCase> {};
+TABLE(PickRegionTest, WindowTest, PickCase, pickCases);
 
 TEST_P(PickRegionTest, IsWhatThePickProjectionShows)
 {
@@ -174,9 +162,6 @@ TEST_P(PickRegionTest, IsWhatThePickProjectionShows)
     EXPECT_NEAR(100 - deep[12] / deep[0], c.centreX, 1e-3);
     EXPECT_NEAR(50 - deep[13] / deep[5], c.centreY, 1e-3);
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, PickRegionTest, testing::ValuesIn(pickCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 TEST_F(Scene, PickingKeepsTheViewportOfTheFrameBefore)
 {

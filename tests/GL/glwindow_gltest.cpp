@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QSignalSpy>
 
+#include "table.h"
 #include "testing.h"
 
 namespace {
@@ -65,12 +66,7 @@ const GateCase gateCases[] = {
     {"ElevenPixelsSquare", true, 1, true, {11, 11}, true, true},
 };
 
-void PrintTo(const GateCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class FrameGate : public WindowTest, public testing::WithParamInterface<GateCase> {};
+TABLE(FrameGate, WindowTest, GateCase, gateCases);
 
 TEST_P(FrameGate, DecidesWhetherAFramePaints)
 {
@@ -98,9 +94,6 @@ TEST_P(FrameGate, DecidesWhetherAFramePaints)
     EXPECT_EQ(host.log.contains("a.Draw3D"), c.paints && c.timer.toBool())
         << "a request is served once";
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, FrameGate, testing::ValuesIn(gateCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 TEST_F(Frame, HiddenWindowNeitherPicksNorPaints)
 {
@@ -162,12 +155,7 @@ const TextPixelCase textPixelCases[] = {
     {"HiddenWhenIdle", true, false, false},
 };
 
-void PrintTo(const TextPixelCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class FrameRateText : public WindowTest, public testing::WithParamInterface<TextPixelCase> {};
+TABLE(FrameRateText, WindowTest, TextPixelCase, textPixelCases);
 
 TEST_P(FrameRateText, EndsSixPixelsFromTheTopRightCorner)
 {
@@ -193,9 +181,6 @@ TEST_P(FrameRateText, EndsSixPixelsFromTheTopRightCorner)
     EXPECT_NEAR(lit.bottom() + 1, 12, 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, FrameRateText, testing::ValuesIn(textPixelCases),
-                         [](const auto &row) { return std::string(row.param.name); });
-
 struct TextCase {
     const char *name;
     time_t interval, period, sum; // microseconds: since the last frame, of the period, worked in it
@@ -210,12 +195,7 @@ const TextCase textCases[] = {
     {"HalfASecondIsTooEarly", 16667, 500000, 72000, "old", "", ""},
 };
 
-void PrintTo(const TextCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class FrameTexts : public WindowTest, public testing::WithParamInterface<TextCase> {};
+TABLE(FrameTexts, WindowTest, TextCase, textCases);
 
 TEST_P(FrameTexts, AreRefreshed)
 {
@@ -236,9 +216,6 @@ TEST_P(FrameTexts, AreRefreshed)
     EXPECT_EQ(window->timer.start == frozenClock, refreshed);
     EXPECT_EQ(window->timer.sum, refreshed ? 0 : c.sum);
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, FrameTexts, testing::ValuesIn(textCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 TEST_F(Frame, FirstFrameRefreshesTheTexts)
 {
@@ -269,12 +246,7 @@ const RateCase rateCases[] = {
     {"Slow", {0.5f}, 2000, 0.5},
 };
 
-void PrintTo(const RateCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class FrameTimer : public testing::TestWithParam<RateCase> {};
+TABLE(FrameTimer, testing::Test, RateCase, rateCases);
 
 TEST_P(FrameTimer, RunsPrecisely)
 {
@@ -291,9 +263,6 @@ TEST_P(FrameTimer, RunsPrecisely)
     EXPECT_EQ(timers[0].timerId, window.timerID);
     EXPECT_EQ(timers[0].timerType, Qt::PreciseTimer);
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, FrameTimer, testing::ValuesIn(rateCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 TEST(GLWindowTest, StartsWithItsPropertiesAndSettings)
 {
@@ -325,12 +294,7 @@ const RendererCase rendererCases[] = {
     {"Hardware", "A Graphics Card", false},
 };
 
-void PrintTo(const RendererCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class Renderer : public testing::TestWithParam<RendererCase> {};
+TABLE(Renderer, testing::Test, RendererCase, rendererCases);
 
 TEST_P(Renderer, IsToldAfterGLIsInitialised)
 {
@@ -349,9 +313,6 @@ TEST_P(Renderer, IsToldAfterGLIsInitialised)
     EXPECT_EQ(host.log.count("a.Init"), 1);
     EXPECT_EQ(host.log.first(), "a.Init");
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, Renderer, testing::ValuesIn(rendererCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 TEST_F(Frame, TraceLinePerTickWhenVerbose)
 {

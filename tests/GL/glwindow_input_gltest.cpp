@@ -6,6 +6,7 @@
 #include <QTest>
 #include <QWheelEvent>
 
+#include "table.h"
 #include "testing.h"
 
 namespace {
@@ -131,12 +132,7 @@ const WheelCase wheelCases[] = {
     {"HighBitsAreDropped", 0x301, {0, -120}, 0x11, 0x1},
 };
 
-void PrintTo(const WheelCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class Wheel : public Input, public testing::WithParamInterface<WheelCase> {};
+TABLE(Wheel, Input, WheelCase, wheelCases);
 
 TEST_P(Wheel, SetsItsBitForOneDispatch)
 {
@@ -161,9 +157,6 @@ TEST_P(Wheel, SetsItsBitForOneDispatch)
     EXPECT_EQ(window->mouse.dx, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, Wheel, testing::ValuesIn(wheelCases),
-                         [](const auto &row) { return std::string(row.param.name); });
-
 struct ClampCase {
     const char *name;
     bool clamp;
@@ -181,12 +174,7 @@ const ClampCase clampCases[] = {
     {"SwitchedOff", false, {-20, 50}, Qt::LeftButton, {-20, 50}, {700, 700}},
 };
 
-void PrintTo(const ClampCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class Clamp : public Input, public testing::WithParamInterface<ClampCase> {};
+TABLE(Clamp, Input, ClampCase, clampCases);
 
 TEST_P(Clamp, KeepsADragInTheFrame)
 {
@@ -197,9 +185,6 @@ TEST_P(Clamp, KeepsADragInTheFrame)
     EXPECT_EQ(QCursor::pos().x(), GetParam().cursor.x());
     EXPECT_EQ(QCursor::pos().y(), GetParam().cursor.y());
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, Clamp, testing::ValuesIn(clampCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 struct HitCase {
     const char *name;
@@ -216,12 +201,7 @@ const HitCase hitCases[] = {
     {"PixelsFromTheFarCorner", {150, 90}, "corner.Press corner.Release"},
 };
 
-void PrintTo(const HitCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class Hit : public Input, public testing::WithParamInterface<HitCase> {};
+TABLE(Hit, Input, HitCase, hitCases);
 
 TEST_P(Hit, ReachesTheObjectThatIsDrawnThere)
 {
@@ -234,9 +214,6 @@ TEST_P(Hit, ReachesTheObjectThatIsDrawnThere)
     QTest::mouseClick(window, Qt::LeftButton, {}, GetParam().at);
     EXPECT_EQ(host.take(), GetParam().reached);
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, Hit, testing::ValuesIn(hitCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 struct ShiftCase {
     const char *name;
@@ -254,12 +231,7 @@ const ShiftCase shiftCases[] = {
     {"TruncatedTowardsZero", {0, 0, 300, 150.5}, {70, 20}, {0, -50}},
 };
 
-void PrintTo(const ShiftCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class Shift : public Input, public testing::WithParamInterface<ShiftCase> {};
+TABLE(Shift, Input, ShiftCase, shiftCases);
 
 TEST_P(Shift, ActionsSeeThePointerInTheObjectsFrame)
 {
@@ -297,9 +269,6 @@ TEST_P(Shift, ActionsSeeThePointerInTheObjectsFrame)
     EXPECT_EQ(QPoint(window->mouse.x, window->mouse.y), QPoint(at.x(), 100 - at.y()));
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, Shift, testing::ValuesIn(shiftCases),
-                         [](const auto &row) { return std::string(row.param.name); });
-
 struct KeyCase {
     const char *name;
     QEvent::Type type;
@@ -326,12 +295,7 @@ const KeyCase keyCases[] = {
     {"CapsLockIsNone", QEvent::KeyRelease, Qt::Key_CapsLock, {}, false, ""},
 };
 
-void PrintTo(const KeyCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class Keys : public Input, public testing::WithParamInterface<KeyCase> {};
+TABLE(Keys, Input, KeyCase, keyCases);
 
 TEST_P(Keys, GoToTheObjectUnderThePointer)
 {
@@ -354,9 +318,6 @@ TEST_P(Keys, GoToTheObjectUnderThePointer)
     EXPECT_EQ(window->mouse.modifier,
               int(QKeyEvent(GetParam().type, GetParam().code, GetParam().state).modifiers()));
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, Keys, testing::ValuesIn(keyCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 TEST_F(Input, LeavingUpdatesTheRecordOnly)
 {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include <gtest/gtest.h>
+#include "tests/GL/table.h"
 
 namespace {
 
@@ -34,12 +34,7 @@ const ResultCase resultCases[] = {
     {"HalfTurnInDouble", [] { return Vector(1, 0, 0).rotate_z(180) * 1e6f; }, {-1e6f, 0, 0}},
 };
 
-void PrintTo(const ResultCase &c, std::ostream *out)
-{
-    *out << c.name;
-}
-
-class VectorResult : public testing::TestWithParam<ResultCase> {};
+TABLE(VectorResult, testing::Test, ResultCase, resultCases);
 
 TEST_P(VectorResult, IsExpected)
 {
@@ -47,9 +42,6 @@ TEST_P(VectorResult, IsExpected)
     for (int i = 0; i < 3; ++i)
         EXPECT_NEAR(v[i], GetParam().expected[i], 1e-6) << "component " << i;
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, VectorResult, testing::ValuesIn(resultCases),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 TEST(VectorTest, ProductOfTwoIsTheDotProduct)
 {
