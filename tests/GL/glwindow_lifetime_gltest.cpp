@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Slots that delete what the window is busy with. The sanitizers see what a survivor reads.
+#include <cstring>
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTest>
@@ -21,7 +23,7 @@ struct LifeCase {
     const char *log;
 };
 
-// Two objects, a in front of b; bindings fire Plain, Fired and then State or Repeat.
+// Two objects, a in front of b; bindings fire Plain, Fired, Flag and then State or Repeat.
 const LifeCase lifeCases[] = {
     {"PickItself", Tick, "a.Pick3D", Itself,
      "a.Pick3D b.Pick3D b.Pick2D b.Draw3D b.Draw2D b.PaintForeground"},
@@ -46,15 +48,18 @@ const LifeCase lifeCases[] = {
      "a.Pick3D a.Pick2D b.Pick3D b.Pick2D a.Draw3D a.Draw2D b.Draw3D b.Draw2D "
      "a.PaintForeground"},
     {"PressItself", Press, "a.Fired", Itself, "Plain a.Fired"},
-    {"PressOther", Press, "a.Fired", Other, "Plain a.Fired a.Press"},
+    {"PressOther", Press, "a.Fired", Other, "Plain a.Fired Flag a.Press"},
     {"PressWindow", Press, "Plain", Window, "Plain"},
     {"PressAction", Press, "Plain", Action, "Plain"},
-    {"MoveWindow", Move, "a.Press", Window, "Plain a.Fired a.Press"},
+    {"PressStateItself", Press, "Flag", Itself, "Plain a.Fired Flag"},
+    {"PressStateWindow", Press, "Flag", Window, "Plain a.Fired Flag"},
+    {"MoveWindow", Move, "a.Press", Window, "Plain a.Fired Flag a.Press"},
     {"KeyItself", Key, "a.Fired", Itself, "Plain a.Fired"},
     {"KeyWindow", Key, "a.Fired", Window, "Plain a.Fired"},
     {"KeyAction", Key, "Plain", Action, "Plain"},
+    {"KeyStateAction", Key, "Flag", Action, "Plain a.Fired Flag"},
     {"WheelWindow", Wheel, "a.Fired", Window, "Plain a.Fired"},
-    {"WheelItself", Wheel, "a.Press", Itself, "Plain a.Fired a.Press"},
+    {"WheelItself", Wheel, "a.Press", Itself, "Plain a.Fired Flag a.Press"},
 };
 
 TABLE(Lifetime, WindowTest, LifeCase, lifeCases);
@@ -64,8 +69,10 @@ TEST_P(Lifetime, NothingIsTouchedAfterItsDeath)
     QPointer<GLWidget> a = add("a", QRectF(0.1, 0, 0.5, 1)), b = add("b");
     QPointer<QAction> key = a->NewKeyAction("K", "key", &host, SLOT(Plain()));
     QPointer<QAction> mouse = a->NewMouseAction(0, 0xFFFFFFFF, "mouse", &host, SLOT(Plain()));
-    for (QAction *action : {key.data(), mouse.data()})
+    for (QAction *action : {key.data(), mouse.data()}) {
         QObject::connect(action, SIGNAL(triggered(GLW *)), &host, SLOT(Fired(GLW *)));
+        QObject::connect(action, SIGNAL(triggered(bool)), &host, SLOT(Flag(bool)));
+    }
     QObject::connect(key, SIGNAL(triggered(GLW *, bool, bool)), &host,
                      SLOT(Repeat(GLW *, bool, bool)));
     QObject::connect(mouse, SIGNAL(triggered(GLW *, bool)), &host, SLOT(State(GLW *, bool)));
@@ -125,28 +132,36 @@ TEST_P(Lifetime, NothingIsTouchedAfterItsDeath)
     EXPECT_EQ(host.log.contains("b.Draw3D"), bool(b));
 }
 
+/// Counts the passes that reach it.
+class Counter : public GLWidget {
+public:
+    Counter() : GLWidget(nullptr, "counter") {}
+    void pickGL() override { ++picks; }
+    int picks = 0;
+};
+
 using DeadEntry = WindowTest;
 
-TEST_F(DeadEntry, ObjectAtTheSamePlaceIsAlive)
+TEST_F(DeadEntry, IsNeverReadAndANewObjectInItsPlaceIsAlive)
 {
-    // The heap may or may not give the address again; placement does.
-    alignas(GLWidget) unsigned char place[sizeof(GLWidget)];
-    auto *first = new (place) GLWidget(nullptr, "first");
+    alignas(Counter) unsigned char place[sizeof(Counter)];
+    auto *first = new (place) Counter;
     window->AddGLWidget(first);
-    first->~GLWidget();
+    first->~Counter();
+    std::memset(place, 0xDB, sizeof place); // a pointer read from here leads nowhere
     tick();
+    QTest::mousePress(window, Qt::LeftButton, {}, QPoint(50, 20));
+    emit window->Resized(3, 4);
     EXPECT_EQ(window->glwidgets.size(), 1);
-    auto *second = new (place) GLWidget(nullptr, "second");
-    second->Connect(&host);
+    auto *second = new (place) Counter;
     tick();
-    EXPECT_EQ(host.take(), "") << "not in the window";
+    EXPECT_EQ(second->picks, 0) << "not in the window";
     window->AddGLWidget(second);
     EXPECT_EQ(window->glwidgets.size(), 1);
     tick();
-    EXPECT_EQ(host.take(), "second.Pick3D second.Pick2D second.Draw3D second.Draw2D "
-                           "second.PaintForeground");
+    EXPECT_EQ(second->picks, 1);
     window->RemoveGLWidget(second);
-    second->~GLWidget();
+    second->~Counter();
 }
 
 TEST(InitTest, MayDeleteTheObjects)
