@@ -62,6 +62,22 @@ void SheetView::passOn(GLW *glw, bool state)
     QMetaObject::invokeMethod(scene(), "LeftMouse", Q_ARG(GLW *, glw), Q_ARG(bool, state));
 }
 
+/// Selects the tiles in view that @p area meets; window pixels, y upwards.
+void SheetView::areaSelected(const QRectF &area)
+{
+    QRectF fromTop = area;
+    fromTop.moveTop(window().widget()->height() - area.bottom());
+    QList<int> ids;
+    for (const auto &[id, entry] : entries_) {
+        GLW *glw = tiles_.value(id);
+        const bool met = entry.visible && glw->orect.intersects(fromTop);
+        glw->setProperty("selected", met);
+        if (met)
+            ids.append(id);
+    }
+    SelectionChanged(ids);
+}
+
 void SheetView::sortBy(SheetOrder order)
 {
     reversed_ = sorted_ && order == order_ && !reversed_;

@@ -62,6 +62,8 @@ protected:
     bool advancesInPick() const override { return false; }
     void paintText(GLW *scene, QPainter *painter) override;
     void clicked(GLW *glw) override { passOn(glw, false); }
+    bool itemsSelect() const override { return false; }
+    void areaSelected(const QRectF &area) override;
     void fillMenu(GLW *glw, MenuTree *tree) override;
 
 private:

@@ -55,6 +55,8 @@ void Controls::bindPointer(QObject *scene, bool single)
     }
     bind(WheelUp, AnyModifier, "zoom-in", {}, zoomText, SLOT(ZoomIn(GLW *)));
     bind(WheelDown, AnyModifier, "zoom-out", {}, zoomText, SLOT(ZoomOut(GLW *)));
+    bind(RightButton | Qt::ShiftModifier, 0, "select-area", drag,
+         tr("Select what a rectangle holds"), SLOT(SelectArea(GLW *, bool)));
     bind(RightButton, 0, "menu", click, tr("Menu"), SLOT(Menu(GLW *, bool)));
 }
 
@@ -197,8 +199,33 @@ void Controls::Focus(GLW *glw, bool pressed)
     forPeers(glw, [&](Item *item, GLW *peer) { item->focus(peer, at); });
 }
 
+/// While the record's `area` is set, its reference position stays at the first corner.
+void Controls::SelectArea(GLW *glw, bool held)
+{
+    if (!glw->gl)
+        return;
+    Mouse &mouse = glw->gl->mouse;
+    if (!held) {
+        if (mouse.area)
+            emit areaEnded(glw);
+        return;
+    }
+    if (mouse.button != mouse.last_button) {
+        mouse.area = 1;
+        mouse.x0 = mouse.x;
+        mouse.y0 = mouse.y;
+    }
+    if (mouse.area)
+        emit areaDragged(glw);
+}
+
 void Controls::Menu(GLW *glw, bool pressed)
 {
+    // Shift may be let go before the button.
+    if (!pressed && glw->gl && glw->gl->mouse.area) {
+        emit areaEnded(glw);
+        return;
+    }
     // On release: the window would never hear of one that ends in the open menu.
     if (!pressed)
         emit menuAsked(glw);

@@ -38,9 +38,11 @@ public:
     static QPointF pointerIn(const GLW *glw, const Mouse &mouse);
 
 signals:
-    void steered(GLW *glw);   ///< Something is to be drawn anew.
-    void menuAsked(GLW *glw); ///< The right button was released over @p glw.
-    void pressed(GLW *glw);   ///< The left button alone went down.
+    void steered(GLW *glw);     ///< Something is to be drawn anew.
+    void areaDragged(GLW *glw); ///< The record's rectangle has another size.
+    void areaEnded(GLW *glw);   ///< It is complete; the record holds it until somebody ends it.
+    void menuAsked(GLW *glw);   ///< The right button was released over @p glw.
+    void pressed(GLW *glw);     ///< The left button alone went down.
     /// It went up where it had gone down, within a few pixels; @p at counts in the frame of @p glw.
     void clicked(GLW *glw, const QPointF &at);
 
@@ -63,6 +65,7 @@ public slots:
     void ZoomOut(GLW *glw) { zoom(glw, -1); }
     void Focus(GLW *glw, bool pressed);
     void Menu(GLW *glw, bool pressed);
+    void SelectArea(GLW *glw, bool held);
 
 private:
     void bindKeys(QObject *scene);

@@ -76,6 +76,12 @@ public:
     /// Wheel steps at a pixel, positive ones forward (nearer).
     virtual void zoom(GLW *glw, const QPointF &at, float steps, Qt::KeyboardModifiers) = 0;
     virtual void focus(GLW *, const QPointF &) {} ///< Makes what is there the centre.
+    /// Selects what lies in the rectangle that is dragged, in the place of what was selected.
+    /// Called within the object's pick passes, whose matrices show just that rectangle; @p area is
+    /// in the object's frame.
+    virtual void selectArea3D(GLW *, const QRectF &) {}
+    virtual void selectArea2D(GLW *, const QRectF &) {}
+    virtual void clearSelection() {}
     /// A click. Returns whether it did something.
     virtual bool click(GLW *, const QPointF &) { return false; }
 };

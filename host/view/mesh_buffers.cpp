@@ -84,7 +84,7 @@ void MeshBuffers::destroy()
     bytes_ = 0;
 }
 
-void MeshBuffers::draw(const Mesh &mesh, const Display &display, int marked)
+void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &marked)
 {
     if (!vertices_.isCreated())
         return;
@@ -136,13 +136,14 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, int marked)
     glPopAttrib();
 }
 
-void MeshBuffers::drawParts(const Mesh &mesh, const Display &display, int marked, bool transparent)
+void MeshBuffers::drawParts(const Mesh &mesh, const Display &display, const Marks &marked,
+                            bool transparent)
 {
     for (std::size_t i = 0; i < mesh.parts.size(); ++i) {
         const MeshPart &part = mesh.parts[i];
         if ((alphaOf(part) < 1) != transparent || part.indexCount == 0)
             continue;
-        const bool isMarked = int(i) == marked;
+        const bool isMarked = marked(i);
         // A marked part gives up its vertex colours: without lighting they would hide the mark.
         if (!mesh.colours.empty() && !isMarked)
             glEnableClientState(GL_COLOR_ARRAY);

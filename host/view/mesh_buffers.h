@@ -2,6 +2,8 @@
 #ifndef HOST_VIEW_MESH_BUFFERS_H
 #define HOST_VIEW_MESH_BUFFERS_H
 
+#include <vector>
+
 #include <QOpenGLBuffer>
 #include <QVector3D>
 
@@ -22,12 +24,22 @@ public:
 
     quint64 byteSize() const { return bytes_; }
 
-    /// Draws the mesh that create() got; its part @p marked (-1 for none) stands out.
+    /// What stands out of a mesh.
+    struct Marks {
+        int hovered;                       ///< Index of a part; -1 for none.
+        const std::vector<bool> &selected; ///< By parts; empty: none.
+        bool operator()(std::size_t part) const
+        {
+            return int(part) == hovered || (part < selected.size() && selected[part]);
+        }
+    };
+
+    /// Draws the mesh that create() got; its @p marked parts stand out.
     /// Expects the light's place and the matrices to be set. Leaves GL state as it was.
-    void draw(const Mesh &mesh, const Display &display, int marked);
+    void draw(const Mesh &mesh, const Display &display, const Marks &marked);
 
 private:
-    void drawParts(const Mesh &mesh, const Display &display, int marked, bool transparent);
+    void drawParts(const Mesh &mesh, const Display &display, const Marks &marked, bool transparent);
 
     QOpenGLBuffer vertices_{QOpenGLBuffer::VertexBuffer}; // positions, normals, colours
     QOpenGLBuffer indices_{QOpenGLBuffer::IndexBuffer};

@@ -7,6 +7,8 @@
 #include <QLocale>
 #include <QThreadPool>
 
+#include "host/view/area.h"
+
 namespace host {
 
 ModelItem::ModelItem(const QString &name, MeshPtr mesh) : name_(name), mesh_(std::move(mesh))
@@ -58,8 +60,13 @@ QString ModelItem::details() const
 
 QString ModelItem::underPointer() const
 {
-    if (hovered_ < 0)
-        return {};
+    if (hovered_ < 0) {
+        const auto count = std::count(selected_.begin(), selected_.end(), true);
+        return count == 0 ? QString()
+                          : QCoreApplication::translate("ModelItem", "%1 of %2 parts selected")
+                                .arg(count)
+                                .arg(mesh_->parts.size());
+    }
     const MeshPart &part = mesh_->parts[std::size_t(hovered_)];
     return part.material.isEmpty() ? part.name
                                    : QStringLiteral("%1  ·  %2").arg(part.name, part.material);
@@ -86,7 +93,7 @@ void ModelItem::release()
 
 void ModelItem::draw3D(GLW *, const Display &display)
 {
-    buffers_.draw(*mesh_, display, hovered_);
+    buffers_.draw(*mesh_, display, {hovered_, selected_});
 }
 
 std::optional<TriangleHit> ModelItem::hit(const Ray &world) const
@@ -111,6 +118,11 @@ int ModelItem::partOf(quint32 triangle) const
         parts.begin(), parts.end(), triangle * 3,
         [](quint32 index, const MeshPart &part) { return index < part.firstIndex; });
     return int(after - parts.begin()) - 1;
+}
+
+void ModelItem::selectArea3D(GLW *glw, const QRectF &)
+{
+    selected_ = partsInPick(glw->camera, *mesh_, centre_, scale_);
 }
 
 bool ModelItem::pick3D(GLW *glw, const std::optional<QPointF> &pointer)

@@ -41,6 +41,10 @@ public:
     void draw3D(GLW *glw, const Display &display) override;
     bool pick3D(GLW *glw, const std::optional<QPointF> &pointer) override;
 
+    void selectArea3D(GLW *glw, const QRectF &area) override;
+    void clearSelection() override { selected_.clear(); }
+    const std::vector<bool> &selectedParts() const { return selected_; } ///< May be empty: none.
+
 protected:
     std::optional<QVector3D> surfaceAt(const Ray &ray) const override;
     const std::vector<QVector3D> &outline() const override { return outline_; }
@@ -65,6 +69,7 @@ private:
     MeshBuffers buffers_;
     std::shared_ptr<TreeBuild> build_ = std::make_shared<TreeBuild>();
     int hovered_ = -1;
+    std::vector<bool> selected_; // by parts; empty: none
 };
 
 } // namespace host

@@ -120,6 +120,12 @@ void SeriesItem::zoom(GLW *glw, const QPointF &at, float steps, Qt::KeyboardModi
     showsWhole_ = false;
 }
 
+void SeriesItem::selectArea2D(GLW *glw, const QRectF &area)
+{
+    plot_.select(
+        glw, QRectF(fromTop(glw, area.topLeft()), fromTop(glw, area.bottomRight())).normalized());
+}
+
 bool SeriesItem::click(GLW *glw, const QPointF &at)
 {
     const int column = plot_.legendHit(glw, fromTop(glw, at));

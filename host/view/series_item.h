@@ -37,6 +37,8 @@ public:
     void home(GLW *glw) override { fit(glw); }
     void drag(GLW *glw, Drag kind, const QPointF &from, const QPointF &to) override;
     void zoom(GLW *glw, const QPointF &at, float steps, Qt::KeyboardModifiers) override;
+    void selectArea2D(GLW *glw, const QRectF &area) override;
+    void clearSelection() override { plot_.clearSelection(); }
     bool click(GLW *glw, const QPointF &at) override;
 
     const SeriesPlot &plot() const { return plot_; }

@@ -47,6 +47,12 @@ void SingleView::fail(const QString &message)
     changed();
 }
 
+void SingleView::clicked(GLW *clicked)
+{
+    if (Item *shown = item(clicked))
+        shown->clearSelection();
+}
+
 void SingleView::paintText(GLW *, QPainter *painter)
 {
     const Theme &theme = display().theme();

@@ -21,6 +21,7 @@ public:
 
 protected:
     void paintText(GLW *scene, QPainter *painter) override;
+    void clicked(GLW *glw) override;
 
 private:
     void show(const std::shared_ptr<Item> &item);

@@ -6,6 +6,7 @@
 #include <QMetaMethod>
 #include <QPainter>
 
+#include "host/view/area.h"
 #include "host/view/binding.h"
 #include "host/view/menu_tree.h"
 #include "host/view/panel.h"
@@ -38,6 +39,12 @@ QVector<double> pickState(const GLW *glw, const std::optional<QPointF> &pointer)
     return s;
 }
 
+/// The dragged rectangle in the frame of @p glw, y upwards, while a pick pass runs.
+QRectF areaIn(const GLW *glw)
+{
+    return draggedArea(glw->gl->mouse).translated(-int(glw->x()), -int(glw->glY()));
+}
+
 /// Connects a signal that class @p base of @p scene declares, even where a derived class declares
 /// one of the same name.
 void connectBase(QObject *scene, const char *base, const char *signal, QObject *receiver,
@@ -60,6 +67,11 @@ View::View(Window &window, const char *className, bool single) : window_(window)
     controls_ = new Controls(
         scene_, [this](GLW *glw) { return item(glw); }, single, this);
     connect(controls_, &Controls::steered, this, [this] { changed(); });
+    connect(controls_, &Controls::areaDragged, this, [this] { changed(); });
+    connect(controls_, &Controls::areaEnded, this, [this] {
+        selecting_ = true;
+        changed();
+    });
     connect(controls_, &Controls::menuAsked, this, &View::askMenu);
     connect(controls_, &Controls::clicked, this, [this](GLW *glw, const QPointF &at) {
         Item *shown = item(glw);
@@ -172,7 +184,11 @@ void View::Pick3D(GLW *glw)
     if (advancesInPick())
         advance(glw);
     const auto found = slots_.find(glw);
-    if (found == slots_.end() || (glw->gl && glw->gl->mouse.button != 0))
+    if (found == slots_.end())
+        return;
+    if (selecting_ && itemsSelect() && glw->gl)
+        found->second.item->selectArea3D(glw, areaIn(glw));
+    if (glw->gl && glw->gl->mouse.button != 0)
         return;
     Slot &slot = found->second;
     const bool busy = slot.item->isBusy(); // asked first: what it was busy with may end right now
@@ -185,6 +201,8 @@ void View::Pick3D(GLW *glw)
 
 void View::Pick2D(GLW *glw)
 {
+    if (Item *shown = item(glw); shown && selecting_ && itemsSelect() && glw->gl)
+        shown->selectArea2D(glw, areaIn(glw));
     if (Item *shown = item(glw); shown && shown->pick2D(glw, hoverPointer(glw)))
         changed();
 }
@@ -223,11 +241,38 @@ void View::PaintForeground(GLW *glw, QPainter *painter)
         if (slot.item)
             slot.item->paintForeground(each, painter, display_);
     paintText(glw, painter);
+    paintArea(painter);
+    if (selecting_)
+        endArea();
     if (showsBindings_)
         paintBindings(painter, window_.widget()->rect(), bindingRows(bindings()), display_.theme());
     painter->beginNativePainting();
     emit framePainted();
     painter->endNativePainting();
+}
+
+void View::paintArea(QPainter *painter) const
+{
+    const GLWindow *widget = window_.widget();
+    if (!widget->mouse.area || selecting_)
+        return;
+    QRectF area = draggedArea(widget->mouse);
+    area.moveTop(widget->height() - area.bottom());
+    QColor fill = display_.theme().accent;
+    painter->setPen(fill);
+    fill.setAlphaF(0.15);
+    painter->setBrush(fill);
+    painter->drawRect(area);
+}
+
+/// The passes of this frame took what the rectangle holds.
+void View::endArea()
+{
+    selecting_ = false;
+    Mouse &mouse = window_.widget()->mouse;
+    mouse.area = 0;
+    areaSelected(draggedArea(mouse));
+    changed();
 }
 
 QList<QAction *> View::bindings() const

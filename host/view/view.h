@@ -94,6 +94,11 @@ protected:
     virtual bool advancesInPick() const { return true; }
     /// Paints over everything, in the window's frame, y downwards.
     virtual void paintText(GLW *scene, QPainter *painter) = 0;
+    /// The passes that took it are over. The rectangle is in window pixels, y upwards.
+    virtual void areaSelected(const QRectF &) {}
+    /// Whether the items take what the rectangle holds, and not the view.
+    virtual bool itemsSelect() const { return true; }
+
     /// A click that the item of @p glw has no use for.
     virtual void clicked(GLW *) {}
     /// Adds the entries for @p glw.
@@ -111,6 +116,8 @@ private:
     std::optional<QPointF> hoverPointer(const GLW *glw) const;
     void shadeFrameRate(const GLW *glw) const;
     void askMenu(GLW *glw);
+    void endArea();
+    void paintArea(QPainter *painter) const;
 
     Window &window_;
     QPointer<QObject> scene_;
@@ -119,6 +126,7 @@ private:
     bool showsBindings_ = false;
     std::unordered_map<GLW *, Slot> slots_;
     QPointer<GLW> menuFor_;
+    bool selecting_ = false; // the next passes take what the dragged rectangle holds
 };
 
 } // namespace host
