@@ -19,6 +19,7 @@ public:
     void home(GLW *glw) override;
     void lookFrom(GLW *glw, Side side) override;
     void toggleProjection(GLW *glw) override;
+    bool isSpatial() const override { return true; }
     bool isOrthographic(const GLW *glw) const override { return glw->camera.ortho != 0; }
     void beginDrag(GLW *glw, Drag kind, const QPointF &at) override;
     void drag(GLW *glw, Drag kind, const QPointF &from, const QPointF &to) override;

@@ -65,6 +65,11 @@ public:
     /// Moves a position in viewport coordinates to the nearest data point.
     virtual void nearestDataPos(GLW *, QVector3D *) {}
 
+    /// Whether it stands in three dimensions, so that one can look from the sides.
+    virtual bool isSpatial() const { return false; }
+    /// The file's units per pixel at the point looked at; 0 where that means nothing.
+    virtual double unitsPerPixel(const GLW *) const { return 0; }
+
     // Steering.
     virtual void fit(GLW *glw) = 0;  ///< Shows all of it, from where one looks.
     virtual void home(GLW *glw) = 0; ///< The view that it opened with.

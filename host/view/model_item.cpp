@@ -80,6 +80,12 @@ quint64 ModelItem::byteSize() const
     return bytes;
 }
 
+double ModelItem::unitsPerPixel(const GLW *glw) const
+{
+    const double height = glw->height();
+    return height > 0 ? 2 * double(shownHalfHeight(glw->camera)) / height / double(scale_) : 0;
+}
+
 void ModelItem::init(GLW *glw)
 {
     buffers_.create(*mesh_, centre_, scale_);

@@ -35,6 +35,7 @@ public:
     QVector3D centre() const { return centre_; }
     float scale() const { return scale_; }
 
+    double unitsPerPixel(const GLW *glw) const override;
     bool isBusy() const override { return !build_->ready; }
     void init(GLW *glw) override;
     void release() override;

@@ -4,6 +4,9 @@
 #include <QFileInfo>
 #include <QPainter>
 
+#include "host/overlay/scale_bar.h"
+#include "host/overlay/triad.h"
+#include "host/view/binding.h"
 #include "host/view/panel.h"
 #include "host/view/window.h"
 
@@ -20,8 +23,29 @@ SingleView::SingleView(Window &window, const QString &path)
     connect(&reader_, &FileReader::finished, this, &SingleView::show);
     connect(&reader_, &FileReader::failed, this, &SingleView::fail);
     wire();
-    if (!path_.isEmpty())
-        reader_.start(path_);
+    if (path_.isEmpty())
+        return;
+    addOverlays();
+    bindKey(scene(), "PgDown", "next-file", tr("Next file in the folder"), this, SLOT(OpenNext()));
+    bindKey(scene(), "PgUp", "previous-file", tr("File before it"), this, SLOT(OpenPrevious()));
+    reader_.start(path_);
+}
+
+void SingleView::addOverlays()
+{
+    overlays_.push_back(std::make_unique<Triad>(*this, window()));
+    overlays_.push_back(std::make_unique<ScaleBar>(*this, window()));
+    auto neighbours = std::make_unique<Neighbours>(*this, window(), path_);
+    neighbours_ = neighbours.get();
+    connect(neighbours_, &Neighbours::chosen, this, &SingleView::fileChosen);
+    overlays_.push_back(std::move(neighbours));
+}
+
+void SingleView::openNeighbour(int step)
+{
+    const QString path = neighbours_->next(step);
+    if (!path.isEmpty())
+        emit fileChosen(path);
 }
 
 QString SingleView::title() const
@@ -61,7 +85,10 @@ void SingleView::paintText(GLW *, QPainter *painter)
         if (!shown->paintsTitle())
             paintNote(painter, area, Qt::AlignTop | Qt::AlignLeft, shown->name(), shown->details(),
                       theme);
-        paintNote(painter, area, Qt::AlignBottom | Qt::AlignLeft, {}, shown->underPointer(), theme);
+        // Beside the triad, which has the corner.
+        const QRectF free = area.adjusted(Triad::size + Triad::margin, 0,
+                                          -area.width() * 0.75 + Triad::size + Triad::margin, 0);
+        paintNote(painter, free, Qt::AlignBottom | Qt::AlignLeft, {}, shown->underPointer(), theme);
     } else if (!fault_.isEmpty()) {
         paintMessage(painter, area, fault_, tr("Drop another file here or press Ctrl+O."), -1,
                      theme);

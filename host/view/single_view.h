@@ -2,6 +2,10 @@
 #ifndef HOST_VIEW_SINGLE_VIEW_H
 #define HOST_VIEW_SINGLE_VIEW_H
 
+#include <memory>
+#include <vector>
+
+#include "host/overlay/neighbours.h"
 #include "host/view/file_reader.h"
 #include "host/view/view.h"
 
@@ -19,6 +23,13 @@ public:
     QString fault() const override { return fault_; }
     QString title() const override;
 
+public slots:
+    void OpenNext() { openNeighbour(1); }
+    void OpenPrevious() { openNeighbour(-1); }
+
+signals:
+    void fileChosen(const QString &path); ///< A person wants another file in this one's place.
+
 protected:
     void paintText(GLW *scene, QPainter *painter) override;
     void clicked(GLW *glw) override;
@@ -26,8 +37,12 @@ protected:
 private:
     void show(const std::shared_ptr<Item> &item);
     void fail(const QString &message);
-    GLW *glw() const { return static_cast<GLW *>(scene()); }
+    void addOverlays();
+    void openNeighbour(int step);
+    GLW *glw() const { return mainGLW(); }
 
+    std::vector<std::unique_ptr<Overlay>> overlays_;
+    Neighbours *neighbours_ = nullptr; // among the overlays
     QString path_;
     QString fault_;
     QString stage_;

@@ -137,6 +137,14 @@ void View::setItem(GLW *glw, std::shared_ptr<Item> item)
         slots_.erase(glw);
 }
 
+void View::lookFrom(Item::Side side)
+{
+    if (Item *shown = item(mainGLW())) {
+        shown->lookFrom(mainGLW(), side);
+        changed();
+    }
+}
+
 void View::Init(GLW *glw)
 {
     if (Item *shown = item(glw))
@@ -279,7 +287,7 @@ QList<QAction *> View::bindings() const
 {
     if (!scene_)
         return {};
-    return window_.widget()->actions() + static_cast<GLW *>(scene_.data())->actions();
+    return window_.widget()->actions() + mainGLW()->actions();
 }
 
 void View::showBindings(bool on)
@@ -298,13 +306,13 @@ void View::askMenu(GLW *glw)
 /// Asked by a scene object of its own; tiles have no data of their own to ask for.
 void View::Range2D(QRectF *range, int)
 {
-    if (const Item *shown = item(static_cast<GLW *>(scene_.data())))
+    if (const Item *shown = item(mainGLW()))
         shown->range2D(range);
 }
 
 void View::NearestDataPos(QVector3D *position)
 {
-    auto *glw = static_cast<GLW *>(scene_.data());
+    GLW *glw = mainGLW();
     if (Item *shown = item(glw))
         shown->nearestDataPos(glw, position);
 }

@@ -29,6 +29,10 @@ public:
     ~View() override;
 
     QObject *scene() const { return scene_; }
+    /// The scene object as a drawing object: what fills the window.
+    GLW *mainGLW() const { return static_cast<GLW *>(scene_.data()); }
+    /// Lets the main item be looked at from a side.
+    void lookFrom(Item::Side side);
     const Display &display() const { return display_; }
     void setDark(bool dark);
 

@@ -43,6 +43,16 @@ void Viewer::bindKeys()
     window_.bindKey("Ctrl+Q", "quit-control", tr("Quit"), this, SLOT(Quit()));
 }
 
+std::unique_ptr<View> Viewer::makeSingleView(const QString &path)
+{
+    auto single = std::make_unique<SingleView>(window_, path);
+    // Once the event that chose it is over: its view goes.
+    connect(
+        single.get(), &SingleView::fileChosen, this,
+        [this](const QString &chosen) { open({chosen}); }, Qt::QueuedConnection);
+    return single;
+}
+
 /// One file fills the window; several, or a folder, make a sheet.
 std::unique_ptr<View> Viewer::makeView(const QStringList &paths)
 {
@@ -59,7 +69,7 @@ std::unique_ptr<View> Viewer::makeView(const QStringList &paths)
             fault = tr("%1: there is no model in this folder, or it cannot be read").arg(path);
     }
     if (paths.isEmpty() || (files.size() == 1 && files == paths))
-        return std::make_unique<SingleView>(window_, files.value(0));
+        return makeSingleView(files.value(0));
     const QString folder =
         QFileInfo(paths.first()).isDir() ? paths.first() : QFileInfo(paths.first()).path();
     const QString name = QDir(QFileInfo(folder).absoluteFilePath()).dirName();

@@ -41,6 +41,7 @@ private:
     void fillMenu(MenuTree *tree);
     void framePainted();
     void finishScreenshot();
+    std::unique_ptr<View> makeSingleView(const QString &path);
     std::unique_ptr<View> makeView(const QStringList &paths);
     void saveArea(const QString &title, const QRect &area);
     void save(const QString &path, const QRect &area);

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_OVERLAY_OVERLAY_H
+#define HOST_OVERLAY_OVERLAY_H
+
+#include <QObject>
+#include <QPointer>
+#include <QRectF>
+
+#include "GL/glw.h"
+#include "host/view/display.h"
+
+class QPainter;
+
+namespace host {
+
+class View;
+class Window;
+
+/// A small scene object over the main one, with its own rectangle and its own bindings.
+///
+/// It stands in front of the window's list, so that the pointer finds it first, and paints in
+/// PaintForeground, which comes after every object has painted. It has no passes of its own.
+/// The module finds the slots with capital letters by their names. Belongs to a view, which
+/// outlives it.
+class Overlay : public QObject {
+    Q_OBJECT
+public:
+    ~Overlay() override;
+
+public slots:
+    void PaintForeground(GLW *glw, QPainter *painter);
+    void Click(GLW *glw, bool pressed);
+
+protected:
+    /// @p rect is as scene objects take it: fractions of the window, or pixels; a negative origin
+    /// counts from the far edge.
+    Overlay(View &view, Window &window, const char *name, const QRectF &rect);
+
+    View &view() const { return view_; }
+    Window &window() const { return window_; }
+    GLW *glw() const { return static_cast<GLW *>(scene_.data()); }
+
+    /// Whether there is anything to show now. What shows nothing is not hit either.
+    virtual bool isShown() const = 0;
+    /// Paints inside @p area: the object's rectangle in the window's frame, y downwards.
+    virtual void paint(QPainter *painter, const QRectF &area) = 0;
+    /// A click at a place in the window's frame, y downwards.
+    virtual void click(const QPointF &at, const QRectF &area);
+
+    /// Says what a click does, for the list of bindings, and lets it come.
+    void bindClick(const QString &text);
+
+private:
+    QRectF area() const { return glw()->geometry(false); }
+
+    View &view_;
+    Window &window_;
+    QPointer<QObject> scene_;
+};
+
+} // namespace host
+
+#endif
