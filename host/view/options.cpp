@@ -72,6 +72,7 @@ Options parseOptions(const QStringList &arguments)
         o.action = Options::Action::ReadModel;
     if (parser.isSet(parser.size)) {
         o.size = parseSize(parser.value(parser.size));
+        o.sizeGiven = true;
         if (!o.size.isValid())
             return refuse(text("--size takes WIDTHxHEIGHT with 16 to 16384 pixels each, not \"%1\"")
                               .arg(parser.value(parser.size)));

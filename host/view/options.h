@@ -21,12 +21,13 @@ struct Options {
 
     Action action = Action::View;
     QString error;
-    QStringList files;     ///< As given.
-    QString module;        ///< Path of the module; empty: search for it.
-    QString screenshot;    ///< Picture to write; empty: stay open.
-    QString readModel;     ///< File that a reading process is to read.
-    QSize size{1280, 800}; ///< Of the window, in logical pixels.
-    float fps = 60;        ///< Frames per second while something moves.
+    QStringList files;      ///< As given.
+    QString module;         ///< Path of the module; empty: search for it.
+    QString screenshot;     ///< Picture to write; empty: stay open.
+    QString readModel;      ///< File that a reading process is to read.
+    QSize size{1280, 800};  ///< Of the window, in logical pixels.
+    bool sizeGiven = false; ///< Otherwise the size of the last run is preferred.
+    float fps = 60;         ///< Frames per second while something moves.
 };
 
 /// Reads @p arguments, the program's name first. Needs no application object.

@@ -14,19 +14,41 @@
 #include "host/sheet/sheet_view.h"
 #include "host/view/menu_tree.h"
 #include "host/view/picture.h"
+#include "host/view/remembered.h"
 #include "host/view/single_view.h"
 
 namespace host {
 
+namespace {
+
+/// Whether a person is at the window, whose habits are worth keeping.
+bool isPersonal(const Options &options)
+{
+    return options.screenshot.isEmpty();
+}
+
+QSize startSize(const Options &options)
+{
+    const QSize last = Remembered().windowSize();
+    return options.sizeGiven || !isPersonal(options) || !last.isValid() ? options.size : last;
+}
+
+} // namespace
+
 Viewer::Viewer(const ModuleLoader &loader, const Options &options)
-    : options_(options), window_(loader, options.size, options.fps)
+    : options_(options), window_(loader, startSize(options), options.fps)
 {
     bindKeys();
     connect(&window_, &Window::filesDropped, this, &Viewer::open);
     open(options.files);
 }
 
-Viewer::~Viewer() = default;
+Viewer::~Viewer()
+{
+    const QWidget *widget = window_.widget();
+    if (widget && isPersonal(options_) && !widget->isMaximized() && !widget->isFullScreen())
+        Remembered().setWindowSize(widget->size());
+}
 
 void Viewer::bindKeys()
 {
@@ -84,6 +106,8 @@ void Viewer::open(const QStringList &paths)
     view_.reset();
     settledFrames_ = 0;
     view_ = makeView(paths);
+    if (isPersonal(options_) && !paths.isEmpty())
+        Remembered().addFiles(paths);
     view_->setDark(dark);
     connect(view_.get(), &View::framePainted, this, &Viewer::framePainted);
     connect(view_.get(), &View::menuOpening, this, &Viewer::fillMenu);
@@ -94,6 +118,9 @@ void Viewer::open(const QStringList &paths)
 void Viewer::fillMenu(MenuTree *tree)
 {
     tree->add(tr("Open…"), "Ctrl+O", this, [this] { OpenDialog(); });
+    MenuTree *recent = tree->addMenu(tr("Open recent"));
+    for (const QString &path : Remembered().recentFiles())
+        recent->add(QFileInfo(path).fileName(), {}, this, [this, path] { open({path}); });
     tree->add(tr("Screenshot…"), "Ctrl+S", this, [this] { SaveDialog(); });
     tree->addCheck(tr("Frame rate"), "T", window_.clock().isContinuous(), this,
                    [this] { ToggleFrameRate(); });
