@@ -18,7 +18,7 @@ namespace host {
 /// busy for ever or makes it ask for all memory ends that process and nothing else.
 ///
 /// Lives in a thread with an event loop, the GUI thread too: one turn of the loop takes at most
-/// what the pipe holds (1 MiB), a few milliseconds' work. After start() exactly one of finished()
+/// what the pipe holds (512 KiB), a few milliseconds' work. After start() exactly one of finished()
 /// and failed() comes, never from within start(); after cancel(), or when the reader is deleted,
 /// none. A slot of either may delete the reader or start it anew.
 class MeshReader : public QObject {

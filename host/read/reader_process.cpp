@@ -57,7 +57,7 @@ int takeStandardOutput()
     const int stream = dup(STDOUT_FILENO);
     dup2(STDERR_FILENO, STDOUT_FILENO);
     // A larger pipe, where the system allows it, lets the parent take more at each turn.
-    fcntl(stream, F_SETPIPE_SZ, 1 << 20);
+    fcntl(stream, F_SETPIPE_SZ, 512 * 1024);
     return stream;
 }
 

@@ -190,7 +190,8 @@ quint32 Flattener::addVertex(const Instance &instance, const aiMatrix3x3 &turn, 
     return seen_[index];
 }
 
-/// Whether the corners of a triangle run the wrong way round for its normals.
+/// Whether the corners of a triangle run the wrong way round for its normals, in the file or after
+/// a mirroring transform.
 bool facesAway(const aiMesh &mesh, const aiMatrix3x3 &turn, const std::array<unsigned, 3> &corners,
                const aiVector3D &facing)
 {
@@ -204,7 +205,6 @@ void Flattener::add(const Instance &instance)
 {
     const aiMesh &mesh = *instance.mesh;
     aiMatrix3x3 turn(instance.world);
-    const bool mirrored = turn.Determinant() < 0;
     turn.Inverse().Transpose();
     seen_.assign(mesh.mNumVertices, unseen);
     beginPart(instance);
@@ -214,8 +214,6 @@ void Flattener::add(const Instance &instance)
         if (face.mNumIndices != 3)
             continue;
         std::array<unsigned, 3> corners{face.mIndices[0], face.mIndices[1], face.mIndices[2]};
-        if (mirrored)
-            std::swap(corners[1], corners[2]);
         std::array<aiVector3D, 3> at;
         for (std::size_t k = 0; k < 3; ++k)
             at[k] = instance.world * mesh.mVertices[corners[k]];

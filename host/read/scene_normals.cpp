@@ -9,7 +9,7 @@ namespace host {
 namespace {
 
 constexpr float creaseCosine = 0.5f; // of 60 degrees
-/// Around a vertex of more faces, all count as one smooth surface: comparing each with each would
+/// Around a vertex of more faces, about so many of them are asked: asking each about each would
 /// take the square of their number.
 constexpr unsigned manyFaces = 256;
 
@@ -78,10 +78,11 @@ aiVector3D cornerNormal(const std::vector<aiVector3D> &units, const std::vector<
                         const Surroundings &around, unsigned place, unsigned face)
 {
     const unsigned begin = around.begin[place], end = around.begin[place + 1];
+    const unsigned step = 1 + (end - begin) / manyFaces;
     aiVector3D sum;
-    for (unsigned i = begin; i < end; ++i) {
+    for (unsigned i = begin; i < end; i += step) {
         const unsigned other = around.faces[i];
-        if (end - begin > manyFaces || units[face] * units[other] >= creaseCosine)
+        if (units[face] * units[other] >= creaseCosine)
             sum += units[other] * areas[other];
     }
     return sum;

@@ -162,10 +162,15 @@ TEST(MeshReaderTest, CancelIsSilentAndAnotherStartHolds)
     const QString other = folder.write(QStringLiteral("b.obj"), objGrid(2));
     MeshReader reader;
     QSignalSpy finished(&reader, &MeshReader::finished), failed(&reader, &MeshReader::failed);
-    reader.start(path);
-    QTest::qWait(1); // the process runs
-    reader.cancel();
-    EXPECT_FALSE(reader.isReading());
+    for (const bool running : {false, true}) {
+        reader.start(path);
+        if (running)
+            QTest::qWait(1);
+        reader.cancel();
+        EXPECT_FALSE(reader.isReading());
+        QTest::qWait(1);
+        EXPECT_TRUE(reader.findChildren<QProcess *>().isEmpty()) << running;
+    }
     const Outcome outcome = readBy(reader, other);
     ASSERT_TRUE(outcome.mesh);
     EXPECT_EQ(outcome.mesh->triangleCount(), 8u);

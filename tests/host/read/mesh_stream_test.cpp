@@ -122,7 +122,7 @@ const LieCase lieCases[] = {
     {"NoTriangles", [](Mesh &m) { m.indices.clear(); }},
     {"PartsLeaveARest", [](Mesh &m) { m.parts.pop_back(); }},
     {"PartsReachBeyond", [](Mesh &m) { m.parts[1].indexCount = 6; }},
-    {"PartsWrapAround", [](Mesh &m) { m.parts[1].indexCount = 0xfffffffcu; }},
+    {"PartsWrapAround", [](Mesh &m) { m.parts[1].indexCount = 0xffffffffu; }},
     {"ColourOutOfRange", [](Mesh &m) { m.parts[0].colour[2] = 2; }},
 };
 
