@@ -138,6 +138,19 @@ class Reference(unittest.TestCase):
                 with open(os.path.join(guide.SOURCE, instruction[len("from: "):])) as file:
                     self.assertIn(code, file.read())
 
+    def test_links_lead_somewhere(self):
+        for name in ("host-guide.md", "architecture.md", "conventions.md"):
+            text = re.sub(r"^```.*?^```$|`[^`]+`|<!--.*?-->", "", guide.text(name),
+                          flags=re.DOTALL | re.MULTILINE)
+            headings = {re.sub(r"[^\w -]", "", heading).lower().replace(" ", "-")
+                        for heading in re.findall(r"^#+ (.+)$", text, re.MULTILINE)}
+            for link in re.findall(r"\]\(([^)]+)\)", text):
+                if link.startswith("#"):
+                    self.assertIn(link[1:], headings, name)
+                elif "://" not in link:
+                    folder = os.path.dirname(os.path.join(guide.SOURCE, "docs", name))
+                    self.assertTrue(os.path.exists(os.path.join(folder, link)), f"{name}: {link}")
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """The guide's steps, followed to the letter: each must build, and show what it promises."""
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -52,6 +53,13 @@ class Steps(ScreenTest):
             with self.subTest(heading):
                 program = self.build(files)
                 getattr(self, "step" + heading.split(":")[0].split()[1])(program)
+
+    def test_the_readme_s_host(self):
+        _, files = list(guide.steps())[0]
+        code = re.search(r"^```cpp\n(.*?)^```$", guide.text("../README.md"), re.DOTALL | re.MULTILINE)
+        self.start([self.build({"CMakeLists.txt": files["CMakeLists.txt"], "main.cpp": code[1]})])
+        self.eventually(lambda image: colour(image, (400, 350)) == (255, 255, 255)
+                        and colour(image, (100, 100)) == BLACK)
 
     def test_helpers(self):
         """The headers that the guide gives compile, and its binding words are right."""
