@@ -21,7 +21,7 @@ QString text(const char *source)
 } // namespace
 
 Unfinished::Unfinished(const QString &target, Kind kind)
-    : target_(QDir::cleanPath(QFileInfo(target).absoluteFilePath())), kind_(kind)
+    : target_(QDir::cleanPath(QFileInfo(target).absoluteFilePath()))
 {
     const QFileInfo info(target_);
     if (kind == Kind::File && info.isDir()) {

@@ -27,7 +27,6 @@ public:
 
 private:
     QString target_; // absolute
-    Kind kind_;
     QString path_;
     QString error_;
     std::unique_ptr<QTemporaryDir> folder_;

@@ -92,16 +92,19 @@ TEST_F(PictureTest, AlphaIsWhatIsCoveredHoweverTheContentBlends)
 {
     PictureRequest r = request();
     r.transparent = true;
+    r.background = Qt::white;
     r.objects.resize(1);
-    r.objects[0].background = [](GLW *, float) { ADD_FAILURE() << "a background was drawn"; };
+    main.viewport.align = GL::Viewport::AlignLeft | GL::Viewport::AlignTop;
+    int backgrounds = 0;
+    r.objects[0].background = [&](GLW *, float) { ++backgrounds; };
     r.objects[0].draw3D = nullptr;
     r.objects[0].draw2D = [](GLW *, float) {
-        glColor4f(1, 0, 0, 0.5f); // not blended: opaque on the screen whatever its alpha
-        glRectf(-150, -80, -100, 80);
+        glColor4f(0.4f, 0, 0, 0.5f); // not blended: opaque on the screen whatever its alpha
+        glRectf(270, 20, 319, 180);  // x = 319 is the right edge there
         glEnable(GL_BLEND);
         glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
         glColor4f(0, 1, 0, 0.4f);
-        glRectf(-50, -80, 0, 80);
+        glRectf(110, 20, 160, 180);
     };
     r.objects[0].foreground = [](GLW *, QPainter *painter) {
         painter->fillRect(200, 50, 20, 20, QColor(0, 0, 255, 102));
@@ -111,10 +114,19 @@ TEST_F(PictureTest, AlphaIsWhatIsCoveredHoweverTheContentBlends)
     QBuffer buffer(&file);
     ASSERT_TRUE(image.save(&buffer, "PNG"));
     const QImage read = QImage::fromData(file).convertToFormat(QImage::Format_ARGB32);
-    EXPECT_EQ(read.pixelColor(30, 100), QColor(255, 0, 0, 255));
+    EXPECT_EQ(read.pixelColor(319, 100), QColor(102, 0, 0, 255));
     EXPECT_EQ(read.pixelColor(130, 100), QColor(0, 255, 0, 102));
     EXPECT_EQ(read.pixelColor(210, 60), QColor(0, 0, 255, 102));
     EXPECT_EQ(read.pixel(300, 10), 0u);
+    EXPECT_EQ(backgrounds, 0);
+
+    r.transparent = false;
+    const QImage opaque = renderPicture(r).image;
+    EXPECT_EQ(opaque.pixelColor(319, 100), QColor(102, 0, 0));
+    EXPECT_EQ(opaque.pixelColor(130, 100), QColor(153, 255, 153));
+    EXPECT_EQ(opaque.pixelColor(210, 60), QColor(153, 153, 255));
+    EXPECT_EQ(opaque.pixelColor(300, 10), QColor(Qt::white));
+    EXPECT_EQ(backgrounds, 1);
 }
 
 // Far larger than the window and than a part; 25 picture pixels to a window pixel, seams every
@@ -182,6 +194,7 @@ TEST_F(PictureTest, WiderThanAnyViewport)
     PictureRequest r;
     r.window = QSize(2000, 20);
     r.size = QSize(20000, 200);
+    r.partSide = 1728;
     ASSERT_GT(r.size.width(), limit[0]);
     r.objects.push_back({&main, QRectF(0, 0, 2000, 20), {}, {}, {}, {}});
     r.objects[0].draw2D = [](GLW *, float scale) {
