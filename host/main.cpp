@@ -44,6 +44,11 @@ int refuse(const QString &error)
 int view(int &argc, char **argv, const host::Options &options)
 {
     host::Application application(argc, argv);
+    const QString impossible = host::Viewer::recordingFault(options);
+    if (!impossible.isEmpty()) {
+        std::fprintf(stderr, "glview: %s\n", qUtf8Printable(impossible));
+        return Failed;
+    }
     host::ModuleLoader loader;
     if (!loader.load(modulePaths(options))) {
         std::fprintf(stderr, "glview: cannot load the module of its views; tried\n%s\n",

@@ -43,8 +43,9 @@ private:
 Drawing::Drawing(const PictureRequest &request, const QSize &largestViewport)
     : request_(request),
       largestViewport_(largestViewport),
-      scaleX_(double(request.size.width()) / request.window.width()),
-      scaleY_(double(request.size.height()) / request.window.height()),
+      area_(request.area.isNull() ? QRect(QPoint(0, 0), request.window) : request.area),
+      scaleX_(double(request.size.width()) / area_.width()),
+      scaleY_(double(request.size.height()) / area_.height()),
       scale_(float(std::sqrt(scaleX_ * scaleY_)))
 {
     for (const PictureObject &object : request.objects) {
@@ -53,7 +54,7 @@ Drawing::Drawing(const PictureRequest &request, const QSize &largestViewport)
     }
     // In pixels, whatever the real window's size is. An object may stand in the list twice.
     for (const PictureObject &object : request.objects)
-        object.glw->setGeometry(object.rect);
+        object.glw->rect = object.rect;
 }
 
 /// Whole window pixels the way the window finds them: counted from the lower edge.
@@ -64,8 +65,8 @@ Drawing::Placement Drawing::place(const QRectF &rect) const
     Placement at;
     at.window =
         QRect(int(rect.x()), request_.window.height() - bottom - height, int(rect.width()), height);
-    const auto x = [&](int v) { return int(std::lround(v * scaleX_)); };
-    const auto y = [&](int v) { return int(std::lround(v * scaleY_)); };
+    const auto x = [&](int v) { return int(std::lround((v - area_.x()) * scaleX_)); };
+    const auto y = [&](int v) { return int(std::lround((v - area_.y()) * scaleY_)); };
     at.picture = QRect(QPoint(x(at.window.left()), y(at.window.top())),
                        QPoint(x(at.window.left() + at.window.width()) - 1,
                               y(at.window.top() + at.window.height()) - 1));
@@ -79,7 +80,10 @@ bool Drawing::fitsViewport(const QRect &rect) const
 
 int Drawing::overlap() const
 {
-    const auto fits = [this](const Placement &at) { return fitsViewport(at.picture); };
+    const QRect picture(QPoint(0, 0), request_.size);
+    const auto fits = [&](const Placement &at) {
+        return !at.picture.intersects(picture) || fitsViewport(at.picture);
+    };
     if (std::all_of(placements_.begin(), placements_.end(), fits))
         return 0;
     return int(std::ceil(reach * std::max(scaleX_, scaleY_)));
@@ -171,7 +175,9 @@ void Drawing::paintForegrounds(QImage &image) const
         if (!object.foreground)
             continue;
         QPainter painter(&image);
-        
+        painter.scale(scaleX_, scaleY_);
+        painter.translate(-area_.topLeft());
+
         object.foreground(object.glw, &painter);
     }
 }

@@ -47,6 +47,7 @@ private:
 
     const PictureRequest &request_;
     QSize largestViewport_;
+    QRect area_; // of the window
     double scaleX_, scaleY_;
     float scale_;
     std::vector<Placement> placements_;

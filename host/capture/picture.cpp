@@ -148,8 +148,9 @@ Picture renderPicture(const PictureRequest &request)
 {
     Picture picture;
     picture.error = pictureSizeFault(request.size);
-    if (picture.error.isEmpty() && request.window.isEmpty())
-        picture.error = text("The window has no size.");
+    if (picture.error.isEmpty() &&
+        (request.window.isEmpty() || (!request.area.isNull() && request.area.isEmpty())))
+        picture.error = text("What is to be shown has no size.");
     if (!picture.error.isEmpty())
         return picture;
     QImage image(request.size, QImage::Format_ARGB32_Premultiplied);

@@ -7,6 +7,7 @@
 
 #include <QColor>
 #include <QImage>
+#include <QRect>
 #include <QRectF>
 #include <QSize>
 
@@ -43,6 +44,7 @@ struct PictureObject {
 /// What to draw, and how large.
 struct PictureRequest {
     QSize window; ///< Extent, in window pixels, that the objects' rectangles are placed in.
+    QRect area;   ///< What of the window is shown, in the frame of the rectangles; null: all.
     QSize size;   ///< Of the picture, in pixels. Another aspect stretches what is drawn in 2D.
     QColor background = Qt::black;
     bool transparent = false; ///< Nothing behind the objects instead of `background`.

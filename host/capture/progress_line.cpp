@@ -23,10 +23,11 @@ ProgressLine::ProgressLine(std::FILE *stream, const QString &what)
 {
 }
 
-ProgressLine::~ProgressLine()
+void ProgressLine::end()
 {
     if (open_)
         std::fputc('\n', stream_);
+    open_ = false;
 }
 
 void ProgressLine::show(int done, int total)

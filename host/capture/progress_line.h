@@ -14,12 +14,14 @@ class ProgressLine {
 public:
     /// @p stream is not owned. @p what says what goes on, for example "Recording".
     ProgressLine(std::FILE *stream, const QString &what);
-    ~ProgressLine(); ///< Ends a line that stands half written.
+    ~ProgressLine() { end(); }
     ProgressLine(const ProgressLine &) = delete;
     ProgressLine &operator=(const ProgressLine &) = delete;
 
     /// Shows that @p done of @p total are done. Expects 0 <= @p done <= @p total, 0 < @p total.
     void show(int done, int total);
+
+    void end(); ///< Ends the line, if one stands there, so that other text can follow.
 
 private:
     std::FILE *stream_;

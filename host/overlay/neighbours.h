@@ -18,6 +18,8 @@ public:
     /// The path @p step files further in the folder, or empty beyond its ends.
     QString next(int step) const;
 
+    bool belongsInPicture() const override { return false; }
+
 signals:
     void chosen(const QString &path);
 

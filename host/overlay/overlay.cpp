@@ -31,6 +31,15 @@ void Overlay::bindClick(const QString &text)
         action->setProperty("verb", tr("click"));
 }
 
+PictureObject Overlay::pictured()
+{
+    PictureObject object;
+    object.glw = glw();
+    object.rect = area();
+    object.foreground = [this](GLW *at, QPainter *painter) { PaintForeground(at, painter); };
+    return object;
+}
+
 void Overlay::PaintForeground(GLW *, QPainter *painter)
 {
     const bool shown = isShown();

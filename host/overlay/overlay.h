@@ -7,6 +7,7 @@
 #include <QRectF>
 
 #include "GL/glw.h"
+#include "host/capture/picture.h"
 #include "host/view/display.h"
 
 class QPainter;
@@ -26,6 +27,11 @@ class Overlay : public QObject {
     Q_OBJECT
 public:
     ~Overlay() override;
+
+    /// What it shows, as an object of a picture of the window.
+    PictureObject pictured();
+    /// Whether it says something of what is shown, and so belongs into a picture.
+    virtual bool belongsInPicture() const { return true; }
 
 public slots:
     void PaintForeground(GLW *glw, QPainter *painter);

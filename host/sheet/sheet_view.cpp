@@ -229,7 +229,28 @@ void SheetView::DrawBG(GLW *)
     frame.start();
     QMetaObject::invokeMethod(
         this, [this, frame] { frameCost_ = frame.elapsed(); }, Qt::QueuedConnection);
+    drawGround();
+}
+
+/// What shows between the tiles.
+void SheetView::drawGround() const
+{
     drawPlain(display().dark ? display().theme().bottom : display().theme().top);
+}
+
+std::vector<PictureObject> SheetView::pictured(bool transparent)
+{
+    std::vector<PictureObject> all;
+    PictureObject text = picturedText();
+    text.background = [this](GLW *, float) { drawGround(); };
+    all.push_back(text);
+    all.front().foreground = nullptr;
+    text.background = nullptr;
+    for (const auto &[id, entry] : entries_)
+        if (entry.visible)
+            all.push_back(picturedItem(tiles_.value(id), transparent));
+    all.push_back(text);
+    return all;
 }
 
 /// Notes whether the pointer is over the tile.

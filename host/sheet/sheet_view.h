@@ -36,6 +36,7 @@ public:
     bool isSettled() const override;
     QString fault() const override { return fault_; }
     QString title() const override;
+    std::vector<PictureObject> pictured(bool transparent) override;
     const SheetEntries &entries() const { return entries_; }
     GLW *tile(int id) const { return tiles_.value(id); } ///< Null if there is none.
     bool isLinked(int id) const { return linked_.contains(id); }
@@ -83,6 +84,7 @@ private:
     void changedSoon();
     quint64 bytesOf(int id) const;
     void hover(const GLW *glw);
+    void drawGround() const;
     void sortBy(SheetOrder order);
     void changeSpacing(int pixels);
     QList<GLW *> peersOf(GLW *glw) const;

@@ -23,6 +23,9 @@ struct Display {
     bool dark = false;
     bool lighting = true;
     bool wireframe = false;
+    // What a picture asks for.
+    float scale = 1;          ///< Pixels drawn per window pixel: what widths are multiplied by.
+    bool transparent = false; ///< Nothing is drawn that only stands behind.
 
     const Theme &theme() const;
 };

@@ -99,7 +99,7 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &ma
     glDisable(GL_BLEND);
     glShadeModel(GL_SMOOTH);
     glPolygonMode(GL_FRONT_AND_BACK, display.wireframe ? GL_LINE : GL_FILL);
-    glLineWidth(1);
+    glLineWidth(display.scale);
     if (display.lighting) {
         const GLfloat none[4] = {0, 0, 0, 1}, shine[4] = {1, 1, 1, 1};
         glEnable(GL_LIGHTING);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/view/options.h"
 
+#include <algorithm>
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QRegularExpression>
@@ -18,10 +20,20 @@ QString text(const char *s)
 class Parser : public QCommandLineParser {
 public:
     const QCommandLineOption module{"module", text("Load the views' module from <path>."), "path"};
-    const QCommandLineOption size{"size", text("Open a window of <WxH> pixels."), "WxH"};
+    const QCommandLineOption size{
+        "size", text("Open a window, or make a picture, of <WxH> pixels."), "WxH"};
     const QCommandLineOption screenshot{
         "screenshot", text("Write a picture of the first frame to <file> and end."), "file"};
-    const QCommandLineOption fps{"fps", text("Draw at most <rate> frames per second."), "rate"};
+    const QCommandLineOption transparent{
+        "transparent", text("Leave the background out of the picture or the recording.")};
+    const QCommandLineOption turntable{
+        "turntable",
+        text("Record one turn to <file> and end: .mp4, .gif, or without a suffix a folder."),
+        "file"};
+    const QCommandLineOption seconds{"seconds",
+                                     text("Let the recording last <n> seconds, 0.1 to 600."), "n"};
+    const QCommandLineOption fps{"fps", text("Draw at most, or record, <rate> frames per second."),
+                                 "rate"};
     QCommandLineOption readModel{"read-model", text("Read <file> for another process."), "file"};
     const QCommandLineOption help = addHelpOption();
     const QCommandLineOption version = addVersionOption();
@@ -31,7 +43,7 @@ public:
         readModel.setFlags(QCommandLineOption::HiddenFromHelp);
         setApplicationDescription(text("Shows 3D models. In the window, F1 lists the controls."));
         addPositionalArgument("file", text("The model to show."), "[file]");
-        addOptions({module, size, screenshot, fps, readModel});
+        addOptions({module, size, fps, screenshot, turntable, seconds, transparent, readModel});
     }
 };
 
@@ -40,6 +52,20 @@ Options refuse(const QString &error)
     Options o;
     o.action = Options::Action::Refuse;
     o.error = error;
+    return o;
+}
+
+/// What makes sense by itself but not together.
+Options checked(const Options &o)
+{
+    const bool screenshot = !o.screenshot.isEmpty(), turntable = !o.turntable.isEmpty();
+    if (screenshot && turntable)
+        return refuse(text("--screenshot and --turntable go one at a time"));
+    if (o.files.isEmpty() && (screenshot || turntable))
+        return refuse(screenshot ? text("--screenshot needs a file to show")
+                                 : text("--turntable needs a file to show"));
+    if (o.transparent && !screenshot && !turntable)
+        return refuse(text("--transparent goes with --screenshot or --turntable"));
     return o;
 }
 
@@ -63,6 +89,8 @@ Options parseOptions(const QStringList &arguments)
     o.files = parser.positionalArguments();
     o.module = parser.value(parser.module);
     o.screenshot = parser.value(parser.screenshot);
+    o.turntable = parser.value(parser.turntable);
+    o.transparent = parser.isSet(parser.transparent);
     o.readModel = parser.value(parser.readModel);
     if (parser.isSet(parser.help))
         o.action = Options::Action::Help;
@@ -80,13 +108,31 @@ Options parseOptions(const QStringList &arguments)
     if (parser.isSet(parser.fps)) {
         bool number = false;
         o.fps = parser.value(parser.fps).toFloat(&number);
+        o.recordedFps = double(o.fps);
         if (!number || !(o.fps >= 1 && o.fps <= 1000))
             return refuse(text("--fps takes a number from 1 to 1000, not \"%1\"")
                               .arg(parser.value(parser.fps)));
     }
-    if (parser.isSet(parser.screenshot) && o.files.isEmpty())
-        return refuse(text("--screenshot needs a file to show"));
-    return o;
+    if (parser.isSet(parser.seconds)) {
+        bool number = false;
+        o.seconds = parser.value(parser.seconds).toDouble(&number);
+        if (!number)
+            return refuse(text("--seconds takes a number from 0.1 to 600, not \"%1\"")
+                              .arg(parser.value(parser.seconds)));
+    }
+    return checked(o);
+}
+
+QSize windowSize(const Options &o)
+{
+    if (o.screenshot.isEmpty() && o.turntable.isEmpty())
+        return o.size;
+    constexpr QSize common(1600, 1200);
+    constexpr int narrowest = 64; // the views show nothing in a window that is much narrower
+    const int side = std::min(o.size.width(), o.size.height());
+    const double factor = std::min(
+        {1.0, double(common.width()) / o.size.width(), double(common.height()) / o.size.height()});
+    return (QSizeF(o.size) * std::max(factor, std::min(1.0, double(narrowest) / side))).toSize();
 }
 
 QString optionsHelp()

@@ -21,14 +21,22 @@ struct Options {
 
     Action action = Action::View;
     QString error;
-    QStringList files;      ///< As given.
-    QString module;         ///< Path of the module; empty: search for it.
-    QString screenshot;     ///< Picture to write; empty: stay open.
-    QString readModel;      ///< File that a reading process is to read.
-    QSize size{1280, 800};  ///< Of the window, in logical pixels.
-    bool sizeGiven = false; ///< Otherwise the size of the last run is preferred.
-    float fps = 60;         ///< Frames per second while something moves.
+    QStringList files;        ///< As given.
+    QString module;           ///< Path of the module; empty: search for it.
+    QString screenshot;       ///< Picture to write; empty: stay open.
+    bool transparent = false; ///< The picture or the recording has no background.
+    QString turntable;        ///< Recording to write; empty: none.
+    double seconds = 6;       ///< Length of the recording.
+    double recordedFps = 30;  ///< Frames per second of the recording.
+    QString readModel;        ///< File that a reading process is to read.
+    QSize size{1280, 800};    ///< Of the window in logical pixels, or of the picture in pixels.
+    bool sizeGiven = false;   ///< Otherwise the size of the last run is preferred.
+    float fps = 60;           ///< Frames per second while something moves.
 };
+
+/// The size of the window. That of a large picture or recording has the same shape and fits most
+/// screens; what it shows is drawn larger.
+QSize windowSize(const Options &options);
 
 /// Reads @p arguments, the program's name first. Needs no application object.
 Options parseOptions(const QStringList &arguments);

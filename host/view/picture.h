@@ -5,16 +5,10 @@
 #include <QImage>
 #include <QString>
 
-class QWidget;
-
 namespace host {
 
-/// The frame that was just painted, before it is swapped, without transparency. Expects the GL
-/// context of @p window to be current.
-QImage readFrame(const QWidget *window);
-
 /// Writes @p image to @p path in the format that its suffix names, PNG without one. Returns the
-/// reason why not, empty on success.
+/// reason why not, empty on success; a transparent picture is no JPEG.
 QString writePicture(const QImage &image, const QString &path);
 
 } // namespace host

@@ -69,6 +69,7 @@ bool SeriesItem::advance(GLW *glw, double)
 void SeriesItem::draw2D(GLW *glw, const Display &display)
 {
     plot_.setTheme(display.dark ? PlotTheme::Dark : PlotTheme::Light);
+    plot_.setBackground(!display.transparent);
     plot_.draw2D(glw);
 }
 

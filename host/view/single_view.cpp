@@ -71,6 +71,15 @@ void SingleView::fail(const QString &message)
     changed();
 }
 
+std::vector<PictureObject> SingleView::pictured(bool transparent)
+{
+    std::vector<PictureObject> all = View::pictured(transparent);
+    for (const auto &overlay : overlays_)
+        if (overlay->belongsInPicture())
+            all.push_back(overlay->pictured());
+    return all;
+}
+
 void SingleView::clicked(GLW *clicked)
 {
     if (Item *shown = item(clicked))

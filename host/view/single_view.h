@@ -22,6 +22,7 @@ public:
     bool isSettled() const override;
     QString fault() const override { return fault_; }
     QString title() const override;
+    std::vector<PictureObject> pictured(bool transparent) override;
 
 public slots:
     void OpenNext() { openNeighbour(1); }

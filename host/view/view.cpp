@@ -242,13 +242,56 @@ void View::shadeFrameRate(const GLW *glw) const
                   metrics.height() + 2);
 }
 
-void View::PaintForeground(GLW *glw, QPainter *painter)
+/// All that is painted over what was drawn.
+void View::paintOver(GLW *glw, QPainter *painter)
 {
     painter->setFont(window_.widget()->font());
     for (auto &[each, slot] : slots_)
         if (slot.item)
             slot.item->paintForeground(each, painter, display_);
     paintText(glw, painter);
+}
+
+PictureObject View::picturedItem(GLW *glw, bool transparent)
+{
+    PictureObject object;
+    object.glw = glw;
+    object.rect = glw->geometry(false);
+    const auto displayAt = [this, transparent](float scale) {
+        Display display = display_;
+        display.scale = scale;
+        display.transparent = transparent;
+        return display;
+    };
+    object.background = [this](GLW *, float) { drawBackdrop(display_.theme()); };
+    if (Item *shown = item(glw)) {
+        object.draw3D = [shown, displayAt](GLW *at, float scale) {
+            shown->draw3D(at, displayAt(scale));
+        };
+        object.draw2D = [shown, displayAt](GLW *at, float scale) {
+            shown->draw2D(at, displayAt(scale));
+        };
+    }
+    return object;
+}
+
+PictureObject View::picturedText()
+{
+    PictureObject object;
+    object.glw = mainGLW();
+    object.rect = window_.widget()->rect();
+    object.foreground = [this](GLW *at, QPainter *painter) { paintOver(at, painter); };
+    return object;
+}
+
+std::vector<PictureObject> View::pictured(bool transparent)
+{
+    return {picturedItem(mainGLW(), transparent), picturedText()};
+}
+
+void View::PaintForeground(GLW *glw, QPainter *painter)
+{
+    paintOver(glw, painter);
     paintArea(painter);
     if (selecting_)
         endArea();

@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QPointer>
 
+#include "host/capture/picture.h"
 #include "host/view/controls.h"
 #include "host/view/item.h"
 
@@ -49,6 +50,10 @@ public:
     virtual QString fault() const { return {}; }
     /// A name for the window's title and for pictures; may be empty.
     virtual QString title() const = 0;
+
+    /// What the window shows, as objects of a picture. Holds until the view changes.
+    /// The list of bindings and the frame rate are left out.
+    virtual std::vector<PictureObject> pictured(bool transparent);
 
 signals:
     void titleChanged();
@@ -94,6 +99,11 @@ protected:
 
     void changed(); ///< Asks for a frame.
 
+    /// The item of @p glw in a picture, without text over it.
+    PictureObject picturedItem(GLW *glw, bool transparent);
+    /// The text over all of it, in an object of the whole window.
+    PictureObject picturedText();
+
     /// Whether @p glw is advanced by its pick pass. Views whose scene tells of each frame say no.
     virtual bool advancesInPick() const { return true; }
     /// Paints over everything, in the window's frame, y downwards.
@@ -116,6 +126,7 @@ private:
     };
 
     void bindDisplay();
+    void paintOver(GLW *glw, QPainter *painter);
     bool pickIsDue(GLW *glw, Slot &slot, const std::optional<QPointF> &pointer);
     std::optional<QPointF> hoverPointer(const GLW *glw) const;
     void shadeFrameRate(const GLW *glw) const;

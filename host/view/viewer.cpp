@@ -10,11 +10,14 @@
 #include <QMessageBox>
 #include <QTimer>
 
+#include "host/capture/progress_line.h"
+#include "host/capture/turntable.h"
 #include "host/read/model_files.h"
 #include "host/sheet/sheet_view.h"
 #include "host/view/menu_tree.h"
 #include "host/view/picture.h"
 #include "host/view/remembered.h"
+#include "host/view/save_dialog.h"
 #include "host/view/single_view.h"
 
 namespace host {
@@ -24,13 +27,14 @@ namespace {
 /// Whether a person is at the window, whose habits are worth keeping.
 bool isPersonal(const Options &options)
 {
-    return options.screenshot.isEmpty();
+    return options.screenshot.isEmpty() && options.turntable.isEmpty();
 }
 
 QSize startSize(const Options &options)
 {
     const QSize last = Remembered().windowSize();
-    return options.sizeGiven || !isPersonal(options) || !last.isValid() ? options.size : last;
+    return options.sizeGiven || !isPersonal(options) || !last.isValid() ? windowSize(options)
+                                                                        : last;
 }
 
 } // namespace
@@ -147,29 +151,30 @@ void Viewer::saveArea(const QString &title, const QRect &area)
 {
     const QString name = QFileInfo(title).completeBaseName();
     const QString proposal = QDir::home().filePath((name.isEmpty() ? "glview" : name) + ".png");
-    const QString path = QFileDialog::getSaveFileName(window_.widget(), tr("Save a picture"),
-                                                      proposal, tr("Pictures (*.png *.jpg)"));
-    if (!path.isEmpty())
-        save(path, area);
+    const auto choice = askForPicture(window_.widget(), proposal, area.size());
+    if (!choice)
+        return;
+    PictureRequest wanted = request(choice->size, choice->transparent);
+    wanted.area = area;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const Picture picture = renderPicture(wanted);
+    const QString fault =
+        picture.error.isEmpty() ? writePicture(picture.image, choice->path) : picture.error;
+    QApplication::restoreOverrideCursor();
+    if (!fault.isEmpty())
+        QMessageBox::warning(window_.widget(), {}, fault);
 }
 
-/// Saves the next frame: the dialog that is just closing may still cover this one.
-void Viewer::save(const QString &path, const QRect &area)
+/// The window in @p size pixels. Makes its context current.
+PictureRequest Viewer::request(const QSize &size, bool transparent) const
 {
-    auto *once = new QMetaObject::Connection;
-    *once = connect(view_.get(), &View::framePainted, this, [this, path, area, once] {
-        disconnect(*once);
-        delete once;
-        const QImage frame = readFrame(window_.widget());
-        const double ratio = double(frame.width()) / window_.widget()->width();
-        const QRectF part(QPointF(area.topLeft()) * ratio, QSizeF(area.size()) * ratio);
-        const QString fault = writePicture(frame.copy(part.toRect()), path);
-        if (!fault.isEmpty())
-            QMetaObject::invokeMethod(
-                this, [this, fault] { QMessageBox::warning(window_.widget(), {}, fault); },
-                Qt::QueuedConnection);
-    });
-    window_.clock().requestFrame();
+    window_.widget()->makeCurrent();
+    PictureRequest wanted;
+    wanted.window = window_.widget()->size();
+    wanted.size = size;
+    wanted.transparent = transparent;
+    wanted.objects = view_->pictured(transparent);
+    return wanted;
 }
 
 void Viewer::ToggleBindings()
@@ -192,10 +197,10 @@ void Viewer::Quit()
     window_.widget()->close();
 }
 
-/// Ends the program with a picture once all is shown, or with the reason why nothing can be.
+/// Ends the program with what was asked for once all is shown, or with the reason why nothing is.
 void Viewer::framePainted()
 {
-    if (options_.screenshot.isEmpty())
+    if ((options_.screenshot.isEmpty() && options_.turntable.isEmpty()) || finishing_)
         return;
     if (!view_->isSettled() && view_->fault().isEmpty()) {
         // Drawing in the meantime would only take time from the readers.
@@ -205,20 +210,55 @@ void Viewer::framePainted()
     }
     // The first frame with the item still had the camera of the one before.
     constexpr int enough = 3;
-    if (++settledFrames_ == enough || !view_->fault().isEmpty())
-        finishScreenshot();
+    if (++settledFrames_ == enough || !view_->fault().isEmpty()) {
+        finishing_ = true; // outside of the frame, which has its own framebuffer and painter
+        QTimer::singleShot(0, this, &Viewer::finish);
+    }
     window_.clock().requestFrame();
 }
 
-void Viewer::finishScreenshot()
+void Viewer::finish()
 {
     QString fault = view_->fault();
     if (fault.isEmpty())
-        fault = writePicture(readFrame(window_.widget()), options_.screenshot);
+        fault = options_.turntable.isEmpty() ? saveScreenshot() : record();
     if (!fault.isEmpty())
         std::fprintf(stderr, "glview: %s\n", qUtf8Printable(fault));
-    options_.screenshot.clear();
     QCoreApplication::exit(fault.isEmpty() ? 0 : 1);
+}
+
+QString Viewer::saveScreenshot()
+{
+    const Picture picture = renderPicture(request(options_.size, options_.transparent));
+    return picture.error.isEmpty() ? writePicture(picture.image, options_.screenshot)
+                                   : picture.error;
+}
+
+QString Viewer::recordingFault(const Options &options)
+{
+    if (options.turntable.isEmpty())
+        return {};
+    PictureRequest frame;
+    frame.size = options.size;
+    frame.transparent = options.transparent;
+    return TurntableRecorder(frame, {options.turntable, options.seconds, options.recordedFps})
+        .fault();
+}
+
+QString Viewer::record()
+{
+    const TurntableRecorder recorder(request(options_.size, options_.transparent),
+                                     {options_.turntable, options_.seconds, options_.recordedFps});
+    const InterruptGuard interrupt;
+    ProgressLine line(stderr, tr("Recording"));
+    const QString fault = recorder.record([&](int done, int total) {
+        line.show(done, total);
+        return !interrupt.interrupted();
+    });
+    line.end();
+    if (fault.isEmpty() && interrupt.interrupted())
+        return tr("the recording was given up; nothing of it is left");
+    return fault;
 }
 
 } // namespace host

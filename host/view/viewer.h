@@ -22,6 +22,9 @@ public:
     Viewer(const ModuleLoader &loader, const Options &options);
     ~Viewer() override;
 
+    /// What makes the recording that is asked for impossible; empty if nothing does or none is.
+    static QString recordingFault(const Options &options);
+
     void show() { window_.show(); }
     View *view() const { return view_.get(); }
 
@@ -40,16 +43,19 @@ private:
     void bindKeys();
     void fillMenu(MenuTree *tree);
     void framePainted();
-    void finishScreenshot();
+    void finish();
+    QString saveScreenshot();
+    QString record();
+    PictureRequest request(const QSize &size, bool transparent) const;
     std::unique_ptr<View> makeSingleView(const QString &path);
     std::unique_ptr<View> makeView(const QStringList &paths);
     void saveArea(const QString &title, const QRect &area);
-    void save(const QString &path, const QRect &area);
 
     Options options_;
     Window window_;
     std::unique_ptr<View> view_;
-    int settledFrames_ = 0; // painted since all was shown, while a screenshot waits for them
+    int settledFrames_ = 0; // painted since all was shown, while a picture waits for them
+    bool finishing_ = false;
 };
 
 } // namespace host

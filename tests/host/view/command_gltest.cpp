@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The program run from a command line: exit codes, messages and pictures.
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
@@ -27,6 +28,8 @@ const CommandCase commandCases[] = {
     {"FileMissing", "--screenshot $/p.png $/none.obj", 1, "none.obj|no such file"},
     {"FileEmpty", "--screenshot $/p.png $/empty.stl", 1, "empty.stl|empty"},
     {"FileNoModel", "--screenshot $/p.png $/words.ply", 1, "words.ply"},
+    {"RecordingOfAnotherKind", "--turntable $/t.avi $/pyramid.obj", 1, "t.avi|.mp4"},
+    {"RecordingTooLong", "--turntable $/t.mp4 --seconds 601 $/pyramid.obj", 1, "600 seconds"},
     {"PictureUnwritable", "--screenshot $/none/p.png $/pyramid.obj", 1, "none/p.png"},
 };
 
@@ -94,6 +97,40 @@ TEST(CommandLineTest, ScreenshotShowsTheModelInTheSizeAskedFor)
     EXPECT_GT(bottom - top, 120);
     const int height = bottom - top;
     EXPECT_GT(widthOf(top + height / 2), widthOf(top + height / 8) + 40);
+}
+
+// Larger than the screen: the same picture, finer. Transparent: nothing but model and text.
+TEST(CommandLineTest, LargePicturesAndRecordingsAreTakenAsAskedFor)
+{
+    const QTemporaryDir folder;
+    fill(folder);
+    const auto run = [&](const QStringList &arguments) {
+        QProcess program;
+        program.start(GLVIEW_PROGRAM, arguments + QStringList(folder.filePath("pyramid.obj")));
+        EXPECT_TRUE(program.waitForFinished());
+        EXPECT_EQ(program.exitCode(), 0) << program.readAllStandardError().toStdString();
+        return QString(program.readAllStandardError());
+    };
+    run({"--size", "800x600", "--screenshot", folder.filePath("small.png")});
+    run({"--size", "3200x2400", "--transparent", "--screenshot", folder.filePath("large.png")});
+    const QImage small(folder.filePath("small.png")), large(folder.filePath("large.png"));
+    ASSERT_EQ(large.size(), QSize(3200, 2400));
+    int apart = 0, covered = 0;
+    for (int y = 100; y < 460; ++y) { // between text, triad and scale bar, smaller in the large one
+        for (int x = 0; x < 800; ++x) {
+            const bool model = small.pixel(x, y) != small.pixel(799, y);
+            const bool opaque = qAlpha(large.pixel(4 * x + 2, 4 * y + 2)) == 255;
+            apart += model != opaque;
+            covered += model;
+        }
+    }
+    EXPECT_GT(covered, 10000);
+    EXPECT_LT(apart, covered / 50);
+
+    const QString said = run({"--size", "320x240", "--fps", "4", "--seconds", "1", "--turntable",
+                              folder.filePath("turn")});
+    EXPECT_TRUE(said.contains("4 of 4")) << said.toStdString();
+    EXPECT_EQ(QDir(folder.filePath("turn")).entryList(QDir::Files).size(), 4);
 }
 
 } // namespace

@@ -30,6 +30,11 @@ const OptionsCase optionsCases[] = {
     {"RateOfNothing", "--fps 0", Action::Refuse, "\"0\""},
     {"RateOfWords", "--fps fast", Action::Refuse, "\"fast\""},
     {"PictureOfNothing", "--screenshot a.png", Action::Refuse, "needs a file"},
+    {"RecordingOfNothing", "--turntable a.mp4", Action::Refuse, "needs a file"},
+    {"PictureAndRecording", "--turntable a --screenshot b a.obj", Action::Refuse, "at a time"},
+    {"SecondsOfWords", "--seconds many a.obj", Action::Refuse, "\"many\""},
+    {"TransparentWindow", "--transparent a.obj", Action::Refuse, "--screenshot"},
+    {"TransparentFrames", "--transparent --turntable a a.obj", Action::View, ""},
 };
 
 TABLE(OptionsLine, testing::Test, OptionsCase, optionsCases);
@@ -53,6 +58,29 @@ TEST(OptionsTest, ValuesArrive)
     EXPECT_EQ(o.screenshot, "p.png");
     EXPECT_EQ(o.files, QStringList{"a.obj"});
     EXPECT_EQ(parseOptions({"glview", "--read-model", "b.stl"}).readModel, "b.stl");
+}
+
+struct WindowCase {
+    const char *name;
+    const char *arguments;
+    QSize window;
+};
+
+const WindowCase windowCases[] = {
+    {"Window", "--size 4000x3000 a.obj", {4000, 3000}},
+    {"SmallPicture", "--screenshot p.png --size 1600x1200 a.obj", {1600, 1200}},
+    {"WidePicture", "--screenshot p.png --size 8000x5000 a.obj", {1600, 1000}},
+    {"HighRecording", "--turntable t --size 2000x4000 a.obj", {600, 1200}},
+    {"StripKeepsAHeight", "--screenshot p.png --size 16000x80 a.obj", {12800, 64}},
+    {"NarrowAsAskedFor", "--screenshot p.png --size 3000x20 a.obj", {3000, 20}},
+};
+
+TABLE(WindowSize, testing::Test, WindowCase, windowCases);
+
+TEST_P(WindowSize, HasTheShapeOfThePicture)
+{
+    const QString line = QString("glview ") + GetParam().arguments;
+    EXPECT_EQ(windowSize(parseOptions(line.split(' '))), GetParam().window);
 }
 
 struct WordsCase {
