@@ -50,6 +50,12 @@ if(TARGET glview)
             DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/icons/hicolor/scalable/apps COMPONENT glview)
     install(FILES packaging/glview-mime.xml RENAME glview.xml
             DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/mime/packages COMPONENT glview)
-    install(FILES packaging/glview.1
+    find_program(GZIP gzip REQUIRED)
+    set(manual ${PROJECT_BINARY_DIR}/glview.1.gz)
+    add_custom_command(
+        OUTPUT ${manual} DEPENDS packaging/glview.1
+        COMMAND ${GZIP} -9nc ${PROJECT_SOURCE_DIR}/packaging/glview.1 > ${manual})
+    add_custom_target(manual ALL DEPENDS ${manual})
+    install(FILES ${manual}
             DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT glview)
 endif()

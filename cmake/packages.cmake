@@ -55,6 +55,8 @@ programs that load or link the module of the package glwindow.")
 
 set(CPACK_DEBIAN_GLVIEW_PACKAGE_NAME glview)
 set(CPACK_DEBIAN_GLVIEW_PACKAGE_SECTION graphics)
+set(CPACK_DEBIAN_GLVIEW_PACKAGE_RECOMMENDS libgl1-mesa-dri)
+set(CPACK_DEBIAN_GLVIEW_PACKAGE_SUGGESTS ffmpeg)
 set(CPACK_COMPONENT_GLVIEW_DEPENDS glwindow)
 set(CPACK_DEBIAN_GLVIEW_DESCRIPTION "viewer of 3D models and series of numbers
 Shows one 3D model, or many side by side with a camera each, in any of the
