@@ -16,8 +16,6 @@ SheetView::SheetView(Window &window, const QString &name, const QStringList &pat
                      const QString &fault)
     : View(window, "GLMultiWidget", false), name_(name), fault_(fault), entries_(makeEntries(paths))
 {
-    soon_.setSingleShot(true);
-    connect(&soon_, &QTimer::timeout, this, [this] { changed(); });
     scene()->setProperty("header", TilePainter::header);
     scene()->setProperty("spacing", 4);
     connect(scene(), SIGNAL(ValueChanged(QList<int>)), this, SLOT(SelectionChanged(QList<int>)));
@@ -170,16 +168,6 @@ void SheetView::show(int id, const std::shared_ptr<Item> &made)
         sortBy(SheetOrder::Count);
 }
 
-/// Asks for a frame that nobody waits for: a sheet of hundreds takes long to draw, and the readers
-/// need the processor too.
-void SheetView::changedSoon()
-{
-    constexpr int gather = 150; // milliseconds
-    constexpr int share = 8;    // of the time, one part for drawing
-    if (!soon_.isActive())
-        soon_.start(std::max(gather, int(frameCost_) * share));
-}
-
 quint64 SheetView::bytesOf(int id) const
 {
     const Item *shown = item(tiles_.value(id));
@@ -224,11 +212,6 @@ void SheetView::Update(GLW *glw)
 
 void SheetView::DrawBG(GLW *)
 {
-    // Up to when the frame is on the screen and events come again.
-    QElapsedTimer frame;
-    frame.start();
-    QMetaObject::invokeMethod(
-        this, [this, frame] { frameCost_ = frame.elapsed(); }, Qt::QueuedConnection);
     drawGround();
 }
 

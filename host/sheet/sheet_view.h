@@ -4,7 +4,6 @@
 
 #include <QHash>
 #include <QSet>
-#include <QTimer>
 
 #include "host/read/read_queue.h"
 #include "host/sheet/sheet_entry.h"
@@ -81,7 +80,6 @@ private:
     void fail(int id, const QString &reason);
     void release(int id);
     void makeRoom();
-    void changedSoon();
     quint64 bytesOf(int id) const;
     void hover(const GLW *glw);
     void drawGround() const;
@@ -107,8 +105,6 @@ private:
     SheetOrder order_ = SheetOrder::Name;
     bool sorted_ = false;
     bool reversed_ = false;
-    qint64 frameCost_ = 0; // milliseconds
-    QTimer soon_;          // gathers what the readers tell into a few frames a second
     TilePainter painter_;
     ReadQueue queue_;   // of models
     QList<int> tables_; // ids whose turn has not come

@@ -18,7 +18,7 @@ SingleView::SingleView(Window &window, const QString &path)
     connect(&reader_, &FileReader::progressed, this, [this](double fraction, const QString &stage) {
         fraction_ = fraction;
         stage_ = stage;
-        changed();
+        changedSoon();
     });
     connect(&reader_, &FileReader::finished, this, &SingleView::show);
     connect(&reader_, &FileReader::failed, this, &SingleView::fail);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/view/view.h"
 
+#include <algorithm>
+
 #include <QAction>
 #include <QFontMetricsF>
 #include <QMetaMethod>
@@ -79,6 +81,11 @@ View::View(Window &window, const char *className, bool single) : window_(window)
             clicked(glw);
         changed();
     });
+    soon_.setSingleShot(true);
+    connect(&soon_, &QTimer::timeout, this, [this] {
+        if (QWidget *widget = window_.widget())
+            widget->update();
+    });
     bindDisplay();
 }
 
@@ -114,6 +121,14 @@ void View::bindDisplay()
 void View::changed()
 {
     window_.clock().requestFrame();
+}
+
+void View::changedSoon()
+{
+    constexpr int gather = 150; // milliseconds
+    constexpr int share = 8;    // of the time, one part for drawing: the readers need the rest
+    if (!soon_.isActive())
+        soon_.start(std::max(gather, int(frameCost_) * share));
 }
 
 Item *View::item(GLW *glw) const
@@ -163,7 +178,7 @@ void View::advance(GLW *glw)
     if (slot.item->advance(glw, seconds))
         changed();
     if (slot.item->isBusy())
-        window_.clock().touch();
+        changedSoon();
 }
 
 /// The pointer over @p glw while nothing is dragged, in its frame.
@@ -297,6 +312,11 @@ void View::PaintForeground(GLW *glw, QPainter *painter)
         endArea();
     if (showsBindings_)
         paintBindings(painter, window_.widget()->rect(), bindingRows(bindings()), display_.theme());
+    // Until events come again, the frame is on the screen: what that takes is its cost.
+    QElapsedTimer rest;
+    rest.start();
+    QMetaObject::invokeMethod(
+        this, [this, rest] { frameCost_ = rest.elapsed(); }, Qt::QueuedConnection);
     painter->beginNativePainting();
     emit framePainted();
     painter->endNativePainting();

@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 
 #include "host/capture/picture.h"
 #include "host/view/controls.h"
@@ -54,6 +55,10 @@ public:
     /// What the window shows, as objects of a picture. Holds until the view changes.
     /// The list of bindings and the frame rate are left out.
     virtual std::vector<PictureObject> pictured(bool transparent);
+
+    /// Asks for one frame in a little while, of what goes on in the background: progress is not
+    /// worth running the frame timer for, whose every tick clears the whole window.
+    void changedSoon();
 
 signals:
     void titleChanged();
@@ -141,6 +146,8 @@ private:
     bool showsBindings_ = false;
     std::unordered_map<GLW *, Slot> slots_;
     QPointer<GLW> menuFor_;
+    QTimer soon_;
+    qint64 frameCost_ = 0;   // milliseconds, of the last frame
     bool selecting_ = false; // the next passes take what the dragged rectangle holds
 };
 

@@ -8,7 +8,6 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
-#include <QTimer>
 
 #include "host/capture/progress_line.h"
 #include "host/capture/turntable.h"
@@ -203,9 +202,7 @@ void Viewer::framePainted()
     if ((options_.screenshot.isEmpty() && options_.turntable.isEmpty()) || finishing_)
         return;
     if (!view_->isSettled() && view_->fault().isEmpty()) {
-        // Drawing in the meantime would only take time from the readers.
-        constexpr int lookAgain = 200; // milliseconds
-        QTimer::singleShot(lookAgain, this, [this] { window_.clock().requestFrame(); });
+        view_->changedSoon();
         return;
     }
     // The first frame with the item still had the camera of the one before.
