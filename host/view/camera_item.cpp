@@ -108,6 +108,13 @@ void CameraItem::fit(GLW *glw)
     showsWhole_ = true;
 }
 
+void CameraItem::fitTurn(GLW *glw)
+{
+    const Framing framing = frameTurn(glw->camera, sizeOf(glw), outline(), margin);
+    motion_.jumpTo(glw->camera, {toQt(glw->camera.rot), framing.target, framing.radius});
+    placeLamp(glw);
+}
+
 void CameraItem::home(GLW *glw)
 {
     motion_.goTo(glw->camera, poseFor(glw, homeAngles));

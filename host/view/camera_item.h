@@ -16,6 +16,7 @@ public:
     void restoreView(GLW *glw, const GL::Camera &camera) override;
     bool advance(GLW *glw, double seconds) override;
     void fit(GLW *glw) override;
+    void fitTurn(GLW *glw) override;
     void home(GLW *glw) override;
     void lookFrom(GLW *glw, Side side) override;
     void toggleProjection(GLW *glw) override;

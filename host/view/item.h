@@ -72,6 +72,7 @@ public:
 
     // Steering.
     virtual void fit(GLW *glw) = 0;  ///< Shows all of it, from where one looks.
+    virtual void fitTurn(GLW *) {}   ///< At once, so that it stays whole while the azimuth turns.
     virtual void home(GLW *glw) = 0; ///< The view that it opened with.
     virtual void lookFrom(GLW *, Side) {}
     virtual void toggleProjection(GLW *) {}

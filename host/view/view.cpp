@@ -418,6 +418,12 @@ void View::fillMenu(GLW *glw, MenuTree *tree)
     tree->addSeparator();
 }
 
+void View::fitTurn()
+{
+    for (auto &[glw, slot] : slots_)
+        slot.item->fitTurn(glw);
+}
+
 void View::ToggleLighting()
 {
     display_.lighting = !display_.lighting;

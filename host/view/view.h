@@ -37,6 +37,7 @@ public:
     void lookFrom(Item::Side side);
     const Display &display() const { return display_; }
     void setDark(bool dark);
+    void fitTurn(); ///< Lets every item be whole from all around, at once.
 
     Item *item(GLW *glw) const; ///< Null if the GLW shows nothing yet.
 

@@ -117,4 +117,60 @@ Framing frameAll(const GL::Camera &camera, const QSizeF &size, const QVector3D &
     return {target, radiusShowing(camera, std::max(halfWidth / aspect, halfHeight) / room)};
 }
 
+namespace {
+
+/// Points that hold what @p points pass through when they turn about the vertical line through the
+/// origin: circles, a little too wide since they are drawn as corners, at both ends of each of some
+/// layers.
+std::vector<QVector3D> swept(const std::vector<QVector3D> &points)
+{
+    constexpr int layers = 48, corners = 64;
+    const auto [low, high] =
+        std::minmax_element(points.begin(), points.end(),
+                            [](const QVector3D &a, const QVector3D &b) { return a.y() < b.y(); });
+    const float bottom = low->y(), height = high->y() - low->y();
+    std::vector<float> widest(layers, -1);
+    for (const QVector3D &p : points) {
+        const int layer = height > 0 ? int((p.y() - bottom) / height * layers) : 0;
+        float &most = widest[std::size_t(std::min(layer, layers - 1))];
+        most = std::max(most, std::hypot(p.x(), p.z()));
+    }
+    std::vector<QVector3D> circles;
+    for (int i = 0; i < layers; ++i) {
+        const double r =
+            double(widest[std::size_t(i)]) / std::cos(180.0 / corners * radiansPerDegree);
+        for (int corner = 0; r >= 0 && corner < corners; ++corner) {
+            const double angle = corner * 360.0 / corners * radiansPerDegree;
+            for (const int end : {i, i + 1})
+                circles.emplace_back(float(r * std::sin(angle)),
+                                     bottom + height * float(end) / layers,
+                                     float(r * std::cos(angle)));
+        }
+    }
+    return circles;
+}
+
+} // namespace
+
+Framing frameTurn(const GL::Camera &camera, const QSizeF &size,
+                  const std::vector<QVector3D> &points, float margin)
+{
+    if (points.empty())
+        return {};
+    GL::Camera level = camera;
+    level.rot.y = 0; // with corners on either side alike
+    Framing framing = frameAll(level, size, {}, swept(points), margin);
+    const QVector3D forward = ViewFrame(level, size).forward();
+    const float horizontal = forward.z() * forward.z();
+    if (horizontal < 1e-6f) // from straight above or below there is no other place for it
+        return {QVector3D(0, framing.target.y(), 0), framing.radius};
+    // Along the line of sight to where that meets the axis; the picture stays the same.
+    const float along = -framing.target.z() * forward.z() / horizontal;
+    framing.target += forward * along;
+    framing.target.setX(0);
+    if (!camera.ortho)
+        framing.radius += along;
+    return framing;
+}
+
 } // namespace host

@@ -80,6 +80,11 @@ struct Framing {
 Framing frameAll(const GL::Camera &camera, const QSizeF &size, const QVector3D &middle,
                  const std::vector<QVector3D> &points, float margin);
 
+/// The same for a camera that turns about the vertical line through the origin: a view that shows
+/// all of @p points at every azimuth. The target is on that line. Expects a camera without roll.
+Framing frameTurn(const GL::Camera &camera, const QSizeF &size,
+                  const std::vector<QVector3D> &points, float margin);
+
 inline QVector3D toQt(const Vector &v)
 {
     return {v.x, v.y, v.z};

@@ -244,6 +244,7 @@ QString Viewer::recordingFault(const Options &options)
 
 QString Viewer::record()
 {
+    view_->fitTurn();
     const TurntableRecorder recorder(request(options_.size, options_.transparent),
                                      {options_.turntable, options_.seconds, options_.recordedFps});
     const InterruptGuard interrupt;

@@ -113,6 +113,30 @@ TEST_P(CameraView, FramesAllPointsUpToTheMargin)
     EXPECT_LT(distance(reached.center(), room.center()), 120);
 }
 
+TEST(CameraTurn, KeepsAllPointsInThePictureAndFillsIt)
+{
+    const std::vector<QVector3D> points{
+        {0.4f, 0.3f, 0.1f}, {-0.2f, -0.1f, 0.35f}, {0.1f, -0.4f, -0.1f}, {0, 0.2f, -0.3f}};
+    for (const bool ortho : {false, true})
+        for (const float elevation : {0.0f, 22.0f, -60.0f, 90.0f}) {
+            SCOPED_TRACE(testing::Message() << "elevation " << elevation << " ortho " << ortho);
+            GL::Camera camera = cameraAt({elevation, -32, 0}, ortho);
+            const Framing framing = frameTurn(camera, size, points, 0.1f);
+            EXPECT_EQ(framing.target.x(), 0);
+            EXPECT_NEAR(framing.target.z(), 0, 1e-5f);
+            QRectF reached;
+            for (float azimuth = 0; azimuth < 360; ++azimuth) {
+                CameraMotion().jumpTo(camera,
+                                      {{elevation, azimuth, 0}, framing.target, framing.radius});
+                for (const QVector3D &p : points)
+                    reached |= QRectF(ViewFrame(camera, size).pixel(p), QSizeF(1e-9, 1e-9));
+            }
+            EXPECT_TRUE(QRectF(QPointF(), QSizeF(size)).adjusted(-1, -1, 1, 1).contains(reached));
+            EXPECT_GT(std::max(reached.width() / size.width(), reached.height() / size.height()),
+                      0.75);
+        }
+}
+
 TEST_P(CameraView, PanHoldsTheGrabbedPoint)
 {
     GL::Camera camera = cameraAt(GetParam().rot, GetParam().ortho);
