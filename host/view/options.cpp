@@ -5,6 +5,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QRegularExpression>
 
 namespace host {
@@ -22,30 +23,49 @@ public:
     const QCommandLineOption module{"module", text("Load the views' module from <path>."), "path"};
     const QCommandLineOption size{
         "size", text("Open a window, or make a picture, of <WxH> pixels."), "WxH"};
+    const QCommandLineOption fps{"fps", text("Draw at most, or record, <rate> frames per second."),
+                                 "rate"};
     const QCommandLineOption screenshot{
-        "screenshot", text("Write a picture of the first frame to <file> and end."), "file"};
-    const QCommandLineOption transparent{
-        "transparent", text("Leave the background out of the picture or the recording.")};
+        "screenshot", text("Write a picture of what is shown to <file> and end."), "file"};
     const QCommandLineOption turntable{
         "turntable",
         text("Record one turn to <file> and end: .mp4, .gif, or without a suffix a folder."),
         "file"};
     const QCommandLineOption seconds{"seconds",
                                      text("Let the recording last <n> seconds, 0.1 to 600."), "n"};
-    const QCommandLineOption fps{"fps", text("Draw at most, or record, <rate> frames per second."),
-                                 "rate"};
-    QCommandLineOption readModel{"read-model", text("Read <file> for another process."), "file"};
-    const QCommandLineOption help = addHelpOption();
-    const QCommandLineOption version = addVersionOption();
+    const QCommandLineOption transparent{
+        "transparent", text("Leave the background out of the picture or the recording.")};
+    const QCommandLineOption help{{"h", "help"}, text("List the options.")};
+    const QCommandLineOption version{{"v", "version"},
+                                     text("Name the program, its module and Qt's version.")};
+    const QCommandLineOption readModel{"read-model", {}, "file"}; ///< In no list: for ourselves.
+
+    struct Group {
+        QString title;
+        QList<QCommandLineOption> options;
+    };
+    const QList<Group> groups{
+        {text("Window"), {size, fps, module}},
+        {text("Pictures and recordings"), {screenshot, turntable, seconds, transparent}},
+        {text("Help"), {help, version}}};
 
     Parser()
     {
-        readModel.setFlags(QCommandLineOption::HiddenFromHelp);
-        setApplicationDescription(text("Shows 3D models. In the window, F1 lists the controls."));
-        addPositionalArgument("file", text("The model to show."), "[file]");
-        addOptions({module, size, fps, screenshot, turntable, seconds, transparent, readModel});
+        for (const Group &group : groups)
+            addOptions(group.options);
+        addOption(readModel);
     }
 };
+
+/// As a person types it: all names, then the value.
+QString usage(const QCommandLineOption &option)
+{
+    QStringList names;
+    for (const QString &name : option.names())
+        names << (name.size() == 1 ? "-" : "--") + name;
+    const QString value = option.valueName();
+    return names.join(", ") + (value.isEmpty() ? QString() : " <" + value + ">");
+}
 
 Options refuse(const QString &error)
 {
@@ -137,7 +157,17 @@ QSize windowSize(const Options &o)
 
 QString optionsHelp()
 {
-    return Parser().helpText();
+    constexpr int column = 22;
+    QString help = text("Usage: %1 [option...] [file or folder...]\n"
+                        "Shows 3D models and plots CSV files; several files or a folder, side by "
+                        "side.\nIn the window, F1 lists the controls.\n")
+                       .arg(QFileInfo(QCoreApplication::applicationFilePath()).fileName());
+    for (const Parser::Group &group : Parser().groups) {
+        help += '\n' + group.title + ":\n";
+        for (const QCommandLineOption &option : group.options)
+            help += "  " + usage(option).leftJustified(column) + ' ' + option.description() + '\n';
+    }
+    return help;
 }
 
 } // namespace host

@@ -19,7 +19,7 @@ struct CommandCase {
 };
 
 const CommandCase commandCases[] = {
-    {"Help", "--help", 0, "--screenshot|--module|[file]"},
+    {"Help", "--help", 0, "Window:|--screenshot <file>|-v, --version|[file or folder...]"},
     {"Version", "--version", 0, "glview|glwindow.so|Qt 5"},
     {"NoSense", "--size big", 2, "\"big\"|--help"},
     {"ModuleMissing", "--module $/none.so $/pyramid.obj", 2, "none.so: no such file"},
