@@ -25,7 +25,8 @@ SeriesStyle seriesStyle(int index, PlotTheme theme)
     };
     static const Qt::PenStyle pens[] = {Qt::SolidLine, Qt::DashLine, Qt::DotLine};
     const Pair &pair = palette[index % paletteSize];
-    return {QColor(theme == PlotTheme::Dark ? pair.dark : pair.light), pens[index / paletteSize % 3]};
+    return {QColor(theme == PlotTheme::Dark ? pair.dark : pair.light),
+            pens[index / paletteSize % 3]};
 }
 
 } // namespace host

@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QGLWidget>
+#include <QTemporaryDir>
 
 std::function<QObject *(const QString &type, QObject *parent, const QString &name)> newObject;
 
@@ -45,6 +46,8 @@ int main(int argc, char **argv)
 #ifndef GLWINDOW_TEST_GL
     qputenv("QT_QPA_PLATFORM", "minimal");
 #endif
+    const QTemporaryDir settings; // in place of those of the person who runs the tests
+    qputenv("XDG_CONFIG_HOME", settings.path().toLocal8Bit());
     // Kept to the end of the process: with it the display and its driver stay open, so that a leak
     // checker can tell what is theirs.
     static auto *const application = new Application(argc, argv);
