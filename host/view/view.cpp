@@ -391,25 +391,24 @@ void View::InitContextMenuTree(GLW *glw, QObject *tree)
 void View::fillMenu(GLW *glw, MenuTree *tree)
 {
     const QPointer<GLW> target(glw); // it may be gone before an entry is chosen
-    const auto steer = [this, target](void (Controls::*slot)(GLW *)) {
-        return [this, target, slot] {
+    const auto steer = [controls = controls_, target](const char *slot) {
+        return [controls, target, slot] {
             if (target)
-                (controls_->*slot)(target);
+                QMetaObject::invokeMethod(controls, slot, Q_ARG(GLW *, target));
         };
     };
     if (const Item *shown = item(glw)) {
-        tree->add(tr("Fit"), "F", controls_, steer(&Controls::Fit));
-        tree->add(tr("First view"), "Home", controls_, steer(&Controls::Home));
+        tree->add(tr("Fit"), "F", controls_, steer("Fit"));
+        tree->add(tr("First view"), "Home", controls_, steer("Home"));
         MenuTree *sides = tree->addMenu(tr("Look from"));
-        const std::pair<QString, void (Controls::*)(GLW *)> views[] = {
-            {tr("Front"), &Controls::LookFront}, {tr("Back"), &Controls::LookBack},
-            {tr("Left"), &Controls::LookLeft},   {tr("Right"), &Controls::LookRight},
-            {tr("Top"), &Controls::LookTop},     {tr("Bottom"), &Controls::LookBottom}};
+        const std::pair<QString, const char *> views[] = {
+            {tr("Front"), "LookFront"}, {tr("Back"), "LookBack"}, {tr("Left"), "LookLeft"},
+            {tr("Right"), "LookRight"}, {tr("Top"), "LookTop"},   {tr("Bottom"), "LookBottom"}};
         int key = 0;
         for (const auto &[text, look] : views)
             sides->add(text, QString::number(++key), controls_, steer(look));
         tree->addCheck(tr("Orthographic"), "O", shown->isOrthographic(glw), controls_,
-                       steer(&Controls::ToggleProjection));
+                       steer("ToggleProjection"));
         tree->addSeparator();
     }
     tree->addCheck(tr("Lighting"), "G", display_.lighting, this, [this] { ToggleLighting(); });

@@ -291,6 +291,15 @@ TEST_F(EndToEnd, TheRightButtonOpensTheMenuAndAnEntryActs)
 
     run({"click", "3"});
     eventually([&] { return settled() != before; });
+    run({"key", "Down", "Down", "Return"}); // the second entry: the first view, from the side
+    EXPECT_TRUE(
+        eventually([&] { return grab().copy(0, 70, 800, 530) != before.copy(0, 70, 800, 530); }));
+    EXPECT_GT(find(settled(), Colour::Red).extent.height(),
+              find(start, Colour::Red).extent.height() / 2);
+    EXPECT_FALSE(find(settled(), Colour::Red).extent == find(start, Colour::Red).extent);
+
+    run({"click", "3"});
+    eventually([&] { return settled() != before; });
     run({"key", "Up", "Return"}); // the last entry: Quit
     EXPECT_TRUE(viewer.waitForFinished(patience));
     EXPECT_EQ(viewer.exitCode(), 0);
