@@ -24,6 +24,13 @@ Overlay::~Overlay()
     window_.removeScene(scene_);
 }
 
+void Overlay::shareKeys()
+{
+    for (QAction *action : view_.mainGLW()->actions())
+        if (action->property("key").isValid())
+            QMetaObject::invokeMethod(scene_, "AddAction", Q_ARG(QAction *, action));
+}
+
 void Overlay::bindClick(const QString &text)
 {
     if (QAction *action =

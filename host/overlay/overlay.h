@@ -33,6 +33,9 @@ public:
     /// Whether it says something of what is shown, and so belongs into a picture.
     virtual bool belongsInPicture() const { return true; }
 
+    /// Lets the keys that are bound on the view's main object be heard here too.
+    void shareKeys();
+
 public slots:
     void PaintForeground(GLW *glw, QPainter *painter);
     void Click(GLW *glw, bool pressed);

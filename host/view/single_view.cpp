@@ -28,6 +28,10 @@ SingleView::SingleView(Window &window, const QString &path)
     addOverlays();
     bindKey(scene(), "PgDown", "next-file", tr("Next file in the folder"), this, SLOT(OpenNext()));
     bindKey(scene(), "PgUp", "previous-file", tr("File before it"), this, SLOT(OpenPrevious()));
+    // Over an overlay the pointer is on another object, and still the keys mean the main one.
+    for (const auto &overlay : overlays_)
+        overlay->shareKeys();
+    controls().setPeers([this](GLW *) { return QList<GLW *>{glw()}; });
     reader_.start(path_);
 }
 
