@@ -5,16 +5,22 @@
 
 namespace {
 
-/// Connects the first of @p signals whose arguments @p slot accepts.
-bool connectFirst(QAction *action, std::initializer_list<const char *> signals_, QObject *obj,
+/// Connects the first of @p candidates whose arguments @p slot accepts. Qt compares the arguments
+/// as text, so both sides are brought to its normal spelling first.
+bool connectFirst(QAction *action, std::initializer_list<const char *> candidates, QObject *obj,
                   const char *slot)
 {
     if (!obj || !slot)
         return false;
     QObject::connect(obj, SIGNAL(destroyed()), action, SLOT(deleteLater()));
-    for (const char *signal : signals_)
-        if (QMetaObject::checkConnectArgs(signal, slot))
-            return bool(QObject::connect(action, signal, obj, slot));
+    const QByteArray wanted = QMetaObject::normalizedSignature(slot);
+    if (!wanted.contains('(')) // Qt would look for it beyond the text
+        return false;
+    for (const char *candidate : candidates) {
+        const QByteArray signal = QMetaObject::normalizedSignature(candidate);
+        if (QMetaObject::checkConnectArgs(signal, wanted))
+            return bool(QObject::connect(action, signal, obj, wanted));
+    }
     return false;
 }
 

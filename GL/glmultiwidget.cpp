@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The multi-view's tiles and its passes.
+// The multi-view's tiles.
 #include "GL/glmultiwidget.h"
 
-#include "GL/pass.h"
 #include "Qt/utils.h"
 
 namespace {
@@ -91,6 +90,21 @@ GLTile *GLMultiWidget::alive(const GLTiles &all, GLTiles::const_iterator it) con
     return tiles.isSharedWith(all) || tiles.value(it.key()) == it.value() ? it.value() : nullptr;
 }
 
+/// Visits every tile that is still there when its turn comes. Returns false if the view itself
+/// died: whoever hears of a change, a filter of a tile's events among them, may delete either.
+bool GLMultiWidget::forEachTile(const std::function<void(GLTile *)> &visit)
+{
+    const QPointer<GLMultiWidget> self(this);
+    const GLTiles all = tiles;
+    for (auto it = all.begin(); it != all.end(); ++it) {
+        if (GLTile *tile = alive(all, it))
+            visit(tile);
+        if (!self)
+            return false;
+    }
+    return true;
+}
+
 QVariantList GLMultiWidget::Tiles()
 {
     QVariantList ids;
@@ -150,15 +164,11 @@ void GLMultiWidget::Clear()
 
 void GLMultiWidget::ResetViewport()
 {
-    const GLTiles all = tiles;
-    for (auto it = all.begin(); it != all.end(); ++it) {
-        GLTile *tile = alive(all, it);
-        if (!tile)
-            continue;
+    forEachTile([](GLTile *tile) {
         tile->viewport.pos = Vector(0, 0, 0);
         tile->viewport.scale = Vector(1, 1, 1);
         tile->setProperty("zoom", 1.0f);
-    }
+    });
 }
 
 QObject *GLMultiWidget::Connect(QObject *o)
@@ -186,148 +196,4 @@ void GLMultiWidget::Connected()
     NewMouseAction(left, 0, makeName("leftmouse"), this, SLOT(LeftMouse(GLW *, bool)));
     NewMouseAction(left | uint(Qt::ControlModifier), 0, makeName("ctrlleftmouse"), this,
                    SLOT(CtrlLeftMouse(GLW *, bool)));
-}
-
-GLW *GLMultiWidget::hit(int x, int y)
-{
-    const QPointF point(x, y);
-    for (GLTile *tile : qAsConst(tiles))
-        if (tile->orect.contains(point) && tile->is(GLTile::Enabled) && tile->is(GLTile::Visible))
-            return tile;
-    return nullptr;
-}
-
-void GLMultiWidget::initializeGL()
-{
-    if (!property<bool>("enabled"))
-        return;
-    const QPointer<GLMultiWidget> self(this);
-    const GLTiles all = tiles;
-    for (auto it = all.begin(); it != all.end(); ++it) {
-        if (GLTile *tile = alive(all, it))
-            emit Init(tile);
-        if (!self)
-            return;
-    }
-}
-
-void GLMultiWidget::pickGL()
-{
-    if (!gl || !property<bool>("enabled") || !property<bool>("visible"))
-        return;
-    const PassGuard pass(this);
-    if (updateLayout > 0) {
-        calculateLayout();
-        if (!pass.alive())
-            return;
-        updateLayout = 0;
-    }
-    const GLTiles all = tiles;
-    for (auto it = all.begin(); it != all.end(); ++it) {
-        if (property<bool>("enabled") && alive(all, it) && (*it)->is(GLTile::Visible))
-            pickTile(all, it, pass);
-        if (!pass.alive())
-            return;
-    }
-}
-
-void GLMultiWidget::pickTile(const GLTiles &all, GLTiles::const_iterator it, const PassGuard &pass)
-{
-    GLTile *tile = *it;
-    setGLViewport(*tile);
-    tile->camera.Update(1);
-    tile->viewport.Update();
-    emit Update(tile);
-    if (!pass.alive() || !alive(all, it))
-        return;
-
-    const Mouse &mouse = gl->mouse;
-    if (!tile->orect.contains(QPointF(mouse.x, height() - mouse.y)))
-        return;
-    const PickRegion r(mouse);
-    if (property<bool>("pick3d") && tile->is(GLTile::Pick3D)) {
-        tile->camera.Setup(int(tile->width()), int(tile->height()), r.x, r.y, r.width, r.height);
-        glDisable(GL_LIGHTING);
-        emit Pick3D(tile);
-        if (!pass.alive() || !alive(all, it))
-            return;
-    }
-    if (property<bool>("pick2d") && tile->is(GLTile::Pick2D)) {
-        tile->viewport.Setup(int(tile->width()), int(tile->height()), 100, r.x, r.y, r.width,
-                             r.height);
-        glDisable(GL_LIGHTING);
-        emit Pick2D(tile);
-    }
-}
-
-void GLMultiWidget::paintGL()
-{
-    if (!gl || !property<bool>("visible"))
-        return;
-    const PassGuard pass(this);
-    emit DrawEvent();
-    if (pass.alive())
-        paintWhole("drawbg", &GLMultiWidget::DrawBG);
-    if (!pass.alive())
-        return;
-    const GLTiles all = tiles;
-    for (auto it = all.begin(); it != all.end(); ++it) {
-        if (alive(all, it) && (*it)->is(GLTile::Visible))
-            paintTile(all, it, pass);
-        if (!pass.alive())
-            return;
-    }
-    paintWhole("drawfg", &GLMultiWidget::DrawFG);
-}
-
-/// The pass over the view as a whole, if the property @p gate lets it run.
-void GLMultiWidget::paintWhole(const char *gate, void (GLMultiWidget::*signal)(GLW *))
-{
-    if (!property<bool>(gate))
-        return;
-    setGLViewport(*this);
-    Init2D();
-    emit(this->*signal)(this);
-}
-
-void GLMultiWidget::paintTile(const GLTiles &all, GLTiles::const_iterator it, const PassGuard &pass)
-{
-    GLTile *tile = *it;
-    setGLViewport(*tile);
-    if (property<bool>("draw3d") && tile->is(GLTile::Draw3D) && tile->gl) {
-        tile->camera.Setup(int(tile->width()), int(tile->height()), 0, 0, 0, 0);
-        if (!tile->lights.empty())
-            glEnable(GL_LIGHTING);
-        for (GL::Light &light : tile->lights)
-            light.Reposition();
-        emit Draw3D(tile);
-        if (!pass.alive() || !alive(all, it))
-            return;
-    }
-    if (property<bool>("draw2d") && tile->is(GLTile::Draw2D)) {
-        tile->viewport.Setup(int(tile->width()), int(tile->height()), 100, 0, 0, 0, 0);
-        emit Draw2D(tile);
-    }
-}
-
-void GLMultiWidget::paintEvent(QPaintEvent *)
-{
-    if (!gl)
-        return;
-    gl->makeCurrent();
-    paintGL();
-}
-
-void GLMultiWidget::ForceUpdate()
-{
-    if (!property<bool>("enabled"))
-        return;
-    const QPointer<GLMultiWidget> self(this);
-    const GLTiles all = tiles;
-    for (auto it = all.begin(); it != all.end(); ++it) {
-        if (alive(all, it) && (*it)->is(GLTile::Visible))
-            emit Update(*it);
-        if (!self)
-            return;
-    }
 }

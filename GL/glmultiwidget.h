@@ -2,6 +2,8 @@
 #ifndef GL_GLMULTIWIDGET_H
 #define GL_GLMULTIWIDGET_H
 
+#include <functional>
+
 #include <QList>
 #include <QMap>
 #include <QSize>
@@ -118,8 +120,8 @@ public Q_SLOTS:
     void ResetViewport();          ///< Pan 0, scale 1 and property "zoom" 1 on every tile.
     /// GLWidget's, and Update, DrawBG and DrawFG too.
     QObject *Connect(QObject *o);
-    void
-    Connected(); ///< Called by the window: takes it for all tiles and makes the mouse bindings.
+    /// Called by the window: takes it for all tiles and makes the mouse bindings.
+    void Connected();
     void Resize(int w, int h);
     void UpdateLayout();
     void ForceUpdate(); ///< Emits Update for every visible tile.
@@ -140,6 +142,7 @@ private:
     };
 
     GLTile *alive(const GLTiles &all, GLTiles::const_iterator it) const;
+    bool forEachTile(const std::function<void(GLTile *)> &visit);
     QByteArray makeName(const char *name) const;
     QList<GLTile *> orderedTiles() const;
     QList<GLTile *> visibleTiles() const;
@@ -151,7 +154,7 @@ private:
     void paintTile(const GLTiles &all, GLTiles::const_iterator it, const PassGuard &pass);
     void paintWhole(const char *gate, void (GLMultiWidget::*signal)(GLW *));
     void toggleSingleView(quint32 id);
-    void setSelected(const QList<int> &ids);
+    bool setSelected(const QList<int> &ids);
     void localSelect(int id, int multi);
     void pressOrRelease(GLW *glw, bool state, int multi);
     QList<int> idsWhere(const char *name) const;

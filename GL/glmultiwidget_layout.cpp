@@ -153,8 +153,12 @@ void GLMultiWidget::calculateLayout()
         return;
     }
     const Grid grid = searchGrid(count, tileWidth, tileHeight);
+    const QPointer<GLMultiWidget> self(this);
     setProperty("rows", grid.rows);
-    setProperty("cols", grid.cols);
+    if (self)
+        setProperty("cols", grid.cols);
+    if (!self)
+        return;
     placeTiles(grid);
     if (width() > 1.0 && height() > 1.0 && grid.cols * grid.rows > 0)
         emit TileResized(truncated(width() / grid.cols), truncated(height() / grid.rows));

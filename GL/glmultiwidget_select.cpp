@@ -60,8 +60,8 @@ void GLMultiWidget::LeftDoubleMouse(GLW *glw, bool)
     const QPointer<GLWindow> window = glw->gl;
     const int id = glw->id();
     if (window->mouse.double_click && id != -1) {
-        setSelected({});
-        emit ValueChanged({});
+        if (setSelected({}))
+            emit ValueChanged({});
         if (self)
             toggleSingleView(quint32(id));
     }
@@ -81,24 +81,27 @@ void GLMultiWidget::localSelect(int id, int multi)
         selection.append(id);
         std::sort(selection.begin(), selection.end());
     }
-    setSelected(selection);
-    emit ValueChanged(selection);
+    if (setSelected(selection))
+        emit ValueChanged(selection);
 }
 
-void GLMultiWidget::setSelected(const QList<int> &ids)
+/// Returns false if the view died of it.
+bool GLMultiWidget::setSelected(const QList<int> &ids)
 {
     const QSet<int> wanted(ids.begin(), ids.end());
-    const GLTiles all = tiles;
-    for (auto it = all.begin(); it != all.end(); ++it)
-        if (GLTile *tile = alive(all, it))
-            tile->setProperty("selected", wanted.contains(tile->id()));
+    return forEachTile(
+        [&](GLTile *tile) { tile->setProperty("selected", wanted.contains(tile->id())); });
 }
 
 void GLMultiWidget::SetVisible(QList<int> ids, bool visible)
 {
-    for (int id : qAsConst(ids))
+    const QPointer<GLMultiWidget> self(this);
+    for (int id : qAsConst(ids)) {
         if (GLTile *tile = tiles.value(uint(id)))
             tile->setProperty("visible", visible);
+        if (!self)
+            return;
+    }
     ++updateLayout;
 }
 
@@ -106,40 +109,34 @@ void GLMultiWidget::toggleSingleView(quint32 id)
 {
     if (tiles.size() == 1)
         return;
-    const bool back = visibleTiles().size() == 1;
-    const GLTiles all = tiles;
-    for (auto it = all.begin(); it != all.end(); ++it)
-        if (GLTile *tile = alive(all, it))
-            tile->setProperty("visible", back || quint32(tile->id()) == id);
+    const bool all = visibleTiles().size() == 1;
+    if (!forEachTile(
+            [&](GLTile *tile) { tile->setProperty("visible", all || quint32(tile->id()) == id); }))
+        return;
     ++updateLayout;
     emit VisibleCountChanged(visibleTiles().size());
 }
 
 void GLMultiWidget::SelectAll()
 {
-    const QList<int> selected = GetSelected();
-    const bool select = selected.size() != tiles.size();
+    const bool select = GetSelected().size() != tiles.size();
     QList<int> ids;
-    const GLTiles all = tiles;
-    for (auto it = all.begin(); it != all.end(); ++it) {
-        GLTile *tile = alive(all, it);
-        if (!tile)
-            continue;
-        tile->setProperty("selected", select);
-        if (select)
-            ids.append(tile->id());
-    }
-    emit ValueChanged(ids);
+    if (forEachTile([&](GLTile *tile) {
+            if (select)
+                ids.append(tile->id());
+            tile->setProperty("selected", select);
+        }))
+        emit ValueChanged(ids);
 }
 
 void GLMultiWidget::ToggleVisible()
 {
     const QList<int> selected = GetSelected();
     const bool onlySelected = !selected.isEmpty() && selected != GetVisible();
-    const GLTiles all = tiles;
-    for (auto it = all.begin(); it != all.end(); ++it)
-        if (GLTile *tile = alive(all, it))
+    if (!forEachTile([&](GLTile *tile) {
             tile->setProperty("visible", onlySelected ? tile->property<bool>("selected") : true);
+        }))
+        return;
     const QPointer<GLMultiWidget> self(this);
     emit VisibleCountChanged(visibleTiles().size());
     if (self)

@@ -202,8 +202,9 @@ inline QAction *GLW::enableAction(const char *name, bool enable)
     const QString wanted = QString::fromUtf8(name);
     for (QAction *action : actions()) {
         if (action && action->objectName() == wanted) {
+            const QPointer<QAction> found(action);
             action->setEnabled(enable);
-            return action;
+            return found;
         }
     }
     return nullptr;

@@ -47,20 +47,29 @@ void GLWidget::removeNamed(const QString &name)
 QAction *GLWidget::NewKeyAction(const QString &binding, const char *name, QObject *obj,
                                 const char *slot)
 {
+    // Slots that hear of a replaced action's end may delete this object or the receiver.
+    const QPointer<GLWidget> self(this);
+    const QPointer<QObject> receiver(obj);
     removeNamed(QString::fromUtf8(name));
+    if (!self)
+        return nullptr;
     auto *action = new KeyAction(this, name);
     action->setKey(QKeySequence(binding, QKeySequence::NativeText));
-    action->connect(obj, slot);
+    action->connect(receiver, slot);
     return InsertAction(_actions.value(0), action);
 }
 
 QAction *GLWidget::NewMouseAction(uint binding, uint mask, const char *name, QObject *obj,
                                   const char *slot)
 {
+    const QPointer<GLWidget> self(this);
+    const QPointer<QObject> receiver(obj);
     removeNamed(QString::fromUtf8(name));
+    if (!self)
+        return nullptr;
     auto *action = new MouseAction(this, name);
     action->setBinding(binding, mask);
-    action->connect(obj, slot);
+    action->connect(receiver, slot);
     return InsertAction(_actions.value(0), action);
 }
 

@@ -153,11 +153,13 @@ void QGLWindow::glDraw()
 
 void QGLWindow::initializeGL()
 {
+    const QPointer<QGLWindow> self(this);
     initialized = context();
     const auto renderer = reinterpret_cast<const char *>(glGetString(GL_RENDERER));
     if (!qIsTrue(this, "swRendering") && renderer && std::strstr(renderer, "Software"))
         setProperty("swRendering", true);
-    forEachObject(&GLWidget::initializeGL);
+    if (self)
+        forEachObject(&GLWidget::initializeGL);
 }
 
 void QGLWindow::resizeGL(int w, int h)
@@ -195,15 +197,16 @@ void QGLWindow::paintGL()
     constexpr double period = 500000; // microseconds between two refreshes of the texts
     if (double(t1) > double(timer.start) + period)
         refreshTexts(t1);
-    last_draw = size_t(t1);
+    else
+        last_draw = size_t(t1);
 }
 
 void QGLWindow::drawFrameRate()
 {
     glColor3f(1, 1, 1);
     glPushAttrib(GL_ALL_ATTRIB_BITS);
-    // Not a capability: this disables nothing and raises GL_INVALID_ENUM, which hosts have come to
-    // expect in the error flag after a frame.
+    // Not a capability: it disables nothing and leaves GL_INVALID_ENUM in the error flag. Kept, as
+    // the frame's sequence of GL calls is part of what hosts are promised.
     glDisable(GL_DEPTH_BUFFER_BIT);
     if (qIsTrue(this, "drawfps") && qIsTrue(this, "timer")) {
         const int margin = 6; // pixels
@@ -225,7 +228,12 @@ void QGLWindow::refreshTexts(time_t now)
     last_fps = QStringLiteral("%1 fps %2%gfx")
                    .arg(double(rate), 4, 'f', decimals, blank)
                    .arg(load(), 2, 'f', 0, blank);
-    setProperty("fpsString", QStringLiteral("%1 fps").arg(double(rate), 4, 'f', decimals, blank));
-    setProperty("cpuString", QStringLiteral("%1%").arg(load(), 2, 'f', 0, blank));
+    const QString loadText = QStringLiteral("%1%").arg(load(), 2, 'f', 0, blank);
     timer.Start();
+    last_draw = size_t(now);
+    // Last, since whoever hears of these may delete the window.
+    const QPointer<QGLWindow> self(this);
+    setProperty("fpsString", QStringLiteral("%1 fps").arg(double(rate), 4, 'f', decimals, blank));
+    if (self)
+        setProperty("cpuString", loadText);
 }

@@ -114,16 +114,17 @@ private:
 
 /// Connects @p a to @p obj's @p slot (in `SLOT()` form) that takes nothing or a bool; the action
 /// dies with @p obj. Returns false if an argument is null or the slot does not fit.
-bool action_connect(QAction *a, QObject *obj, const char *slot);
-
 inline bool action_connect(QAction *a, QObject *obj, const char *slot)
 {
     if (!obj || !slot || !a)
         return false;
     QObject::connect(obj, SIGNAL(destroyed()), a, SLOT(deleteLater()));
+    const QByteArray wanted = QMetaObject::normalizedSignature(slot);
+    if (!wanted.contains('(')) // Qt would look for it beyond the text
+        return false;
     for (const char *signal : {SIGNAL(triggered()), SIGNAL(triggered(bool))})
-        if (QMetaObject::checkConnectArgs(signal, slot))
-            return bool(QObject::connect(a, signal, obj, slot));
+        if (QMetaObject::checkConnectArgs(signal, wanted))
+            return bool(QObject::connect(a, signal, obj, wanted));
     return false;
 }
 

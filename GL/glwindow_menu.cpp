@@ -16,14 +16,19 @@ QAction *QGLWindow::NewAction(const QString &binding, const char *name, QObject 
     for (QAction *action : before)
         if (action->objectName() == wanted)
             replaced.append(action);
+    // Slots that hear of a replaced action's end may delete the window or the receiver.
+    const QPointer<QGLWindow> self(this);
+    const QPointer<QObject> receiver(obj);
     for (const QPointer<QAction> &action : qAsConst(replaced))
         delete action.data();
+    if (!self)
+        return nullptr;
 
-    auto *action = new QAction(this);
+    const QPointer<QAction> action(new QAction(this));
     action->setObjectName(wanted);
     action->setShortcut(QKeySequence(binding, QKeySequence::NativeText));
     action->setShortcutContext(Qt::WidgetShortcut);
-    action_connect(action, obj, slot);
+    action_connect(action, receiver, slot);
     insertAction(actions().contains(first) ? first : nullptr, action);
     return action;
 }
@@ -36,8 +41,9 @@ bool QGLWindow::DeleteAction(const char *name)
     const QList<QAction *> all = actions();
     for (QAction *action : all) {
         if (action->objectName() == wanted) {
+            const QPointer<QAction> found(action);
             removeAction(action);
-            delete action;
+            delete found.data();
             return true;
         }
     }
@@ -60,9 +66,9 @@ void QGLWindow::ContextMenu(QObject *o)
     }
     if (opened)
         opened->exec(QCursor::pos());
+    delete opened.data();
     if (!self)
         return;
-    delete opened.data();
     menu = nullptr;
     const QPoint after = mapFromGlobal(QCursor::pos());
     // The y from the top is what hosts see here; the next pointer event brings it upright.

@@ -37,10 +37,8 @@ public:
     /// Exact equality of all three components; false as soon as one is NaN.
     bool operator==(const Vector &o) const { return x == o.x && y == o.y && z == o.z; }
     bool operator!=(const Vector &o) const { return !(*this == o); }
-    bool operator!() const
-    {
-        return x == 0 && y == 0 && z == 0;
-    } ///< Whether it is the zero vector.
+    /// Whether it is the zero vector.
+    bool operator!() const { return x == 0 && y == 0 && z == 0; }
 
     Vector &operator+=(const Vector &o);
     Vector &operator-=(const Vector &o);
