@@ -51,7 +51,7 @@ QList<GLTile *> GLMultiWidget::visibleTiles() const
 {
     QList<GLTile *> visible;
     for (GLTile *tile : tiles)
-        if (tile->is(GLTile::Visible))
+        if (tile->property<bool>("visible"))
             visible.append(tile);
     return visible;
 }
@@ -128,7 +128,7 @@ void GLMultiWidget::placeTiles(const Grid &grid)
     const double tileH = truncated((height() - (grid.rows + 1) * spacing) / grid.rows);
     int placed = 0;
     for (GLTile *tile : orderedTiles()) {
-        if (!tile->is(GLTile::Visible))
+        if (!tile->property<bool>("visible"))
             continue;
         const int row = placed / grid.cols;
         const int col = placed % grid.cols;

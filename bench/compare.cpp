@@ -3,24 +3,38 @@
 
 #include <algorithm>
 #include <chrono>
+#include <ctime>
 #include <vector>
 
 #include <qopengl.h>
 
 namespace {
 
-/// Nanoseconds of one run.
-double timed(const std::function<void()> &run, const Contest &contest)
+/// Nanoseconds of one run: by the wall clock, and of this thread on the processor.
+struct Sample {
+    double wall, cpu;
+};
+
+Sample now()
 {
-    using Clock = std::chrono::steady_clock;
+    timespec t;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
+    const auto wall = std::chrono::steady_clock::now().time_since_epoch();
+    return {std::chrono::duration<double, std::nano>(wall).count(),
+            double(t.tv_sec) * 1e9 + double(t.tv_nsec)};
+}
+
+Sample timed(const std::function<void()> &run, const Contest &contest)
+{
     if (contest.gl)
         glFinish();
-    const auto start = Clock::now();
+    const Sample start = now();
     for (int i = 0; i < contest.batch; ++i)
         run();
     if (contest.gl)
         glFinish();
-    return std::chrono::duration<double, std::nano>(Clock::now() - start).count() / contest.batch;
+    const Sample end = now();
+    return {(end.wall - start.wall) / contest.batch, (end.cpu - start.cpu) / contest.batch};
 }
 
 double median(std::vector<double> &v)
@@ -39,23 +53,27 @@ void compare(benchmark::State &state, const Contest &contest)
         state.SkipWithError("wrong result");
         return;
     }
-    std::vector<double> module, bare;
+    std::vector<double> module, bare, ratio, cpuRatio;
     bool moduleFirst = false;
     for (auto _ : state) {
         moduleFirst = !moduleFirst; // so that neither always finds the caches the other left
+        Sample m{}, b{};
         if (moduleFirst)
-            module.push_back(timed(contest.module, contest));
-        bare.push_back(timed(contest.bare, contest));
+            m = timed(contest.module, contest);
+        b = timed(contest.bare, contest);
         if (!moduleFirst)
-            module.push_back(timed(contest.module, contest));
-        state.SetIterationTime((module.back() + bare.back()) * contest.batch * 1e-9);
+            m = timed(contest.module, contest);
+        module.push_back(m.wall);
+        bare.push_back(b.wall);
+        ratio.push_back(m.wall / b.wall);
+        cpuRatio.push_back(m.cpu / b.cpu);
+        state.SetIterationTime((m.wall + b.wall) * contest.batch * 1e-9);
     }
     if (module.empty())
         return;
-    const double m = median(module);
-    const double b = median(bare);
-    state.counters["module_ns"] = m;
-    state.counters["bare_ns"] = b;
-    state.counters["ratio"] = m / b;
-    state.counters["item_ns"] = m / contest.items;
+    state.counters["module_ns"] = median(module);
+    state.counters["bare_ns"] = median(bare);
+    state.counters["ratio"] = median(ratio);
+    state.counters["cpu_ratio"] = median(cpuRatio);
+    state.counters["item_ns"] = median(module) / contest.items;
 }

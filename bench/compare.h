@@ -16,9 +16,10 @@ struct Contest {
     bool gl = false; ///< Waits for OpenGL before the clock is read.
 };
 
-/// Measures both ways alternately, in one run, and reports medians: counters `module_ns`, `bare_ns`
-/// and `item_ns` (module) per run or item in nanoseconds, and `ratio`, module to bare. Skips with
-/// an error if the results are not correct.
+/// Measures both ways alternately, in one run, and reports medians: counters `module_ns` and
+/// `bare_ns` per run and `item_ns` (module) per item, nanoseconds of the wall clock; `ratio` of
+/// module to bare over pairs of neighbouring runs, and `cpu_ratio`, the same in this thread's time
+/// on the processor. Skips with an error if the results are not correct.
 void compare(benchmark::State &state, const Contest &contest);
 
 #endif

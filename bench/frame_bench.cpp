@@ -253,7 +253,7 @@ void Frame(benchmark::State &state)
     window.RemoveGLWidget(&view);
 }
 
-BENCHMARK(Frame)->Arg(1)->Arg(16)->Arg(64)->Arg(256)->Arg(1024)->UseManualTime()->MinTime(8)->Unit(
+BENCHMARK(Frame)->Arg(1)->Arg(16)->Arg(64)->Arg(256)->Arg(1024)->UseManualTime()->MinTime(20)->Unit(
     benchmark::kMillisecond);
 
 } // namespace
