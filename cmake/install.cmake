@@ -37,7 +37,7 @@ string(REGEX REPLACE "/$" "" prefix_from_pc ${prefix_from_pc})
 configure_file(cmake/glwindow.pc.in ${PROJECT_BINARY_DIR}/glwindow.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/glwindow.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT glwindow-dev)
-install(DIRECTORY docs/ DESTINATION ${dev_doc} COMPONENT glwindow-dev
+install(DIRECTORY docs DESTINATION ${dev_doc} COMPONENT glwindow-dev
         OPTIONAL FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.png")
 install(DIRECTORY examples/ DESTINATION ${dev_doc}/examples COMPONENT glwindow-dev
         OPTIONAL PATTERN "__pycache__" EXCLUDE)
