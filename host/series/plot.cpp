@@ -56,7 +56,7 @@ QRectF SeriesPlot::range2D() const
 
 void SeriesPlot::fit(GLW *glw, const QRectF &range)
 {
-    frame_.fit(glw->viewport, sizeOf(glw), PlotLayout(*table_, sizeOf(glw)).area, range);
+    frame_.fit(glw->viewport, sizeOf(glw), PlotLayout(*table_, sizeOf(glw), titled_).area, range);
 }
 
 void SeriesPlot::fitAll(GLW *glw)
@@ -68,7 +68,7 @@ void SeriesPlot::fitAll(GLW *glw)
 
 QRectF SeriesPlot::visibleRange(const GLW *glw) const
 {
-    const QRectF area = PlotLayout(*table_, sizeOf(glw)).area;
+    const QRectF area = PlotLayout(*table_, sizeOf(glw), titled_).area;
     return {toData(glw, area.topLeft()), toData(glw, area.bottomRight())};
 }
 
@@ -123,7 +123,7 @@ QVector3D SeriesPlot::nearestPosition(const GLW *glw, const QVector3D &position)
 
 int SeriesPlot::legendHit(const GLW *glw, const QPointF &local) const
 {
-    const PlotLayout layout(*table_, sizeOf(glw));
+    const PlotLayout layout(*table_, sizeOf(glw), titled_);
     const auto entry = std::find_if(layout.legend.begin(), layout.legend.end(),
                                     [&local](const QRectF &r) { return r.contains(local); });
     return entry == layout.legend.end() ? -1 : int(entry - layout.legend.begin());
@@ -185,8 +185,11 @@ QRectF SeriesPlot::selectedPixels(const GLW *glw) const
 
 SeriesPlot::Picture SeriesPlot::picture(const GLW *glw) const
 {
-    Picture picture{
-        sizeOf(glw), PlotLayout(*table_, sizeOf(glw)), visibleRange(glw).normalized(), {}, {}};
+    Picture picture{sizeOf(glw),
+                    PlotLayout(*table_, sizeOf(glw), titled_),
+                    visibleRange(glw).normalized(),
+                    {},
+                    {}};
     const QRectF &area = picture.layout.area;
     const QRectF &range = picture.range;
     const bool small = picture.layout.small;

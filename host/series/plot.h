@@ -60,6 +60,9 @@ public:
     /// before shows through, as a transparent picture needs.
     void setBackground(bool filled) { filled_ = filled; }
 
+    /// Whether the table's name stands over the plot.
+    void setTitled(bool titled) { titled_ = titled; }
+
     bool enabled(int column) const; ///< False for a column that does not exist.
     void toggle(int column); ///< Shows or hides it. Nothing for a column that does not exist.
 
@@ -148,6 +151,7 @@ private:
     PlotFrame frame_;
     PlotTheme theme_ = PlotTheme::Light;
     bool filled_ = true;
+    bool titled_ = true;
     std::optional<Sample> crosshair_;
     std::optional<QRectF> selected_; // data, normalized
     std::vector<bool> selectedColumns_;

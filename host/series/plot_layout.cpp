@@ -21,7 +21,7 @@ QFont fontOf(int pixels, bool bold)
 
 } // namespace
 
-PlotLayout::PlotLayout(const Table &table, QSize size)
+PlotLayout::PlotLayout(const Table &table, QSize size, bool titled)
     : small(size.width() < 360 || size.height() < 240),
       axes(size.width() >= 120 && size.height() >= 90),
       font(fontOf(small ? 11 : 12, false)),
@@ -38,7 +38,7 @@ PlotLayout::PlotLayout(const Table &table, QSize size)
     const double left = small ? 48 : 64;
     const double right = width - (small ? 10 : 20);
     const double top = small ? 4 : 10;
-    title = QRectF(left, top, right - left, QFontMetricsF(titleFont).height());
+    title = QRectF(left, top, right - left, titled ? QFontMetricsF(titleFont).height() : 0);
     const double legendEnd = placeLegend(table, left, right, title.bottom() + 2, small ? 1 : 3);
     area = QRectF(QPointF(left, legendEnd + 8), QPointF(right, height - 2 * line - 12));
 }

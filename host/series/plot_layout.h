@@ -16,7 +16,8 @@ namespace host {
 /// downwards. It depends on the table's names and the size alone, so that neither panning nor
 /// zooming moves the axes.
 struct PlotLayout {
-    PlotLayout(const Table &table, QSize size);
+    /// Without @p titled no room is kept for the title.
+    PlotLayout(const Table &table, QSize size, bool titled = true);
 
     bool small;  ///< A tile in which the texts are smaller.
     bool axes;   ///< Whether there is room for anything but the lines.

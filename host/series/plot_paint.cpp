@@ -124,6 +124,8 @@ void SeriesPlot::paintForeground(GLW *glw, QPainter *painter) const
 void SeriesPlot::paintTitle(QPainter &painter, const Picture &picture) const
 {
     const QRectF &place = picture.layout.title;
+    if (place.isEmpty())
+        return;
     painter.setFont(picture.layout.titleFont);
     painter.setPen(plotColors(theme_).text);
     painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter,

@@ -26,7 +26,7 @@ void SheetView::bindKeys()
         {"L", "link", tr("Link the cameras of the selected, or of all"), this, SLOT(ToggleLink())},
         {"N", "sort-name", tr("Sort by name; again: reversed"), this, SLOT(SortByName())},
         {"S", "sort-size", tr("Sort by file size"), this, SLOT(SortBySize())},
-        {"C", "sort-count", tr("Sort by triangles"), this, SLOT(SortByCount())},
+        {"C", "sort-count", tr("Sort by triangles or rows"), this, SLOT(SortByCount())},
         {"+ Shift++ = Num++", "wider", tr("More space between tiles"), this, SLOT(WiderSpacing())},
         {"- Num+-", "narrower", tr("Less space"), this, SLOT(NarrowerSpacing())},
         {"Shift+Home", "reset-all", tr("All cameras back to the first view"), this,
@@ -83,6 +83,11 @@ void SheetView::sortBy(SheetOrder order)
     reversed_ = sorted_ && order == order_ && !reversed_;
     sorted_ = true;
     order_ = order;
+    applyOrder();
+}
+
+void SheetView::applyOrder()
+{
     QVariantList ids;
     for (int id : sortedIds(entries_, order_, reversed_))
         ids.append(id);
@@ -194,7 +199,7 @@ void SheetView::fillMenu(GLW *glw, MenuTree *tree)
     MenuTree *sort = tree->addMenu(tr("Sort by"));
     sort->add(tr("Name"), "N", this, [this] { SortByName(); });
     sort->add(tr("File size"), "S", this, [this] { SortBySize(); });
-    sort->add(tr("Triangles"), "C", this, [this] { SortByCount(); });
+    sort->add(tr("Triangles or rows"), "C", this, [this] { SortByCount(); });
     tree->addSeparator();
     View::fillMenu(glw, tree);
 }

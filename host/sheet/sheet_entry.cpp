@@ -6,6 +6,7 @@
 #include <QCollator>
 #include <QFileInfo>
 #include <QHash>
+#include <QLocale>
 
 namespace host {
 
@@ -57,7 +58,9 @@ SheetEntries makeEntries(const QStringList &paths)
 
 QList<int> sortedIds(const SheetEntries &entries, SheetOrder order, bool reversed)
 {
-    QCollator byName;
+    // The C locale compares bytes and knows no numbers.
+    const QLocale own;
+    QCollator byName(own.language() == QLocale::C ? QLocale(QLocale::English) : own);
     byName.setNumericMode(true);
     byName.setCaseSensitivity(Qt::CaseInsensitive);
     QList<int> ids;

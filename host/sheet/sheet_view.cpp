@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include <QLocale>
 #include <QPainter>
 
 #include "host/view/model_item.h"
@@ -157,15 +158,21 @@ void SheetView::show(int id, const std::shared_ptr<Item> &made)
     entry.state = State::Shown;
     entry.count = made->count();
     GLW *glw = tiles_.value(id);
+    made->setTitled(false); // the header names the file
     setItem(glw, made);
     if (entry.camera) {
         item(glw)->restoreView(glw, *entry.camera);
         entry.camera.reset();
     }
-    makeRoom();
+    if (makeRoom() > budget_) {
+        setItem(glw, nullptr);
+        fail(id, tr("there is no memory left for it: all tiles in view together may take %1")
+                     .arg(QLocale().formattedDataSize(qint64(budget_))));
+        return;
+    }
     changedSoon();
-    if (sorted_ && order_ == SheetOrder::Count && queue_.isIdle())
-        sortBy(SheetOrder::Count);
+    if (order_ == SheetOrder::Count && queue_.isIdle())
+        applyOrder();
 }
 
 quint64 SheetView::bytesOf(int id) const
@@ -174,12 +181,17 @@ quint64 SheetView::bytesOf(int id) const
     return shown ? shown->byteSize() : 0;
 }
 
-void SheetView::makeRoom()
+/// Returns the bytes that the items hold afterwards.
+quint64 SheetView::makeRoom()
 {
     // What a reader still holds is the queue's to bound; the rest is left to the items.
     queue_.setMemoryLimit(budget_);
     for (int id : idsToRelease(entries_, budget_ / 2, [this](int each) { return bytesOf(each); }))
         release(id);
+    quint64 held = 0;
+    for (const auto &[id, entry] : entries_)
+        held += bytesOf(id);
+    return held;
 }
 
 /// Gives back the memory of an item until its tile is looked at again.

@@ -17,8 +17,10 @@ namespace host {
 /// those in view first; a file that cannot be read keeps its tile, with the reason in it.
 ///
 /// Memory: the items together hold at most memoryBudget() bytes in arrays and GL buffers. Beyond
-/// it, tiles out of view give theirs back, the one seen longest ago first, and are read again when
-/// they come into view; what does not fit even so is refused with a message in its tile.
+/// half of it, tiles out of view give theirs back, the one seen longest ago first, and are read
+/// again when they come into view; what passes the whole even so is refused, with a message in its
+/// tile. Meshes on their way from the readers and those that the items hold stay within
+/// memoryBudget() too, so that nothing larger arrives in the first place.
 class SheetView : public View {
     Q_OBJECT
 public:
@@ -79,11 +81,12 @@ private:
     void show(int id, const std::shared_ptr<Item> &made);
     void fail(int id, const QString &reason);
     void release(int id);
-    void makeRoom();
+    quint64 makeRoom();
     quint64 bytesOf(int id) const;
     void hover(const GLW *glw);
     void drawGround() const;
     void sortBy(SheetOrder order);
+    void applyOrder();
     void changeSpacing(int pixels);
     QList<GLW *> peersOf(GLW *glw) const;
     QList<int> targetsOf(const GLW *glw) const;

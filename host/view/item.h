@@ -39,6 +39,9 @@ public:
     virtual quint64 byteSize() const = 0;     ///< Memory held, GL's included.
     virtual bool paintsTitle() const { return false; } ///< Whether the name is part of its picture.
 
+    /// Whether its picture may name the file: not where something around it does. True at first.
+    virtual void setTitled(bool) {}
+
     /// Whether something is under way that will show by itself, so that passes must go on.
     virtual bool isBusy() const { return false; }
 

@@ -75,9 +75,11 @@ QString ModelItem::underPointer() const
 quint64 ModelItem::byteSize() const
 {
     quint64 bytes = mesh_->byteSize() + buffers_.byteSize() + outline_.size() * sizeof(QVector3D);
-    if (build_->ready)
-        bytes += build_->tree->byteSize();
-    return bytes;
+    // Until the tree is there, about what it will take: a size that grew afterwards would pass
+    // limits that were kept.
+    constexpr quint64 perTriangle = 36;
+    return bytes +
+           (build_->ready ? build_->tree->byteSize() : mesh_->triangleCount() * perTriangle);
 }
 
 double ModelItem::unitsPerPixel(const GLW *glw) const

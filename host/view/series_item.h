@@ -21,6 +21,7 @@ public:
     quint64 count() const override { return table_->rows(); }
     quint64 byteSize() const override;
     bool paintsTitle() const override { return true; }
+    void setTitled(bool titled) override { plot_.setTitled(titled); }
 
     void init(GLW *glw) override;
     void release() override {}
