@@ -140,7 +140,7 @@ class Reference(unittest.TestCase):
 
     def test_links_lead_somewhere(self):
         for name in ("host-guide.md", "architecture.md", "conventions.md"):
-            text = re.sub(r"^```.*?^```$|`[^`]+`|<!--.*?-->", "", guide.text(name),
+            text = re.sub(r"^ *```.*?^ *```$|`[^`]+`|<!--.*?-->", "", guide.text(name),
                           flags=re.DOTALL | re.MULTILINE)
             headings = {re.sub(r"[^\w -]", "", heading).lower().replace(" ", "-")
                         for heading in re.findall(r"^#+ (.+)$", text, re.MULTILINE)}
