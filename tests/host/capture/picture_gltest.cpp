@@ -274,7 +274,8 @@ TEST_F(PictureTest, GivesBackStateAndRecords)
     bool local = true;
     r.objects[1].draw3D = [&](GLW *glw, float) {
         local = local && window->mouse.x == 77 - 200 && window->mouse.y0 == 11 - 100 &&
-                glw->camera.viewport[0] == 200 && glw->camera.viewport[3] == 80;
+                glw->camera.viewport[0] == 200 && glw->camera.viewport[3] == 80 &&
+                glw->geometry(false) == QRectF(200, 20, 100, 80);
         glEnable(GL_BLEND);
     };
     inset.setGeometry({0.5, 0.5, 0.25, 0.25}); // not where the picture has it
@@ -290,6 +291,21 @@ TEST_F(PictureTest, GivesBackStateAndRecords)
     EXPECT_EQ(std::memcmp(&window->mouse, &mouse, sizeof mouse), 0);
     EXPECT_EQ(inset.rect, QRectF(0.5, 0.5, 0.25, 0.25));
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+}
+
+TEST_F(PictureTest, AnAreaIsACutOfTheWhole)
+{
+    PictureRequest r = request();
+    r.size *= 2;
+    r.objects[0].foreground = [](GLW *, QPainter *painter) {
+        painter->fillRect(160, 60, 30, 30, Qt::white);
+    };
+    const QImage whole = renderPicture(r).image;
+    r.area = QRect(150, 40, 120, 70);
+    r.size = r.area.size() * 2;
+    const QImage area = renderPicture(r).image;
+    EXPECT_EQ(area.pixelColor(20, 40), QColor(Qt::white));
+    EXPECT_LE(differing(area, whole.copy(300, 80, 240, 140), 70), 4);
 }
 
 TEST_F(PictureTest, GivesUpWhenAskedTo)

@@ -5,6 +5,7 @@
 #include <QTemporaryDir>
 
 #include "host/capture/encoder.h"
+#include "host/capture/matrices.h"
 #include "host/capture/turntable.h"
 #include "scene.h"
 
@@ -63,6 +64,23 @@ TEST_F(Turntable, FilmHasItsFramesSizeAndRate)
     };
     EXPECT_EQ(probe("turn.mp4"), "h264,160,100,yuv420p,15/1,12");
     EXPECT_EQ(probe("turn.gif"), "gif,161,101,bgra,10/1,5");
+}
+
+// Turned by hand, a camera stands where its own update would put it.
+TEST(TurnTest, IsThatOfAGrowingAzimuth)
+{
+    GL::Camera camera;
+    camera.radius = 3;
+    camera.rot = Vector(30, 20, 0);
+    camera.target = camera.setTarget = Vector(1, 2, 3);
+    camera.Update(0);
+    GL::Camera turned = camera;
+    turn(turned, 75);
+    camera.rot.y += 75;
+    camera.Update(0);
+    EXPECT_EQ(turned.rot.y, camera.rot.y);
+    EXPECT_LT((turned.pos - camera.pos).length(), 1e-5f);
+    EXPECT_LT((turned.up - camera.up).length(), 1e-5f);
 }
 
 // A patch to the right of the axis, in a light that comes from the eye.
