@@ -256,6 +256,9 @@ void SheetView::hover(const GLW *glw)
     const bool over = widget->underMouse() && glw->orect.contains(pointer);
     if (over == (hovered_ == glw->id()))
         return;
+    // Only the tile under the pointer is picked, so the one before would go on showing its mark.
+    if (GLW *before = tiles_.value(hovered_))
+        forgetPointer(before);
     hovered_ = over ? glw->id() : -1;
     changed();
 }
@@ -294,7 +297,7 @@ bool SheetView::isSettled() const
 
 QString SheetView::title() const
 {
-    return tr("%n file(s)", nullptr, int(entries_.size())) + QStringLiteral(" – ") + name_;
+    return tr("%1 files").arg(entries_.size()) + QStringLiteral(" – ") + name_;
 }
 
 QString SheetView::progress() const

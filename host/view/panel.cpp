@@ -144,6 +144,11 @@ void paintBindings(QPainter *painter, const QRectF &area, const QVector<BindingR
     r.moveCenter(area.center());
 
     painter->save();
+    // A small window shows all of it, smaller.
+    const double fit = std::min({1.0, area.width() / r.width(), area.height() / r.height()});
+    painter->translate(area.center());
+    painter->scale(fit, fit);
+    painter->translate(-area.center());
     Theme solid = theme;
     solid.panel.setAlpha(240);
     paintPanel(painter, r, solid);

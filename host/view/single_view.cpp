@@ -98,9 +98,8 @@ void SingleView::paintText(GLW *, QPainter *painter)
         if (!shown->paintsTitle())
             paintNote(painter, area, Qt::AlignTop | Qt::AlignLeft, shown->name(), shown->details(),
                       theme);
-        // Beside the triad, which has the corner.
-        const QRectF free = area.adjusted(Triad::size + Triad::margin, 0,
-                                          -area.width() * 0.75 + Triad::size + Triad::margin, 0);
+        // Beside the triad, which has the corner, and above the strip of neighbours.
+        const QRectF free = area.adjusted(Triad::size + Triad::margin, 0, 0, -area.height() * 0.06);
         paintNote(painter, free, Qt::AlignBottom | Qt::AlignLeft, {}, shown->underPointer(), theme);
     } else if (!fault_.isEmpty()) {
         paintMessage(painter, area, fault_, tr("Drop another file here or press Ctrl+O."), -1,

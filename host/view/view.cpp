@@ -222,6 +222,16 @@ void View::Pick3D(GLW *glw)
         slot.picked.clear();
 }
 
+void View::forgetPointer(GLW *glw)
+{
+    const auto found = slots_.find(glw);
+    if (found == slots_.end())
+        return;
+    found->second.picked.clear();
+    found->second.item->pick3D(glw, {});
+    found->second.item->pick2D(glw, {});
+}
+
 void View::Pick2D(GLW *glw)
 {
     if (Item *shown = item(glw); shown && selecting_ && itemsSelect() && glw->gl)

@@ -99,6 +99,9 @@ protected:
     /// Asks for no frame: many may come at once.
     void setItem(GLW *glw, std::shared_ptr<Item> item);
 
+    /// Lets the item of @p glw forget what the pointer was on: its pick passes no longer come.
+    void forgetPointer(GLW *glw);
+
     /// Lets the item of @p glw move on to this frame. Expects to run once a frame, after the
     /// camera's update and before picking.
     void advance(GLW *glw);

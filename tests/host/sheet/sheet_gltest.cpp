@@ -3,6 +3,7 @@
 #include <QTest>
 
 #include "host/sheet/sheet_view.h"
+#include "host/view/model_item.h"
 #include "support.h"
 
 namespace host {
@@ -73,6 +74,23 @@ TEST_F(SheetTest, AClickSelectsTheTileUnderThePointerInEveryRow)
     EXPECT_EQ(visible(), "1 6");
     key(Qt::Key_V);
     EXPECT_EQ(visible(), "1 2 3 4 5 6");
+}
+
+TEST_F(SheetTest, OnlyWhatIsUnderThePointerIsMarked)
+{
+    openSix();
+    window->widget()->setAttribute(Qt::WA_UnderMouse);
+    const auto marked = [&](int id) {
+        return static_cast<ModelItem *>(sheet->item(sheet->tile(id)))->hoveredPart() >= 0;
+    };
+    // To a tile that is visited later in a pass, and back to one that is visited earlier.
+    for (const auto &[under, left] : {std::pair(2, 3), std::pair(3, 2), std::pair(2, 3)}) {
+        move(middle(under));
+        frame();
+        frame();
+        EXPECT_TRUE(marked(under)) << under;
+        EXPECT_FALSE(marked(left)) << left;
+    }
 }
 
 TEST_F(SheetTest, ADragOrbitsOneTileAndSelectsNone)
