@@ -143,11 +143,20 @@ protected:
               QByteArray(boxes) + box("red", 0) + box("green", 8) + box("blue", 16));
         write(folder.filePath("boxes.mtl"), "newmtl red\nKd 0.9 0 0\nnewmtl green\nKd 0 0.9 0\n"
                                             "newmtl blue\nKd 0 0 0.9\n");
+        launch("boxes.obj");
+        ASSERT_TRUE(eventually([&] { return find(grab(), Colour::Red).pixels > 1000; }));
+        run({"key", "--window", "0", "1"}); // from the front: squares
+        start = settled();
+    }
+
+    /// Starts the program on a file of the folder and puts the pointer beside its content.
+    void launch(const char *name)
+    {
         viewer.setProcessChannelMode(QProcess::ForwardedChannels);
-        viewer.start(GLVIEW_PROGRAM, {"--size", "800x600", folder.filePath("boxes.obj")});
+        viewer.start(GLVIEW_PROGRAM, {"--size", "800x600", folder.filePath(name)});
         ASSERT_TRUE(viewer.waitForStarted());
         ASSERT_TRUE(eventually([&] {
-            id = run({"search", "--onlyvisible", "--name", "boxes.obj"}).section('\n', -1);
+            id = run({"search", "--onlyvisible", "--name", name}).section('\n', -1);
             return !id.isEmpty();
         })) << "no window";
         run({"windowactivate", "--sync", id});
@@ -159,9 +168,6 @@ protected:
         };
         window = QRect(number("X"), number("Y"), 800, 600);
         point(beside);
-        ASSERT_TRUE(eventually([&] { return find(grab(), Colour::Red).pixels > 1000; }));
-        run({"key", "--window", "0", "1"}); // from the front: squares
-        start = settled();
     }
 
     void TearDown() override
@@ -231,7 +237,7 @@ TEST_F(EndToEnd, ThePartUnderThePointerIsMarkedAndNamed)
     const QImage marked = settled();
     EXPECT_NE(marked.pixel(red.middle.toPoint()), start.pixel(red.middle.toPoint()));
     EXPECT_EQ(find(marked, Colour::Green).pixels, green.pixels);
-    const QRect note(100, 550, 150, 50);
+    const QRect note(100, 520, 150, 40);
     EXPECT_NE(marked.copy(note), start.copy(note)) << "its name appears near the corner";
     point(beside);
     EXPECT_EQ(settled(), start);
@@ -350,6 +356,57 @@ TEST_F(EndToEnd, AnArmOfTheTriadThatIsClickedIsLookedAlong)
     const QImage fromTop = settled();
     EXPECT_GT(find(fromTop, Colour::Blue).middle.y(), find(fromTop, Colour::Red).middle.y())
         << "what is in front is below";
+}
+
+TEST_F(EndToEnd, ARectangleSelectsThePartsInIt)
+{
+    const Blob red = find(start, Colour::Red), green = find(start, Colour::Green);
+    const auto dragAcross = [&](const QRect &extent) {
+        point(extent.topLeft() + QPoint(20, 20));
+        run({"keydown", "shift", "mousedown", "3"});
+        point(extent.center());
+        point(extent.bottomRight() - QPoint(20, 20));
+        settled();
+        run({"mouseup", "3", "keyup", "shift"});
+        point(beside);
+        return settled();
+    };
+    const QImage selected = dragAcross(green.extent);
+    EXPECT_LT(find(selected, Colour::Green).pixels, green.pixels / 10) << "it is tinted";
+    EXPECT_EQ(find(selected, Colour::Red).pixels, red.pixels) << "the rest is as it was";
+    point(beside);
+    run({"click", "1"});
+    EXPECT_EQ(find(settled(), Colour::Green).pixels, green.pixels) << "a click selects nothing";
+}
+
+TEST_F(EndToEnd, AClickInTheLegendTogglesItsColumn)
+{
+    viewer.kill();
+    viewer.waitForFinished();
+    QByteArray rows = "x,flat\n";
+    for (int i = 0; i <= 10; ++i)
+        rows += QByteArray::number(i) + "," + (i % 2 ? "1" : "0") + "\n";
+    write(folder.filePath("flat.csv"), rows);
+    launch("flat.csv");
+    // The first colour of a plot on a light background.
+    const auto ink = [](const QImage &picture) {
+        int pixels = 0;
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x)
+                pixels += picture.pixel(x, y) == qRgb(0, 114, 178);
+        return pixels;
+    };
+    const auto inked = [&] { return ink(settled()); };
+    ASSERT_TRUE(eventually([&] { return ink(grab()) > 1000; }));
+    const int shown = inked();
+    point(QPoint(75, 38)); // the only entry of the legend, below the title
+    run({"click", "1"});
+    point(beside);
+    EXPECT_LT(inked(), shown / 4);
+    point(QPoint(75, 38));
+    run({"click", "1"});
+    point(beside);
+    EXPECT_EQ(inked(), shown);
 }
 
 TEST_F(EndToEnd, FilesAreOpenedAndPicturesSaved)
