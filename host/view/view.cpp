@@ -110,14 +110,6 @@ View::~View()
     window_.removeScene(scene_);
 }
 
-void View::bindDisplay()
-{
-    bindKey(scene_, "W", "wireframe", tr("Wireframe"), this, SLOT(ToggleWireframe()));
-    bindKey(scene_, "G", "lighting", tr("Lighting"), this, SLOT(ToggleLighting()));
-    bindKey(scene_, "B", "background", tr("Light or dark background"), this,
-            SLOT(ToggleBackdrop()));
-}
-
 void View::changed()
 {
     window_.clock().requestFrame();
@@ -356,26 +348,6 @@ void View::endArea()
     changed();
 }
 
-QList<QAction *> View::bindings() const
-{
-    if (!scene_)
-        return {};
-    return window_.widget()->actions() + mainGLW()->actions();
-}
-
-void View::showBindings(bool on)
-{
-    showsBindings_ = on;
-    changed();
-}
-
-void View::askMenu(GLW *glw)
-{
-    menuFor_ = glw;
-    // Once the dispatch is over: the menu runs its own event loop.
-    QMetaObject::invokeMethod(scene_, "ContextMenu", Qt::QueuedConnection);
-}
-
 /// Asked by a scene object of its own; tiles have no data of their own to ask for.
 void View::Range2D(QRectF *range, int)
 {
@@ -390,70 +362,10 @@ void View::NearestDataPos(QVector3D *position)
         shown->nearestDataPos(glw, position);
 }
 
-void View::InitContextMenuTree(GLW *glw, QObject *tree)
-{
-    if (auto *menu = qobject_cast<MenuTree *>(tree)) {
-        fillMenu(menuFor_ ? menuFor_.data() : glw, menu);
-        emit menuOpening(menu);
-    }
-}
-
-void View::fillMenu(GLW *glw, MenuTree *tree)
-{
-    const QPointer<GLW> target(glw); // it may be gone before an entry is chosen
-    const auto steer = [controls = controls_, target](const char *slot) {
-        return [controls, target, slot] {
-            if (target)
-                QMetaObject::invokeMethod(controls, slot, Q_ARG(GLW *, target));
-        };
-    };
-    if (const Item *shown = item(glw)) {
-        tree->add(tr("Fit"), "F", controls_, steer("Fit"));
-        tree->add(tr("First view"), "Home", controls_, steer("Home"));
-        MenuTree *sides = tree->addMenu(tr("Look from"));
-        const std::pair<QString, const char *> views[] = {
-            {tr("Front"), "LookFront"}, {tr("Back"), "LookBack"}, {tr("Left"), "LookLeft"},
-            {tr("Right"), "LookRight"}, {tr("Top"), "LookTop"},   {tr("Bottom"), "LookBottom"}};
-        int key = 0;
-        for (const auto &[text, look] : views)
-            sides->add(text, QString::number(++key), controls_, steer(look));
-        tree->addCheck(tr("Orthographic"), "O", shown->isOrthographic(glw), controls_,
-                       steer("ToggleProjection"));
-        tree->addSeparator();
-    }
-    tree->addCheck(tr("Lighting"), "G", display_.lighting, this, [this] { ToggleLighting(); });
-    tree->addCheck(tr("Wireframe"), "W", display_.wireframe, this, [this] { ToggleWireframe(); });
-    tree->addCheck(tr("Dark background"), "B", display_.dark, this, [this] { ToggleBackdrop(); });
-    tree->addSeparator();
-}
-
 void View::fitTurn()
 {
     for (auto &[glw, slot] : slots_)
         slot.item->fitTurn(glw);
-}
-
-void View::ToggleLighting()
-{
-    display_.lighting = !display_.lighting;
-    changed();
-}
-
-void View::ToggleWireframe()
-{
-    display_.wireframe = !display_.wireframe;
-    changed();
-}
-
-void View::ToggleBackdrop()
-{
-    setDark(!display_.dark);
-}
-
-void View::setDark(bool dark)
-{
-    display_.dark = dark;
-    changed();
 }
 
 } // namespace host

@@ -8,6 +8,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QScreen>
 
 #include "host/capture/progress_line.h"
 #include "host/capture/turntable.h"
@@ -29,11 +30,15 @@ bool isPersonal(const Options &options)
     return options.screenshot.isEmpty() && options.turntable.isEmpty();
 }
 
+/// That of the last run, or the usual one, as far as the screen has room.
 QSize startSize(const Options &options)
 {
+    if (options.sizeGiven || !isPersonal(options))
+        return windowSize(options);
     const QSize last = Remembered().windowSize();
-    return options.sizeGiven || !isPersonal(options) || !last.isValid() ? windowSize(options)
-                                                                        : last;
+    const QSize wanted = last.isValid() ? last : windowSize(options);
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    return screen ? wanted.boundedTo(screen->availableSize()) : wanted;
 }
 
 } // namespace
