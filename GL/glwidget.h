@@ -107,6 +107,8 @@ public Q_SLOTS:
 private:
     void connectDrawing(QObject *o, const char *name);
     void removeNamed(const QString &name);
+    template <typename Action, typename Bind>
+    QAction *makeAction(const char *name, QObject *obj, const char *slot, Bind bind);
 };
 
 #endif

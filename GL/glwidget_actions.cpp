@@ -44,33 +44,36 @@ void GLWidget::removeNamed(const QString &name)
         delete action.data();
 }
 
-QAction *GLWidget::NewKeyAction(const QString &binding, const char *name, QObject *obj,
-                                const char *slot)
+/// Makes an action in the place of all of the same name and in front of the others; @p bind gives
+/// it its binding. Returns null if this object died meanwhile: slots that hear of a replaced
+/// action's end may delete it, or the receiver.
+template <typename Action, typename Bind>
+QAction *GLWidget::makeAction(const char *name, QObject *obj, const char *slot, Bind bind)
 {
-    // Slots that hear of a replaced action's end may delete this object or the receiver.
     const QPointer<GLWidget> self(this);
     const QPointer<QObject> receiver(obj);
     removeNamed(QString::fromUtf8(name));
     if (!self)
         return nullptr;
-    auto *action = new KeyAction(this, name);
-    action->setKey(QKeySequence(binding, QKeySequence::NativeText));
+    auto *action = new Action(this, name);
+    bind(action);
     action->connect(receiver, slot);
     return InsertAction(_actions.value(0), action);
+}
+
+QAction *GLWidget::NewKeyAction(const QString &binding, const char *name, QObject *obj,
+                                const char *slot)
+{
+    return makeAction<KeyAction>(name, obj, slot, [&](KeyAction *action) {
+        action->setKey(QKeySequence(binding, QKeySequence::NativeText));
+    });
 }
 
 QAction *GLWidget::NewMouseAction(uint binding, uint mask, const char *name, QObject *obj,
                                   const char *slot)
 {
-    const QPointer<GLWidget> self(this);
-    const QPointer<QObject> receiver(obj);
-    removeNamed(QString::fromUtf8(name));
-    if (!self)
-        return nullptr;
-    auto *action = new MouseAction(this, name);
-    action->setBinding(binding, mask);
-    action->connect(receiver, slot);
-    return InsertAction(_actions.value(0), action);
+    return makeAction<MouseAction>(name, obj, slot,
+                                   [&](MouseAction *action) { action->setBinding(binding, mask); });
 }
 
 bool GLWidget::DeleteAction(const char *name)
