@@ -2,7 +2,7 @@
 #include "host/view/controls.h"
 
 #include "GL/glwindowbase.h"
-#include "host/view/binding.h"
+#include "host/view/window/binding.h"
 
 namespace host {
 

@@ -9,7 +9,7 @@
 #include <QPointF>
 #include <QPointer>
 
-#include "host/view/item.h"
+#include "host/item/item.h"
 
 namespace host {
 

@@ -4,11 +4,11 @@
 #include <QFileInfo>
 #include <QPainter>
 
-#include "host/overlay/scale_bar.h"
-#include "host/overlay/triad.h"
-#include "host/view/binding.h"
-#include "host/view/panel.h"
-#include "host/view/window.h"
+#include "host/view/overlay/scale_bar.h"
+#include "host/view/overlay/triad.h"
+#include "host/view/window/binding.h"
+#include "host/view/window/panel.h"
+#include "host/view/window/window.h"
 
 namespace host {
 
@@ -37,9 +37,13 @@ SingleView::SingleView(Window &window, const QString &path)
 
 void SingleView::addOverlays()
 {
-    overlays_.push_back(std::make_unique<Triad>(*this, window()));
-    overlays_.push_back(std::make_unique<ScaleBar>(*this, window()));
-    auto neighbours = std::make_unique<Neighbours>(*this, window(), path_);
+    const Underlay under{glw(), [this] { return item(glw()); },
+                         [this]() -> const Display & { return display(); }};
+    auto triad = std::make_unique<Triad>(under, window());
+    connect(triad.get(), &Triad::sideChosen, this, &View::lookFrom);
+    overlays_.push_back(std::move(triad));
+    overlays_.push_back(std::make_unique<ScaleBar>(under, window()));
+    auto neighbours = std::make_unique<Neighbours>(under, window(), path_);
     neighbours_ = neighbours.get();
     connect(neighbours_, &Neighbours::chosen, this, &SingleView::fileChosen);
     overlays_.push_back(std::move(neighbours));

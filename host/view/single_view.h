@@ -5,8 +5,8 @@
 #include <memory>
 #include <vector>
 
-#include "host/overlay/neighbours.h"
-#include "host/view/file_reader.h"
+#include "host/item/file_reader.h"
+#include "host/view/overlay/neighbours.h"
 #include "host/view/view.h"
 
 namespace host {

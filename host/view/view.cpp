@@ -8,11 +8,11 @@
 #include <QMetaMethod>
 #include <QPainter>
 
-#include "host/view/area.h"
-#include "host/view/binding.h"
-#include "host/view/menu_tree.h"
-#include "host/view/panel.h"
-#include "host/view/window.h"
+#include "host/item/area.h"
+#include "host/view/window/binding.h"
+#include "host/view/window/menu_tree.h"
+#include "host/view/window/panel.h"
+#include "host/view/window/window.h"
 
 namespace host {
 

@@ -11,8 +11,8 @@
 #include <QTimer>
 
 #include "host/capture/picture.h"
+#include "host/item/item.h"
 #include "host/view/controls.h"
-#include "host/view/item.h"
 
 namespace host {
 

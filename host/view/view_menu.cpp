@@ -2,10 +2,10 @@
 // A view's context menu, its list of bindings and what a person switches.
 #include <QAction>
 
-#include "host/view/binding.h"
-#include "host/view/menu_tree.h"
 #include "host/view/view.h"
-#include "host/view/window.h"
+#include "host/view/window/binding.h"
+#include "host/view/window/menu_tree.h"
+#include "host/view/window/window.h"
 
 namespace host {
 

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+// glview: shows 3D models in views that it loads as a module at run time.
+#include <cstdio>
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include "host/app/application.h"
+#include "host/app/module_loader.h"
+#include "host/app/options.h"
+#include "host/app/viewer.h"
+#include "host/read/reader_process.h"
+
+namespace {
+
+enum ExitCode { Good = 0, Failed = 1, Unusable = 2 };
+
+QStringList modulePaths(const host::Options &options)
+{
+    return options.module.isEmpty() ? host::ModuleLoader::searchPaths()
+                                    : QStringList{options.module};
+}
+
+/// Tells which module would be used, without loading it.
+int printVersion(const host::Options &options)
+{
+    QString found = QStringLiteral("not found");
+    for (const QString &path : modulePaths(options)) {
+        if (QFileInfo(path).isFile()) {
+            found = path;
+            break;
+        }
+    }
+    std::printf("glview " GLVIEW_VERSION "\nmodule %s\nQt %s\n", qPrintable(found), qVersion());
+    return Good;
+}
+
+int refuse(const QString &error)
+{
+    std::fprintf(stderr, "glview: %s\nglview --help lists the options.\n", qUtf8Printable(error));
+    return Unusable;
+}
+
+int view(int &argc, char **argv, const host::Options &options)
+{
+    host::Application application(argc, argv);
+    const QString impossible = host::Viewer::recordingFault(options);
+    if (!impossible.isEmpty()) {
+        std::fprintf(stderr, "glview: %s\n", qUtf8Printable(impossible));
+        return Failed;
+    }
+    host::ModuleLoader loader;
+    if (!loader.load(modulePaths(options))) {
+        std::fprintf(stderr, "glview: cannot load the module of its views; tried\n%s\n",
+                     qUtf8Printable(loader.error()));
+        return Unusable;
+    }
+    host::Viewer viewer(loader, options);
+    viewer.show();
+    return application.exec();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    const host::Options options = host::parseOptions(arguments);
+    if (options.action == host::Options::Action::View)
+        return view(argc, argv, options);
+
+    // The rest needs no display.
+    const QCoreApplication application(argc, argv);
+    switch (options.action) {
+    case host::Options::Action::Help:
+        std::fputs(qUtf8Printable(host::optionsHelp()), stdout);
+        return Good;
+    case host::Options::Action::Version:
+        return printVersion(options);
+    case host::Options::Action::ReadModel:
+        return host::runReaderProcess(options.readModel);
+    default:
+        return refuse(options.error);
+    }
+}

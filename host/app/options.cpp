@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: MIT
+#include "host/app/options.h"
+
+#include <algorithm>
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+namespace host {
+
+namespace {
+
+QString text(const char *s)
+{
+    return QCoreApplication::translate("options", s);
+}
+
+/// The options, named once: for parsing and for the text of --help.
+class Parser : public QCommandLineParser {
+public:
+    const QCommandLineOption module{"module", text("Load the views' module from <path>."), "path"};
+    const QCommandLineOption size{
+        "size", text("Open a window, or make a picture, of <WxH> pixels."), "WxH"};
+    const QCommandLineOption fps{"fps", text("Draw at most, or record, <rate> frames per second."),
+                                 "rate"};
+    const QCommandLineOption screenshot{
+        "screenshot", text("Write a picture of what is shown to <file> and end."), "file"};
+    const QCommandLineOption turntable{
+        "turntable",
+        text("Record one turn to <file> and end: .mp4, .gif, or without a suffix a folder."),
+        "file"};
+    const QCommandLineOption seconds{"seconds",
+                                     text("Let the recording last <n> seconds, 0.1 to 600."), "n"};
+    const QCommandLineOption transparent{
+        "transparent", text("Leave the background out of the picture or the recording.")};
+    const QCommandLineOption help{{"h", "help"}, text("List the options.")};
+    const QCommandLineOption version{{"v", "version"},
+                                     text("Name the program, its module and Qt's version.")};
+    const QCommandLineOption readModel{"read-model", {}, "file"}; ///< In no list: for ourselves.
+
+    struct Group {
+        QString title;
+        QList<QCommandLineOption> options;
+    };
+    const QList<Group> groups{
+        {text("Window"), {size, fps, module}},
+        {text("Pictures and recordings"), {screenshot, turntable, seconds, transparent}},
+        {text("Help"), {help, version}}};
+
+    Parser()
+    {
+        for (const Group &group : groups)
+            addOptions(group.options);
+        addOption(readModel);
+    }
+};
+
+/// As a person types it: all names, then the value.
+QString usage(const QCommandLineOption &option)
+{
+    QStringList names;
+    for (const QString &name : option.names())
+        names << (name.size() == 1 ? "-" : "--") + name;
+    const QString value = option.valueName();
+    return names.join(", ") + (value.isEmpty() ? QString() : " <" + value + ">");
+}
+
+Options refuse(const QString &error)
+{
+    Options o;
+    o.action = Options::Action::Refuse;
+    o.error = error;
+    return o;
+}
+
+/// What makes sense by itself but not together.
+Options checked(const Options &o)
+{
+    const bool screenshot = !o.screenshot.isEmpty(), turntable = !o.turntable.isEmpty();
+    if (screenshot && turntable)
+        return refuse(text("--screenshot and --turntable go one at a time"));
+    if (o.files.isEmpty() && (screenshot || turntable))
+        return refuse(screenshot ? text("--screenshot needs a file to show")
+                                 : text("--turntable needs a file to show"));
+    if (o.transparent && !screenshot && !turntable)
+        return refuse(text("--transparent goes with --screenshot or --turntable"));
+    return o;
+}
+
+} // namespace
+
+QSize parseSize(const QString &size)
+{
+    static const QRegularExpression form("^(\\d{1,5})[xX](\\d{1,5})$");
+    const QRegularExpressionMatch match = form.match(size);
+    const QSize s(match.captured(1).toInt(), match.captured(2).toInt());
+    const auto usable = [](int n) { return n >= 16 && n <= 16384; };
+    return match.hasMatch() && usable(s.width()) && usable(s.height()) ? s : QSize();
+}
+
+Options parseOptions(const QStringList &arguments)
+{
+    Parser parser;
+    if (!parser.parse(arguments))
+        return refuse(parser.errorText());
+    Options o;
+    o.files = parser.positionalArguments();
+    o.module = parser.value(parser.module);
+    o.screenshot = parser.value(parser.screenshot);
+    o.turntable = parser.value(parser.turntable);
+    o.transparent = parser.isSet(parser.transparent);
+    o.readModel = parser.value(parser.readModel);
+    if (parser.isSet(parser.help))
+        o.action = Options::Action::Help;
+    else if (parser.isSet(parser.version))
+        o.action = Options::Action::Version;
+    else if (parser.isSet(parser.readModel))
+        o.action = Options::Action::ReadModel;
+    if (parser.isSet(parser.size)) {
+        o.size = parseSize(parser.value(parser.size));
+        o.sizeGiven = true;
+        if (!o.size.isValid())
+            return refuse(text("--size takes WIDTHxHEIGHT with 16 to 16384 pixels each, not \"%1\"")
+                              .arg(parser.value(parser.size)));
+    }
+    if (parser.isSet(parser.fps)) {
+        bool number = false;
+        o.fps = parser.value(parser.fps).toFloat(&number);
+        o.recordedFps = double(o.fps);
+        if (!number || !(o.fps >= 1 && o.fps <= 1000))
+            return refuse(text("--fps takes a number from 1 to 1000, not \"%1\"")
+                              .arg(parser.value(parser.fps)));
+    }
+    if (parser.isSet(parser.seconds)) {
+        bool number = false;
+        o.seconds = parser.value(parser.seconds).toDouble(&number);
+        if (!number)
+            return refuse(text("--seconds takes a number from 0.1 to 600, not \"%1\"")
+                              .arg(parser.value(parser.seconds)));
+    }
+    return checked(o);
+}
+
+QSize windowSize(const Options &o)
+{
+    if (o.screenshot.isEmpty() && o.turntable.isEmpty())
+        return o.size;
+    constexpr QSize common(1600, 1200);
+    constexpr int narrowest = 64; // the views show nothing in a window that is much narrower
+    const int side = std::min(o.size.width(), o.size.height());
+    const double factor = std::min(
+        {1.0, double(common.width()) / o.size.width(), double(common.height()) / o.size.height()});
+    return (QSizeF(o.size) * std::max(factor, std::min(1.0, double(narrowest) / side))).toSize();
+}
+
+QString optionsHelp()
+{
+    constexpr int column = 22;
+    QString help = text("Usage: %1 [option...] [file or folder...]\n"
+                        "Shows 3D models and plots CSV files; several files or a folder, side by "
+                        "side.\nIn the window, F1 lists the controls.\n")
+                       .arg(QFileInfo(QCoreApplication::applicationFilePath()).fileName());
+    for (const Parser::Group &group : Parser().groups) {
+        help += '\n' + group.title + ":\n";
+        for (const QCommandLineOption &option : group.options)
+            help += "  " + usage(option).leftJustified(column) + ' ' + option.description() + '\n';
+    }
+    return help;
+}
+
+} // namespace host

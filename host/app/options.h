@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_APP_OPTIONS_H
+#define HOST_APP_OPTIONS_H
+
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+namespace host {
+
+/// What the command line asks for.
+struct Options {
+    /// What to do with it.
+    enum class Action {
+        View,      ///< Open the window, or save a picture if `screenshot` is set.
+        Help,      ///< Print optionsHelp().
+        Version,   ///< Print the versions.
+        ReadModel, ///< Be the process that reads the model `readModel`.
+        Refuse,    ///< Print `error`; the command line makes no sense.
+    };
+
+    Action action = Action::View;
+    QString error;
+    QStringList files;        ///< As given.
+    QString module;           ///< Path of the module; empty: search for it.
+    QString screenshot;       ///< Picture to write; empty: stay open.
+    bool transparent = false; ///< The picture or the recording has no background.
+    QString turntable;        ///< Recording to write; empty: none.
+    double seconds = 6;       ///< Length of the recording.
+    double recordedFps = 30;  ///< Frames per second of the recording.
+    QString readModel;        ///< File that a reading process is to read.
+    QSize size{1280, 800};    ///< Of the window in logical pixels, or of the picture in pixels.
+    bool sizeGiven = false;   ///< Otherwise the size of the last run is preferred.
+    float fps = 60;           ///< Frames per second while something moves.
+};
+
+/// The size of the window. That of a large picture or recording has the same shape and fits most
+/// screens; what it shows is drawn larger.
+QSize windowSize(const Options &options);
+
+/// Reads @p arguments, the program's name first. Needs no application object.
+Options parseOptions(const QStringList &arguments);
+
+/// The text of --help. Expects a QCoreApplication, whose name and arguments it shows.
+QString optionsHelp();
+
+/// A size written as WIDTHxHEIGHT. Returns an invalid size unless both are 16 to 16384.
+QSize parseSize(const QString &text);
+
+} // namespace host
+
+#endif

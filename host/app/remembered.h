@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_APP_REMEMBERED_H
+#define HOST_APP_REMEMBERED_H
+
+#include <QSize>
+#include <QStringList>
+
+namespace host {
+
+/// What the program keeps from one run to the next, in the person's settings.
+class Remembered {
+public:
+    static constexpr int mostFiles = 10;
+
+    /// Files and folders opened before, the last one first; those that are gone are left out.
+    QStringList recentFiles() const;
+    /// Puts @p paths in front, as absolute paths, each named once.
+    void addFiles(const QStringList &paths);
+
+    QSize windowSize() const; ///< Logical pixels; invalid if none was kept.
+    void setWindowSize(const QSize &size);
+};
+
+} // namespace host
+
+#endif

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#include "host/app/save_dialog.h"
+
+#include <algorithm>
+
+#include <QCheckBox>
+#include <QCoreApplication>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QSpinBox>
+
+#include "host/capture/picture.h"
+
+namespace host {
+
+namespace {
+
+constexpr int longestSide = 16384;
+
+QString text(const char *source)
+{
+    return QCoreApplication::translate("SaveDialog", source);
+}
+
+/// A size of the shape of another, given by its width.
+class SizeRow : public QWidget {
+public:
+    SizeRow(const QSize &shown, QWidget *parent) : QWidget(parent), shown_(shown)
+    {
+        width_ = new QSpinBox(this);
+        const int longer = std::max(shown.width(), shown.height());
+        width_->setRange(1, int(qint64(longestSide) * shown.width() / longer));
+        width_->setValue(shown.width());
+        width_->setSingleStep(shown.width());
+        height_ = new QLabel(this);
+        transparent_ = new QCheckBox(text("&Transparent background"), this);
+        auto *label = new QLabel(text("&Width:"), this);
+        label->setBuddy(width_);
+        auto *row = new QHBoxLayout(this);
+        row->setContentsMargins(0, 0, 0, 0);
+        for (QWidget *widget : {static_cast<QWidget *>(label), static_cast<QWidget *>(width_),
+                                static_cast<QWidget *>(height_)})
+            row->addWidget(widget);
+        row->addStretch();
+        row->addWidget(transparent_);
+        connect(width_, qOverload<int>(&QSpinBox::valueChanged), this, [this] { showHeight(); });
+        showHeight();
+    }
+
+    QSize size() const
+    {
+        const int width = width_->value();
+        const int height = qRound(double(width) * shown_.height() / shown_.width());
+        return QSize(width, std::max(1, height));
+    }
+    bool transparent() const { return transparent_->isChecked(); }
+
+private:
+    void showHeight() { height_->setText(text("× %1 pixels").arg(size().height())); }
+
+    QSize shown_;
+    QSpinBox *width_;
+    QLabel *height_;
+    QCheckBox *transparent_;
+};
+
+} // namespace
+
+std::optional<PictureChoice> askForPicture(QWidget *parent, const QString &proposal,
+                                           const QSize &shown)
+{
+    // Qt's own dialog, which takes another row; the desktop's would not.
+    QFileDialog dialog(parent, text("Save a picture"), proposal, text("Pictures (*.png *.jpg)"));
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix("png");
+    dialog.selectFile(proposal);
+    auto *row = new SizeRow(shown, &dialog);
+    if (auto *grid = qobject_cast<QGridLayout *>(dialog.layout()))
+        grid->addWidget(row, grid->rowCount(), 0, 1, grid->columnCount());
+    if (dialog.exec() != QDialog::Accepted)
+        return {};
+    return PictureChoice{dialog.selectedFiles().value(0), row->size(), row->transparent()};
+}
+
+} // namespace host

@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: MIT
+#include "host/item/camera_item.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace host {
+
+namespace {
+
+const QVector3D homeAngles(22, -32, 0); // from the right and above, where most models show most
+constexpr float margin = 0.1f;          // of the picture, left free on either side
+constexpr float zoomPerStep = 1.25f;
+
+QVector3D anglesFrom(Item::Side side)
+{
+    switch (side) {
+    case Item::Side::Front:
+        return {0, 0, 0};
+    case Item::Side::Back:
+        return {0, 180, 0};
+    case Item::Side::Left:
+        return {0, 90, 0};
+    case Item::Side::Right:
+        return {0, -90, 0};
+    case Item::Side::Top:
+        return {90, 0, 0};
+    case Item::Side::Bottom:
+        return {-90, 0, 0};
+    }
+    return {};
+}
+
+/// The object's size; never empty.
+QSizeF sizeOf(const GLW *glw)
+{
+    return {std::max(1.0, glw->width()), std::max(1.0, glw->height())};
+}
+
+} // namespace
+
+ViewFrame CameraItem::frameOf(const GLW *glw)
+{
+    return ViewFrame(glw->camera, sizeOf(glw));
+}
+
+void CameraItem::initView(GLW *glw)
+{
+    CameraMotion::prepare(glw->camera);
+    motion_.jumpTo(glw->camera, poseFor(glw, homeAngles));
+    fittedSize_ = sizeOf(glw);
+    showsWhole_ = true;
+    glw->lights.clear();
+    glw->lights.emplace_back(GL_LIGHT0, 'h');
+    GL::Light &lamp = glw->lights.back();
+    lamp.ambient = {0.26f, 0.26f, 0.27f, 1};
+    lamp.diffuse = {0.66f, 0.65f, 0.64f, 1};
+    lamp.specular = {0.14f, 0.14f, 0.14f, 1};
+    lamp.Init();
+    placeLamp(glw);
+}
+
+void CameraItem::restoreView(GLW *glw, const GL::Camera &camera)
+{
+    glw->camera.ortho = camera.ortho;
+    motion_.jumpTo(glw->camera, {toQt(camera.rot), toQt(camera.setTarget), camera.radius});
+    showsWhole_ = false;
+}
+
+/// The lamp follows the viewer, so that what one looks at is lit and still has shape.
+void CameraItem::placeLamp(GLW *glw) const
+{
+    if (glw->lights.empty())
+        return;
+    const ViewFrame frame = frameOf(glw);
+    const QVector3D d = (frame.up() * 0.55f - frame.right() * 0.4f - frame.forward()).normalized();
+    glw->lights.front().position = {d.x(), d.y(), d.z(), 0};
+}
+
+/// The view of the whole from the given angles.
+Pose CameraItem::poseFor(const GLW *glw, const QVector3D &rot) const
+{
+    GL::Camera turned = glw->camera;
+    turned.rot = fromQt(rot);
+    const Framing framing = frameAll(turned, sizeOf(glw), {}, outline(), margin);
+    return {rot, framing.target, framing.radius};
+}
+
+bool CameraItem::advance(GLW *glw, double seconds)
+{
+    // A window that takes another shape goes on showing the whole, if it did.
+    bool changed = false;
+    if (showsWhole_ && fittedSize_ != sizeOf(glw)) {
+        fittedSize_ = sizeOf(glw);
+        motion_.jumpTo(glw->camera, poseFor(glw, toQt(glw->camera.rot)));
+        changed = true;
+    }
+    const bool moved = motion_.isMoving(); // the update just now did it
+    const bool moves = motion_.step(glw->camera, seconds);
+    placeLamp(glw);
+    return changed || moved || moves;
+}
+
+void CameraItem::fit(GLW *glw)
+{
+    motion_.goTo(glw->camera, poseFor(glw, toQt(glw->camera.rot)));
+    fittedSize_ = sizeOf(glw);
+    showsWhole_ = true;
+}
+
+void CameraItem::fitTurn(GLW *glw)
+{
+    const Framing framing = frameTurn(glw->camera, sizeOf(glw), outline(), margin);
+    motion_.jumpTo(glw->camera, {toQt(glw->camera.rot), framing.target, framing.radius});
+    placeLamp(glw);
+}
+
+void CameraItem::home(GLW *glw)
+{
+    motion_.goTo(glw->camera, poseFor(glw, homeAngles));
+    fittedSize_ = sizeOf(glw);
+    showsWhole_ = true;
+}
+
+void CameraItem::lookFrom(GLW *glw, Side side)
+{
+    const QVector3D angles = anglesFrom(side);
+    const GL::Camera &camera = glw->camera;
+    // Who looks at a detail wants to see that from another side.
+    motion_.goTo(camera, showsWhole_ ? poseFor(glw, angles)
+                                     : Pose{angles, toQt(camera.setTarget), camera.radius});
+}
+
+void CameraItem::toggleProjection(GLW *glw)
+{
+    motion_.toggleProjection(glw->camera);
+}
+
+/// The surface under the pixel, else what lies there at the depth of the target.
+QVector3D CameraItem::pointAt(const GLW *glw, const QPointF &at) const
+{
+    const ViewFrame frame = frameOf(glw);
+    if (const auto point = surfaceAt(frame.ray(at)))
+        return *point;
+    return frame.onPlane(at, frame.target());
+}
+
+void CameraItem::beginDrag(GLW *glw, Drag kind, const QPointF &at)
+{
+    if (kind == Drag::Pan)
+        grabbed_ = pointAt(glw, at);
+}
+
+void CameraItem::drag(GLW *glw, Drag kind, const QPointF &from, const QPointF &to)
+{
+    const ViewFrame frame = frameOf(glw);
+    const QSizeF size = sizeOf(glw);
+    switch (kind) {
+    case Drag::Orbit: {
+        const double degreesPerPixel = 240 / std::max(size.height(), 240.0);
+        motion_.orbit(glw->camera, (to - from) * degreesPerPixel);
+        return;
+    }
+    case Drag::Pan:
+        CameraMotion::pan(glw->camera, frame.onPlane(to, grabbed_) - grabbed_);
+        showsWhole_ = false;
+        return;
+    case Drag::Roll: {
+        const QPointF middle(size.width() / 2, size.height() / 2);
+        const QPointF a = from - middle, b = to - middle;
+        const double turn = std::atan2(b.y(), b.x()) - std::atan2(a.y(), a.x());
+        motion_.roll(float(std::remainder(turn * 57.29577951308232, 360.0)));
+        return;
+    }
+    }
+}
+
+void CameraItem::zoom(GLW *glw, const QPointF &at, float steps, Qt::KeyboardModifiers)
+{
+    motion_.zoom(std::pow(zoomPerStep, steps), pointAt(glw, at));
+    showsWhole_ = false;
+}
+
+void CameraItem::focus(GLW *glw, const QPointF &at)
+{
+    if (const auto point = surfaceAt(frameOf(glw).ray(at))) {
+        motion_.goTo(glw->camera, {toQt(glw->camera.rot), *point, glw->camera.radius});
+        showsWhole_ = false;
+    }
+}
+
+} // namespace host

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_ITEM_DISPLAY_H
+#define HOST_ITEM_DISPLAY_H
+
+#include <QColor>
+#include <QSizeF>
+
+namespace host {
+
+/// The colours of one appearance of the window.
+struct Theme {
+    QColor top;    ///< Of the background.
+    QColor bottom; ///< Of the background.
+    QColor text;   ///< On panels and on the background.
+    QColor faint;  ///< Text that matters less; rules.
+    QColor panel;  ///< Behind text; partly transparent.
+    QColor accent; ///< What is chosen or under the pointer.
+    QColor fault;  ///< What went wrong.
+};
+
+/// How things are drawn; what a person switches.
+struct Display {
+    bool dark = false;
+    bool lighting = true;
+    bool wireframe = false;
+    // What a picture asks for.
+    float scale = 1;          ///< Pixels drawn per window pixel: what widths are multiplied by.
+    bool transparent = false; ///< Nothing is drawn that only stands behind.
+
+    const Theme &theme() const;
+};
+
+/// Fills the GL viewport with the theme's background. Expects a current context; leaves matrices,
+/// depth test and lighting as they were.
+void drawBackdrop(const Theme &theme);
+
+/// The same in one colour.
+void drawPlain(const QColor &colour);
+
+/// Darkens the strip of @p width x @p height pixels in the upper right corner of a GL viewport of
+/// @p size, so that white text reads well there. Leaves GL state as it was.
+void drawShade(const QSizeF &size, double width, double height);
+
+} // namespace host
+
+#endif

@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: MIT
+#include "host/item/mesh_buffers.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace host {
+
+namespace {
+
+const void *offset(std::size_t bytes)
+{
+    return reinterpret_cast<const void *>(bytes);
+}
+
+/// Writes the positions, moved and scaled, piece by piece: there is no second copy of them all.
+void writePositions(QOpenGLBuffer &buffer, const Mesh &mesh, const QVector3D &centre, float scale)
+{
+    constexpr std::size_t piece = 3 * 16384; // floats
+    const float c[3] = {centre.x(), centre.y(), centre.z()};
+    std::vector<float> moved;
+    for (std::size_t begin = 0; begin < mesh.positions.size(); begin += piece) {
+        const std::size_t end = std::min(begin + piece, mesh.positions.size());
+        moved.clear();
+        for (std::size_t i = begin; i < end; ++i)
+            moved.push_back((mesh.positions[i] - c[i % 3]) * scale);
+        buffer.write(int(begin * sizeof(float)), moved.data(), int(moved.size() * sizeof(float)));
+    }
+}
+
+float alphaOf(const MeshPart &part)
+{
+    // Several writers put 0 where they mean opaque; nobody means a part to be invisible.
+    return part.colour[3] < 0.02f ? 1.0f : part.colour[3];
+}
+
+void setColour(const MeshPart &part, const Display &display, bool marked)
+{
+    const auto &c = part.colour;
+    // Emission lifts what the pointer is on, whatever colours its vertices have.
+    const float lift = marked ? 0.22f : 0.0f;
+    const QColor accent = display.theme().accent;
+    const float tint[3] = {float(accent.redF()), float(accent.greenF()), float(accent.blueF())};
+    const float share = marked ? 0.45f : 0.0f;
+    GLfloat emission[4] = {0, 0, 0, 1};
+    GLfloat colour[4] = {0, 0, 0, alphaOf(part)};
+    for (int i = 0; i < 3; ++i) {
+        emission[i] = lift * tint[i];
+        colour[i] = c[std::size_t(i)] * (1 - share) + tint[i] * share;
+    }
+    glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, emission);
+    glColor4fv(colour);
+}
+
+} // namespace
+
+void MeshBuffers::create(const Mesh &mesh, const QVector3D &centre, float scale)
+{
+    if (vertices_.isCreated())
+        return;
+    const int positions = int(mesh.positions.size() * sizeof(float));
+    const int normals = int(mesh.normals.size() * sizeof(float));
+    const int colours = int(mesh.colours.size());
+    vertices_.create();
+    vertices_.bind();
+    vertices_.allocate(positions + normals + colours);
+    writePositions(vertices_, mesh, centre, scale);
+    vertices_.write(positions, mesh.normals.data(), normals);
+    if (colours > 0)
+        vertices_.write(positions + normals, mesh.colours.data(), colours);
+    vertices_.release();
+    indices_.create();
+    indices_.bind();
+    indices_.allocate(mesh.indices.data(), int(mesh.indices.size() * sizeof(quint32)));
+    indices_.release();
+    bytes_ = quint64(positions) + quint64(normals) + quint64(colours) +
+             mesh.indices.size() * sizeof(quint32);
+}
+
+void MeshBuffers::destroy()
+{
+    vertices_.destroy();
+    indices_.destroy();
+    bytes_ = 0;
+}
+
+void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &marked)
+{
+    if (!vertices_.isCreated())
+        return;
+    glPushAttrib(GL_ENABLE_BIT | GL_DEPTH_BUFFER_BIT | GL_LIGHTING_BIT | GL_POLYGON_BIT |
+                 GL_COLOR_BUFFER_BIT | GL_CURRENT_BIT | GL_LINE_BIT);
+    glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
+    glEnable(GL_DEPTH_TEST);
+    glDepthFunc(GL_LEQUAL);
+    glDepthMask(GL_TRUE);
+    glDisable(GL_CULL_FACE);
+    glDisable(GL_TEXTURE_2D);
+    glDisable(GL_BLEND);
+    glShadeModel(GL_SMOOTH);
+    glPolygonMode(GL_FRONT_AND_BACK, display.wireframe ? GL_LINE : GL_FILL);
+    glLineWidth(display.scale);
+    if (display.lighting) {
+        const GLfloat none[4] = {0, 0, 0, 1}, shine[4] = {1, 1, 1, 1};
+        glEnable(GL_LIGHTING);
+        glLightModelfv(GL_LIGHT_MODEL_AMBIENT, none);
+        glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_TRUE); // many files are open or inside out
+        glMaterialfv(GL_FRONT_AND_BACK, GL_SPECULAR, shine);
+        glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, 28);
+        glColorMaterial(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE);
+        glEnable(GL_COLOR_MATERIAL);
+    } else {
+        glDisable(GL_LIGHTING);
+    }
+
+    const std::size_t normals = mesh.positions.size() * sizeof(float);
+    const std::size_t colours = normals + mesh.normals.size() * sizeof(float);
+    vertices_.bind();
+    indices_.bind();
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glVertexPointer(3, GL_FLOAT, 0, offset(0));
+    glEnableClientState(GL_NORMAL_ARRAY);
+    glNormalPointer(GL_FLOAT, 0, offset(normals));
+    if (!mesh.colours.empty())
+        glColorPointer(4, GL_UNSIGNED_BYTE, 0, offset(colours));
+
+    drawParts(mesh, display, marked, false);
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glDepthMask(GL_FALSE);
+    drawParts(mesh, display, marked, true);
+
+    indices_.release();
+    vertices_.release();
+    glPopClientAttrib();
+    glPopAttrib();
+}
+
+void MeshBuffers::drawParts(const Mesh &mesh, const Display &display, const Marks &marked,
+                            bool transparent)
+{
+    for (std::size_t i = 0; i < mesh.parts.size(); ++i) {
+        const MeshPart &part = mesh.parts[i];
+        if ((alphaOf(part) < 1) != transparent || part.indexCount == 0)
+            continue;
+        const bool isMarked = marked(i);
+        // A marked part gives up its vertex colours: without lighting they would hide the mark.
+        if (!mesh.colours.empty() && !isMarked)
+            glEnableClientState(GL_COLOR_ARRAY);
+        else
+            glDisableClientState(GL_COLOR_ARRAY);
+        setColour(part, display, isMarked);
+        glDrawElements(GL_TRIANGLES, GLsizei(part.indexCount), GL_UNSIGNED_INT,
+                       offset(std::size_t(part.firstIndex) * sizeof(quint32)));
+    }
+}
+
+} // namespace host

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_ITEM_MESH_BUFFERS_H
+#define HOST_ITEM_MESH_BUFFERS_H
+
+#include <vector>
+
+#include <QOpenGLBuffer>
+#include <QVector3D>
+
+#include "host/item/display.h"
+#include "host/read/mesh.h"
+
+namespace host {
+
+/// A mesh in buffers of the GL, and its drawing by the fixed-function pipeline.
+///
+/// Every function needs the same current context, except byteSize(). Destroyed without destroy(),
+/// the buffers stay until their context ends.
+class MeshBuffers {
+public:
+    /// Copies @p mesh, each point p as (p - centre) * scale. Does nothing if that was done.
+    void create(const Mesh &mesh, const QVector3D &centre, float scale);
+    void destroy();
+
+    quint64 byteSize() const { return bytes_; }
+
+    /// What stands out of a mesh.
+    struct Marks {
+        int hovered;                       ///< Index of a part; -1 for none.
+        const std::vector<bool> &selected; ///< By parts; empty: none.
+        bool operator()(std::size_t part) const
+        {
+            return int(part) == hovered || (part < selected.size() && selected[part]);
+        }
+    };
+
+    /// Draws the mesh that create() got; its @p marked parts stand out.
+    /// Expects the light's place and the matrices to be set. Leaves GL state as it was.
+    void draw(const Mesh &mesh, const Display &display, const Marks &marked);
+
+private:
+    void drawParts(const Mesh &mesh, const Display &display, const Marks &marked, bool transparent);
+
+    QOpenGLBuffer vertices_{QOpenGLBuffer::VertexBuffer}; // positions, normals, colours
+    QOpenGLBuffer indices_{QOpenGLBuffer::IndexBuffer};
+    quint64 bytes_ = 0;
+};
+
+} // namespace host
+
+#endif

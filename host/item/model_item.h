@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_ITEM_MODEL_ITEM_H
+#define HOST_ITEM_MODEL_ITEM_H
+
+#include <atomic>
+#include <memory>
+
+#include "host/item/camera_item.h"
+#include "host/item/mesh_buffers.h"
+#include "host/item/triangle_tree.h"
+#include "host/read/mesh.h"
+
+namespace host {
+
+/// A model: its triangles in GL buffers, lit, with the part under the pointer marked.
+///
+/// World: the model is moved and scaled so that it fills CameraMotion::worldRadius.
+class ModelItem : public CameraItem {
+public:
+    /// @p mesh has at least one triangle. What the pointer needs to find triangles is built in a
+    /// thread of its own; until then nothing is under the pointer.
+    ModelItem(const QString &name, MeshPtr mesh);
+    ~ModelItem() override;
+
+    QString name() const override { return name_; }
+    QString details() const override;
+    QString underPointer() const override;
+    quint64 count() const override { return mesh_->triangleCount(); }
+    quint64 byteSize() const override;
+    const Mesh &mesh() const { return *mesh_; }
+    int hoveredPart() const { return hovered_; } ///< Into the mesh's parts; -1 for none.
+
+    /// The centre and the size of the model's own units in the world:
+    /// world = (model - centre) * scale.
+    QVector3D centre() const { return centre_; }
+    float scale() const { return scale_; }
+
+    double unitsPerPixel(const GLW *glw) const override;
+    bool isBusy() const override { return !build_->ready; }
+    void init(GLW *glw) override;
+    void release() override;
+    void draw3D(GLW *glw, const Display &display) override;
+    bool pick3D(GLW *glw, const std::optional<QPointF> &pointer) override;
+
+    void selectArea3D(GLW *glw, const QRectF &area) override;
+    void clearSelection() override { selected_.clear(); }
+    const std::vector<bool> &selectedParts() const { return selected_; } ///< May be empty: none.
+
+protected:
+    std::optional<QVector3D> surfaceAt(const Ray &ray) const override;
+    const std::vector<QVector3D> &outline() const override { return outline_; }
+
+private:
+    /// Shared with the thread that builds the tree, which may outlive the item.
+    struct TreeBuild {
+        std::atomic<bool> cancel{false};
+        std::atomic<bool> ready{false};
+        std::unique_ptr<TriangleTree> tree; // written before ready, read after
+    };
+
+    void measure();
+    std::optional<TriangleHit> hit(const Ray &world) const;
+    int partOf(quint32 triangle) const;
+
+    QString name_;
+    MeshPtr mesh_;
+    QVector3D centre_;
+    float scale_ = 1;
+    std::vector<QVector3D> outline_;
+    MeshBuffers buffers_;
+    std::shared_ptr<TreeBuild> build_ = std::make_shared<TreeBuild>();
+    int hovered_ = -1;
+    std::vector<bool> selected_; // by parts; empty: none
+};
+
+} // namespace host
+
+#endif

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_ITEM_TRIANGLE_TREE_H
+#define HOST_ITEM_TRIANGLE_TREE_H
+
+#include <atomic>
+#include <optional>
+#include <vector>
+
+#include "host/item/view_frame.h"
+#include "host/read/mesh.h"
+
+namespace host {
+
+/// Where a ray meets a mesh first.
+struct TriangleHit {
+    quint32 triangle = 0; ///< Its first index stands at three times this.
+    double distance = 0;  ///< From the ray's origin, in the mesh's units.
+};
+
+/// Finds the triangle that a ray meets first, in a time that hardly grows with their number: boxes
+/// in boxes around the triangles. Coordinates are the mesh's.
+class TriangleTree {
+public:
+    /// Builds the boxes around the triangles of @p mesh, about a second's work for a few million of
+    /// them; setting @p cancel from another thread ends it early, with a tree that finds nothing.
+    explicit TriangleTree(MeshPtr mesh, const std::atomic<bool> &cancel);
+
+    /// The first triangle in the ray's way, seen from either side.
+    std::optional<TriangleHit> nearest(const Ray &ray) const;
+
+    std::size_t byteSize() const;
+
+private:
+    struct Box {
+        float min[3];
+        float max[3];
+    };
+    struct Node {
+        Box box;
+        quint32 first; // of a leaf: into order_; of others: the second child, the first stands next
+        quint32 count; // triangles of a leaf; 0 for others
+    };
+
+    Box boxOf(quint32 begin, quint32 end) const;
+    void build(quint32 begin, quint32 end, const std::atomic<bool> &cancel);
+    double meets(quint32 triangle, const double origin[3], const double direction[3]) const;
+
+    MeshPtr mesh_;
+    std::vector<quint32> order_; // triangles, those of each leaf together
+    std::vector<Node> nodes_;
+};
+
+} // namespace host
+
+#endif

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include "host/view/overlay/neighbours.h"
+
+#include <QFileInfo>
+#include <QFontMetricsF>
+#include <QPainter>
+
+#include "host/read/model_files.h"
+
+namespace host {
+
+namespace {
+
+// Fractions of the window: in the middle of its lower edge, clear of both corners.
+const QRectF place(0.25, -0.012, 0.5, 0.045);
+
+} // namespace
+
+Neighbours::Neighbours(const Underlay &under, Window &window, const QString &path)
+    : Overlay(under, window, "neighbours", place)
+{
+    const QFileInfo file(path);
+    CollectLimits here;
+    here.depth = 0;
+    files_ = collectModelFiles(file.absolutePath(), here).files;
+    current_ = files_.indexOf(file.absoluteFilePath());
+    if (current_ < 0)
+        files_.clear();
+    bindClick(tr("Open the file"));
+}
+
+QString Neighbours::next(int step) const
+{
+    return current_ < 0 ? QString() : files_.value(current_ + step);
+}
+
+QRectF Neighbours::cell(const QRectF &area, int index) const
+{
+    const double width = area.width() / shown;
+    return QRectF(area.left() + index * width, area.top(), width, area.height());
+}
+
+void Neighbours::paint(QPainter *painter, const QRectF &area)
+{
+    constexpr double inset = 4, rounding = 6;
+    const Theme &theme = display().theme();
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(theme.panel);
+    painter->drawRoundedRect(area, rounding, rounding);
+    const QFontMetricsF metrics(painter->font());
+    for (int i = 0; i < shown; ++i) {
+        const QString path = next(i - shown / 2);
+        if (path.isEmpty())
+            continue;
+        const QRectF r = cell(area, i).adjusted(inset, 0, -inset, 0);
+        painter->setPen(i == shown / 2 ? theme.accent : theme.text);
+        painter->drawText(
+            r, Qt::AlignCenter,
+            metrics.elidedText(QFileInfo(path).fileName(), Qt::ElideMiddle, r.width()));
+    }
+}
+
+void Neighbours::click(const QPointF &at, const QRectF &area)
+{
+    for (int i = 0; i < shown; ++i) {
+        const QString path = next(i - shown / 2);
+        if (i != shown / 2 && !path.isEmpty() && cell(area, i).contains(at)) {
+            emit chosen(path);
+            return;
+        }
+    }
+}
+
+} // namespace host

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_VIEW_OVERLAY_NEIGHBOURS_H
+#define HOST_VIEW_OVERLAY_NEIGHBOURS_H
+
+#include <QStringList>
+
+#include "host/view/overlay/overlay.h"
+
+namespace host {
+
+/// The files before and after the one that is open, by name, in its folder: a strip at the lower
+/// edge; a click opens one.
+class Neighbours : public Overlay {
+    Q_OBJECT
+public:
+    Neighbours(const Underlay &under, Window &window, const QString &path);
+
+    /// The path @p step files further in the folder, or empty beyond its ends.
+    QString next(int step) const;
+
+    bool belongsInPicture() const override { return false; }
+
+signals:
+    void chosen(const QString &path);
+
+protected:
+    bool isShown() const override { return files_.size() > 1; }
+    void paint(QPainter *painter, const QRectF &area) override;
+    void click(const QPointF &at, const QRectF &area) override;
+
+private:
+    static constexpr int shown = 5; ///< The open file in the middle.
+    QRectF cell(const QRectF &area, int index) const;
+
+    QStringList files_;
+    int current_ = -1;
+};
+
+} // namespace host
+
+#endif

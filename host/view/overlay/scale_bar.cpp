@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#include "host/view/overlay/scale_bar.h"
+
+#include <cmath>
+
+#include <QLocale>
+#include <QPainter>
+
+namespace host {
+
+namespace {
+
+constexpr double width = 170, height = 34, margin = 12; // pixels
+
+} // namespace
+
+ScaleBar::ScaleBar(const Underlay &under, Window &window)
+    : Overlay(under, window, "scale-bar", QRectF(-margin, -margin, width, height))
+{
+}
+
+double ScaleBar::roundLength(double unitsPerPixel, double most)
+{
+    const double longest = unitsPerPixel * most;
+    if (!(longest > 0) || !std::isfinite(longest))
+        return 0;
+    const double power = std::pow(10, std::floor(std::log10(longest)));
+    for (double factor : {5.0, 2.0})
+        if (factor * power <= longest)
+            return factor * power;
+    return power;
+}
+
+bool ScaleBar::isShown() const
+{
+    const Item *shown = mainItem();
+    return shown && shown->unitsPerPixel(mainGLW()) > 0;
+}
+
+void ScaleBar::paint(QPainter *painter, const QRectF &area)
+{
+    const Theme &theme = display().theme();
+    GLW *main = mainGLW();
+    const double perPixel = mainItem()->unitsPerPixel(main);
+    const double length = roundLength(perPixel, area.width() - 12);
+    const double pixels = length / perPixel;
+    const double right = area.right() - 4, y = area.bottom() - 6, tick = 4;
+    painter->setPen(QPen(theme.text, 1.6));
+    painter->drawLine(QPointF(right - pixels, y), QPointF(right, y));
+    for (double x : {right - pixels, right})
+        painter->drawLine(QPointF(x, y - tick), QPointF(x, y + tick));
+    painter->drawText(QRectF(area.left(), area.top(), area.width() - 4, area.height() - 12),
+                      Qt::AlignRight | Qt::AlignVCenter, QLocale().toString(length, 'g', 6));
+}
+
+} // namespace host

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#include "host/view/overlay/triad.h"
+
+#include <algorithm>
+
+#include <QPainter>
+
+#include "host/item/view_frame.h"
+#include "host/view/window/window.h"
+
+namespace host {
+
+namespace {
+
+constexpr double reach = 34; // pixels from the middle to an arm's end
+constexpr double endRadius = 9;
+
+} // namespace
+
+Triad::Triad(const Underlay &under, Window &window)
+    : Overlay(under, window, "triad", QRectF(margin, -margin, size, size))
+{
+    bindClick(tr("Look along the axis"));
+}
+
+bool Triad::isShown() const
+{
+    const Item *shown = mainItem();
+    return shown && shown->isSpatial();
+}
+
+std::array<Triad::Arm, 6> Triad::arms(const QRectF &area) const
+{
+    const ViewFrame frame(mainGLW()->camera, QSizeF(size, size));
+    using Side = Item::Side;
+    // Who looks from the right sees the end of +X come towards the eye.
+    const Side sides[3][2] = {
+        {Side::Right, Side::Left}, {Side::Top, Side::Bottom}, {Side::Front, Side::Back}};
+    std::array<Arm, 6> all;
+    for (int i = 0; i < 6; ++i) {
+        const int axis = i / 2;
+        const bool positive = i % 2 == 0;
+        QVector3D v;
+        v[axis] = positive ? 1 : -1;
+        const QPointF out(double(QVector3D::dotProduct(v, frame.right())),
+                          -double(QVector3D::dotProduct(v, frame.up())));
+        all[std::size_t(i)] = {area.center() + out * reach,
+                               -double(QVector3D::dotProduct(v, frame.forward())), axis, positive,
+                               sides[axis][positive ? 0 : 1]};
+    }
+    std::sort(all.begin(), all.end(), [](const Arm &a, const Arm &b) { return a.depth < b.depth; });
+    return all;
+}
+
+void Triad::paint(QPainter *painter, const QRectF &area)
+{
+    const bool dark = display().dark;
+    const QColor colours[3] = {dark ? QColor(255, 110, 100) : QColor(200, 48, 40),
+                               dark ? QColor(120, 210, 110) : QColor(40, 132, 48),
+                               dark ? QColor(110, 165, 255) : QColor(36, 92, 204)};
+    QFont font = painter->font();
+    font.setBold(true);
+    font.setPixelSize(11);
+    painter->setFont(font);
+    for (const Arm &arm : arms(area)) {
+        const QColor colour = colours[arm.axis];
+        const QRectF end(arm.end - QPointF(endRadius, endRadius),
+                         QSizeF(2 * endRadius, 2 * endRadius));
+        if (!arm.positive) {
+            QColor faint = colour;
+            faint.setAlpha(110);
+            painter->setPen(QPen(colour, 1.2));
+            painter->setBrush(faint);
+            painter->drawEllipse(end.adjusted(3, 3, -3, -3));
+            continue;
+        }
+        painter->setPen(QPen(colour, 2.4));
+        painter->drawLine(area.center(), arm.end);
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(colour);
+        painter->drawEllipse(end);
+        painter->setPen(dark ? QColor(20, 24, 30) : QColor(Qt::white));
+        painter->drawText(end, Qt::AlignCenter, QString("XYZ"[arm.axis]));
+    }
+}
+
+void Triad::click(const QPointF &at, const QRectF &area)
+{
+    const auto all = arms(area);
+    // What is nearer to the viewer was painted last and covers the rest.
+    for (auto arm = all.rbegin(); arm != all.rend(); ++arm) {
+        const QPointF d = at - arm->end;
+        if (QPointF::dotProduct(d, d) <= endRadius * endRadius * 1.4) {
+            emit sideChosen(arm->side);
+            return;
+        }
+    }
+}
+
+} // namespace host

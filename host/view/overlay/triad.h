@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_VIEW_OVERLAY_TRIAD_H
+#define HOST_VIEW_OVERLAY_TRIAD_H
+
+#include <array>
+
+#include "host/view/overlay/overlay.h"
+
+namespace host {
+
+/// The axes of the world in the lower left corner. They turn with the camera of the main
+/// object; a click on an arm's end looks along that axis.
+class Triad : public Overlay {
+    Q_OBJECT
+public:
+    Triad(const Underlay &under, Window &window);
+
+    static constexpr double size = 92;   ///< Pixels of its square.
+    static constexpr double margin = 12; ///< Pixels to the window's edges.
+
+signals:
+    void sideChosen(host::Item::Side side); ///< A person wants to look from there.
+
+protected:
+    bool isShown() const override;
+    void paint(QPainter *painter, const QRectF &area) override;
+    void click(const QPointF &at, const QRectF &area) override;
+
+private:
+    /// One of the six ends.
+    struct Arm {
+        QPointF end;  ///< In the window's frame.
+        double depth; ///< Positive towards the viewer, of the unit axis.
+        int axis;     ///< 0 to 2.
+        bool positive;
+        Item::Side side; ///< From where a click looks.
+    };
+    std::array<Arm, 6> arms(const QRectF &area) const; ///< The farthest first.
+};
+
+} // namespace host
+
+#endif

@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_VIEW_SHEET_SHEET_VIEW_H
+#define HOST_VIEW_SHEET_SHEET_VIEW_H
+
+#include <QHash>
+#include <QSet>
+
+#include "host/item/file_reader.h"
+#include "host/read/read_queue.h"
+#include "host/view/sheet/sheet_entry.h"
+#include "host/view/sheet/tile_painter.h"
+#include "host/view/view.h"
+
+namespace host {
+
+/// Many files side by side: a tile for each, with its own camera. Files are read in the background,
+/// those in view first; a file that cannot be read keeps its tile, with the reason in it.
+///
+/// Memory: the items together hold at most memoryBudget() bytes in arrays and GL buffers. Beyond
+/// half of it, tiles out of view give theirs back, the one seen longest ago first, and are read
+/// again when they come into view; what passes the whole even so is refused, with a message in its
+/// tile. Meshes on their way from the readers and those that the items hold stay within
+/// memoryBudget() too, so that nothing larger arrives in the first place.
+class SheetView : public View {
+    Q_OBJECT
+public:
+    /// @p name is what the sheet is called, such as its folder; @p fault, if not empty, is shown
+    /// in place of tiles.
+    SheetView(Window &window, const QString &name, const QStringList &paths,
+              const QString &fault = {});
+    ~SheetView() override;
+
+    /// A quarter of the machine's memory, and not more than 2 GiB.
+    static quint64 memoryBudget();
+    void setMemoryBudget(quint64 bytes);
+
+    bool isSettled() const override;
+    QString fault() const override { return fault_; }
+    QString title() const override;
+    std::vector<PictureObject> pictured(bool transparent) override;
+    const SheetEntries &entries() const { return entries_; }
+    GLW *tile(int id) const { return tiles_.value(id); } ///< Null if there is none.
+    bool isLinked(int id) const { return linked_.contains(id); }
+
+public slots:
+    void Update(GLW *glw); ///< Called for every visible tile in every pass.
+    void DrawBG(GLW *glw); ///< Called before the tiles are drawn.
+
+    void SortByName() { sortBy(SheetOrder::Name); }
+    void SortBySize() { sortBy(SheetOrder::Size); }
+    void SortByCount() { sortBy(SheetOrder::Count); }
+    void ToggleLink(); ///< The cameras of the selected tiles, or of all if fewer than two are.
+    void WiderSpacing() { changeSpacing(2); }
+    void NarrowerSpacing() { changeSpacing(-2); }
+    void ResetAll(); ///< Every camera back to its first view.
+    void SelectionChanged(QList<int> ids);
+    void VisibilityChanged(int count);
+
+signals:
+    /// A person wants a picture of @p area, in the window's frame, y downwards.
+    void pictureAsked(const QString &name, const QRect &area);
+
+protected:
+    bool advancesInPick() const override { return false; }
+    void paintText(GLW *scene, QPainter *painter) override;
+    void clicked(GLW *glw) override { passOn(glw, false); }
+    bool itemsSelect() const override { return false; }
+    void areaSelected(const QRectF &area) override;
+    void fillMenu(GLW *glw, MenuTree *tree) override;
+
+private:
+    using State = SheetEntry::State;
+
+    void addTiles();
+    void bindKeys();
+    void connectQueue();
+    SheetEntry *entryOf(const GLW *glw);
+    SheetEntry *entryOfJob(int job, int *id = nullptr);
+    void read(int id);
+    void readNextTable();
+    void show(int id, const std::shared_ptr<Item> &made);
+    void fail(int id, const QString &reason);
+    void release(int id);
+    quint64 makeRoom();
+    quint64 bytesOf(int id) const;
+    void hover(const GLW *glw);
+    void drawGround() const;
+    void sortBy(SheetOrder order);
+    void applyOrder();
+    void changeSpacing(int pixels);
+    QList<GLW *> peersOf(GLW *glw) const;
+    QList<int> targetsOf(const GLW *glw) const;
+    void hide(const QList<int> &ids);
+    void remove(const QList<int> &ids);
+    void passOn(GLW *glw, bool state);
+    QString progress() const;
+
+    QString name_;
+    QString fault_;
+    SheetEntries entries_;
+    QHash<int, GLW *> tiles_;
+    QHash<int, int> jobs_; // of the queue, to ids
+    QSet<int> linked_;
+    QList<int> selected_;
+    int hovered_ = -1;
+    quint64 passes_ = 0;
+    quint64 budget_ = memoryBudget();
+    SheetOrder order_ = SheetOrder::Name;
+    bool sorted_ = false;
+    bool reversed_ = false;
+    TilePainter painter_;
+    ReadQueue queue_;   // of models
+    QList<int> tables_; // ids whose turn has not come
+    int table_ = 0;     // the id that tableReader_ is at; 0 when it rests
+    FileReader tableReader_;
+};
+
+} // namespace host
+
+#endif

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#include "host/view/sheet/tile_painter.h"
+
+#include <algorithm>
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QTextOption>
+
+namespace host {
+
+namespace {
+
+constexpr double inset = 8; // pixels from a tile's edge to its text
+constexpr double barHeight = 3;
+constexpr double linkWidth = 18;
+
+/// Two links of a chain.
+void paintLink(QPainter *painter, const QRectF &r, const QColor &colour)
+{
+    painter->setBrush(Qt::NoBrush);
+    painter->setPen(QPen(colour, 1.5));
+    const QSizeF link(9, 6);
+    for (double dx : {-3.0, 3.0}) {
+        QRectF one(QPointF(), link);
+        one.moveCenter(r.center() + QPointF(dx, 0));
+        painter->drawRoundedRect(one, 3, 3);
+    }
+}
+
+} // namespace
+
+void TilePainter::forget(int id)
+{
+    names_.remove(id);
+    reasons_.remove(id);
+}
+
+void TilePainter::paint(QPainter *painter, int id, const SheetEntry &entry, const QRectF &cell,
+                        const Marks &marks, const Theme &theme)
+{
+    painter->save();
+    paintHeader(painter, id, entry, cell, marks.linked, theme);
+    paintState(painter, id, entry, cell.adjusted(0, header, 0, 0), theme);
+    if (marks.selected || marks.hovered) {
+        const double width = marks.selected ? 3 : 1;
+        painter->setBrush(Qt::NoBrush);
+        painter->setPen(QPen(marks.selected ? theme.accent : theme.faint, width, Qt::SolidLine,
+                             Qt::SquareCap, Qt::MiterJoin));
+        painter->drawRect(cell.adjusted(width / 2, width / 2, -width / 2, -width / 2));
+    }
+    painter->restore();
+}
+
+void TilePainter::paintHeader(QPainter *painter, int id, const SheetEntry &entry,
+                              const QRectF &cell, bool linked, const Theme &theme)
+{
+    const double width = cell.width() - 2 * inset - (linked ? linkWidth : 0);
+    Laid &kept = names_[id];
+    if (kept.width != width || kept.text != entry.name) {
+        kept.width = width;
+        kept.text = entry.name;
+        kept.laid = QStaticText(
+            QFontMetricsF(painter->font()).elidedText(entry.name, Qt::ElideMiddle, width));
+        kept.laid.setTextFormat(Qt::PlainText);
+    }
+    const bool bad = entry.state == SheetEntry::State::Failed;
+    painter->setPen(bad ? theme.fault : theme.text);
+    const double height = QFontMetricsF(painter->font()).height();
+    painter->drawStaticText(cell.topLeft() + QPointF(inset, (header - height) / 2), kept.laid);
+    if (linked)
+        paintLink(painter, QRectF(cell.right() - inset - linkWidth, cell.top(), linkWidth, header),
+                  theme.accent);
+}
+
+void TilePainter::paintState(QPainter *painter, int id, const SheetEntry &entry, const QRectF &area,
+                             const Theme &theme)
+{
+    using State = SheetEntry::State;
+    if (entry.state == State::Waiting || entry.state == State::Reading ||
+        entry.state == State::Released) {
+        QRectF bar(area.left() + inset, area.center().y(), area.width() - 2 * inset, barHeight);
+        QColor trough = theme.faint;
+        trough.setAlphaF(0.25);
+        painter->fillRect(bar, trough);
+        bar.setWidth(bar.width() * std::clamp(entry.fraction, 0.0, 1.0));
+        painter->fillRect(bar, theme.accent);
+        return;
+    }
+    if (entry.state != State::Failed)
+        return;
+    const double width = area.width() - 2 * inset;
+    Laid &kept = reasons_[id];
+    if (kept.width != width || kept.text != entry.reason) {
+        kept.width = width;
+        kept.text = entry.reason;
+        kept.laid = QStaticText(entry.reason);
+        kept.laid.setTextFormat(Qt::PlainText);
+        QTextOption option(Qt::AlignHCenter);
+        option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+        kept.laid.setTextOption(option);
+        kept.laid.setTextWidth(width);
+        kept.laid.prepare({}, painter->font());
+    }
+    const double height = std::min(kept.laid.size().height(), area.height());
+    painter->setClipRect(area);
+    painter->setPen(theme.faint);
+    painter->drawStaticText(QPointF(area.left() + inset, area.center().y() - height / 2),
+                            kept.laid);
+    painter->setClipping(false);
+}
+
+} // namespace host

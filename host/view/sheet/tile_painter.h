@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_VIEW_SHEET_TILE_PAINTER_H
+#define HOST_VIEW_SHEET_TILE_PAINTER_H
+
+#include <QHash>
+#include <QRectF>
+#include <QStaticText>
+
+#include "host/item/display.h"
+#include "host/view/sheet/sheet_entry.h"
+
+class QPainter;
+
+namespace host {
+
+/// Paints what stands around and over the tiles of a sheet: names, progress, reasons, frames.
+///
+/// Frame: the window's, y downwards, logical pixels. Texts are laid out once for a width and kept:
+/// a sheet has hundreds, and most stay as they are from frame to frame.
+class TilePainter {
+public:
+    static constexpr int header = 22; ///< Pixels for the name above the drawing area.
+
+    struct Marks {
+        bool selected = false;
+        bool hovered = false;
+        bool linked = false;
+    };
+
+    /// @p cell is the whole tile, header included.
+    void paint(QPainter *painter, int id, const SheetEntry &entry, const QRectF &cell,
+               const Marks &marks, const Theme &theme);
+    void forget(int id); ///< Drops the texts of a tile that is gone.
+
+private:
+    struct Laid {
+        QString text;
+        double width = -1;
+        QStaticText laid;
+    };
+
+    void paintHeader(QPainter *painter, int id, const SheetEntry &entry, const QRectF &cell,
+                     bool linked, const Theme &theme);
+    void paintState(QPainter *painter, int id, const SheetEntry &entry, const QRectF &area,
+                    const Theme &theme);
+
+    QHash<int, Laid> names_;
+    QHash<int, Laid> reasons_;
+};
+
+} // namespace host
+
+#endif

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_VIEW_WINDOW_BINDING_H
+#define HOST_VIEW_WINDOW_BINDING_H
+
+#include <QAction>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QVector>
+
+namespace host {
+
+/// Bits of the mouse binding word, beside Qt's buttons and modifiers.
+enum MouseBit : quint32 {
+    LeftButton = 0x1,
+    RightButton = 0x2,
+    MiddleButton = 0x4,
+    WheelUp = 0x8,
+    WheelDown = 0x10,
+    DoubleClick = 0x100,
+    AnyModifier = 0x3E000000, ///< As a mask: no modifier matters.
+};
+
+/// Binds a key on @p scene to @p receiver's @p slot. @p text says what it does, for the list of
+/// bindings; an empty one keeps it off the list. Returns the action, owned by the scene.
+QAction *bindKey(QObject *scene, const QString &key, const char *name, const QString &text,
+                 QObject *receiver, const char *slot);
+
+/// The same for the mouse: bits of @p mask are ignored unless @p binding sets them.
+QAction *bindMouse(QObject *scene, quint32 binding, quint32 mask, const char *name,
+                   const QString &text, QObject *receiver, const char *slot);
+
+/// What a person does to fire @p action, in words, such as "Ctrl+S", "Shift+left drag",
+/// "double click" or "wheel". Empty if nothing is bound.
+QString bindingWords(const QAction *action);
+
+/// One row of the list of bindings.
+struct BindingRow {
+    QString keys; ///< All ways to fire it, with commas between.
+    QString text; ///< What it does.
+};
+
+/// A row for each different text among the enabled actions that have one, in the order in which
+/// they were bound, which is the reverse of the lists' order.
+QVector<BindingRow> bindingRows(const QList<QAction *> &actions);
+
+} // namespace host
+
+#endif

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_VIEW_WINDOW_FRAME_CLOCK_H
+#define HOST_VIEW_WINDOW_FRAME_CLOCK_H
+
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+#include <QWidget>
+
+namespace host {
+
+/// Runs a window's frame timer only while something goes on, so that an idle window costs nothing.
+///
+/// The window draws only frames that are asked for (its property "timer" is false). Input wakes its
+/// timer, and so does touch(); a while after the last of them the timer stops.
+class FrameClock : public QObject {
+    Q_OBJECT
+public:
+    /// @p rate in frames per second. Expects @p window to outlive its last event only.
+    FrameClock(QWidget *window, float rate, QObject *parent);
+
+    void touch();        ///< Keeps the timer running for a while.
+    void requestFrame(); ///< Lets the next tick draw.
+
+    bool isContinuous() const { return continuous_; }
+    /// Draws every frame, needed or not, and shows their rate in the window.
+    void setContinuous(bool on);
+
+    bool eventFilter(QObject *object, QEvent *event) override;
+
+private:
+    void rest();
+
+    QPointer<QWidget> window_;
+    float rate_;
+    bool running_ = false;
+    bool continuous_ = false;
+    QTimer patience_;
+};
+
+} // namespace host
+
+#endif

@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: MIT
+#include "host/view/window/panel.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <QCoreApplication>
+#include <QFontMetricsF>
+#include <QPainter>
+
+namespace host {
+
+namespace {
+
+constexpr double margin = 12;  // pixels between a panel and the edge of its area
+constexpr double padding = 10; // pixels between a panel's edge and its text
+constexpr double rounding = 7;
+
+QFont bold(QFont font)
+{
+    font.setBold(true);
+    return font;
+}
+
+void paintPanel(QPainter *painter, const QRectF &r, const Theme &theme)
+{
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(theme.panel);
+    painter->drawRoundedRect(r, rounding, rounding);
+}
+
+void paintText(QPainter *painter, const QFont &font, const QColor &colour, const QRectF &r,
+               int flags, const QString &text)
+{
+    painter->setFont(font);
+    painter->setPen(colour);
+    painter->drawText(r, flags, text);
+}
+
+void paintBar(QPainter *painter, const QRectF &r, double fraction, const Theme &theme)
+{
+    QColor trough = theme.faint;
+    trough.setAlphaF(0.3);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(trough);
+    painter->drawRoundedRect(r, r.height() / 2, r.height() / 2);
+    QRectF done = r;
+    done.setWidth(std::max(r.height(), r.width() * std::min(1.0, fraction)));
+    painter->setBrush(theme.accent);
+    painter->drawRoundedRect(done, r.height() / 2, r.height() / 2);
+}
+
+} // namespace
+
+QRectF paintNote(QPainter *painter, const QRectF &area, Qt::Alignment corner,
+                 const QString &heading, const QString &details, const Theme &theme)
+{
+    const QFont plain = painter->font(), strong = bold(plain);
+    const QFontMetricsF plainMetrics(plain), strongMetrics(strong);
+    const double room = area.width() - 2 * (margin + padding);
+    const int lines = int(!heading.isEmpty()) + int(!details.isEmpty());
+    if (lines == 0 || room < 3 * plainMetrics.averageCharWidth())
+        return {};
+    const QString first = strongMetrics.elidedText(heading, Qt::ElideMiddle, room);
+    const QString second = plainMetrics.elidedText(details, Qt::ElideRight, room);
+    const double width = std::max(heading.isEmpty() ? 0 : strongMetrics.horizontalAdvance(first),
+                                  plainMetrics.horizontalAdvance(second));
+    const double line = std::ceil(plainMetrics.height() * 1.2);
+    QRectF r(0, 0, std::ceil(width) + 2 * padding, lines * line + padding);
+    if (r.height() + 2 * margin > area.height())
+        return {};
+    r.moveTopLeft(area.topLeft() + QPointF(margin, margin));
+    if (corner & Qt::AlignRight)
+        r.moveRight(area.right() - margin);
+    if (corner & Qt::AlignBottom)
+        r.moveBottom(area.bottom() - margin);
+
+    painter->save();
+    paintPanel(painter, r, theme);
+    QRectF text = r.adjusted(padding, padding / 2, 0, 0);
+    text.setHeight(line);
+    if (!heading.isEmpty()) {
+        paintText(painter, strong, theme.text, text, Qt::AlignVCenter | Qt::TextSingleLine, first);
+        text.translate(0, line);
+    }
+    paintText(painter, plain, heading.isEmpty() ? theme.text : theme.faint, text,
+              Qt::AlignVCenter | Qt::TextSingleLine, second);
+    painter->restore();
+    return r;
+}
+
+void paintMessage(QPainter *painter, const QRectF &area, const QString &heading,
+                  const QString &details, double fraction, const Theme &theme)
+{
+    constexpr double widest = 460, bar = 8;
+    const double width = std::min(widest, area.width() - 2 * margin) - 4 * padding;
+    if (width < 60)
+        return;
+    const QFont plain = painter->font(), strong = bold(plain);
+    const int flags = Qt::AlignHCenter | Qt::TextWordWrap;
+    const QRectF any(0, 0, width, 10000);
+    const QRectF head = QFontMetricsF(strong).boundingRect(any, flags, heading);
+    const QRectF body =
+        details.isEmpty() ? QRectF() : QFontMetricsF(plain).boundingRect(any, flags, details);
+    const double bodyGap = details.isEmpty() ? 0 : padding / 2;
+    const double barGap = fraction < 0 ? 0 : padding + bar;
+    QRectF r(0, 0, width + 4 * padding,
+             head.height() + bodyGap + body.height() + barGap + 3 * padding);
+    r.moveCenter(area.center());
+
+    painter->save();
+    paintPanel(painter, r, theme);
+    QRectF text = r.adjusted(2 * padding, 1.5 * padding, -2 * padding, 0);
+    text.setHeight(head.height());
+    paintText(painter, strong, theme.text, text, flags, heading);
+    if (!details.isEmpty()) {
+        text.translate(0, head.height() + bodyGap);
+        text.setHeight(body.height());
+        paintText(painter, plain, theme.faint, text, flags, details);
+    }
+    if (fraction >= 0)
+        paintBar(painter, QRectF(text.left(), text.bottom() + padding, width, bar), fraction,
+                 theme);
+    painter->restore();
+}
+
+void paintBindings(QPainter *painter, const QRectF &area, const QVector<BindingRow> &rows,
+                   const Theme &theme)
+{
+    const QFont plain = painter->font(), strong = bold(plain);
+    const QFontMetricsF metrics(plain), strongMetrics(strong);
+    const double line = std::ceil(metrics.height() * 1.35), gap = 2 * padding;
+    double keyWidth = 0, textWidth = 0;
+    for (const BindingRow &row : rows) {
+        keyWidth = std::max(keyWidth, std::ceil(strongMetrics.horizontalAdvance(row.keys)));
+        textWidth = std::max(textWidth, std::ceil(metrics.horizontalAdvance(row.text)));
+    }
+    const int fitting = std::max(1, int((area.height() - 2 * margin - 2 * gap) / line) - 2);
+    const int columns = std::max(1, (int(rows.size()) + fitting - 1) / fitting);
+    const int perColumn = (int(rows.size()) + columns - 1) / columns;
+    const double column = keyWidth + gap + textWidth;
+    QRectF r(0, 0, columns * column + (columns + 1) * gap, (perColumn + 1.5) * line + 2 * gap);
+    r.moveCenter(area.center());
+
+    painter->save();
+    // A small window shows all of it, smaller.
+    const double fit = std::min({1.0, area.width() / r.width(), area.height() / r.height()});
+    painter->translate(area.center());
+    painter->scale(fit, fit);
+    painter->translate(-area.center());
+    Theme solid = theme;
+    solid.panel.setAlpha(240);
+    paintPanel(painter, r, solid);
+    paintText(painter, strong, theme.accent, QRectF(r.left() + gap, r.top() + gap, column, line),
+              Qt::AlignVCenter, QCoreApplication::translate("panel", "Controls"));
+    for (int i = 0; i < rows.size(); ++i) {
+        const double x = r.left() + gap + (i / perColumn) * (column + gap);
+        const double y = r.top() + gap + (i % perColumn + 1.5) * line;
+        paintText(painter, strong, theme.text, QRectF(x, y, keyWidth, line), Qt::AlignVCenter,
+                  rows[i].keys);
+        paintText(painter, plain, theme.text, QRectF(x + keyWidth + gap, y, textWidth, line),
+                  Qt::AlignVCenter, rows[i].text);
+    }
+    painter->restore();
+}
+
+} // namespace host

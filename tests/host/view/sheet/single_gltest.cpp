@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+// One file under a person's hands: areas, the legend, and the overlays in front of it.
+#include <QTest>
+
+#include "host/item/model_item.h"
+#include "host/item/series_item.h"
+#include "host/item/view_frame.h"
+#include "host/view/single_view.h"
+#include "support.h"
+
+namespace host {
+namespace {
+
+class SingleTest : public ViewTest {
+protected:
+    std::unique_ptr<SingleView> view;
+
+    void open(const QString &path)
+    {
+        view = std::make_unique<SingleView>(*window, path);
+        show(*view);
+    }
+    void openFromTheFront(int count)
+    {
+        open(boxes("model.obj", count));
+        view->lookFrom(Item::Side::Front);
+        settle(view->mainGLW());
+    }
+    void TearDown() override { view.reset(); }
+
+    template <typename Kind> Kind *item()
+    {
+        return dynamic_cast<Kind *>(view->item(view->mainGLW()));
+    }
+    QVector3D forward() const
+    {
+        return ViewFrame(view->mainGLW()->camera, QSizeF(600, 400)).forward();
+    }
+};
+
+TEST_F(SingleTest, ARectangleSelectsThePartsThatItMeets)
+{
+    openFromTheFront(2);
+    const auto *model = item<ModelItem>();
+    ASSERT_TRUE(model);
+    drag({150, 80}, {250, 320}, Qt::RightButton, Qt::ShiftModifier);
+    EXPECT_EQ(model->selectedParts(), (std::vector<bool>{true, false}));
+    drag({250, 120}, {370, 320}, Qt::RightButton, Qt::ShiftModifier);
+    EXPECT_EQ(model->selectedParts(), (std::vector<bool>{true, true}));
+    drag({450, 320}, {350, 80}, Qt::RightButton, Qt::ShiftModifier);
+    EXPECT_EQ(model->selectedParts(), (std::vector<bool>{false, true}));
+    drag({20, 20}, {60, 50}, Qt::RightButton, Qt::ShiftModifier);
+    EXPECT_EQ(model->selectedParts(), (std::vector<bool>{false, false}));
+}
+
+TEST_F(SingleTest, ARectangleSelectsSamplesAndTheLegendTogglesColumns)
+{
+    open(file("weather.csv", weather()));
+    const auto *series = item<SeriesItem>();
+    ASSERT_TRUE(series);
+    const SeriesPlot &plot = series->plot();
+    const auto at = [&](double x, double y) { return plot.toLocal(view->mainGLW(), {x, y}); };
+    drag(at(1.5, 20.5), at(5.5, 15), Qt::RightButton, Qt::ShiftModifier);
+    EXPECT_EQ(plot.selection().counts, (std::vector<std::size_t>{4, 0}));
+    drag(at(6.5, -0.5), at(8.5, 20.5), Qt::RightButton, Qt::ShiftModifier);
+    EXPECT_EQ(plot.selection().counts, (std::vector<std::size_t>{2, 2}));
+
+    click(PlotLayout(plot.table(), {600, 400}).legend[1].center());
+    EXPECT_TRUE(plot.enabled(0));
+    EXPECT_FALSE(plot.enabled(1));
+    EXPECT_EQ(plot.selection().total, 4u) << "a click on the legend is none beside the curves";
+    click(PlotLayout(plot.table(), {600, 400}).legend[1].center());
+    EXPECT_TRUE(plot.enabled(1));
+    click(at(4.5, 10));
+    EXPECT_EQ(plot.selection().total, 0u);
+}
+
+TEST_F(SingleTest, AnArmOfTheTriadLooksAlongItsAxis)
+{
+    openFromTheFront(2);
+    // The middle of the triad stands 58 pixels from the left and from the bottom.
+    const QPointF middle(58, 342);
+    click(middle + QPointF(17, -17)); // between the arms
+    settle(view->mainGLW());
+    EXPECT_NEAR(double(forward().z()), -1, 1e-3);
+    click(middle + QPointF(34, 0)); // +X
+    settle(view->mainGLW());
+    EXPECT_NEAR(double(forward().x()), -1, 1e-3);
+    click(middle + QPointF(0, -34)); // +Y
+    settle(view->mainGLW());
+    EXPECT_NEAR(double(forward().y()), -1, 1e-2);
+}
+
+TEST_F(SingleTest, TheStripOpensTheFilesBesideThisOne)
+{
+    boxes("a.obj", 1);
+    boxes("c.obj", 1);
+    open(boxes("b.obj", 1));
+    QStringList chosen;
+    QObject::connect(view.get(), &SingleView::fileChosen,
+                     [&](const QString &path) { chosen << QFileInfo(path).fileName(); });
+    // Five cells of 60 pixels in the middle of the lower edge, this file in the third.
+    const double y = 386;
+    click({180, y}); // nothing comes before a.obj
+    click({300, y});
+    EXPECT_EQ(chosen.join(' '), "");
+    click({240, y});
+    click({360, y});
+    move({300, 100});
+    key(Qt::Key_PageDown);
+    EXPECT_EQ(chosen.join(' '), "a.obj c.obj c.obj");
+}
+
+} // namespace
+} // namespace host

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+// The context menu in the making, and the clock that lets an idle window rest.
+#include <QMenu>
+#include <QMouseEvent>
+#include <QTest>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+#include "host/view/window/frame_clock.h"
+#include "host/view/window/menu_tree.h"
+
+namespace host {
+namespace {
+
+TEST(MenuTreeTest, BuildsWhatWasAddedAndRunsItAfterwards)
+{
+    QObject receiver;
+    QStringList ran;
+    MenuTree tree;
+    tree.add("Fit", "F", &receiver, [&] { ran << "fit"; });
+    tree.addSeparator();
+    tree.addCheck("Lighting", "G", true, &receiver, [&] { ran << "lighting"; });
+    tree.addMenu("Look from")->add("Top", "5", &receiver, [&] { ran << "top"; });
+
+    QMenu menu;
+    int entries = 0;
+    ASSERT_TRUE(QMetaObject::invokeMethod(&tree, "Build", Q_RETURN_ARG(int, entries),
+                                          Q_ARG(QMenu *, &menu)));
+    EXPECT_EQ(entries, 4);
+    const QList<QAction *> actions = menu.actions();
+    ASSERT_EQ(actions.size(), 4);
+    EXPECT_EQ(actions[0]->text(), "Fit\tF");
+    EXPECT_FALSE(actions[0]->isCheckable());
+    EXPECT_TRUE(actions[1]->isSeparator());
+    EXPECT_TRUE(actions[2]->isChecked());
+    ASSERT_TRUE(actions[3]->menu());
+    EXPECT_EQ(actions[3]->menu()->actions().value(0)->text(), "Top\t5");
+
+    actions[0]->trigger();
+    actions[3]->menu()->actions().value(0)->trigger();
+    EXPECT_TRUE(ran.isEmpty()) << "the menu is still open";
+    QCoreApplication::processEvents();
+    EXPECT_EQ(ran.join(' '), "fit top");
+}
+
+TEST(MenuTreeTest, AnEntryWhoseReceiverDiedDoesNothing)
+{
+    auto *receiver = new QObject;
+    bool ran = false;
+    MenuTree tree;
+    tree.add("Fit", "F", receiver, [&] { ran = true; });
+    QMenu menu;
+    tree.Build(&menu);
+    menu.actions().value(0)->trigger();
+    delete receiver;
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(ran);
+}
+
+/// Stands for the module's window: its properties and its slot.
+class FakeWindow : public QWidget {
+    Q_OBJECT
+
+public:
+    int requested = 0;
+
+    FakeWindow() { setMouseTracking(true); } // as the module's does
+    float fps() const { return property("fps").toFloat(); }
+
+public slots:
+    void Update() { ++requested; }
+};
+
+TEST(FrameClockTest, RestsWhenNothingHappensAndWakesWithInput)
+{
+    FakeWindow window;
+    FrameClock clock(&window, 50, nullptr);
+    EXPECT_FALSE(window.property("timer").toBool()) << "only frames that are asked for";
+    EXPECT_EQ(window.fps(), 50);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window.fps() == 0; }));
+
+    QMouseEvent move(QEvent::MouseMove, QPointF(1, 1), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window, &move);
+    EXPECT_EQ(window.fps(), 50);
+    EXPECT_EQ(window.requested, 0) << "input alone draws nothing";
+
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window.fps() == 0; }));
+    clock.requestFrame();
+    EXPECT_EQ(window.fps(), 50);
+    EXPECT_EQ(window.requested, 1);
+}
+
+TEST(FrameClockTest, ContinuousDrawingNeverRests)
+{
+    FakeWindow window;
+    FrameClock clock(&window, 50, nullptr);
+    clock.setContinuous(true);
+    EXPECT_TRUE(window.property("timer").toBool());
+    EXPECT_FALSE(QTest::qWaitFor([&] { return window.fps() == 0; }, 900));
+    clock.setContinuous(false);
+    EXPECT_FALSE(window.property("timer").toBool());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window.fps() == 0; }));
+}
+
+} // namespace
+} // namespace host
+
+#include "menu_and_clock_test.moc"
