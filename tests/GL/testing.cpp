@@ -4,12 +4,34 @@
 #include <dlfcn.h>
 #include <sys/time.h>
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QCursor>
 #include <QScreen>
 #include <QTest>
 #include <QTimerEvent>
 #include <QWindow>
+
+std::function<QObject *(const QString &type, QObject *parent, const QString &name)> newObject;
+
+/// Offers the slot by which scene objects ask the application for a menu tree.
+class Application : public QApplication {
+    Q_OBJECT
+
+public:
+    using QApplication::QApplication;
+
+public Q_SLOTS:
+    QObject *NewObject(QString type, QObject *parent, QString name)
+    {
+        return newObject ? newObject(type, parent, name) : nullptr;
+    }
+};
+
+QCoreApplication *makeApplication(int &argc, char **argv);
+QCoreApplication *makeApplication(int &argc, char **argv)
+{
+    return new Application(argc, argv);
+}
 
 time_t frozenClock = 0;
 const char *fakeRenderer = nullptr;
@@ -94,3 +116,5 @@ QImage WindowTest::screen()
     glFinish();
     return window->screen()->grabWindow(window->winId()).toImage();
 }
+
+#include "testing.moc"

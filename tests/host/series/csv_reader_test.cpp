@@ -312,10 +312,3 @@ TEST(CsvReaderThread, CancelEndsWithAnEmptyResult)
 
 } // namespace
 } // namespace host
-
-int main(int argc, char **argv)
-{
-    QCoreApplication application(argc, argv);
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}

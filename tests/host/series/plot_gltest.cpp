@@ -223,10 +223,3 @@ INSTANTIATE_TEST_SUITE_P(Rows, PlotDrawing, testing::ValuesIn(drawCases),
 
 } // namespace
 } // namespace host
-
-int main(int argc, char **argv)
-{
-    QApplication application(argc, argv);
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}

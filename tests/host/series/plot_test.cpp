@@ -306,11 +306,3 @@ TEST(PaletteTest, IsLegibleOnBothThemes)
 
 } // namespace
 } // namespace host
-
-int main(int argc, char **argv)
-{
-    qputenv("QT_QPA_PLATFORM", "minimal"); // fonts are measured, no window is shown
-    QApplication application(argc, argv);
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}

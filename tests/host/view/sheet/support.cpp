@@ -5,6 +5,25 @@
 #include <QMouseEvent>
 #include <QTest>
 
+#include "host/app/application.h"
+#include "host/read/reader_process.h"
+
+/// The program is also the child that a reader starts.
+int runAsChild(int argc, char **argv);
+int runAsChild(int argc, char **argv)
+{
+    if (argc != 3 || qstrcmp(argv[1], "--read-model") != 0)
+        return -1;
+    const QCoreApplication application(argc, argv);
+    return host::runReaderProcess(application.arguments().at(2));
+}
+
+QCoreApplication *makeApplication(int &argc, char **argv);
+QCoreApplication *makeApplication(int &argc, char **argv)
+{
+    return new host::Application(argc, argv);
+}
+
 namespace host {
 
 void ViewTest::SetUp()

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The tests, and, called with the arguments that a reader gives to its child, that child.
+// The test program as the child that a reader starts, and as one that misbehaves.
 #include <csignal>
 #include <cstdio>
 
@@ -7,11 +7,12 @@
 #include <QStringList>
 #include <QThread>
 
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include "host/read/reader_process.h"
 #include "tests/host/read/support.h"
+
+int runAsChild(int argc, char **argv);
 
 namespace host {
 
@@ -42,14 +43,15 @@ int misbehave(const QByteArray &how, const QString &file)
 
 } // namespace host
 
-int main(int argc, char **argv)
+int runAsChild(int argc, char **argv)
 {
-    QCoreApplication app(argc, argv);
+    if (argc < 3 || argv[1][0] != '-' || qstrncmp(argv[1], "--gtest", 7) == 0)
+        return -1;
+    const QCoreApplication app(argc, argv);
     const QStringList arguments = app.arguments();
     if (arguments.size() == 3 && arguments[1] == QLatin1String("--read-model"))
         return host::runReaderProcess(arguments[2]);
     if (arguments.size() == 4 && arguments[1] == QLatin1String("--misbehave"))
         return host::misbehave(arguments[2].toUtf8(), arguments[3]);
-    testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    return -1;
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The main of the module's test programs: Qt's application first, a GL context where one is needed.
+// The main of all test programs: an application, with a GL context where the program needs one.
 #include <cstdio>
-#include <functional>
 
 #include <gtest/gtest.h>
 
@@ -9,31 +8,20 @@
 #include <QGLWidget>
 #include <QTemporaryDir>
 
-std::function<QObject *(const QString &type, QObject *parent, const QString &name)> newObject;
-
-/// Offers the slot by which scene objects ask the application for a menu tree.
-class Application : public QApplication {
-    Q_OBJECT
-
-public:
-    using QApplication::QApplication;
-
-public Q_SLOTS:
-    QObject *NewObject(QString type, QObject *parent, QString name)
-    {
-        return newObject ? newObject(type, parent, name) : nullptr;
-    }
-};
+/// A program that its tests start as a child, too, defines this; -1: it was not started as one.
+[[gnu::weak]] int runAsChild(int argc, char **argv);
+/// A program whose tests need an application of a class of its own defines this.
+[[gnu::weak]] QCoreApplication *makeApplication(int &argc, char **argv);
 
 #ifdef GLWINDOW_TEST_GL
-static bool hasContext()
+static bool isUsable()
 {
     QGLWidget probe;
     probe.makeCurrent();
     return probe.isValid() && QGLContext::currentContext() && glGetString(GL_VERSION);
 }
 #else
-static bool hasContext()
+static bool isUsable()
 {
     return true;
 }
@@ -41,6 +29,9 @@ static bool hasContext()
 
 int main(int argc, char **argv)
 {
+    const int status = runAsChild ? runAsChild(argc, argv) : -1;
+    if (status >= 0)
+        return status;
     testing::InitGoogleTest(&argc, argv);
     qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:"); // no desktop is asked for anything
 #ifndef GLWINDOW_TEST_GL
@@ -50,13 +41,12 @@ int main(int argc, char **argv)
     qputenv("XDG_CONFIG_HOME", settings.path().toLocal8Bit());
     // Kept to the end of the process: with it the display and its driver stay open, so that a leak
     // checker can tell what is theirs.
-    static auto *const application = new Application(argc, argv);
+    static auto *const application =
+        makeApplication ? makeApplication(argc, argv) : new QApplication(argc, argv);
     Q_UNUSED(application)
-    if (!hasContext()) {
+    if (!isUsable()) {
         std::fputs("no OpenGL context: the tests need a display with GLX\n", stderr);
         return 1;
     }
     return RUN_ALL_TESTS();
 }
-
-#include "main.moc"
