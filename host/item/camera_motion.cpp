@@ -128,9 +128,9 @@ void CameraMotion::jumpTo(GL::Camera &camera, const Pose &pose)
     camera.radius = clampRadius(camera, pose.radius);
     camera.d_rot = camera.d_target = Vector();
     camera.d_radius = 0;
-    const ViewFrame frame(camera, QSizeF(1, 1));
-    camera.pos = fromQt(frame.eye());
-    camera.up = fromQt(frame.up());
+    const CameraGeometry geometry(camera, QSizeF(1, 1));
+    camera.pos = fromQt(geometry.eye());
+    camera.up = fromQt(geometry.up());
     moving_ = true;
 }
 
@@ -166,7 +166,7 @@ bool CameraMotion::step(GL::Camera &camera, double seconds)
         target + part(target_, share, camera.radius * leastZoom) + (pivot_ - target) * (1 - zoomed);
     camera.d_target = fromQt((clampTarget(camera, aim) - target) / camera.dt);
     camera.d_radius = camera.radius * (zoomed * approached - 1) / camera.dt;
-    camera.up = fromQt(ViewFrame(camera, QSizeF(1, 1)).up());
+    camera.up = fromQt(CameraGeometry(camera, QSizeF(1, 1)).up());
     return moving_;
 }
 

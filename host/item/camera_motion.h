@@ -6,11 +6,11 @@
 #include <QSizeF>
 #include <QVector3D>
 
-#include "host/item/view_frame.h"
+#include "host/item/camera_geometry.h"
 
 namespace host {
 
-/// A view to go to.
+/// Where a camera stands and looks.
 struct Pose {
     QVector3D rot;    ///< Degrees: elevation, azimuth, roll.
     QVector3D target; ///< World coordinates.

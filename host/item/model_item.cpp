@@ -91,7 +91,7 @@ double ModelItem::unitsPerPixel(const GLW *glw) const
 void ModelItem::init(GLW *glw)
 {
     buffers_.create(*mesh_, centre_, scale_);
-    initView(glw);
+    steering_.init(glw);
 }
 
 void ModelItem::release()
@@ -138,7 +138,7 @@ bool ModelItem::pick3D(GLW *glw, const std::optional<QPointF> &pointer)
     const int before = hovered_;
     hovered_ = -1;
     if (pointer) {
-        if (const auto found = hit(frameOf(glw).ray(*pointer)))
+        if (const auto found = hit(CameraSteering::geometryOf(glw).ray(*pointer)))
             hovered_ = partOf(found->triangle);
     }
     return hovered_ != before;

@@ -5,7 +5,8 @@
 #include <atomic>
 #include <memory>
 
-#include "host/item/camera_item.h"
+#include "host/item/camera_steering.h"
+#include "host/item/item.h"
 #include "host/item/mesh_buffers.h"
 #include "host/item/triangle_tree.h"
 #include "host/read/mesh.h"
@@ -15,7 +16,7 @@ namespace host {
 /// A model: its triangles in GL buffers, lit, with the part under the pointer marked.
 ///
 /// World: the model is moved and scaled so that it fills CameraMotion::worldRadius.
-class ModelItem : public CameraItem {
+class ModelItem : public Item, private CameraSteering::Shape {
 public:
     /// @p mesh has at least one triangle. What the pointer needs to find triangles is built in a
     /// thread of its own; until then nothing is under the pointer.
@@ -35,6 +36,8 @@ public:
     QVector3D centre() const { return centre_; }
     float scale() const { return scale_; }
 
+    Steering &steering() override { return steering_; }
+    bool isSpatial() const override { return true; }
     double unitsPerPixel(const GLW *glw) const override;
     bool isBusy() const override { return !build_->ready; }
     void init(GLW *glw) override;
@@ -46,11 +49,10 @@ public:
     void clearSelection() override { selected_.clear(); }
     const std::vector<bool> &selectedParts() const { return selected_; } ///< May be empty: none.
 
-protected:
+private:
     std::optional<QVector3D> surfaceAt(const Ray &ray) const override;
     const std::vector<QVector3D> &outline() const override { return outline_; }
 
-private:
     /// Shared with the thread that builds the tree, which may outlive the item.
     struct TreeBuild {
         std::atomic<bool> cancel{false};
@@ -67,6 +69,7 @@ private:
     QVector3D centre_;
     float scale_ = 1;
     std::vector<QVector3D> outline_;
+    CameraSteering steering_{*this};
     MeshBuffers buffers_;
     std::shared_ptr<TreeBuild> build_ = std::make_shared<TreeBuild>();
     int hovered_ = -1;

@@ -1,20 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "host/item/series_item.h"
 
-#include <cmath>
-
 #include <QCoreApplication>
 #include <QLocale>
 
 namespace host {
 
 namespace {
-
-/// From pixels counted from the lower-left corner to those that a plot counts, from the top-left.
-QPointF fromTop(const GLW *glw, const QPointF &at)
-{
-    return {at.x(), glw->height() - at.y()};
-}
 
 bool sameSample(const std::optional<Sample> &a, const std::optional<Sample> &b)
 {
@@ -40,32 +32,6 @@ quint64 SeriesItem::byteSize() const
     return table_->rows() * sizeof(double) * (1 + 2 * table_->columns.size());
 }
 
-void SeriesItem::init(GLW *glw)
-{
-    fit(glw);
-}
-
-void SeriesItem::fit(GLW *glw)
-{
-    // The scene object asks its host, which is this; a tile asks nobody.
-    QRectF range = glw->Range2D(0);
-    if (range.isNull())
-        range = plot_.range2D();
-    const double air = 0.05 * std::abs(range.height());
-    plot_.fit(glw, range.adjusted(0, range.height() < 0 ? air : -air, 0,
-                                  range.height() < 0 ? -air : air));
-    fittedSize_ = QSizeF(glw->width(), glw->height());
-    showsWhole_ = true;
-}
-
-bool SeriesItem::advance(GLW *glw, double)
-{
-    if (!showsWhole_ || fittedSize_ == QSizeF(glw->width(), glw->height()))
-        return false;
-    fit(glw);
-    return true;
-}
-
 void SeriesItem::draw2D(GLW *glw, const Display &display)
 {
     plot_.setTheme(display.dark ? PlotTheme::Dark : PlotTheme::Light);
@@ -78,58 +44,28 @@ void SeriesItem::paintForeground(GLW *glw, QPainter *painter, const Display &)
     plot_.paintForeground(glw, painter);
 }
 
+/// Snaps the crosshair to the sample nearest to the pointer.
 bool SeriesItem::pick2D(GLW *glw, const std::optional<QPointF> &pointer)
 {
-    const std::optional<Sample> before = crosshair_;
-    pointer_.reset();
-    if (pointer)
-        pointer_ = fromTop(glw, *pointer);
-    asked_ = false;
-    glw->NearestDataPos();
-    if (!asked_) {
-        QVector3D unused;
-        nearestDataPos(glw, &unused);
-    }
-    return !sameSample(before, crosshair_);
-}
-
-/// Snaps the crosshair to the sample nearest to the pointer.
-void SeriesItem::nearestDataPos(GLW *glw, QVector3D *position)
-{
-    asked_ = true;
     constexpr double reach = 80; // pixels
+    const std::optional<Sample> before = crosshair_;
     crosshair_.reset();
-    if (pointer_)
-        crosshair_ = plot_.nearest(glw, *pointer_, reach);
+    if (pointer)
+        crosshair_ = plot_.nearest(glw, PlotSteering::fromTop(glw, *pointer), reach);
     plot_.setCrosshair(crosshair_);
-    *position = plot_.nearestPosition(glw, *position);
-}
-
-void SeriesItem::drag(GLW *glw, Drag, const QPointF &from, const QPointF &to)
-{
-    plot_.panBy(glw, fromTop(glw, to) - fromTop(glw, from));
-    showsWhole_ = false;
-}
-
-void SeriesItem::zoom(GLW *glw, const QPointF &at, float steps, Qt::KeyboardModifiers modifiers)
-{
-    constexpr double perStep = 1.25;
-    const double factor = std::pow(perStep, double(steps));
-    const bool xOnly = modifiers & Qt::ShiftModifier;
-    const bool yOnly = modifiers & Qt::ControlModifier;
-    plot_.zoomAbout(glw, fromTop(glw, at), yOnly && !xOnly ? 1 : factor, xOnly ? 1 : factor);
-    showsWhole_ = false;
+    return !sameSample(before, crosshair_);
 }
 
 void SeriesItem::selectArea2D(GLW *glw, const QRectF &area)
 {
-    plot_.select(
-        glw, QRectF(fromTop(glw, area.topLeft()), fromTop(glw, area.bottomRight())).normalized());
+    plot_.select(glw, QRectF(PlotSteering::fromTop(glw, area.topLeft()),
+                             PlotSteering::fromTop(glw, area.bottomRight()))
+                          .normalized());
 }
 
 bool SeriesItem::click(GLW *glw, const QPointF &at)
 {
-    const int column = plot_.legendHit(glw, fromTop(glw, at));
+    const int column = plot_.legendHit(glw, PlotSteering::fromTop(glw, at));
     if (column < 0)
         return false;
     plot_.toggle(column);

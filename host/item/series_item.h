@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "host/item/item.h"
+#include "host/item/plot_steering.h"
 #include "host/series/plot.h"
 
 namespace host {
@@ -23,21 +24,13 @@ public:
     bool paintsTitle() const override { return true; }
     void setTitled(bool titled) override { plot_.setTitled(titled); }
 
-    void init(GLW *glw) override;
+    Steering &steering() override { return steering_; }
+    void init(GLW *glw) override { steering_.fit(glw); }
     void release() override {}
-    void restoreView(GLW *, const GL::Camera &) override {}
-    bool advance(GLW *glw, double seconds) override;
     void draw2D(GLW *glw, const Display &display) override;
     void paintForeground(GLW *glw, QPainter *painter, const Display &display) override;
     bool pick2D(GLW *glw, const std::optional<QPointF> &pointer) override;
 
-    void range2D(QRectF *range) const override { *range = plot_.range2D(); }
-    void nearestDataPos(GLW *glw, QVector3D *position) override;
-
-    void fit(GLW *glw) override;
-    void home(GLW *glw) override { fit(glw); }
-    void drag(GLW *glw, Drag kind, const QPointF &from, const QPointF &to) override;
-    void zoom(GLW *glw, const QPointF &at, float steps, Qt::KeyboardModifiers) override;
     void selectArea2D(GLW *glw, const QRectF &area) override;
     void clearSelection() override { plot_.clearSelection(); }
     bool click(GLW *glw, const QPointF &at) override;
@@ -47,10 +40,7 @@ public:
 private:
     std::shared_ptr<const Table> table_;
     SeriesPlot plot_;
-    QSizeF fittedSize_;
-    bool showsWhole_ = true;
-    bool asked_ = false;             // the object asked for the nearest sample
-    std::optional<QPointF> pointer_; // local pixels, y downwards
+    PlotSteering steering_{plot_};
     std::optional<Sample> crosshair_;
 };
 

@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "host/item/view_frame.h"
+#include "host/item/camera_geometry.h"
 #include "host/read/mesh.h"
 
 namespace host {

@@ -28,8 +28,8 @@ QPointF windowPointer(const GLW *fired)
 
 } // namespace
 
-Controls::Controls(QObject *scene, Lookup item, bool single, QObject *parent)
-    : QObject(parent), item_(std::move(item))
+Controls::Controls(QObject *scene, Lookup steering, bool single, QObject *parent)
+    : QObject(parent), steering_(std::move(steering))
 {
     bindPointer(scene, single);
     bindKeys(scene);
@@ -89,12 +89,12 @@ QPointF Controls::pointerIn(const GLW *glw, const Mouse &mouse)
     return middleOf(mouse) - cornerOf(glw);
 }
 
-void Controls::forPeers(GLW *glw, const std::function<void(Item *, GLW *)> &steer)
+void Controls::forPeers(GLW *glw, const std::function<void(Steering *, GLW *)> &steer)
 {
     const QList<GLW *> peers = peers_ ? peers_(glw) : QList<GLW *>{glw};
     for (GLW *peer : peers) {
-        if (Item *item = item_(peer)) {
-            steer(item, peer);
+        if (Steering *steering = steering_(peer)) {
+            steer(steering, peer);
             emit steered(peer);
         }
     }
@@ -102,22 +102,22 @@ void Controls::forPeers(GLW *glw, const std::function<void(Item *, GLW *)> &stee
 
 void Controls::Fit(GLW *glw)
 {
-    forPeers(glw, [](Item *item, GLW *peer) { item->fit(peer); });
+    forPeers(glw, [](Steering *steering, GLW *peer) { steering->fit(peer); });
 }
 
 void Controls::Home(GLW *glw)
 {
-    forPeers(glw, [](Item *item, GLW *peer) { item->home(peer); });
+    forPeers(glw, [](Steering *steering, GLW *peer) { steering->home(peer); });
 }
 
-void Controls::look(GLW *glw, Item::Side side)
+void Controls::look(GLW *glw, Steering::Side side)
 {
-    forPeers(glw, [side](Item *item, GLW *peer) { item->lookFrom(peer, side); });
+    forPeers(glw, [side](Steering *steering, GLW *peer) { steering->lookFrom(peer, side); });
 }
 
 void Controls::ToggleProjection(GLW *glw)
 {
-    forPeers(glw, [](Item *item, GLW *peer) { item->toggleProjection(peer); });
+    forPeers(glw, [](Steering *steering, GLW *peer) { steering->toggleProjection(peer); });
 }
 
 void Controls::HoldRoll(GLW *, bool held)
@@ -127,7 +127,7 @@ void Controls::HoldRoll(GLW *, bool held)
 
 void Controls::Orbit(GLW *glw, bool held)
 {
-    dragTo(glw, rollHeld_ ? Item::Drag::Roll : Item::Drag::Orbit, held);
+    dragTo(glw, rollHeld_ ? Steering::Drag::Roll : Steering::Drag::Orbit, held);
     tellClick(glw, held);
 }
 
@@ -150,17 +150,17 @@ void Controls::tellClick(GLW *glw, bool held)
 
 void Controls::Pan(GLW *glw, bool held)
 {
-    dragTo(glw, Item::Drag::Pan, held);
+    dragTo(glw, Steering::Drag::Pan, held);
 }
 
 void Controls::Roll(GLW *glw, bool held)
 {
-    dragTo(glw, Item::Drag::Roll, held);
+    dragTo(glw, Steering::Drag::Roll, held);
 }
 
 /// A binding fires for the press and for every motion while it is held. The press only notes the
 /// place: what the record calls the motion since the event before may be of any length.
-void Controls::dragTo(GLW *fired, Item::Drag kind, bool held)
+void Controls::dragTo(GLW *fired, Steering::Drag kind, bool held)
 {
     if (!held || !fired->gl) {
         dragged_ = nullptr;
@@ -173,21 +173,24 @@ void Controls::dragTo(GLW *fired, Item::Drag kind, bool held)
         kind_ = kind;
         last_ = now;
         const QPointF at = now - cornerOf(dragged_);
-        forPeers(dragged_, [&](Item *item, GLW *peer) { item->beginDrag(peer, kind, at); });
+        forPeers(dragged_,
+                 [&](Steering *steering, GLW *peer) { steering->beginDrag(peer, kind, at); });
         return;
     }
     const QPointF corner = cornerOf(dragged_);
     const QPointF from = last_ - corner, to = now - corner;
     last_ = now;
     if (from != to)
-        forPeers(dragged_, [&](Item *item, GLW *peer) { item->drag(peer, kind, from, to); });
+        forPeers(dragged_,
+                 [&](Steering *steering, GLW *peer) { steering->drag(peer, kind, from, to); });
 }
 
 void Controls::zoom(GLW *glw, float steps)
 {
     const QPointF at = windowPointer(glw) - cornerOf(glw);
     const auto modifiers = Qt::KeyboardModifiers(glw->gl->mouse.modifier);
-    forPeers(glw, [&](Item *item, GLW *peer) { item->zoom(peer, at, steps, modifiers); });
+    forPeers(glw,
+             [&](Steering *steering, GLW *peer) { steering->zoom(peer, at, steps, modifiers); });
 }
 
 void Controls::Focus(GLW *glw, bool pressed)
@@ -196,7 +199,7 @@ void Controls::Focus(GLW *glw, bool pressed)
     if (!pressed || glw->gl->mouse.button == glw->gl->mouse.last_button)
         return;
     const QPointF at = windowPointer(glw) - cornerOf(glw);
-    forPeers(glw, [&](Item *item, GLW *peer) { item->focus(peer, at); });
+    forPeers(glw, [&](Steering *steering, GLW *peer) { steering->focus(peer, at); });
 }
 
 /// While the record's `area` is set, its reference position stays at the first corner.

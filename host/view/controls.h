@@ -9,7 +9,7 @@
 #include <QPointF>
 #include <QPointer>
 
-#include "host/item/item.h"
+#include "host/item/steering.h"
 
 namespace host {
 
@@ -19,13 +19,13 @@ namespace host {
 class Controls : public QObject {
     Q_OBJECT
 public:
-    using Lookup = std::function<Item *(GLW *)>;
+    using Lookup = std::function<Steering *(GLW *)>;
     using Peers = std::function<QList<GLW *>(GLW *)>;
 
-    /// Binds everything on @p scene. @p item gives the item of a GLW, null where there is none yet.
+    /// Binds everything on @p scene. @p steering gives that of a GLW, null where there is none yet.
     /// On an object that is @p single, Control+drag rolls, as R+drag does anyway, and a double
     /// click focuses; on one with tiles both belong to the selection.
-    Controls(QObject *scene, Lookup item, bool single, QObject *parent);
+    Controls(QObject *scene, Lookup steering, bool single, QObject *parent);
 
     /// What moves along when a GLW is steered, that one included; by default just itself. With
     /// more than one, the others do what the first one does, each in its own frame.
@@ -49,12 +49,12 @@ signals:
 public slots:
     void Fit(GLW *glw);
     void Home(GLW *glw);
-    void LookFront(GLW *glw) { look(glw, Item::Side::Front); }
-    void LookBack(GLW *glw) { look(glw, Item::Side::Back); }
-    void LookLeft(GLW *glw) { look(glw, Item::Side::Left); }
-    void LookRight(GLW *glw) { look(glw, Item::Side::Right); }
-    void LookTop(GLW *glw) { look(glw, Item::Side::Top); }
-    void LookBottom(GLW *glw) { look(glw, Item::Side::Bottom); }
+    void LookFront(GLW *glw) { look(glw, Steering::Side::Front); }
+    void LookBack(GLW *glw) { look(glw, Steering::Side::Back); }
+    void LookLeft(GLW *glw) { look(glw, Steering::Side::Left); }
+    void LookRight(GLW *glw) { look(glw, Steering::Side::Right); }
+    void LookTop(GLW *glw) { look(glw, Steering::Side::Top); }
+    void LookBottom(GLW *glw) { look(glw, Steering::Side::Bottom); }
     void ToggleProjection(GLW *glw);
     void HoldRoll(GLW *glw, bool held);
 
@@ -70,17 +70,17 @@ public slots:
 private:
     void bindKeys(QObject *scene);
     void bindPointer(QObject *scene, bool single);
-    void look(GLW *glw, Item::Side side);
+    void look(GLW *glw, Steering::Side side);
     void zoom(GLW *glw, float steps);
-    void dragTo(GLW *glw, Item::Drag kind, bool held);
+    void dragTo(GLW *glw, Steering::Drag kind, bool held);
     void tellClick(GLW *glw, bool held);
-    void forPeers(GLW *glw, const std::function<void(Item *, GLW *)> &steer);
+    void forPeers(GLW *glw, const std::function<void(Steering *, GLW *)> &steer);
 
-    Lookup item_;
+    Lookup steering_;
     Peers peers_;
     bool rollHeld_ = false;
     QPointer<GLW> dragged_; // keeps the drag when the pointer passes over another object
-    Item::Drag kind_ = Item::Drag::Orbit;
+    Steering::Drag kind_ = Steering::Drag::Orbit;
     QPointF last_; // window pixels, y upwards
     QPointF pressedAt_;
     bool travelled_ = false; // since the left button went down

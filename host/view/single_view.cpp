@@ -63,8 +63,7 @@ QString SingleView::title() const
 
 bool SingleView::isSettled() const
 {
-    const Item *shown = item(glw());
-    return shown && !shown->isBusy();
+    return item(glw());
 }
 
 void SingleView::show(const std::shared_ptr<Item> &item)

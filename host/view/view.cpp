@@ -67,7 +67,12 @@ View::View(Window &window, const char *className, bool single) : window_(window)
 {
     scene_ = window.addScene(className, "scene");
     controls_ = new Controls(
-        scene_, [this](GLW *glw) { return item(glw); }, single, this);
+        scene_,
+        [this](GLW *glw) {
+            Item *shown = item(glw);
+            return shown ? &shown->steering() : nullptr;
+        },
+        single, this);
     connect(controls_, &Controls::steered, this, [this] { changed(); });
     connect(controls_, &Controls::areaDragged, this, [this] { changed(); });
     connect(controls_, &Controls::areaEnded, this, [this] {
@@ -144,10 +149,10 @@ void View::setItem(GLW *glw, std::shared_ptr<Item> item)
         slots_.erase(glw);
 }
 
-void View::lookFrom(Item::Side side)
+void View::lookFrom(Steering::Side side)
 {
     if (Item *shown = item(mainGLW())) {
-        shown->lookFrom(mainGLW(), side);
+        shown->steering().lookFrom(mainGLW(), side);
         changed();
     }
 }
@@ -167,7 +172,7 @@ void View::advance(GLW *glw)
     const double seconds =
         slot.sinceAdvance.isValid() ? double(slot.sinceAdvance.nsecsElapsed()) * 1e-9 : 0;
     slot.sinceAdvance.start();
-    if (slot.item->advance(glw, seconds))
+    if (slot.item->steering().advance(glw, seconds))
         changed();
     if (slot.item->isBusy())
         changedSoon();
@@ -348,24 +353,10 @@ void View::endArea()
     changed();
 }
 
-/// Asked by a scene object of its own; tiles have no data of their own to ask for.
-void View::Range2D(QRectF *range, int)
-{
-    if (const Item *shown = item(mainGLW()))
-        shown->range2D(range);
-}
-
-void View::NearestDataPos(QVector3D *position)
-{
-    GLW *glw = mainGLW();
-    if (Item *shown = item(glw))
-        shown->nearestDataPos(glw, position);
-}
-
 void View::fitTurn()
 {
     for (auto &[glw, slot] : slots_)
-        slot.item->fitTurn(glw);
+        slot.item->steering().fitTurn(glw);
 }
 
 } // namespace host

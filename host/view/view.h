@@ -34,7 +34,7 @@ public:
     /// The scene object as a drawing object: what fills the window.
     GLW *mainGLW() const { return static_cast<GLW *>(scene_.data()); }
     /// Lets the main item be looked at from a side.
-    void lookFrom(Item::Side side);
+    void lookFrom(Steering::Side side);
     const Display &display() const { return display_; }
     void setDark(bool dark);
     void fitTurn(); ///< Lets every item be whole from all around, at once.
@@ -46,7 +46,7 @@ public:
     bool showsBindings() const { return showsBindings_; }
     void showBindings(bool on);
 
-    /// Whether all that is to be shown is shown and at rest.
+    /// Whether all that is to be shown is there to be drawn.
     virtual bool isSettled() const = 0;
     /// The reason why nothing could be shown; empty if there is none.
     virtual QString fault() const { return {}; }
@@ -76,8 +76,6 @@ public slots:
     void Draw3D(GLW *glw);
     void Draw2D(GLW *glw);
     void PaintForeground(GLW *glw, QPainter *painter);
-    void Range2D(QRectF *range, int mode);
-    void NearestDataPos(QVector3D *position);
     void InitContextMenuTree(GLW *glw, QObject *tree);
 
     void ToggleLighting();

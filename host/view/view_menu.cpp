@@ -33,7 +33,7 @@ void View::fillMenu(GLW *glw, MenuTree *tree)
                 QMetaObject::invokeMethod(controls, slot, Q_ARG(GLW *, target));
         };
     };
-    if (const Item *shown = item(glw)) {
+    if (Item *shown = item(glw)) {
         tree->add(tr("Fit"), "F", controls_, steer("Fit"));
         tree->add(tr("First view"), "Home", controls_, steer("Home"));
         MenuTree *sides = tree->addMenu(tr("Look from"));
@@ -43,7 +43,7 @@ void View::fillMenu(GLW *glw, MenuTree *tree)
         int key = 0;
         for (const auto &[text, look] : views)
             sides->add(text, QString::number(++key), controls_, steer(look));
-        tree->addCheck(tr("Orthographic"), "O", shown->isOrthographic(glw), controls_,
+        tree->addCheck(tr("Orthographic"), "O", shown->steering().isOrthographic(glw), controls_,
                        steer("ToggleProjection"));
         tree->addSeparator();
     }

@@ -5,7 +5,7 @@
 
 #include <QPainter>
 
-#include "host/item/view_frame.h"
+#include "host/item/camera_geometry.h"
 #include "host/view/window/window.h"
 
 namespace host {
@@ -31,8 +31,8 @@ bool Triad::isShown() const
 
 std::array<Triad::Arm, 6> Triad::arms(const QRectF &area) const
 {
-    const ViewFrame frame(mainGLW()->camera, QSizeF(size, size));
-    using Side = Item::Side;
+    const CameraGeometry geometry(mainGLW()->camera, QSizeF(size, size));
+    using Side = Steering::Side;
     // Who looks from the right sees the end of +X come towards the eye.
     const Side sides[3][2] = {
         {Side::Right, Side::Left}, {Side::Top, Side::Bottom}, {Side::Front, Side::Back}};
@@ -42,11 +42,11 @@ std::array<Triad::Arm, 6> Triad::arms(const QRectF &area) const
         const bool positive = i % 2 == 0;
         QVector3D v;
         v[axis] = positive ? 1 : -1;
-        const QPointF out(double(QVector3D::dotProduct(v, frame.right())),
-                          -double(QVector3D::dotProduct(v, frame.up())));
+        const QPointF out(double(QVector3D::dotProduct(v, geometry.right())),
+                          -double(QVector3D::dotProduct(v, geometry.up())));
         all[std::size_t(i)] = {area.center() + out * reach,
-                               -double(QVector3D::dotProduct(v, frame.forward())), axis, positive,
-                               sides[axis][positive ? 0 : 1]};
+                               -double(QVector3D::dotProduct(v, geometry.forward())), axis,
+                               positive, sides[axis][positive ? 0 : 1]};
     }
     std::sort(all.begin(), all.end(), [](const Arm &a, const Arm &b) { return a.depth < b.depth; });
     return all;

@@ -19,7 +19,7 @@ public:
     static constexpr double margin = 12; ///< Pixels to the window's edges.
 
 signals:
-    void sideChosen(host::Item::Side side); ///< A person wants to look from there.
+    void sideChosen(host::Steering::Side side); ///< A person wants to look from there.
 
 protected:
     bool isShown() const override;
@@ -29,11 +29,11 @@ protected:
 private:
     /// One of the six ends.
     struct Arm {
-        QPointF end;  ///< In the window's frame.
+        QPointF end;  ///< In the window's geometry.
         double depth; ///< Positive towards the viewer, of the unit axis.
         int axis;     ///< 0 to 2.
         bool positive;
-        Item::Side side; ///< From where a click looks.
+        Steering::Side side; ///< From where a click looks.
     };
     std::array<Arm, 6> arms(const QRectF &area) const; ///< The farthest first.
 };

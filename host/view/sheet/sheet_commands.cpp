@@ -131,7 +131,7 @@ void SheetView::ResetAll()
 {
     for (GLW *glw : qAsConst(tiles_))
         if (Item *shown = item(glw))
-            shown->home(glw);
+            shown->steering().home(glw);
     changed();
 }
 
@@ -178,7 +178,7 @@ void SheetView::fillMenu(GLW *glw, MenuTree *tree)
         tree->add(tr("Fit %1").arg(what), {}, this, [this, targets] {
             for (int id : targets)
                 if (Item *shown = item(tiles_.value(id)))
-                    shown->fit(tiles_.value(id));
+                    shown->steering().fit(tiles_.value(id));
             changed();
         });
         tree->add(tr("Hide %1").arg(what), {}, this, [this, targets] { hide(targets); });

@@ -161,7 +161,7 @@ void SheetView::show(int id, const std::shared_ptr<Item> &made)
     made->setTitled(false); // the header names the file
     setItem(glw, made);
     if (entry.camera) {
-        item(glw)->restoreView(glw, *entry.camera);
+        item(glw)->steering().restore(glw, *entry.camera);
         entry.camera.reset();
     }
     if (makeRoom() > budget_) {
@@ -288,8 +288,7 @@ bool SheetView::isSettled() const
     if (entries_.empty())
         return false;
     for (const auto &[id, entry] : entries_) {
-        const Item *shown = item(tiles_.value(id));
-        if (entry.visible && entry.state != State::Failed && (!shown || shown->isBusy()))
+        if (entry.visible && entry.state != State::Failed && !item(tiles_.value(id)))
             return false;
     }
     return true;

@@ -5,6 +5,7 @@
 #include <QMatrix4x4>
 
 #include "host/item/camera_motion.h"
+#include "host/item/framing.h"
 #include "tests/GL/table.h"
 
 namespace host {
@@ -83,7 +84,7 @@ TABLE(CameraView, testing::Test, ViewCase, viewCases);
 TEST_P(CameraView, PredictsThePixelThatOpenGLDraws)
 {
     const GL::Camera camera = cameraAt(GetParam().rot, GetParam().ortho);
-    const ViewFrame frame(camera, size);
+    const CameraGeometry frame(camera, size);
     for (const QVector3D &p :
          {QVector3D(0, 0, 0), QVector3D(0.3f, 0.2f, -0.1f), QVector3D(-0.2f, 0.4f, 0.25f)}) {
         EXPECT_LT(distance(frame.pixel(p), drawnAt(camera, p)), 0.2);
@@ -103,7 +104,7 @@ TEST_P(CameraView, FramesAllPointsUpToTheMargin)
     CameraMotion().jumpTo(camera, {GetParam().rot, framing.target, framing.radius});
     QRectF reached;
     for (const QVector3D &p : points)
-        reached |= QRectF(ViewFrame(camera, size).pixel(p), QSizeF(1e-9, 1e-9));
+        reached |= QRectF(CameraGeometry(camera, size).pixel(p), QSizeF(1e-9, 1e-9));
     const QRectF room(0.05 * size.width(), 0.05 * size.height(), 0.9 * size.width(),
                       0.9 * size.height());
     EXPECT_TRUE(room.adjusted(-0.5, -0.5, 0.5, 0.5).contains(reached));
@@ -129,7 +130,7 @@ TEST(CameraTurn, KeepsAllPointsInThePictureAndFillsIt)
                 CameraMotion().jumpTo(camera,
                                       {{elevation, azimuth, 0}, framing.target, framing.radius});
                 for (const QVector3D &p : points)
-                    reached |= QRectF(ViewFrame(camera, size).pixel(p), QSizeF(1e-9, 1e-9));
+                    reached |= QRectF(CameraGeometry(camera, size).pixel(p), QSizeF(1e-9, 1e-9));
             }
             EXPECT_TRUE(QRectF(QPointF(), QSizeF(size)).adjusted(-1, -1, 1, 1).contains(reached));
             EXPECT_GT(std::max(reached.width() / size.width(), reached.height() / size.height()),
@@ -142,7 +143,7 @@ TEST_P(CameraView, PanHoldsTheGrabbedPoint)
     GL::Camera camera = cameraAt(GetParam().rot, GetParam().ortho);
     const QVector3D grabbed(0.2f, 0.1f, 0.3f);
     const QPointF from = drawnAt(camera, grabbed), to = from + QPointF(120, -75);
-    const QVector3D there = ViewFrame(camera, size).onPlane(to, grabbed);
+    const QVector3D there = CameraGeometry(camera, size).onPlane(to, grabbed);
     CameraMotion::pan(camera, there - grabbed);
     camera.Update(1);
     CameraMotion().step(camera, frameTime); // the roll of `up`
@@ -170,7 +171,7 @@ TEST_P(CameraView, ZoomHoldsThePivotInEveryFrame)
 TEST_P(CameraView, ProjectionSwitchKeepsTheSizeAtTheTarget)
 {
     GL::Camera camera = cameraAt(GetParam().rot, GetParam().ortho);
-    const ViewFrame frame(camera, size);
+    const CameraGeometry frame(camera, size);
     const QVector3D a = frame.target(), b = a + frame.up() * 0.2f + frame.right() * 0.1f;
     const double before = distance(drawnAt(camera, a), drawnAt(camera, b));
     CameraMotion motion;
@@ -200,7 +201,7 @@ TABLE(OrbitDrag, testing::Test, DragCase, dragCases);
 TEST_P(OrbitDrag, MovesTheNearSideTheSameWay)
 {
     GL::Camera camera = cameraAt({5, 10, GetParam().roll});
-    const ViewFrame frame(camera, size);
+    const CameraGeometry frame(camera, size);
     const QVector3D nearSide = frame.target() - frame.forward() * 0.4f;
     const QPointF before = drawnAt(camera, nearSide);
     CameraMotion motion;

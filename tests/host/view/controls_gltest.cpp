@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Gestures on a real window: which steering reaches the item, and with which pixels.
+// Gestures on a real window: which steering comes of them, and with which pixels.
 #include <QTest>
 #include <QWheelEvent>
 
@@ -11,17 +11,10 @@ namespace host {
 namespace {
 
 /// Writes down what it is told.
-class Recorder : public Item {
+class Recorder : public Steering {
 public:
     QStringList log;
 
-    QString name() const override { return {}; }
-    QString details() const override { return {}; }
-    QString underPointer() const override { return {}; }
-    quint64 count() const override { return 0; }
-    quint64 byteSize() const override { return 0; }
-    void init(GLW *) override {}
-    void release() override {}
     bool advance(GLW *, double) override { return false; }
     void fit(GLW *) override { log << "fit"; }
     void home(GLW *) override { log << "home"; }

@@ -2,9 +2,9 @@
 // One file under a person's hands: areas, the legend, and the overlays in front of it.
 #include <QTest>
 
+#include "host/item/camera_geometry.h"
 #include "host/item/model_item.h"
 #include "host/item/series_item.h"
-#include "host/item/view_frame.h"
 #include "host/view/single_view.h"
 #include "support.h"
 
@@ -23,7 +23,7 @@ protected:
     void openFromTheFront(int count)
     {
         open(boxes("model.obj", count));
-        view->lookFrom(Item::Side::Front);
+        view->lookFrom(Steering::Side::Front);
         settle(view->mainGLW());
     }
     void TearDown() override { view.reset(); }
@@ -34,7 +34,7 @@ protected:
     }
     QVector3D forward() const
     {
-        return ViewFrame(view->mainGLW()->camera, QSizeF(600, 400)).forward();
+        return CameraGeometry(view->mainGLW()->camera, QSizeF(600, 400)).forward();
     }
 };
 

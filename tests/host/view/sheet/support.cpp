@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QMouseEvent>
 #include <QTest>
+#include <QThreadPool>
 
 #include "host/app/application.h"
 #include "host/read/reader_process.h"
@@ -80,6 +81,7 @@ void ViewTest::show(View &view)
             return view.isSettled();
         },
         20000));
+    QThreadPool::globalInstance()->waitForDone(); // then the pointer finds triangles
     frame();
 }
 

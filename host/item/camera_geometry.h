@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
-#ifndef HOST_ITEM_VIEW_FRAME_H
-#define HOST_ITEM_VIEW_FRAME_H
-
-#include <vector>
+#ifndef HOST_ITEM_CAMERA_GEOMETRY_H
+#define HOST_ITEM_CAMERA_GEOMETRY_H
 
 #include <QPointF>
 #include <QSizeF>
@@ -20,14 +18,14 @@ struct Ray {
 
 /// Where a camera that orbits will stand after its next update, and how its picture maps to pixels.
 ///
-/// Frame: world coordinates as in the camera; pixels count from the lower-left corner of the
+/// Coordinates: the world's as in the camera; pixels count from the lower-left corner of the
 /// drawing object, y upwards, with fractions. Computed from the angles, the radius and the target
 /// asked for, so it holds at once when these are written. `rot.z` turns the picture about the
 /// line of sight: positive turns it counter-clockwise.
-class ViewFrame {
+class CameraGeometry {
 public:
     /// Expects a @p size that is not empty.
-    ViewFrame(const GL::Camera &camera, const QSizeF &size);
+    CameraGeometry(const GL::Camera &camera, const QSizeF &size);
 
     QVector3D eye() const { return eye_; }
     QVector3D target() const { return target_; }
@@ -66,24 +64,6 @@ float shownHalfHeight(const GL::Camera &camera);
 
 /// The radius at which the camera shows @p halfHeight at its target.
 float radiusShowing(const GL::Camera &camera, float halfHeight);
-
-/// Where a camera looks to show something whole.
-struct Framing {
-    QVector3D target; ///< At the depth of the middle that was asked for.
-    float radius = 0;
-};
-
-/// The closest view, with the angles and the projection of @p camera, that shows all of @p points
-/// in a picture of @p size and leaves @p margin free of them, a share of the picture's half height
-/// and width: on one of its axes they reach both edges. The target is as deep as @p middle. Without
-/// points it is @p middle, with radius 0.
-Framing frameAll(const GL::Camera &camera, const QSizeF &size, const QVector3D &middle,
-                 const std::vector<QVector3D> &points, float margin);
-
-/// The same for a camera that turns about the vertical line through the origin: a view that shows
-/// all of @p points at every azimuth. The target is on that line. Expects a camera without roll.
-Framing frameTurn(const GL::Camera &camera, const QSizeF &size,
-                  const std::vector<QVector3D> &points, float margin);
 
 inline QVector3D toQt(const Vector &v)
 {

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "host/item/camera_item.h"
+#include "host/item/camera_steering.h"
 
 #include <algorithm>
 #include <cmath>
+
+#include "host/item/framing.h"
 
 namespace host {
 
@@ -12,20 +14,20 @@ const QVector3D homeAngles(22, -32, 0); // from the right and above, where most 
 constexpr float margin = 0.1f;          // of the picture, left free on either side
 constexpr float zoomPerStep = 1.25f;
 
-QVector3D anglesFrom(Item::Side side)
+QVector3D anglesFrom(Steering::Side side)
 {
     switch (side) {
-    case Item::Side::Front:
+    case Steering::Side::Front:
         return {0, 0, 0};
-    case Item::Side::Back:
+    case Steering::Side::Back:
         return {0, 180, 0};
-    case Item::Side::Left:
+    case Steering::Side::Left:
         return {0, 90, 0};
-    case Item::Side::Right:
+    case Steering::Side::Right:
         return {0, -90, 0};
-    case Item::Side::Top:
+    case Steering::Side::Top:
         return {90, 0, 0};
-    case Item::Side::Bottom:
+    case Steering::Side::Bottom:
         return {-90, 0, 0};
     }
     return {};
@@ -39,12 +41,12 @@ QSizeF sizeOf(const GLW *glw)
 
 } // namespace
 
-ViewFrame CameraItem::frameOf(const GLW *glw)
+CameraGeometry CameraSteering::geometryOf(const GLW *glw)
 {
-    return ViewFrame(glw->camera, sizeOf(glw));
+    return CameraGeometry(glw->camera, sizeOf(glw));
 }
 
-void CameraItem::initView(GLW *glw)
+void CameraSteering::init(GLW *glw)
 {
     CameraMotion::prepare(glw->camera);
     motion_.jumpTo(glw->camera, poseFor(glw, homeAngles));
@@ -60,7 +62,7 @@ void CameraItem::initView(GLW *glw)
     placeLamp(glw);
 }
 
-void CameraItem::restoreView(GLW *glw, const GL::Camera &camera)
+void CameraSteering::restore(GLW *glw, const GL::Camera &camera)
 {
     glw->camera.ortho = camera.ortho;
     motion_.jumpTo(glw->camera, {toQt(camera.rot), toQt(camera.setTarget), camera.radius});
@@ -68,25 +70,26 @@ void CameraItem::restoreView(GLW *glw, const GL::Camera &camera)
 }
 
 /// The lamp follows the viewer, so that what one looks at is lit and still has shape.
-void CameraItem::placeLamp(GLW *glw) const
+void CameraSteering::placeLamp(GLW *glw) const
 {
     if (glw->lights.empty())
         return;
-    const ViewFrame frame = frameOf(glw);
-    const QVector3D d = (frame.up() * 0.55f - frame.right() * 0.4f - frame.forward()).normalized();
+    const CameraGeometry geometry = geometryOf(glw);
+    const QVector3D d =
+        (geometry.up() * 0.55f - geometry.right() * 0.4f - geometry.forward()).normalized();
     glw->lights.front().position = {d.x(), d.y(), d.z(), 0};
 }
 
-/// The view of the whole from the given angles.
-Pose CameraItem::poseFor(const GLW *glw, const QVector3D &rot) const
+/// The pose that shows the whole from the given angles.
+Pose CameraSteering::poseFor(const GLW *glw, const QVector3D &rot) const
 {
     GL::Camera turned = glw->camera;
     turned.rot = fromQt(rot);
-    const Framing framing = frameAll(turned, sizeOf(glw), {}, outline(), margin);
+    const Framing framing = frameAll(turned, sizeOf(glw), {}, shape_.outline(), margin);
     return {rot, framing.target, framing.radius};
 }
 
-bool CameraItem::advance(GLW *glw, double seconds)
+bool CameraSteering::advance(GLW *glw, double seconds)
 {
     // A window that takes another shape goes on showing the whole, if it did.
     bool changed = false;
@@ -101,28 +104,28 @@ bool CameraItem::advance(GLW *glw, double seconds)
     return changed || moved || moves;
 }
 
-void CameraItem::fit(GLW *glw)
+void CameraSteering::fit(GLW *glw)
 {
     motion_.goTo(glw->camera, poseFor(glw, toQt(glw->camera.rot)));
     fittedSize_ = sizeOf(glw);
     showsWhole_ = true;
 }
 
-void CameraItem::fitTurn(GLW *glw)
+void CameraSteering::fitTurn(GLW *glw)
 {
-    const Framing framing = frameTurn(glw->camera, sizeOf(glw), outline(), margin);
+    const Framing framing = frameTurn(glw->camera, sizeOf(glw), shape_.outline(), margin);
     motion_.jumpTo(glw->camera, {toQt(glw->camera.rot), framing.target, framing.radius});
     placeLamp(glw);
 }
 
-void CameraItem::home(GLW *glw)
+void CameraSteering::home(GLW *glw)
 {
     motion_.goTo(glw->camera, poseFor(glw, homeAngles));
     fittedSize_ = sizeOf(glw);
     showsWhole_ = true;
 }
 
-void CameraItem::lookFrom(GLW *glw, Side side)
+void CameraSteering::lookFrom(GLW *glw, Side side)
 {
     const QVector3D angles = anglesFrom(side);
     const GL::Camera &camera = glw->camera;
@@ -131,29 +134,29 @@ void CameraItem::lookFrom(GLW *glw, Side side)
                                      : Pose{angles, toQt(camera.setTarget), camera.radius});
 }
 
-void CameraItem::toggleProjection(GLW *glw)
+void CameraSteering::toggleProjection(GLW *glw)
 {
     motion_.toggleProjection(glw->camera);
 }
 
 /// The surface under the pixel, else what lies there at the depth of the target.
-QVector3D CameraItem::pointAt(const GLW *glw, const QPointF &at) const
+QVector3D CameraSteering::pointAt(const GLW *glw, const QPointF &at) const
 {
-    const ViewFrame frame = frameOf(glw);
-    if (const auto point = surfaceAt(frame.ray(at)))
+    const CameraGeometry geometry = geometryOf(glw);
+    if (const auto point = shape_.surfaceAt(geometry.ray(at)))
         return *point;
-    return frame.onPlane(at, frame.target());
+    return geometry.onPlane(at, geometry.target());
 }
 
-void CameraItem::beginDrag(GLW *glw, Drag kind, const QPointF &at)
+void CameraSteering::beginDrag(GLW *glw, Drag kind, const QPointF &at)
 {
     if (kind == Drag::Pan)
         grabbed_ = pointAt(glw, at);
 }
 
-void CameraItem::drag(GLW *glw, Drag kind, const QPointF &from, const QPointF &to)
+void CameraSteering::drag(GLW *glw, Drag kind, const QPointF &from, const QPointF &to)
 {
-    const ViewFrame frame = frameOf(glw);
+    const CameraGeometry geometry = geometryOf(glw);
     const QSizeF size = sizeOf(glw);
     switch (kind) {
     case Drag::Orbit: {
@@ -162,7 +165,7 @@ void CameraItem::drag(GLW *glw, Drag kind, const QPointF &from, const QPointF &t
         return;
     }
     case Drag::Pan:
-        CameraMotion::pan(glw->camera, frame.onPlane(to, grabbed_) - grabbed_);
+        CameraMotion::pan(glw->camera, geometry.onPlane(to, grabbed_) - grabbed_);
         showsWhole_ = false;
         return;
     case Drag::Roll: {
@@ -175,15 +178,15 @@ void CameraItem::drag(GLW *glw, Drag kind, const QPointF &from, const QPointF &t
     }
 }
 
-void CameraItem::zoom(GLW *glw, const QPointF &at, float steps, Qt::KeyboardModifiers)
+void CameraSteering::zoom(GLW *glw, const QPointF &at, float steps, Qt::KeyboardModifiers)
 {
     motion_.zoom(std::pow(zoomPerStep, steps), pointAt(glw, at));
     showsWhole_ = false;
 }
 
-void CameraItem::focus(GLW *glw, const QPointF &at)
+void CameraSteering::focus(GLW *glw, const QPointF &at)
 {
-    if (const auto point = surfaceAt(frameOf(glw).ray(at))) {
+    if (const auto point = shape_.surfaceAt(geometryOf(glw).ray(at))) {
         motion_.goTo(glw->camera, {toQt(glw->camera.rot), *point, glw->camera.radius});
         showsWhole_ = false;
     }

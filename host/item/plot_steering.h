@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_ITEM_PLOT_STEERING_H
+#define HOST_ITEM_PLOT_STEERING_H
+
+#include <QSizeF>
+
+#include "host/item/steering.h"
+#include "host/series/plot.h"
+
+namespace host {
+
+/// Steers a plot through the 2D viewport of its object: every drag moves it.
+class PlotSteering : public Steering {
+public:
+    /// @p plot outlives the steering.
+    explicit PlotSteering(SeriesPlot &plot) : plot_(plot) {}
+
+    /// From pixels as the steering takes them to those that a plot counts, from the top-left.
+    static QPointF fromTop(const GLW *glw, const QPointF &at);
+
+    bool advance(GLW *glw, double seconds) override;
+    void fit(GLW *glw) override;
+    void home(GLW *glw) override { fit(glw); }
+    void drag(GLW *glw, Drag kind, const QPointF &from, const QPointF &to) override;
+    void zoom(GLW *glw, const QPointF &at, float steps, Qt::KeyboardModifiers) override;
+
+private:
+    SeriesPlot &plot_;
+    QSizeF fittedSize_;
+    bool showsWhole_ = true;
+};
+
+} // namespace host
+
+#endif
