@@ -13,6 +13,7 @@
 #include <assimp/importerdesc.h>
 #include <assimp/postprocess.h>
 
+#include "host/read/companion_files.h"
 #include "host/read/scene.h"
 
 namespace host {
@@ -115,9 +116,28 @@ QString lackOf(const aiScene &scene, quint64 dropped)
                : QStringLiteral("there are no triangles in it");
 }
 
-Imported import(const QString &path, const ImportProgress &progress, const MeshLimits &limits)
+/// Asks for the pictures that the materials name, so that there is a note of what is refused.
+void noteTextures(const aiScene &scene, CompanionFiles &files)
+{
+    for (unsigned i = 0; i < scene.mNumMaterials; ++i) {
+        const aiMaterial &material = *scene.mMaterials[i];
+        for (int type = aiTextureType_DIFFUSE; type <= AI_TEXTURE_TYPE_MAX; ++type) {
+            for (unsigned k = 0; k < material.GetTextureCount(aiTextureType(type)); ++k) {
+                aiString name;
+                if (material.GetTexture(aiTextureType(type), k, &name) == AI_SUCCESS &&
+                    !scene.GetEmbeddedTexture(name.C_Str()))
+                    files.find(QString::fromUtf8(name.C_Str()));
+            }
+        }
+    }
+}
+
+Imported import(const QString &path, const ImportProgress &progress, const MeshLimits &limits,
+                Companions companions)
 {
     Assimp::Importer importer;
+    auto *files = new CompanionFiles(path, companions);
+    importer.SetIOHandler(files); // which owns it
     importer.SetProgressHandler(new ProgressRelay(progress));
 
     // No processing at first: several steps misbehave on the numbers that prepareScene() removes.
@@ -137,18 +157,24 @@ Imported import(const QString &path, const ImportProgress &progress, const MeshL
     if (progress)
         progress(processed, QStringLiteral("joining"));
     finishScene(ours);
-    return flattenScene(*scene, uprightTurn(*scene, format), limits);
+    const aiMatrix4x4 turn = uprightTurn(*scene, format);
+    Imported result = flattenScene(*scene, turn, limits);
+    result.mesh.axes = fileAxes(*scene, format, turn);
+    noteTextures(*scene, *files);
+    result.mesh.notes = files->notes();
+    return result;
 }
 
 } // namespace
 
-Imported importMesh(const QString &path, const ImportProgress &progress, const MeshLimits &limits)
+Imported importMesh(const QString &path, const ImportProgress &progress, const MeshLimits &limits,
+                    Companions companions)
 {
     const QString objection = fileObjection(path);
     if (!objection.isEmpty())
         return {{}, objection};
     try {
-        return import(path, progress, limits);
+        return import(path, progress, limits, companions);
     } catch (const std::bad_alloc &) {
         return {{}, QStringLiteral("it asks for more memory than there is")};
     } catch (const std::exception &error) {

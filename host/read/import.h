@@ -6,6 +6,7 @@
 
 #include <QString>
 
+#include "host/read/companions.h"
 #include "host/read/mesh.h"
 
 namespace host {
@@ -23,13 +24,15 @@ struct Imported {
 
 /// Reads the model file @p path, in any format of the assimp library, in this thread and process.
 /// Polygons become triangles; missing normals are made, smooth up to a crease of 60 degrees;
-/// points, lines, and triangles without area or with unusable vertices are dropped; models of
-/// formats whose up is not +Y are turned upright. Vertex colours are kept where the material says
-/// no more than a shade of grey. Returns a mesh of at least one triangle, or a reason.
+/// points, lines, and triangles without area or with unusable vertices are dropped; models whose up
+/// is not +Y are turned upright (see FileAxes). Files that the model names are read if
+/// @p companions lets them; notes of the mesh name those that were refused. Vertex colours are kept
+/// where the material says no more than a shade of grey. Returns a mesh of at least one triangle,
+/// or a reason.
 ///
 /// A broken file can crash a parser, or keep it busy for ever: see MeshReader for the safe way.
 Imported importMesh(const QString &path, const ImportProgress &progress = {},
-                    const MeshLimits &limits = {});
+                    const MeshLimits &limits = {}, Companions companions = Companions::InFolder);
 
 /// Why @p path cannot hold a model whatever its format: missing, a folder, not readable, empty.
 /// Returns an empty text if there is nothing against it.

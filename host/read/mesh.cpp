@@ -1,12 +1,107 @@
 // SPDX-License-Identifier: MIT
 #include "host/read/mesh.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace host {
+namespace {
+
+int indexOf(qint8 axis)
+{
+    return std::abs(axis) - 1;
+}
+
+float signOf(qint8 axis)
+{
+    return axis < 0 ? -1.0f : 1.0f;
+}
+
+void turn(std::vector<float> &vectors, const FileAxes &from, const FileAxes &to)
+{
+    for (std::size_t i = 0; i + 2 < vectors.size(); i += 3) {
+        const QVector3D v(vectors[i], vectors[i + 1], vectors[i + 2]);
+        const QVector3D turned = to.fromFile(from.toFile(v));
+        for (int k = 0; k < 3; ++k)
+            vectors[i + std::size_t(k)] = turned[k];
+    }
+}
+
+} // namespace
+
+FileAxes FileAxes::standing(Axis up)
+{
+    switch (up) {
+    case X:
+        return {{{-2, 1, 3}}};
+    case Y:
+        return {};
+    case Z:
+        return {{{1, 3, -2}}};
+    }
+    return {};
+}
+
+bool FileAxes::isValid() const
+{
+    int seen = 0;
+    for (const qint8 axis : of) {
+        if (axis != 0 && std::abs(axis) <= 3)
+            seen |= 1 << std::abs(axis);
+    }
+    return seen == 0b1110;
+}
+
+bool FileAxes::mirrored() const
+{
+    // The sign of the order, then that of each axis.
+    const bool even = (indexOf(of[0]) + 1) % 3 == indexOf(of[1]);
+    return even != (of[0] * of[1] * of[2] > 0);
+}
+
+QVector3D FileAxes::toFile(const QVector3D &inMesh) const
+{
+    QVector3D v;
+    for (int k = 0; k < 3; ++k)
+        v[indexOf(of[std::size_t(k)])] = signOf(of[std::size_t(k)]) * inMesh[k];
+    return v;
+}
+
+QVector3D FileAxes::fromFile(const QVector3D &inFile) const
+{
+    QVector3D v;
+    for (int k = 0; k < 3; ++k)
+        v[k] = signOf(of[std::size_t(k)]) * inFile[indexOf(of[std::size_t(k)])];
+    return v;
+}
 
 std::size_t Mesh::byteSize() const
 {
     return positions.size() * sizeof(float) + normals.size() * sizeof(float) + colours.size() +
            indices.size() * sizeof(quint32);
+}
+
+QVector3D Mesh::fileSize() const
+{
+    const QVector3D size = axes.toFile(max - min);
+    return {std::abs(size.x()), std::abs(size.y()), std::abs(size.z())};
+}
+
+void Mesh::standOn(FileAxes::Axis up)
+{
+    const FileAxes next = FileAxes::standing(up);
+    turn(positions, axes, next);
+    turn(normals, axes, next);
+    if (axes.mirrored() != next.mirrored()) {
+        for (std::size_t i = 0; i + 2 < indices.size(); i += 3)
+            std::swap(indices[i + 1], indices[i + 2]);
+    }
+    const QVector3D a = next.fromFile(axes.toFile(min)), b = next.fromFile(axes.toFile(max));
+    for (int k = 0; k < 3; ++k) {
+        min[k] = std::min(a[k], b[k]);
+        max[k] = std::max(a[k], b[k]);
+    }
+    axes = next;
 }
 
 } // namespace host

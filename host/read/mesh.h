@@ -4,10 +4,12 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdlib>
 #include <vector>
 
 #include <QMetaType>
 #include <QString>
+#include <QStringList>
 #include <QVector3D>
 #include <QtGlobal>
 #include <memory>
@@ -23,9 +25,38 @@ struct MeshPart {
     quint32 indexCount = 0;                           ///< A multiple of three.
 };
 
+/// Which axes of its file the axes of an upright mesh are.
+///
+/// One rule for all formats: a mesh stands upright, with +Y up, and the file's own up is
+/// - what the file states, where its format lets it (COLLADA, FBX);
+/// - else what the format lays down or is in use for it: +Z for 3D Studio (.3ds, .ase), 3MF, AMF,
+///   Blender, DXF, IFC, IQM, MD5, MDC, MDL, MD2, MD3, OpenGEX, Quick3D, SMD, STL, terrain (.hmp)
+///   and TrueSpace;
+/// - else +Y.
+/// Sizes, axes and coordinates that people are shown are the file's own.
+struct FileAxes {
+    enum Axis { X, Y, Z };
+
+    /// For x, y and z of the mesh the file's axis: 1, 2, 3 for its x, y, z; negative where the two
+    /// run against each other. The second is up.
+    std::array<qint8, 3> of{{1, 2, 3}};
+
+    /// The axes of a mesh whose file has +@p up on top. With Z the mesh's x is the file's, with X
+    /// its z is.
+    static FileAxes standing(Axis up);
+
+    Axis up() const { return Axis(std::abs(of[1]) - 1); }
+    bool upIsNegative() const { return of[1] < 0; }
+    bool mirrored() const;                           ///< The file's axes are left-handed.
+    bool isValid() const;                            ///< Each axis of the file is there once.
+    QVector3D toFile(const QVector3D &inMesh) const; ///< Exact, as is its inverse.
+    QVector3D fromFile(const QVector3D &inFile) const;
+};
+
 /// The triangles of one model file, ready to be put into buffers.
 ///
-/// Frame: the world of the model, right-handed, +Y up; the transforms of all nodes are applied.
+/// Frame: the world of the model, right-handed, +Y up; the transforms of all nodes are applied;
+/// axes leads back to the file's own.
 /// Units: those of the file. A triangle's front is counter-clockwise.
 /// A plain value. What importMesh() and MeshDecoder give keeps these promises: every index is below
 /// vertexCount(), every vertex is used, coordinates are finite and at most maxCoordinate in
@@ -40,10 +71,17 @@ struct Mesh {
     std::vector<MeshPart> parts;  ///< In the order of their indices.
     QVector3D min{0, 0, 0};       ///< Lower corner of the box around all vertices.
     QVector3D max{0, 0, 0};       ///< Upper corner.
+    FileAxes axes;                ///< Where the file's own axes are in all this.
+    QStringList notes;            ///< What a person should know of the reading, in phrases.
 
     std::size_t vertexCount() const { return positions.size() / 3; }
     std::size_t triangleCount() const { return indices.size() / 3; }
     std::size_t byteSize() const; ///< Of the arrays, without the parts.
+
+    QVector3D fileSize() const; ///< Along the file's own x, y and z.
+
+    /// Turns all of it so that the file's @p up is on top, whatever it was.
+    void standOn(FileAxes::Axis up);
 };
 
 using MeshPtr = std::shared_ptr<const Mesh>;

@@ -20,12 +20,16 @@ void poseSkins(aiScene &scene, const std::string &format);
 /// that is not shown; and normals that hide a mesh's creases. Returns how many faces it took out.
 quint64 prepareScene(aiScene &scene, const std::string &format);
 
-/// Leaves only triangles in @p scene, gives normals to the meshes that have none, and joins
+/// Leaves only triangles in @p scene, gives normals to the vertices that have none, and joins
 /// vertices. Expects polygons to be triangles already, and prepareScene() to have been here.
 void finishScene(aiScene &scene);
 
-/// Gives each corner of a mesh's faces, which are triangles, its own vertex and normal: smooth
-/// across edges of up to 60 degrees. A face without area among none that have one gets a normal of
+/// Whether each vertex has a normal that says something: not zero, and finite.
+bool hasNormals(const aiMesh &mesh);
+
+/// Gives each corner of a mesh's faces, which are triangles, its own vertex and normal: the one it
+/// had, or where that is missing, zero or not finite, one from the faces around, smooth across
+/// edges of up to 60 degrees. A face without area among none that have one gets a normal of
 /// zero.
 void makeNormals(aiMesh &mesh);
 
@@ -35,6 +39,10 @@ void joinVertices(aiMesh &mesh);
 /// The turn that makes a scene of the reader @p format stand upright (+Y up, right-handed), where
 /// assimp leaves that to its caller. @p format is aiImporterDesc::mName. Identity for all others.
 aiMatrix4x4 uprightTurn(const aiScene &scene, const std::string &format);
+
+/// Where the axes of the file are in a scene of the reader @p format that is stood upright by
+/// @p turn: what some readers turn themselves is undone in the names.
+FileAxes fileAxes(const aiScene &scene, const std::string &format, const aiMatrix4x4 &turn);
 
 /// The colour that shows @p material best: base or diffuse colour; a light grey where that is black
 /// only because a texture was meant to fill it; the emissive colour where that is all there is.

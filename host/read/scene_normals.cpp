@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/read/scene.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <utility>
 #include <vector>
@@ -45,6 +47,13 @@ std::vector<unsigned> firstOfEach(unsigned count, const Hash &hash, const Equal 
         first[i] = table[at];
     }
     return first;
+}
+
+/// Whether a normal says something; too short ones would not survive being scaled.
+bool isDirection(const aiVector3D &normal)
+{
+    const float length = normal.SquareLength();
+    return std::isfinite(length) && length > 1e-12f;
 }
 
 /// The faces around each place, place by place.
@@ -123,6 +132,12 @@ template <class T> void thin(T *&array, const std::vector<unsigned> &first)
 
 } // namespace
 
+bool hasNormals(const aiMesh &mesh)
+{
+    return mesh.mNormals &&
+           std::all_of(mesh.mNormals, mesh.mNormals + mesh.mNumVertices, isDirection);
+}
+
 void makeNormals(aiMesh &mesh)
 {
     const unsigned faces = mesh.mNumFaces;
@@ -143,9 +158,12 @@ void makeNormals(aiMesh &mesh)
     }
     normals.reserve(std::size_t(faces) * 3);
     for (unsigned f = 0; f < faces; ++f) {
-        for (unsigned k = 0; k < 3; ++k)
-            normals.push_back(
-                cornerNormal(units, areas, around, place[mesh.mFaces[f].mIndices[k]], f));
+        for (unsigned k = 0; k < 3; ++k) {
+            const unsigned corner = mesh.mFaces[f].mIndices[k];
+            const bool given = mesh.mNormals && isDirection(mesh.mNormals[corner]);
+            normals.push_back(given ? mesh.mNormals[corner]
+                                    : cornerNormal(units, areas, around, place[corner], f));
+        }
     }
     spread(mesh.mVertices, mesh);
     spread(mesh.mColors[0], mesh);

@@ -103,7 +103,7 @@ void finishScene(aiScene &scene)
     for (unsigned i = 0; i < scene.mNumMeshes; ++i) {
         aiMesh &mesh = *scene.mMeshes[i];
         keepFaces(mesh, [](const aiFace &face) { return face.mNumIndices == 3; });
-        if (!mesh.mNormals)
+        if (!hasNormals(mesh))
             makeNormals(mesh);
         joinVertices(mesh);
     }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include <assimp/metadata.h>
 
@@ -25,6 +26,45 @@ constexpr std::array<const char *, 9> zUpReaders{
     "TrueSpace",
     "Valve SMD",
 };
+
+/// The beginnings of the names of the readers that stand a scene upright by the transform of its
+/// root, where a file of these formats has none of its own.
+constexpr std::array<const char *, 10> turningReaders{
+    "ASE",
+    "Collada",
+    "Discreet 3DS",
+    "Doom 3",
+    "Drawing Interchange",
+    "Industry Foundation Classes",
+    "Inter-Quake",
+    "Quake II", // and III
+    "Quake Mesh",
+    "Return To Castle",
+};
+
+template <class Names> bool isOneOf(const Names &names, const std::string &format)
+{
+    return std::any_of(names.begin(), names.end(),
+                       [&](const char *name) { return format.rfind(name, 0) == 0; });
+}
+
+/// The axes that @p turn, from the file to the mesh, leads to: valid if it maps axes onto axes, at
+/// whatever scale.
+FileAxes axesOf(const aiMatrix4x4 &turn)
+{
+    const float scale = std::cbrt(std::abs(aiMatrix3x3(turn).Determinant()));
+    FileAxes axes{{{0, 0, 0}}};
+    for (unsigned row = 0; row < 3; ++row) {
+        for (unsigned column = 0; column < 3; ++column) {
+            const float share = turn[row][column] / scale;
+            if (std::abs(std::abs(share) - 1) < 1e-4f)
+                axes.of[row] = qint8(share < 0 ? -int(column) - 1 : int(column) + 1);
+            else if (!(std::abs(share) < 1e-4f))
+                return {{{0, 0, 0}}};
+        }
+    }
+    return axes;
+}
 
 /// One axis as the file names it: 0, 1, 2 for x, y, z, and a sign. Returns false if it names none.
 bool axis(const aiMetadata &about, const std::string &name, aiVector3D &out)
@@ -51,12 +91,18 @@ aiMatrix4x4 fbxTurn(const aiMetadata &about)
 
 aiMatrix4x4 uprightTurn(const aiScene &scene, const std::string &format)
 {
-    const auto named = [&format](const char *name) { return format.rfind(name, 0) == 0; };
-    if (std::any_of(zUpReaders.begin(), zUpReaders.end(), named))
+    if (isOneOf(zUpReaders, format))
         return {1, 0, 0, 0, 0, 0, 1, 0, 0, -1, 0, 0, 0, 0, 0, 1};
-    if (named("Autodesk FBX") && scene.mMetaData)
+    if (format.rfind("Autodesk FBX", 0) == 0 && scene.mMetaData)
         return fbxTurn(*scene.mMetaData);
     return {};
+}
+
+FileAxes fileAxes(const aiScene &scene, const std::string &format, const aiMatrix4x4 &turn)
+{
+    const bool turned = scene.mRootNode && isOneOf(turningReaders, format);
+    const FileAxes axes = axesOf(turned ? turn * scene.mRootNode->mTransformation : turn);
+    return axes.isValid() ? axes : FileAxes();
 }
 
 } // namespace host

@@ -62,6 +62,17 @@ const char *const stlTower =
     "solid t\nfacet normal 0 -1 0\nouter loop\nvertex 0 0 0\nvertex 1 0 0\n"
     "vertex 0 0 5\nendloop\nendfacet\nendsolid t\n";
 
+/// Two triangles at a right angle, lying and standing, with the normals that are given.
+QByteArray stlFold(const QByteArray &lying, const QByteArray &standing)
+{
+    return "solid t\nfacet normal " + lying +
+           "\nouter loop\nvertex 0 0 0\nvertex 9 0 0\nvertex 0 9 0\nendloop\nendfacet\n"
+           "facet normal " +
+           standing +
+           "\nouter loop\nvertex 9 0 0\nvertex 0 0 0\nvertex 0 0 9\nendloop\nendfacet\nendsolid "
+           "t\n";
+}
+
 const char *const colouredPly =
     "ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\nproperty float y\nproperty float "
     "z\n"
@@ -149,6 +160,24 @@ const ModelCase modelCases[] = {
      {0, 0, 1},
      grey},
     {"StlStandsUp", "a.stl", stlTower, 3, 1, {0, 0, 0}, {1, 5, 0}, {0, 0, 1}, white},
+    {"StlZeroNormals",
+     "a.stl",
+     stlFold("0 0 0", "nan 0 0"),
+     6,
+     2,
+     {0, 0, -9},
+     {9, 9, 0},
+     {0, 1, 0},
+     white},
+    {"StlOneZeroNormal",
+     "a.stl",
+     stlFold("0 0.6 0.8", "0 0 0"),
+     6,
+     2,
+     {0, 0, -9},
+     {9, 9, 0},
+     {0, 0.8f, -0.6f},
+     white},
     {"PlyKeepsItsY", "a.ply", colouredPly, 3, 1, {0, 0, 0}, {1, 5, 0}, {0, 0, 1}, {1, 0, 0, 1}},
     {"GltfColour",
      "a.gltf",
@@ -243,6 +272,54 @@ TEST(ImportTest, PartsCarryTheirNames)
     EXPECT_TRUE(got.mesh.parts[0].name.startsWith(QLatin1String("sail")));
     EXPECT_EQ(got.mesh.parts[0].material, QStringLiteral("cloth"));
 }
+
+struct AxesCase {
+    const char *name;
+    const char *file;
+    QByteArray content;
+    FileAxes::Axis up;
+    QVector3D size; // along the axes of the file
+};
+
+const AxesCase axesCases[] = {
+    {"ByTheFormat", "a.stl", stlTower, FileAxes::Z, {1, 0, 5}},
+    {"Else", "a.ply", colouredPly, FileAxes::Y, {1, 5, 0}},
+    {"ByTheFileX", "a.dae", collada("X_UP"), FileAxes::X, {1, 0, 5}},
+    {"ByTheFileY", "a.dae", collada("Y_UP"), FileAxes::Y, {1, 0, 5}},
+    {"ByTheFileZ", "a.dae", collada("Z_UP"), FileAxes::Z, {1, 0, 5}},
+    {"ANodeIsNotTheFormat",
+     "a.gltf",
+     gltf(R"([{"mesh":0,"matrix":[1,0,0,0, 0,0,-1,0, 0,1,0,0, 0,0,0,1]}])"),
+     FileAxes::Y,
+     {1, 0, 1}},
+};
+
+void PrintTo(const AxesCase &c, std::ostream *out)
+{
+    *out << c.name;
+}
+
+class ImportAxes : public testing::TestWithParam<AxesCase> {};
+
+TEST_P(ImportAxes, AreTheFilesWhateverIsUp)
+{
+    const ModelFolder folder;
+    Mesh mesh = importMesh(folder.write(QLatin1String(GetParam().file), GetParam().content)).mesh;
+    EXPECT_EQ(mesh.axes.up(), GetParam().up);
+    mesh.axes.of[0] =
+        qint8(-mesh.axes.of[0]); // one of a left-handed file, too, is turned to rights
+    EXPECT_TRUE(mesh.axes.mirrored());
+    for (const auto up : {FileAxes::X, FileAxes::Y, FileAxes::Z}) {
+        mesh.standOn(up);
+        expectSound(mesh);
+        EXPECT_FALSE(mesh.axes.mirrored());
+        EXPECT_EQ(mesh.fileSize(), GetParam().size);
+        EXPECT_EQ((mesh.max - mesh.min).y(), GetParam().size[up]);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, ImportAxes, testing::ValuesIn(axesCases),
+                         [](const auto &row) { return std::string(row.param.name); });
 
 struct BrokenCase {
     const char *name;

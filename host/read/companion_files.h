@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_READ_COMPANION_FILES_H
+#define HOST_READ_COMPANION_FILES_H
+
+#include <QCoreApplication>
+#include <QString>
+#include <QStringList>
+
+#include <assimp/DefaultIOSystem.h>
+
+#include "host/read/companions.h"
+
+namespace host {
+
+/// Opens a model and the files that it names, for an importer. They are regular files, read and
+/// never written, and, unless told otherwise, in the model's folder or below it. A file that is not
+/// where the model says, since the model came from another machine, is also looked for by its name
+/// alone in the model's folder. What was refused is in notes().
+class CompanionFiles : public Assimp::DefaultIOSystem {
+    Q_DECLARE_TR_FUNCTIONS(CompanionFiles)
+public:
+    static constexpr int maxNotes = 8;
+
+    CompanionFiles(const QString &model, Companions allowed);
+
+    /// The path to open for what the model calls @p named: a path from its folder or an absolute
+    /// one, with the separators of any system. Returns nothing if there is no such file, and if it
+    /// may not be read: then there is a note.
+    QString find(const QString &named);
+
+    /// One phrase for each file that was refused, in the order of the asking, without folders; the
+    /// last of maxNotes phrases counts the rest.
+    QStringList notes() const;
+
+    bool Exists(const char *path) const override;
+    Assimp::IOStream *Open(const char *path, const char *mode) override;
+
+private:
+    enum class Verdict { Good, Missing, Outside, Irregular };
+
+    Verdict judge(const QString &path) const;
+    QString openable(const QString &path, Verdict *verdict) const;
+    void note(const QString &path, Verdict verdict) const;
+
+    const Companions allowed_;
+    const QString model_;         // canonical
+    const QString folder_;        // canonical
+    const QString given_;         // the folder as it was named, absolute
+    mutable QStringList refused_; // Exists() is const to importers
+};
+
+} // namespace host
+
+#endif
