@@ -22,7 +22,7 @@ bool closedIn = false;
 
 } // namespace
 
-// The leak sanitizer looks from a process of its own, which there cannot be after closeIn().
+// The leak sanitizer looks from a process of its own, which there cannot be after enterSandbox().
 extern "C" int __lsan_is_turned_off();
 extern "C" int __lsan_is_turned_off()
 {
@@ -151,7 +151,7 @@ void lower(decltype(RLIMIT_NOFILE) what, rlim_t most)
 
 } // namespace
 
-QString closeIn()
+QString enterSandbox()
 {
     lower(RLIMIT_NOFILE, openFiles);
     const int error = prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ? errno : loadFilter();

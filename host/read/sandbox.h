@@ -14,7 +14,7 @@ namespace host {
 ///
 /// Returns nothing, or, where the kernel has no such filter or refuses it, a phrase that says what
 /// stayed open; the limits hold there too, and new processes are refused by their number.
-QString closeIn();
+QString enterSandbox();
 
 /// Whether somebody still reads what is written to @p stream, a file descriptor; true for what is
 /// no pipe. Asked after the wish for a signal at the parent's death, it tells a parent that died
