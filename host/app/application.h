@@ -4,6 +4,8 @@
 
 #include <QApplication>
 
+#include "host/app/desktop.h"
+
 namespace host {
 
 /// The application object. The module asks it, by name, for the objects that only a host can make.
@@ -11,6 +13,11 @@ class Application : public QApplication {
     Q_OBJECT
 public:
     Application(int &argc, char **argv);
+
+    /// Makes everything as large as @p asked says, dialogs and menus too. Where the window is for
+    /// @p aPerson the screen's dots per inch and the desktop's type count as well; pictures that
+    /// scripts take are the same on every desktop. Expects to be called before the first window.
+    void setSizes(const DesktopScale &asked, bool aPerson);
 
 public slots:
     /// Makes a "MenuTree" named @p name for @p owner. Returns null for any other class.

@@ -43,7 +43,9 @@ int refuse(const QString &error)
 
 int view(int &argc, char **argv, const host::Options &options)
 {
+    const host::DesktopScale asked = host::DesktopScale::take();
     host::Application application(argc, argv);
+    application.setSizes(asked, options.isPersonal());
     const QString impossible = host::Viewer::recordingFault(options);
     if (!impossible.isEmpty()) {
         std::fprintf(stderr, "glview: %s\n", qUtf8Printable(impossible));

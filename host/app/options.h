@@ -32,6 +32,9 @@ struct Options {
     QSize size{1280, 800};    ///< Of the window in logical pixels, or of the picture in pixels.
     bool sizeGiven = false;   ///< Otherwise the size of the last run is preferred.
     float fps = 60;           ///< Frames per second while something moves.
+
+    /// Whether a person is at the window, whose habits are worth keeping.
+    bool isPersonal() const { return screenshot.isEmpty() && turntable.isEmpty(); }
 };
 
 /// The size of the window. That of a large picture or recording has the same shape and fits most

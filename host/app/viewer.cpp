@@ -25,16 +25,10 @@ namespace host {
 
 namespace {
 
-/// Whether a person is at the window, whose habits are worth keeping.
-bool isPersonal(const Options &options)
-{
-    return options.screenshot.isEmpty() && options.turntable.isEmpty();
-}
-
 /// That of the last run, or the usual one, as far as the screen has room.
 QSize startSize(const Options &options)
 {
-    if (options.sizeGiven || !isPersonal(options))
+    if (options.sizeGiven || !options.isPersonal())
         return windowSize(options);
     const QSize last = Remembered().windowSize();
     const QSize wanted = last.isValid() ? last : windowSize(options);
@@ -55,7 +49,7 @@ Viewer::Viewer(const ModuleLoader &loader, const Options &options)
 Viewer::~Viewer()
 {
     const QWidget *widget = window_.widget();
-    if (widget && isPersonal(options_) && !widget->isMaximized() && !widget->isFullScreen())
+    if (widget && options_.isPersonal() && !widget->isMaximized() && !widget->isFullScreen())
         Remembered().setWindowSize(widget->size());
 }
 
@@ -115,7 +109,7 @@ void Viewer::open(const QStringList &paths)
     view_.reset();
     settledFrames_ = 0;
     view_ = makeView(paths);
-    if (isPersonal(options_) && !paths.isEmpty())
+    if (options_.isPersonal() && !paths.isEmpty())
         Remembered().addFiles(paths);
     view_->setDark(dark);
     connect(view_.get(), &View::framePainted, this, &Viewer::framePainted);

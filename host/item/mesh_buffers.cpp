@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "host/ui/metrics.h"
+
 namespace host {
 
 namespace {
@@ -99,7 +101,7 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &ma
     glDisable(GL_BLEND);
     glShadeModel(GL_SMOOTH);
     glPolygonMode(GL_FRONT_AND_BACK, display.wireframe ? GL_LINE : GL_FILL);
-    glLineWidth(display.scale);
+    glLineWidth(display.scale * float(Metrics::px(1)));
     if (display.lighting) {
         const GLfloat none[4] = {0, 0, 0, 1}, shine[4] = {1, 1, 1, 1};
         glEnable(GL_LIGHTING);

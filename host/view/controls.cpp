@@ -2,6 +2,7 @@
 #include "host/view/controls.h"
 
 #include "GL/glwindowbase.h"
+#include "host/ui/metrics.h"
 #include "host/view/window/binding.h"
 
 namespace host {
@@ -134,7 +135,7 @@ void Controls::Orbit(GLW *glw, bool held)
 /// Tells a click from a drag: a hand trembles by a pixel or two.
 void Controls::tellClick(GLW *glw, bool held)
 {
-    constexpr double tremble = 3;
+    const double tremble = Metrics::px(3);
     const QPointF now = windowPointer(glw);
     if (!held) {
         if (!travelled_)

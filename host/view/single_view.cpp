@@ -102,7 +102,8 @@ void SingleView::paintText(GLW *, QPainter *painter)
             paintNote(painter, area, Qt::AlignTop | Qt::AlignLeft, shown->name(), shown->details(),
                       theme);
         // Beside the triad, which has the corner, and above the strip of neighbours.
-        const QRectF free = area.adjusted(Triad::size + Triad::margin, 0, 0, -area.height() * 0.06);
+        const QRectF free =
+            area.adjusted(Triad::size() + Triad::margin(), 0, 0, -area.height() * 0.06);
         paintNote(painter, free, Qt::AlignBottom | Qt::AlignLeft, {}, shown->underPointer(), theme);
     } else if (!fault_.isEmpty()) {
         paintMessage(painter, area, fault_, tr("Drop another file here or press Ctrl+O."), -1,

@@ -9,6 +9,7 @@
 #include <QPainter>
 
 #include "host/item/area.h"
+#include "host/ui/metrics.h"
 #include "host/view/window/binding.h"
 #include "host/view/window/menu_tree.h"
 #include "host/view/window/panel.h"
@@ -337,7 +338,7 @@ void View::paintArea(QPainter *painter) const
     QRectF area = draggedArea(widget->mouse);
     area.moveTop(widget->height() - area.bottom());
     QColor fill = display_.theme().accent;
-    painter->setPen(fill);
+    painter->setPen(QPen(fill, Metrics::px(1)));
     fill.setAlphaF(0.15);
     painter->setBrush(fill);
     painter->drawRect(area);

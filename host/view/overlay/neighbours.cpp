@@ -6,6 +6,7 @@
 #include <QPainter>
 
 #include "host/read/model_files.h"
+#include "host/ui/metrics.h"
 
 namespace host {
 
@@ -42,7 +43,7 @@ QRectF Neighbours::cell(const QRectF &area, int index) const
 
 void Neighbours::paint(QPainter *painter, const QRectF &area)
 {
-    constexpr double inset = 4, rounding = 6;
+    const double inset = Metrics::px(4), rounding = Metrics::px(6);
     const Theme &theme = display().theme();
     painter->setPen(Qt::NoPen);
     painter->setBrush(theme.panel);

@@ -6,16 +6,22 @@
 #include <QLocale>
 #include <QPainter>
 
+#include "host/ui/metrics.h"
+
 namespace host {
 
 namespace {
 
-constexpr double width = 170, height = 34, margin = 12; // pixels
+QRectF place()
+{
+    const double margin = Metrics::px(12);
+    return QRectF(-margin, -margin, Metrics::px(170), Metrics::px(34));
+}
 
 } // namespace
 
 ScaleBar::ScaleBar(const Underlay &under, Window &window)
-    : Overlay(under, window, "scale-bar", QRectF(-margin, -margin, width, height))
+    : Overlay(under, window, "scale-bar", place())
 {
 }
 
@@ -42,14 +48,15 @@ void ScaleBar::paint(QPainter *painter, const QRectF &area)
     const Theme &theme = display().theme();
     GLW *main = mainGLW();
     const double perPixel = mainItem()->unitsPerPixel(main);
-    const double length = roundLength(perPixel, area.width() - 12);
+    const double length = roundLength(perPixel, area.width() - Metrics::px(12));
     const double pixels = length / perPixel;
-    const double right = area.right() - 4, y = area.bottom() - 6, tick = 4;
-    painter->setPen(QPen(theme.text, 1.6));
+    const double tick = Metrics::px(4);
+    const double right = area.right() - tick, y = area.bottom() - Metrics::px(6);
+    painter->setPen(QPen(theme.text, Metrics::px(1.6)));
     painter->drawLine(QPointF(right - pixels, y), QPointF(right, y));
     for (double x : {right - pixels, right})
         painter->drawLine(QPointF(x, y - tick), QPointF(x, y + tick));
-    painter->drawText(QRectF(area.left(), area.top(), area.width() - 4, area.height() - 12),
+    painter->drawText(area.adjusted(0, 0, -tick, -Metrics::px(12)),
                       Qt::AlignRight | Qt::AlignVCenter, QLocale().toString(length, 'g', 6));
 }
 

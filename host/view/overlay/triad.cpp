@@ -6,19 +6,38 @@
 #include <QPainter>
 
 #include "host/item/camera_geometry.h"
+#include "host/ui/metrics.h"
 #include "host/view/window/window.h"
 
 namespace host {
 
 namespace {
 
-constexpr double reach = 34; // pixels from the middle to an arm's end
-constexpr double endRadius = 9;
+/// Pixels from the middle to an arm's end.
+double reach()
+{
+    return Metrics::px(34);
+}
+
+double endRadius()
+{
+    return Metrics::px(9);
+}
 
 } // namespace
 
+double Triad::size()
+{
+    return Metrics::px(92);
+}
+
+double Triad::margin()
+{
+    return Metrics::px(12);
+}
+
 Triad::Triad(const Underlay &under, Window &window)
-    : Overlay(under, window, "triad", QRectF(margin, -margin, size, size))
+    : Overlay(under, window, "triad", QRectF(margin(), -margin(), size(), size()))
 {
     bindClick(tr("Look along the axis"));
 }
@@ -31,7 +50,7 @@ bool Triad::isShown() const
 
 std::array<Triad::Arm, 6> Triad::arms(const QRectF &area) const
 {
-    const CameraGeometry geometry(mainGLW()->camera, QSizeF(size, size));
+    const CameraGeometry geometry(mainGLW()->camera, QSizeF(size(), size()));
     using Side = Steering::Side;
     // Who looks from the right sees the end of +X come towards the eye.
     const Side sides[3][2] = {
@@ -44,7 +63,7 @@ std::array<Triad::Arm, 6> Triad::arms(const QRectF &area) const
         v[axis] = positive ? 1 : -1;
         const QPointF out(double(QVector3D::dotProduct(v, geometry.right())),
                           -double(QVector3D::dotProduct(v, geometry.up())));
-        all[std::size_t(i)] = {area.center() + out * reach,
+        all[std::size_t(i)] = {area.center() + out * reach(),
                                -double(QVector3D::dotProduct(v, geometry.forward())), axis,
                                positive, sides[axis][positive ? 0 : 1]};
     }
@@ -58,23 +77,20 @@ void Triad::paint(QPainter *painter, const QRectF &area)
     const QColor colours[3] = {dark ? QColor(255, 110, 100) : QColor(200, 48, 40),
                                dark ? QColor(120, 210, 110) : QColor(40, 132, 48),
                                dark ? QColor(110, 165, 255) : QColor(36, 92, 204)};
-    QFont font = painter->font();
-    font.setBold(true);
-    font.setPixelSize(11);
-    painter->setFont(font);
+    painter->setFont(Metrics::font(11, true));
     for (const Arm &arm : arms(area)) {
         const QColor colour = colours[arm.axis];
-        const QRectF end(arm.end - QPointF(endRadius, endRadius),
-                         QSizeF(2 * endRadius, 2 * endRadius));
+        const double radius = endRadius(), inner = Metrics::px(3);
+        const QRectF end(arm.end - QPointF(radius, radius), QSizeF(2 * radius, 2 * radius));
         if (!arm.positive) {
             QColor faint = colour;
             faint.setAlpha(110);
-            painter->setPen(QPen(colour, 1.2));
+            painter->setPen(QPen(colour, Metrics::px(1.2)));
             painter->setBrush(faint);
-            painter->drawEllipse(end.adjusted(3, 3, -3, -3));
+            painter->drawEllipse(end.adjusted(inner, inner, -inner, -inner));
             continue;
         }
-        painter->setPen(QPen(colour, 2.4));
+        painter->setPen(QPen(colour, Metrics::px(2.4)));
         painter->drawLine(area.center(), arm.end);
         painter->setPen(Qt::NoPen);
         painter->setBrush(colour);
@@ -90,7 +106,7 @@ void Triad::click(const QPointF &at, const QRectF &area)
     // What is nearer to the viewer was painted last and covers the rest.
     for (auto arm = all.rbegin(); arm != all.rend(); ++arm) {
         const QPointF d = at - arm->end;
-        if (QPointF::dotProduct(d, d) <= endRadius * endRadius * 1.4) {
+        if (QPointF::dotProduct(d, d) <= endRadius() * endRadius() * 1.4) {
             emit sideChosen(arm->side);
             return;
         }

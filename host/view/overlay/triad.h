@@ -15,8 +15,8 @@ class Triad : public Overlay {
 public:
     Triad(const Underlay &under, Window &window);
 
-    static constexpr double size = 92;   ///< Pixels of its square.
-    static constexpr double margin = 12; ///< Pixels to the window's edges.
+    static double size();   ///< Pixels of its square.
+    static double margin(); ///< Pixels to the window's edges.
 
 signals:
     void sideChosen(host::Steering::Side side); ///< A person wants to look from there.

@@ -8,6 +8,7 @@
 #include <QPainter>
 
 #include "host/item/model_item.h"
+#include "host/ui/metrics.h"
 #include "host/view/window/panel.h"
 #include "host/view/window/window.h"
 
@@ -17,8 +18,8 @@ SheetView::SheetView(Window &window, const QString &name, const QStringList &pat
                      const QString &fault)
     : View(window, "GLMultiWidget", false), name_(name), fault_(fault), entries_(makeEntries(paths))
 {
-    scene()->setProperty("header", TilePainter::header);
-    scene()->setProperty("spacing", 4);
+    scene()->setProperty("header", TilePainter::header());
+    scene()->setProperty("spacing", qRound(Metrics::px(4)));
     connect(scene(), SIGNAL(ValueChanged(QList<int>)), this, SLOT(SelectionChanged(QList<int>)));
     connect(scene(), SIGNAL(VisibleCountChanged(int)), this, SLOT(VisibilityChanged(int)));
     connect(&controls(), &Controls::pressed, this, [this](GLW *glw) { passOn(glw, true); });

@@ -7,28 +7,43 @@
 #include <QPainter>
 #include <QTextOption>
 
+#include "host/ui/metrics.h"
+
 namespace host {
 
 namespace {
 
-constexpr double inset = 8; // pixels from a tile's edge to its text
-constexpr double barHeight = 3;
-constexpr double linkWidth = 18;
+/// Pixels from a tile's edge to its text.
+double inset()
+{
+    return Metrics::px(8);
+}
+
+double linkWidth()
+{
+    return Metrics::px(18);
+}
 
 /// Two links of a chain.
 void paintLink(QPainter *painter, const QRectF &r, const QColor &colour)
 {
     painter->setBrush(Qt::NoBrush);
-    painter->setPen(QPen(colour, 1.5));
-    const QSizeF link(9, 6);
-    for (double dx : {-3.0, 3.0}) {
+    painter->setPen(QPen(colour, Metrics::px(1.5)));
+    const double third = Metrics::px(3);
+    const QSizeF link(3 * third, 2 * third);
+    for (double dx : {-third, third}) {
         QRectF one(QPointF(), link);
         one.moveCenter(r.center() + QPointF(dx, 0));
-        painter->drawRoundedRect(one, 3, 3);
+        painter->drawRoundedRect(one, third, third);
     }
 }
 
 } // namespace
+
+int TilePainter::header()
+{
+    return int(Metrics::type(22));
+}
 
 void TilePainter::forget(int id)
 {
@@ -41,9 +56,9 @@ void TilePainter::paint(QPainter *painter, int id, const SheetEntry &entry, cons
 {
     painter->save();
     paintHeader(painter, id, entry, cell, marks.linked, theme);
-    paintState(painter, id, entry, cell.adjusted(0, header, 0, 0), theme);
+    paintState(painter, id, entry, cell.adjusted(0, header(), 0, 0), theme);
     if (marks.selected || marks.hovered) {
-        const double width = marks.selected ? 3 : 1;
+        const double width = Metrics::px(marks.selected ? 3 : 1);
         painter->setBrush(Qt::NoBrush);
         painter->setPen(QPen(marks.selected ? theme.accent : theme.faint, width, Qt::SolidLine,
                              Qt::SquareCap, Qt::MiterJoin));
@@ -55,7 +70,7 @@ void TilePainter::paint(QPainter *painter, int id, const SheetEntry &entry, cons
 void TilePainter::paintHeader(QPainter *painter, int id, const SheetEntry &entry,
                               const QRectF &cell, bool linked, const Theme &theme)
 {
-    const double width = cell.width() - 2 * inset - (linked ? linkWidth : 0);
+    const double width = cell.width() - 2 * inset() - (linked ? linkWidth() : 0);
     Laid &kept = names_[id];
     if (kept.width != width || kept.text != entry.name) {
         kept.width = width;
@@ -67,9 +82,10 @@ void TilePainter::paintHeader(QPainter *painter, int id, const SheetEntry &entry
     const bool bad = entry.state == SheetEntry::State::Failed;
     painter->setPen(bad ? theme.fault : theme.text);
     const double height = QFontMetricsF(painter->font()).height();
-    painter->drawStaticText(cell.topLeft() + QPointF(inset, (header - height) / 2), kept.laid);
+    painter->drawStaticText(cell.topLeft() + QPointF(inset(), (header() - height) / 2), kept.laid);
     if (linked)
-        paintLink(painter, QRectF(cell.right() - inset - linkWidth, cell.top(), linkWidth, header),
+        paintLink(painter,
+                  QRectF(cell.right() - inset() - linkWidth(), cell.top(), linkWidth(), header()),
                   theme.accent);
 }
 
@@ -79,7 +95,8 @@ void TilePainter::paintState(QPainter *painter, int id, const SheetEntry &entry,
     using State = SheetEntry::State;
     if (entry.state == State::Waiting || entry.state == State::Reading ||
         entry.state == State::Released) {
-        QRectF bar(area.left() + inset, area.center().y(), area.width() - 2 * inset, barHeight);
+        QRectF bar(area.left() + inset(), area.center().y(), area.width() - 2 * inset(),
+                   Metrics::px(3));
         QColor trough = theme.faint;
         trough.setAlphaF(0.25);
         painter->fillRect(bar, trough);
@@ -89,7 +106,7 @@ void TilePainter::paintState(QPainter *painter, int id, const SheetEntry &entry,
     }
     if (entry.state != State::Failed)
         return;
-    const double width = area.width() - 2 * inset;
+    const double width = area.width() - 2 * inset();
     Laid &kept = reasons_[id];
     if (kept.width != width || kept.text != entry.reason) {
         kept.width = width;
@@ -105,7 +122,7 @@ void TilePainter::paintState(QPainter *painter, int id, const SheetEntry &entry,
     const double height = std::min(kept.laid.size().height(), area.height());
     painter->setClipRect(area);
     painter->setPen(theme.faint);
-    painter->drawStaticText(QPointF(area.left() + inset, area.center().y() - height / 2),
+    painter->drawStaticText(QPointF(area.left() + inset(), area.center().y() - height / 2),
                             kept.laid);
     painter->setClipping(false);
 }

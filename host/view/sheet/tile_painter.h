@@ -19,7 +19,7 @@ namespace host {
 /// a sheet has hundreds, and most stay as they are from frame to frame.
 class TilePainter {
 public:
-    static constexpr int header = 22; ///< Pixels for the name above the drawing area.
+    static int header(); ///< Pixels for the name above the drawing area.
 
     struct Marks {
         bool selected = false;

@@ -8,13 +8,18 @@
 #include <QFontMetricsF>
 #include <QPainter>
 
+#include "host/ui/metrics.h"
+
 namespace host {
 
 namespace {
 
-constexpr double margin = 12;  // pixels between a panel and the edge of its area
-constexpr double padding = 10; // pixels between a panel's edge and its text
-constexpr double rounding = 7;
+/// Pixels of a panel and around it.
+struct Sizes {
+    const double margin = Metrics::px(12);  // between a panel and the edge of its area
+    const double padding = Metrics::px(10); // between a panel's edge and its text
+    const double rounding = Metrics::px(7);
+};
 
 QFont bold(QFont font)
 {
@@ -27,7 +32,7 @@ void paintPanel(QPainter *painter, const QRectF &r, const Theme &theme)
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(Qt::NoPen);
     painter->setBrush(theme.panel);
-    painter->drawRoundedRect(r, rounding, rounding);
+    painter->drawRoundedRect(r, Sizes().rounding, Sizes().rounding);
 }
 
 void paintText(QPainter *painter, const QFont &font, const QColor &colour, const QRectF &r,
@@ -56,6 +61,7 @@ void paintBar(QPainter *painter, const QRectF &r, double fraction, const Theme &
 QRectF paintNote(QPainter *painter, const QRectF &area, Qt::Alignment corner,
                  const QString &heading, const QString &details, const Theme &theme)
 {
+    const double margin = Sizes().margin, padding = Sizes().padding;
     const QFont plain = painter->font(), strong = bold(plain);
     const QFontMetricsF plainMetrics(plain), strongMetrics(strong);
     const double room = area.width() - 2 * (margin + padding);
@@ -93,9 +99,10 @@ QRectF paintNote(QPainter *painter, const QRectF &area, Qt::Alignment corner,
 void paintMessage(QPainter *painter, const QRectF &area, const QString &heading,
                   const QString &details, double fraction, const Theme &theme)
 {
-    constexpr double widest = 460, bar = 8;
+    const double margin = Sizes().margin, padding = Sizes().padding;
+    const double widest = Metrics::type(460), bar = Metrics::px(8);
     const double width = std::min(widest, area.width() - 2 * margin) - 4 * padding;
-    if (width < 60)
+    if (width < Metrics::type(60))
         return;
     const QFont plain = painter->font(), strong = bold(plain);
     const int flags = Qt::AlignHCenter | Qt::TextWordWrap;
@@ -130,6 +137,7 @@ void paintBindings(QPainter *painter, const QRectF &area, const QVector<BindingR
 {
     const QFont plain = painter->font(), strong = bold(plain);
     const QFontMetricsF metrics(plain), strongMetrics(strong);
+    const double margin = Sizes().margin, padding = Sizes().padding;
     const double line = std::ceil(metrics.height() * 1.35), gap = 2 * padding;
     double keyWidth = 0, textWidth = 0;
     for (const BindingRow &row : rows) {

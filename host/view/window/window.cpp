@@ -7,6 +7,8 @@
 #include <QMimeData>
 #include <QUrl>
 
+#include "host/ui/metrics.h"
+
 namespace host {
 
 namespace {
@@ -27,9 +29,7 @@ Window::Window(ObjectFactory factory, const QSize &size, float fps) : factory_(s
     widget_ = static_cast<GLWindow *>(factory_("GLWindow", nullptr, "glview"));
     widget_->resize(size);
     widget_->setAcceptDrops(true);
-    QFont font = widget_->font();
-    font.setPixelSize(13);
-    widget_->setFont(font);
+    widget_->setFont(Metrics::font());
     widget_->installEventFilter(this);
     clock_ = new FrameClock(widget_, fps, this);
     setTitle({});

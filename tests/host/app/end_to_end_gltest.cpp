@@ -339,7 +339,7 @@ TEST_F(EndToEnd, KeysLookFromTheSidesListTheBindingsAndQuit)
 TEST_F(EndToEnd, AnArmOfTheTriadThatIsClickedIsLookedAlong)
 {
     constexpr int reach = 34; // pixels from its middle to the end of an arm
-    const int middle = int(host::Triad::margin + host::Triad::size / 2);
+    const int middle = int(host::Triad::margin() + host::Triad::size() / 2);
     const QPoint triad(middle, window.height() - middle);
     point(triad + QPoint(reach, 0)); // +X
     run({"click", "1"});
