@@ -1,28 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "GL/action.h"
 
-#include <initializer_list>
-
 namespace {
-
-/// Connects the first of @p candidates whose arguments @p slot accepts. Qt compares the arguments
-/// as text, so both sides are brought to its normal spelling first.
-bool connectFirst(QAction *action, std::initializer_list<const char *> candidates, QObject *obj,
-                  const char *slot)
-{
-    if (!obj || !slot)
-        return false;
-    QObject::connect(obj, SIGNAL(destroyed()), action, SLOT(deleteLater()));
-    const QByteArray wanted = QMetaObject::normalizedSignature(slot);
-    if (!wanted.contains('(')) // Qt would look for it beyond the text
-        return false;
-    for (const char *candidate : candidates) {
-        const QByteArray signal = QMetaObject::normalizedSignature(candidate);
-        if (QMetaObject::checkConnectArgs(signal, wanted))
-            return bool(QObject::connect(action, signal, obj, wanted));
-    }
-    return false;
-}
 
 /// Whether the participants of an activation are all still there; null ones need not be.
 class Participants {

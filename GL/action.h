@@ -2,6 +2,9 @@
 #ifndef GL_ACTION_H
 #define GL_ACTION_H
 
+#include <initializer_list>
+#include <limits>
+
 #include <QAction>
 #include <QKeySequence>
 
@@ -103,18 +106,39 @@ Q_SIGNALS:
     void triggered(GLW *glw, bool state);
 };
 
-/// Whether bit @p n (0 to 31) of @p v is set.
+/// Connects the first of @p signals (in `SIGNAL()` form) whose arguments fit @p obj's @p slot (in
+/// `SLOT()` form) to it; @p action dies with @p obj. Returns false if an argument is null or none
+/// fits; in the latter case the action still dies with @p obj.
+inline bool connectFirst(QAction *action, std::initializer_list<const char *> overloads,
+                         QObject *obj, const char *slot)
+{
+    if (!action || !obj || !slot)
+        return false;
+    QObject::connect(obj, SIGNAL(destroyed()), action, SLOT(deleteLater()));
+    // Qt compares the arguments as text: both sides are brought to its normal spelling.
+    const QByteArray wanted = QMetaObject::normalizedSignature(slot);
+    if (!wanted.contains('(')) // Qt would look for it beyond the text
+        return false;
+    for (const char *candidate : overloads) {
+        const QByteArray signal = QMetaObject::normalizedSignature(candidate);
+        if (QMetaObject::checkConnectArgs(signal, wanted))
+            return bool(QObject::connect(action, signal, obj, wanted));
+    }
+    return false;
+}
+
+/// Whether bit @p n (0 to 31) of @p v is set; false for a bit that @p v does not have.
 inline bool bit(int n, unsigned long v)
 {
-    return (v >> n) & 1;
+    return n >= 0 && n < std::numeric_limits<unsigned long>::digits && ((v >> n) & 1);
 }
 
 /// The number of set bits among bits 0 to @p n - 1 of @p v; 0 for @p n < 1.
 inline int bit_count(unsigned long v, int n)
 {
     int count = 0;
-    for (int i = 0; i < n; ++i)
-        count += bit(i, v);
+    for (int i = 0; i < n && v; ++i, v >>= 1)
+        count += bit(0, v);
     return count;
 }
 

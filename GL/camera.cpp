@@ -218,7 +218,7 @@ void Viewport::Setup(int w, int h, int z, float px, float py, float pw, float ph
     glGetIntegerv(GL_VIEWPORT, viewport);
     if (pw != 0 && ph != 0)
         gluPickMatrix(px, py, pw, ph, viewport);
-    glOrtho(Left(w, 0), Right(w, 0), Bottom(h, 0), Top(h, 0), -z, z);
+    glOrtho(Left(w, 0), Right(w, 0), Bottom(h, 0), Top(h, 0), -double(z), z);
 
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
@@ -238,26 +238,26 @@ void Viewport::Update()
 
 float Viewport::Left(int w, float inset) const
 {
-    return ((align & AlignHCenter) ? float(-w * 0.5) : 0.0f) + inset;
+    return ((align & AlignHCenter) ? float(0 - w * 0.5) : 0.0f) + inset;
 }
 
 float Viewport::Right(int w, float inset) const
 {
-    return ((align & AlignHCenter) ? float(w * 0.5) : float(w - 1)) - inset;
+    return ((align & AlignHCenter) ? float(w * 0.5) : float(w - 1.0)) - inset;
 }
 
 float Viewport::Top(int h, float inset) const
 {
     if (align & AlignVCenter)
         return float(h * 0.5) - inset;
-    return (align & AlignBottom) ? float(h - 1) - inset : inset;
+    return (align & AlignBottom) ? float(h - 1.0) - inset : inset;
 }
 
 float Viewport::Bottom(int h, float inset) const
 {
     if (align & AlignVCenter)
-        return float(-h * 0.5) + inset;
-    return (align & AlignBottom) ? inset : float(h - 1) - inset;
+        return float(0 - h * 0.5) + inset;
+    return (align & AlignBottom) ? inset : float(h - 1.0) - inset;
 }
 
 float Viewport::Width(int w) const

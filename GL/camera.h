@@ -141,7 +141,7 @@ inline Vector Viewport::Cursor(float x, float y, int w, int h) const
     if (align & AlignVCenter)
         cy = float(pos.y + (y - h * 0.5) / scale.y);
     else if (align & AlignTop)
-        cy = pos.y - (y - (h - 1)) / scale.y;
+        cy = pos.y - (y - float(h - 1.0)) / scale.y;
     else
         cy = pos.y + y / scale.y;
     return Vector(cx, cy, 0);

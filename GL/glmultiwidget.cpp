@@ -105,6 +105,11 @@ bool GLMultiWidget::forEachTile(const std::function<void(GLTile *)> &visit)
     return true;
 }
 
+void GLMultiWidget::layoutIsStale()
+{
+    updateLayout = bounded::sum(updateLayout, 1);
+}
+
 QVariantList GLMultiWidget::Tiles()
 {
     QVariantList ids;
@@ -133,14 +138,14 @@ QObject *GLMultiWidget::AddTile(uint id)
     connect(tile, &QObject::destroyed, this, [this, id, address] {
         if (tiles.value(id) == address) {
             tiles.remove(id);
-            ++updateLayout;
+            layoutIsStale();
         }
     });
     emit Init(tile);
     if (self && tile)
         emit TileAdded(id);
     if (self)
-        ++updateLayout;
+        layoutIsStale();
     return tile;
 }
 
@@ -149,7 +154,7 @@ void GLMultiWidget::RemoveTile(int id)
     GLTile *tile = tiles.take(uint(id));
     if (!tile)
         return;
-    ++updateLayout;
+    layoutIsStale();
     delete tile;
 }
 

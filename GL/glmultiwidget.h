@@ -141,6 +141,7 @@ private:
         int cols = -1;
     };
 
+    void layoutIsStale();
     GLTile *alive(const GLTiles &all, GLTiles::const_iterator it) const;
     bool forEachTile(const std::function<void(GLTile *)> &visit);
     QByteArray makeName(const char *name) const;

@@ -2,23 +2,10 @@
 // The multi-view's order and grid.
 #include <algorithm>
 #include <iostream>
-#include <limits>
 
 #include <QSet>
 
 #include "GL/glmultiwidget.h"
-
-namespace {
-
-/// Whole pixels of @p v, towards zero; values beyond an int end at its limits.
-int truncated(double v)
-{
-    constexpr double low = std::numeric_limits<int>::min();
-    constexpr double high = std::numeric_limits<int>::max();
-    return v <= low ? int(low) : v >= high ? int(high) : int(v);
-}
-
-} // namespace
 
 QVariantList GLMultiWidget::GetOrder()
 {
@@ -44,7 +31,7 @@ void GLMultiWidget::Resize(int, int)
 void GLMultiWidget::UpdateLayout()
 {
     if (property<bool>("enabled"))
-        ++updateLayout;
+        layoutIsStale();
 }
 
 QList<GLTile *> GLMultiWidget::visibleTiles() const
@@ -88,8 +75,8 @@ bool GLMultiWidget::commonSize(float &width, float &height, int &count) const
     return width > 0 && height > 0;
 }
 
-/// The grid for @p count tiles that makes tiles of the given aspect ratio largest; on equal areas
-/// the one with fewer rows.
+/// The grid for @p count tiles, of those that the search tries, that makes tiles of the given
+/// aspect ratio largest; on equal areas the one with fewer rows.
 GLMultiWidget::Grid GLMultiWidget::searchGrid(int count, float tileWidth, float tileHeight) const
 {
     const float W = float(width());
@@ -124,8 +111,8 @@ void GLMultiWidget::placeTiles(const Grid &grid)
     const double padding = property<int>("padding");
     const double header = property<int>("header");
     const double footer = property<int>("footer");
-    const double tileW = truncated((width() - (grid.cols + 1) * spacing) / grid.cols);
-    const double tileH = truncated((height() - (grid.rows + 1) * spacing) / grid.rows);
+    const double tileW = bounded::truncate((width() - (grid.cols + 1) * spacing) / grid.cols);
+    const double tileH = bounded::truncate((height() - (grid.rows + 1) * spacing) / grid.rows);
     int placed = 0;
     for (GLTile *tile : orderedTiles()) {
         if (!tile->property<bool>("visible"))
@@ -161,5 +148,6 @@ void GLMultiWidget::calculateLayout()
         return;
     placeTiles(grid);
     if (width() > 1.0 && height() > 1.0 && grid.cols * grid.rows > 0)
-        emit TileResized(truncated(width() / grid.cols), truncated(height() / grid.rows));
+        emit TileResized(bounded::truncate(width() / grid.cols),
+                         bounded::truncate(height() / grid.rows));
 }

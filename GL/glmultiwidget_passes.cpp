@@ -53,16 +53,13 @@ void GLMultiWidget::pickTile(const GLTiles &all, GLTiles::const_iterator it, con
         return;
     const PickRegion r(mouse);
     if (property<bool>("pick3d") && tile->is(GLTile::Pick3D)) {
-        tile->camera.Setup(int(tile->width()), int(tile->height()), r.x, r.y, r.width, r.height);
-        glDisable(GL_LIGHTING);
+        setUpPick3D(*tile, r);
         emit Pick3D(tile);
         if (!pass.alive() || !alive(all, it))
             return;
     }
     if (property<bool>("pick2d") && tile->is(GLTile::Pick2D)) {
-        tile->viewport.Setup(int(tile->width()), int(tile->height()), 100, r.x, r.y, r.width,
-                             r.height);
-        glDisable(GL_LIGHTING);
+        setUpPick2D(*tile, r);
         emit Pick2D(tile);
     }
 }
@@ -102,17 +99,13 @@ void GLMultiWidget::paintTile(const GLTiles &all, GLTiles::const_iterator it, co
     GLTile *tile = *it;
     setGLViewport(*tile);
     if (property<bool>("draw3d") && tile->is(GLTile::Draw3D) && tile->gl) {
-        tile->camera.Setup(int(tile->width()), int(tile->height()), 0, 0, 0, 0);
-        if (!tile->lights.empty())
-            glEnable(GL_LIGHTING);
-        for (GL::Light &light : tile->lights)
-            light.Reposition();
+        setUp3D(*tile);
         emit Draw3D(tile);
         if (!pass.alive() || !alive(all, it))
             return;
     }
     if (property<bool>("draw2d") && tile->is(GLTile::Draw2D)) {
-        tile->viewport.Setup(int(tile->width()), int(tile->height()), 100, 0, 0, 0, 0);
+        setUp2D(*tile);
         emit Draw2D(tile);
     }
 }

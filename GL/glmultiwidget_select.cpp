@@ -102,7 +102,7 @@ void GLMultiWidget::SetVisible(QList<int> ids, bool visible)
         if (!self)
             return;
     }
-    ++updateLayout;
+    layoutIsStale();
 }
 
 void GLMultiWidget::toggleSingleView(quint32 id)
@@ -113,7 +113,7 @@ void GLMultiWidget::toggleSingleView(quint32 id)
     if (!forEachTile(
             [&](GLTile *tile) { tile->setProperty("visible", all || quint32(tile->id()) == id); }))
         return;
-    ++updateLayout;
+    layoutIsStale();
     emit VisibleCountChanged(visibleTiles().size());
 }
 
@@ -140,5 +140,5 @@ void GLMultiWidget::ToggleVisible()
     const QPointer<GLMultiWidget> self(this);
     emit VisibleCountChanged(visibleTiles().size());
     if (self)
-        ++updateLayout;
+        layoutIsStale();
 }

@@ -6,8 +6,10 @@
 
 #include <QAction>
 #include <QMetaType>
+#include <QPoint>
 #include <QPointer>
 #include <QRectF>
+#include <QSize>
 #include <QVariant>
 #include <QVector3D>
 
@@ -15,6 +17,7 @@
 #include "GL/export.h"
 #include "GL/glwindowbase.h"
 #include "GL/lighting.h"
+#include "utils/numbers.h"
 
 /// Base of everything a GL window stacks and paints: a rectangle in the window with a 3D camera, a
 /// 2D viewport and lights.
@@ -52,6 +55,10 @@ public:
     qreal y() const;
     qreal glY() const; ///< The lower edge, counted upwards from the window's bottom.
 
+    // What OpenGL gets of it: whole pixels, truncated within the limits of an int.
+    QPoint glCorner() const; ///< The lower-left corner, y upwards.
+    QSize glSize() const { return {bounded::truncate(width()), bounded::truncate(height())}; }
+
     // The stored rectangle (relative), or pixels.
     QPointF pos(bool relative = true) const
     {
@@ -73,7 +80,8 @@ public:
     Vector Cursor() const;
 
     /// The object at pixel (@p x_, @p y_) of the window, y from the top: this, a part of it, or
-    /// null. Edges belong to the object; an empty rectangle is never hit.
+    /// null. All edges belong to the object, the far ones too, which lie a pixel beyond what it
+    /// draws; an empty rectangle is never hit.
     virtual GLW *hit(int x_, int y_);
 
     /// The actions whose bindings apply to this object; the first one wins ties.
@@ -145,6 +153,11 @@ inline qreal GLW::glY() const
     return rect.y() < 0 ? -ys : (windowHeight() - height()) - ys;
 }
 
+inline QPoint GLW::glCorner() const
+{
+    return {bounded::truncate(x()), bounded::truncate(glY())};
+}
+
 inline QSizeF GLW::size(bool relative) const
 {
     return relative ? rect.size() : QSizeF(width(), height());
@@ -169,7 +182,8 @@ inline void GLW::resize(const QSizeF &s)
 
 inline Vector GLW::Cursor(float x_, float y_) const
 {
-    return viewport.Cursor(x_, y_, int(width()), int(height()));
+    const QSize region = glSize();
+    return viewport.Cursor(x_, y_, region.width(), region.height());
 }
 
 inline Vector GLW::Cursor() const

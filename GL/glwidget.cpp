@@ -3,10 +3,73 @@
 
 #include <limits>
 
+#include <QMetaMethod>
+#include <QOpenGLContext>
 #include <QPainter>
+#include <QSurface>
 
 #include "GL/pass.h"
 #include "Qt/utils.h"
+
+namespace {
+
+/// Makes a window's context current and, at its end, again what was current before, as far as that
+/// still exists.
+class BorrowedContext {
+public:
+    explicit BorrowedContext(GLWindow *window)
+        : context_(QOpenGLContext::currentContext()),
+          surface_(context_ ? context_->surface() : nullptr),
+          surfaceObject_(dynamic_cast<QObject *>(surface_))
+    {
+        window->makeCurrent();
+    }
+    ~BorrowedContext()
+    {
+        if (context_ && surfaceObject_)
+            context_->makeCurrent(surface_);
+        else if (QOpenGLContext *current = QOpenGLContext::currentContext())
+            current->doneCurrent();
+    }
+    BorrowedContext(const BorrowedContext &) = delete;
+    BorrowedContext &operator=(const BorrowedContext &) = delete;
+
+private:
+    QPointer<QOpenGLContext> context_;
+    QSurface *surface_;
+    QPointer<QObject> surfaceObject_; ///< Tells whether the surface is still there.
+};
+
+/// Puts the GL viewport of a window back at its end, if the window lives.
+class GLViewportKeeper {
+public:
+    explicit GLViewportKeeper(GLWindow *window) : window_(window)
+    {
+        makeCurrent();
+        glGetIntegerv(GL_VIEWPORT, viewport_);
+    }
+    ~GLViewportKeeper()
+    {
+        if (!window_)
+            return;
+        makeCurrent();
+        glViewport(viewport_[0], viewport_[1], viewport_[2], viewport_[3]);
+    }
+    GLViewportKeeper(const GLViewportKeeper &) = delete;
+    GLViewportKeeper &operator=(const GLViewportKeeper &) = delete;
+
+private:
+    void makeCurrent()
+    {
+        if (QGLContext::currentContext() != window_->context())
+            window_->makeCurrent();
+    }
+
+    QPointer<GLWindow> window_;
+    GLint viewport_[4] = {};
+};
+
+} // namespace
 
 GLWidget::GLWidget(QObject *p, const char *name) : GLW(p, name) {}
 
@@ -39,7 +102,7 @@ QObject *GLWidget::Connect(QObject *o)
     const QPointer<GLWidget> self(this);
     const QPointer<QObject> host(o);
     if (gl && gl->isVisible() && gl->isValid()) {
-        gl->makeCurrent();
+        const BorrowedContext context(gl);
         if (qHasSlot(o, "Init(GLW*)"))
             QMetaObject::invokeMethod(o, "Init", Q_ARG(GLW *, this));
         else if (qHasSlot(o, "Init()"))
@@ -65,38 +128,26 @@ void GLWidget::initializeGL()
 
 void GLWidget::Init3D()
 {
-    if (!gl)
-        return;
-    camera.Setup(int(width()), int(height()), 0, 0, 0, 0);
-    if (lights.empty())
-        return;
-    glEnable(GL_LIGHTING);
-    for (GL::Light &light : lights)
-        light.Reposition();
+    if (gl)
+        setUp3D(*this);
 }
 
 void GLWidget::Init2D()
 {
     if (gl)
-        viewport.Setup(int(width()), int(height()), 100, 0, 0, 0, 0);
+        setUp2D(*this);
 }
 
 void GLWidget::InitPick3D(Mouse &mouse)
 {
-    if (!gl)
-        return;
-    const PickRegion r(mouse);
-    camera.Setup(int(width()), int(height()), r.x, r.y, r.width, r.height);
-    glDisable(GL_LIGHTING);
+    if (gl)
+        setUpPick3D(*this, PickRegion(mouse));
 }
 
 void GLWidget::InitPick2D(Mouse &mouse)
 {
-    if (!gl)
-        return;
-    const PickRegion r(mouse);
-    viewport.Setup(int(width()), int(height()), 100, r.x, r.y, r.width, r.height);
-    glDisable(GL_LIGHTING);
+    if (gl)
+        setUpPick2D(*this, PickRegion(mouse));
 }
 
 void GLWidget::pickGL()
@@ -121,11 +172,8 @@ void GLWidget::paintGL()
     if (!gl || !property<bool>("visible"))
         return;
     setGLViewport(*this);
-    // Kept, so that the record is restored exactly even if a slot moves or deletes the object.
-    const int left = int(x());
-    const int bottom = int(glY());
     const PassGuard pass(this);
-    gl->mouse.sub(left, bottom);
+    const LocalRecord local(gl, *this);
     if (property<bool>("draw3d")) {
         Init3D();
         emit Draw3D(this);
@@ -134,14 +182,15 @@ void GLWidget::paintGL()
         Init2D();
         emit Draw2D(this);
     }
-    if (pass.window())
-        pass.window()->mouse.add(left, bottom);
 }
 
 void GLWidget::paintForeground()
 {
-    if (!gl || !property<bool>("visible"))
+    static const QMetaMethod signal = QMetaMethod::fromSignal(&GLWidget::PaintForeground);
+    if (!gl || !property<bool>("visible") || !isSignalConnected(signal))
         return;
+    // The next pick pass is given in the viewport that the painting left, not in a painter's.
+    const GLViewportKeeper viewportOfPainting(gl);
     // A window that dies meanwhile ends the painter itself.
     QPainter painter(gl.data());
     emit PaintForeground(this, &painter);

@@ -52,10 +52,12 @@ QAction *GLWidget::makeAction(const char *name, QObject *obj, const char *slot, 
 {
     const QPointer<GLWidget> self(this);
     const QPointer<QObject> receiver(obj);
-    removeNamed(QString::fromUtf8(name));
+    const QString wanted = QString::fromUtf8(name); // the constructor would read it as Latin-1
+    removeNamed(wanted);
     if (!self)
         return nullptr;
-    auto *action = new Action(this, name);
+    auto *action = new Action(this, nullptr);
+    action->setObjectName(wanted);
     bind(action);
     action->connect(receiver, slot);
     return InsertAction(_actions.value(0), action);

@@ -4,7 +4,6 @@
 
 #include <cstdio>
 #include <cstring>
-#include <limits>
 
 #include <QFontMetrics>
 #include <QPaintEngine>
@@ -49,9 +48,7 @@ void QGLWindow::fps(float rate)
     if (!(rate > 0))
         return;
     _fps = rate;
-    const float interval = 1000 / rate;
-    constexpr int longest = std::numeric_limits<int>::max();
-    timerID = startTimer(interval < float(longest) ? int(interval) : longest, Qt::PreciseTimer);
+    timerID = startTimer(bounded::truncate(1000 / rate), Qt::PreciseTimer);
 }
 
 QObject *QGLWindow::AddGLWidget(QObject *o)
@@ -69,9 +66,11 @@ QObject *QGLWindow::InsertGLWidget(int pos, QObject *o)
     const QPointer<GLWidget> guard(w);
     guards[w] = guard;
     glwidgets.insert(pos < 0 || pos > glwidgets.size() ? glwidgets.size() : pos, w);
-    connect(w, SIGNAL(destroyed(QObject *)), this, SLOT(RemoveGLWidget(QObject *)));
+    // Once per object: its connections outlive its place in the list.
+    constexpr auto once = Qt::ConnectionType(Qt::AutoConnection | Qt::UniqueConnection);
+    connect(w, SIGNAL(destroyed(QObject *)), this, SLOT(RemoveGLWidget(QObject *)), once);
     if (qHasSlot(w, "Resize(int,int)"))
-        connect(this, SIGNAL(Resized(int, int)), w, SLOT(Resize(int, int)));
+        connect(this, SIGNAL(Resized(int, int)), w, SLOT(Resize(int, int)), once);
     w->gl = this;
     if (qHasSlot(w, "Connected()"))
         QMetaObject::invokeMethod(w, "Connected");
@@ -116,7 +115,7 @@ bool QGLWindow::forEachObject(void (GLWidget::*pass)())
 
 void QGLWindow::Update()
 {
-    ++update;
+    update = bounded::sum(update, 1);
 }
 
 void QGLWindow::timerEvent(QTimerEvent *)
@@ -145,7 +144,7 @@ void QGLWindow::glDraw()
         const qreal ratio =
             window()->windowHandle() ? window()->windowHandle()->devicePixelRatio() : 1;
         if (self)
-            resizeGL(int(width() * ratio), int(height() * ratio));
+            resizeGL(bounded::truncate(width() * ratio), bounded::truncate(height() * ratio));
     }
     if (self)
         paintGL();
@@ -193,7 +192,7 @@ void QGLWindow::paintGL()
 
     const time_t t1 = timer();
     swapBuffers();
-    timer.Update(t1 - t0);
+    timer.Update(bounded::difference(t1, t0));
     constexpr double period = 500000; // microseconds between two refreshes of the texts
     if (double(t1) > double(timer.start) + period)
         refreshTexts(t1);
@@ -220,7 +219,7 @@ void QGLWindow::drawFrameRate()
 /// The rate is that of the frame just drawn, not an average; the load is the period's.
 void QGLWindow::refreshTexts(time_t now)
 {
-    const time_t interval = now - time_t(last_draw);
+    const time_t interval = bounded::difference(now, time_t(last_draw));
     const float rate = interval ? 1000000.0f / float(interval) : 1000000.0f;
     const int decimals = rate < 10 ? 1 : 0;
     const auto load = [this] { return double(timer.GetRatio() * 100); };

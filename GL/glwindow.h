@@ -25,8 +25,8 @@ class QMenu;
 /// Frame and units: see GLWindow. The objects in the list are not owned. Other dynamic properties:
 /// "verbose" (int), "drawfps" and "clampMouseToFrame" (bool) are read; "fpsString" and "cpuString"
 /// (QString) and "swRendering" (bool) are written.
-/// A host's slot may delete objects and actions at any time and, except from a repaint that Qt
-/// asked for or while GL is initialised, the window itself.
+/// A host's slot may delete objects and actions at any time, and the window itself except in a
+/// repaint that Qt asked for and while GL is initialised; deleteLater() works there too.
 class GLWINDOW_EXPORT QGLWindow : public GLWindow {
     Q_OBJECT
     Q_PROPERTY(float fps READ fps WRITE fps)
@@ -70,9 +70,12 @@ public Q_SLOTS:
     /// Puts the scene object in front of the list: it is hit first and painted first.
     QObject *AddGLWidget(QObject *o);
     /// Puts the scene object at @p pos, at the end for a negative one; one that was in the list
-    /// moves. Returns it, or null if @p o is none.
+    /// moves. It hears Resized from now on, once however often it is inserted. Expects it in no
+    /// other window, which would go on painting it. Returns it, or null if @p o is none.
     QObject *InsertGLWidget(int pos, QObject *o);
-    /// Takes the scene object out without deleting it. Returns whether it was in the list.
+    /// Takes the scene object out without deleting it; it belongs to no window then, not even to
+    /// another that holds it. Its connections stay: it still hears Resized. Returns whether it was
+    /// in the list.
     bool RemoveGLWidget(QObject *o);
 
     void Update(); ///< Lets the next tick paint even while "timer" is false.
@@ -112,24 +115,16 @@ private:
     const QGLContext *initialized = nullptr;      ///< The context that initializeGL() has seen.
 };
 
-/// Connects @p a to @p obj's @p slot (in `SLOT()` form) that takes nothing or a bool; the action
-/// dies with @p obj. Returns false if an argument is null or the slot does not fit.
+/// Connects @p a to @p obj's @p slot (in `SLOT()` form) that takes nothing or a bool; see
+/// connectFirst().
 inline bool action_connect(QAction *a, QObject *obj, const char *slot)
 {
-    if (!obj || !slot || !a)
-        return false;
-    QObject::connect(obj, SIGNAL(destroyed()), a, SLOT(deleteLater()));
-    const QByteArray wanted = QMetaObject::normalizedSignature(slot);
-    if (!wanted.contains('(')) // Qt would look for it beyond the text
-        return false;
-    for (const char *signal : {SIGNAL(triggered()), SIGNAL(triggered(bool))})
-        if (QMetaObject::checkConnectArgs(signal, wanted))
-            return bool(QObject::connect(a, signal, obj, wanted));
-    return false;
+    return connectFirst(a, {SIGNAL(triggered()), SIGNAL(triggered(bool))}, obj, slot);
 }
 
 /// The module's entry. Hands every class's factory to @p lib's slot
-/// `Register(const char* kind, const char* name, void* factory)`, if it has one. Always returns 1.
+/// `Register(const char* kind, const char* name, void* factory)`, if it has one: always with the
+/// kind "qobject", and QGLWindow under the name "GLWindow". Always returns 1.
 extern "C" GLWINDOW_EXPORT int init(QObject *lib);
 
 #endif

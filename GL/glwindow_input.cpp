@@ -6,28 +6,28 @@
 #include <QWheelEvent>
 
 #include "GL/glwindow.h"
+#include "GL/pass.h"
 #include "Qt/utils.h"
 
 namespace {
 
-/// The lower-left corner of @p o in window pixels, y upwards, truncated to whole pixels.
-QPoint cornerOf(const GLW &o)
-{
-    const double W = o.gl ? o.gl->width() : 0;
-    const double H = o.gl ? o.gl->height() : 0;
-    double x = o.rect.x(), y = o.rect.y(), w = o.rect.width(), h = o.rect.height();
-    if (o.gl && w <= 1 && h <= 1) {
-        x *= W;
-        w *= W;
-        y *= H;
-        h *= H;
-    }
-    return QPoint(int(x >= 0 ? x : W - w + x), int(y >= 0 ? H - h - y : -y));
-}
-
 int keyOf(const QKeyEvent *event)
 {
     return event->key() | int(event->modifiers());
+}
+
+/// @p p in whole pixels.
+QPoint rounded(const QPointF &p)
+{
+    return QPoint(bounded::round(p.x()), bounded::round(p.y()));
+}
+
+/// Whether a wheel step is one up. Alt makes platforms deliver a vertical step sideways.
+bool isStepUp(const QWheelEvent &event)
+{
+    const QPoint delta = event.angleDelta();
+    const bool sideways = delta.y() == 0 && (event.modifiers() & Qt::AltModifier);
+    return (sideways ? delta.x() : delta.y()) > 0;
 }
 
 } // namespace
@@ -46,36 +46,29 @@ GLW *QGLWindow::hit_widget(const Objects &objects, int x, int y) const
 
 GLW *QGLWindow::objectUnderPointer() const
 {
-    return hit_widget(snapshot(), mouse.x, height() - mouse.y);
+    return hit_widget(snapshot(), mouse.x, bounded::difference(height(), mouse.y));
 }
 
 void QGLWindow::HandleMouseEvent(bool press)
 {
-    const QPointer<QGLWindow> self(this);
     makeCurrent();
     GLW *o = objectUnderPointer();
     if (!o)
         return;
     MouseAction *a = MouseAction::find(o->actions(), mouse, press);
-    const QPoint corner = cornerOf(*o);
-    mouse.sub(corner.x(), corner.y());
+    const LocalRecord local(this, *o);
     o->camera.Unproject(float(mouse.x), float(mouse.y));
     if (a)
         a->activate(o, mouse, press);
-    if (self)
-        mouse.add(corner.x(), corner.y());
 }
 
 void QGLWindow::HandleKeyboardEvent(int key, bool press, bool autoRepeat)
 {
+    makeCurrent();
     if (GLW *o = objectUnderPointer()) {
-        const QPointer<QGLWindow> self(this);
         if (KeyAction *a = KeyAction::find(o->actions(), key)) {
-            const QPoint corner = cornerOf(*o);
-            mouse.sub(corner.x(), corner.y());
+            const LocalRecord local(this, *o);
             a->activate(o, press, autoRepeat);
-            if (self)
-                mouse.add(corner.x(), corner.y());
             return;
         }
     }
@@ -104,9 +97,9 @@ void QGLWindow::keyReleaseEvent(QKeyEvent *event)
 void QGLWindow::pointerUpdate(QMouseEvent *event)
 {
     event->accept();
-    const QPointF local = event->localPos();
-    mouse.update(qRound(local.x()), height() - qRound(local.y()), timer(), int(event->buttons()),
-                 int(event->modifiers()));
+    const QPoint local = rounded(event->localPos());
+    mouse.update(local.x(), bounded::difference(height(), local.y()), timer(),
+                 int(event->buttons()), int(event->modifiers()));
 }
 
 void QGLWindow::mousePressEvent(QMouseEvent *event)
@@ -132,28 +125,32 @@ void QGLWindow::mouseDoubleClickEvent(QMouseEvent *event)
 void QGLWindow::mouseMoveEvent(QMouseEvent *event)
 {
     event->accept();
-    const QPoint local(qRound(event->localPos().x()), qRound(event->localPos().y()));
+    const QPoint local = rounded(event->localPos());
     QPoint inside = local;
     if (qIsTrue(this, "clampMouseToFrame") && event->buttons() != Qt::NoButton) {
         inside = QPoint(qBound(0, local.x(), width()), qBound(0, local.y(), height()));
-        const QPoint screen(qRound(event->screenPos().x()), qRound(event->screenPos().y()));
+        const QPoint screen = rounded(event->screenPos());
+        const auto moved = [](int from, int out, int in) {
+            return bounded::sum(bounded::difference(from, out), in);
+        };
         if (inside.x() != local.x())
-            QCursor::setPos(screen.x() - local.x() + inside.x(), screen.y());
+            QCursor::setPos(moved(screen.x(), local.x(), inside.x()), screen.y());
         if (inside.y() != local.y())
-            QCursor::setPos(screen.x(), screen.y() - local.y() + inside.y());
+            QCursor::setPos(screen.x(), moved(screen.y(), local.y(), inside.y()));
     }
-    mouse.update(inside.x(), height() - inside.y(), timer(), mouse.button, int(event->modifiers()));
+    mouse.update(inside.x(), bounded::difference(height(), inside.y()), timer(), mouse.button,
+                 int(event->modifiers()));
     HandleMouseEvent(true);
 }
 
 void QGLWindow::wheelEvent(QWheelEvent *event)
 {
     event->accept();
-    const bool up = event->angleDelta().y() > 0;
+    const bool up = isStepUp(*event);
     const int step = up ? 0x08 : 0x10;
     const int others = up ? 0xF7 : 0xEF;
-    const int x = int(event->position().x());
-    const int y = height() - int(event->position().y());
+    const int x = bounded::truncate(event->position().x());
+    const int y = bounded::difference(height(), bounded::truncate(event->position().y()));
     const int button = (mouse.button & others) | step;
     mouse.update(x, y, timer(), button, int(event->modifiers()));
     const QPointer<QGLWindow> self(this);

@@ -4,12 +4,16 @@
 
 #include <ctime>
 
+#include "utils/numbers.h"
+
 /// The window's record of pointer, buttons and keyboard modifiers, now and before.
 ///
 /// Frame: logical window pixels, origin at the bottom-left corner, y upwards; y is the window's
-/// height minus the widget-local y, so the topmost row has y = height. While a scene object
-/// draws or an action fires, the window shifts the record into that object's frame.
-/// Units: times are wall-clock microseconds. Owned by the window; a plain value otherwise.
+/// height minus the widget-local y, so the topmost row has y = height. While an action fires and
+/// while a scene object emits Draw3D and Draw2D, x, y, x0 and y0 are in that object's frame (for an
+/// action, the tile's); a multi-view's passes leave them in the window's.
+/// Units: times are wall-clock microseconds. Sums end at the limits of their type. Owned by the
+/// window; a plain value otherwise.
 struct Mouse {
     int x = 0;
     int y = 0;
@@ -40,10 +44,16 @@ struct Mouse {
 
     /// Shifts the position and the reference position.
     Mouse &add(int dx_, int dy_);
-    Mouse &sub(int dx_, int dy_) { return add(-dx_, -dy_); }
+    Mouse &sub(int dx_, int dy_);
 
-    int dx0() const { return x0 - x; } ///< Reference x minus x, signed as dx is.
-    int dy0() const { return y0 - y; } ///< Reference y minus y, signed as dy is.
+    int dx0() const
+    {
+        return bounded::difference(x0, x);
+    } ///< Reference x minus x, signed as dx is.
+    int dy0() const
+    {
+        return bounded::difference(y0, y);
+    } ///< Reference y minus y, signed as dy is.
 };
 
 inline void Mouse::update(int modifier_, time_t t_)
@@ -51,7 +61,7 @@ inline void Mouse::update(int modifier_, time_t t_)
     last_modifier = modifier;
     modifier = modifier_;
     dx = dy = 0;
-    dt = t_ - t;
+    dt = bounded::difference(t_, t);
     t = t_;
     double_click = 0;
 }
@@ -62,11 +72,11 @@ inline void Mouse::update(int x_, int y_, time_t t_, int button_, int modifier_)
         x0 = x;
         y0 = y;
     }
-    dx = x - x_;
-    dy = y - y_;
+    dx = bounded::difference(x, x_);
+    dy = bounded::difference(y, y_);
     x = x_;
     y = y_;
-    dt = t_ - t;
+    dt = bounded::difference(t_, t);
     t = t_;
     last_button = button;
     button = button_;
@@ -87,10 +97,19 @@ inline void Mouse::update_double(int button_, int press)
 
 inline Mouse &Mouse::add(int dx_, int dy_)
 {
-    x += dx_;
-    y += dy_;
-    x0 += dx_;
-    y0 += dy_;
+    x = bounded::sum(x, dx_);
+    y = bounded::sum(y, dy_);
+    x0 = bounded::sum(x0, dx_);
+    y0 = bounded::sum(y0, dy_);
+    return *this;
+}
+
+inline Mouse &Mouse::sub(int dx_, int dy_)
+{
+    x = bounded::difference(x, dx_);
+    y = bounded::difference(y, dy_);
+    x0 = bounded::difference(x0, dx_);
+    y0 = bounded::difference(y0, dy_);
     return *this;
 }
 

@@ -49,7 +49,9 @@ template <typename T> QObject *qCreateWidget(QObject *parent, const char *name)
         return widget;
     qRegisterObjectPointer();
     parent->setProperty(name, QVariant::fromValue<QObject *>(widget));
-    QObject::connect(widget, &QObject::destroyed, &qUnsetParent);
+    // Under the very bytes, whatever the encoding and the window's later names.
+    QObject::connect(widget, &QObject::destroyed,
+                     [key = QByteArray(name)](QObject *o) { qUnsetParentProperty(o, key); });
     widget->setProperty("parent", QVariant::fromValue(QPointer<QObject>(parent)));
     return widget;
 }

@@ -36,13 +36,10 @@ inline bool qIsTrue(const QObject *o, const char *name)
     return o->property(name).toBool();
 }
 
-/// Run when a window that a factory registered with a parent is destroyed: removes from that parent
-/// the property that names the window. Does nothing for null, a nameless object or one without a
-/// "parent" property.
-inline void qUnsetParent(QObject *o)
+/// Removes from the object in @p o's property "parent" the property @p name, as long as it holds
+/// @p o, and then @p o's property "parent". Does nothing for an object without such a parent.
+inline void qUnsetParentProperty(QObject *o, const QByteArray &name)
 {
-    if (!o || o->objectName().isEmpty())
-        return;
     QVariant value = o->property("parent");
     if (!value.canConvert<QObject *>() || !value.convert(qMetaTypeId<QObject *>()))
         return;
@@ -50,7 +47,19 @@ inline void qUnsetParent(QObject *o)
     if (!parent)
         return;
     o->setProperty("parent", QVariant());
-    parent->setProperty(o->objectName().toLocal8Bit().constData(), QVariant());
+    const QVariant held = parent->property(name);
+    // By address and exact type: an object that another variant holds may be gone.
+    if (held.userType() == QMetaType::QObjectStar &&
+        *static_cast<QObject *const *>(held.constData()) == o)
+        parent->setProperty(name, QVariant());
+}
+
+/// The same with @p o's object name, in the local encoding, as the property's name. Does nothing
+/// for null or a nameless object.
+inline void qUnsetParent(QObject *o)
+{
+    if (o && !o->objectName().isEmpty())
+        qUnsetParentProperty(o, o->objectName().toLocal8Bit());
 }
 
 #endif

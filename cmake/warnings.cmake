@@ -5,7 +5,7 @@ target_compile_options(glwindow_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow $<$<BOOL:${GLWINDOW_WERROR}>:-Werror>)
 if(GLWINDOW_SANITIZE)
     target_compile_options(glwindow_warnings INTERFACE
-        -fsanitize=${GLWINDOW_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined
+        -fsanitize=${GLWINDOW_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined,float-cast-overflow
         # GCC takes what the sanitizers insert for uses of values that were never set.
         $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     target_link_options(glwindow_warnings INTERFACE -fsanitize=${GLWINDOW_SANITIZE})

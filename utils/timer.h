@@ -6,6 +6,8 @@
 
 #include <sys/time.h>
 
+#include "utils/numbers.h"
+
 /// Measures which share of the wall clock a repeated piece of work takes.
 ///
 /// All times are wall-clock microseconds since the epoch. The clock is not monotonic: a step
@@ -33,7 +35,7 @@ struct LoadTimer {
     void Update(time_t busy)
     {
         if (busy > 0)
-            sum += busy;
+            sum = bounded::sum(sum, busy);
     }
 
     /// Work over elapsed time, 0 when no time has passed. Above 1 if more work was reported
@@ -41,7 +43,7 @@ struct LoadTimer {
     float GetRatio() const
     {
         const time_t now = (*this)();
-        return now > start ? float(sum) / float(now - start) : 0;
+        return now > start ? float(sum) / float(bounded::difference(now, start)) : 0;
     }
 };
 
