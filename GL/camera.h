@@ -23,13 +23,15 @@ struct GLWINDOW_EXPORT Camera {
     int ortho = 0; ///< 0 perspective, else orthographic.
     Vector pos;    ///< The eye.
     Vector target; ///< The point looked at; follows `setTarget`.
-    Vector up{0, 1, 0};              ///< Derived from the angles.
-    Vector rot;                      ///< x elevation (positive looks down), y azimuth, z roll.
-    float radius = 0;                ///< Distance from eye to target.
-    float fov = 60;                  ///< Vertical field of view, kept within 1 to 90.
-    float nearZ = 0.001f;            ///< Derived from the radius within its limits.
-    float farZ = 10000;              ///< Derived from the radius within its limits.
-    Vector bounds{1000, 1000, 1000}; ///< Of `target`: x sideways from the origin, y up and down.
+    Vector up{0, 1, 0};   ///< Derived from the angles.
+    Vector rot;           ///< x elevation (positive looks down), y azimuth, z roll.
+    float radius = 0;     ///< Distance from eye to target.
+    float fov = 60;       ///< Vertical field of view, kept within 1 to 90.
+    float nearZ = 0.001f; ///< Derived from the radius within its limits.
+    float farZ = 10000;   ///< Derived from the radius within its limits.
+    /// Of `target`: x is the longest distance from the vertical axis through the origin, y that
+    /// from the ground, up or down; z is not read.
+    Vector bounds{1000, 1000, 1000};
     float minRadius = 0.0005f;
     float maxRadius = 1000;
     float d_pos_max = 1;    ///< For the host; not read here.
@@ -57,7 +59,8 @@ struct GLWINDOW_EXPORT Camera {
     /// Loads projection and model-view for a region of @p w x @p h pixels and reads them back. With
     /// @p pw and @p ph non-zero the projection shows only the @p pw x @p ph pixels around
     /// (@p px, @p py), window pixels with y from the bottom. Expects a current context; leaves the
-    /// model-view matrix mode current. An empty region yields a matrix that shows nothing.
+    /// model-view matrix mode current. A region without width or height makes no usable projection:
+    /// the identity (with GL_INVALID_VALUE if orthographic), or one with zeros or NaN in it.
     void Setup(int w, int h, float px, float py, float pw, float ph);
 
     /// Turns the current matrix by `rot`: about x, then y, then z. Expects a current context.
@@ -71,9 +74,10 @@ struct GLWINDOW_EXPORT Camera {
     void LookAt();       ///< Multiplies the current matrix by the view. Expects a current context.
 
     /// Computes `unproj` (and orthographically `vnear`) for the point (@p x, @p y) in window pixels
-    /// of the last Setup(), y from the bottom. Returns 0, with `unproj` zero, for an empty viewport
-    /// or a matrix that cannot be inverted; a perspective camera then turns by 0.0001 degrees to
-    /// leave the degenerate position. Returns 1 otherwise.
+    /// of the last Setup(), y from the bottom; `last_unproj` becomes the `unproj` before. Returns
+    /// 1, or 0, with both zero, for an empty viewport or a matrix that cannot be inverted. In the
+    /// latter case a perspective camera turns by 0.0001 degrees, to leave the degenerate position,
+    /// and runs a whole Update(1): its velocities count once more.
     int Unproject(float x, float y);
 
     /// Returns 0, and changes nothing, unless `minRadius` <= @p rad <= `maxRadius`.
@@ -91,8 +95,9 @@ private:
 ///
 /// Frame: data coordinates; a point p appears (p - pos) * scale pixels from the alignment origin:
 /// the region's centre (AlignCenter), else the left edge with x rightwards and the top edge with y
-/// downwards, or with AlignBottom the bottom edge with y upwards. Units: `scale` in pixels per data
-/// unit. Plain fields, written freely; owned by its drawing object. Only Setup() needs a context.
+/// downwards, or with AlignBottom, unless AlignVCenter is set too, the bottom edge with y upwards.
+/// Units: `scale` in pixels per data unit. Plain fields, written freely; owned by its drawing
+/// object. Only Setup() needs a context.
 struct GLWINDOW_EXPORT Viewport {
     enum AlignmentFlag {
         AlignLeft = 1,
@@ -113,7 +118,8 @@ struct GLWINDOW_EXPORT Viewport {
     /// Loads projection and model-view for a region of @p w x @p h pixels and depths -@p z to @p z.
     /// With @p pw and @p ph non-zero only the @p pw x @p ph pixels around (@p px, @p py) are shown,
     /// window pixels with y from the bottom. Expects a current context; leaves the model-view
-    /// matrix mode current.
+    /// matrix mode current. A region of one pixel (of none, if centred) on an axis cannot be
+    /// projected: the projection stays as it was without it, and GL_INVALID_VALUE is raised.
     void Setup(int w, int h, int z, float px, float py, float pw, float ph);
 
     /// Keeps `scale` within its limits; the upper one wins where they cross.

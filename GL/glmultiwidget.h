@@ -19,10 +19,10 @@ class QPaintEvent;
 /// One view of a multi-view: a cell with its own camera, 2D viewport and lights.
 ///
 /// Frame: window pixels from the top-left corner; `orect` is the whole cell, `rect` the drawing
-/// area inside it, both written by the layout. Data coordinates start at the top-left corner, y
-/// downwards. Dynamic properties besides GLW's: "sizeHint" (QSize, 1 x 1), "selected" (bool),
-/// "padding" (int, 20, for the host's drawing). Owned by its multi-view, which also holds all
-/// bindings.
+/// area inside it, both written by the layout; until the first one both are the whole window. Data
+/// coordinates start at the top-left corner, y downwards. Dynamic properties besides GLW's:
+/// "sizeHint" (QSize, 1 x 1), "selected" (bool), "padding" (int, 20, for the host's drawing). Owned
+/// by its multi-view, which also holds all bindings.
 class GLWINDOW_EXPORT GLTile : public GLW {
 public:
     enum Flag { Enabled = 1, Visible = 2, Pick3D = 4, Pick2D = 8, Draw3D = 16, Draw2D = 32 };
@@ -54,14 +54,17 @@ private:
 
 using GLTiles = QMap<unsigned int, GLTile *>;
 
-/// A scene object divided into a grid of tiles, as large as their common aspect ratio lets them be.
-/// It lays out, picks and paints the tiles and keeps their selection, visibility and order.
+/// A scene object divided into a grid of tiles of a common aspect ratio, large ones: the best of
+/// the grids that a quick search tries, which need not be the best there is. It lays out, picks and
+/// paints the tiles and keeps their selection, visibility and order.
 ///
 /// Frame: tiles are placed in window pixels from the top-left corner, y downwards, so a multi-view
 /// fills its window. Dynamic properties in pixels: "spacing" (2, between tiles and around them),
 /// "padding" (0, inside each cell), "header" and "footer" (0, above and below the drawing area);
 /// "rows" and "cols" tell the grid. "enableSelection", "drawbg" and "drawfg" are switches.
-/// Changes take effect in the layout of the next pick pass. Selection and visibility are the tiles'
+/// A change of these, of a tile's "sizeHint" or its "visible" counts from the layout in the next
+/// pick pass after UpdateLayout(); tiles that come or go, SetVisible() and a new size call for it
+/// themselves. Selection and visibility are the tiles'
 /// dynamic properties "selected" and "visible"; lists of ids are in ascending order.
 /// Owns its tiles. A host's slot may add, remove or clear tiles during any signal.
 class GLWINDOW_EXPORT GLMultiWidget : public GLWidget {
@@ -81,12 +84,13 @@ public:
     using GLWidget::NearestDataPos;
     using GLWidget::Range2D;
 
-    /// The tile whose cell holds pixel (@p x, @p y), y from the top; null between tiles.
+    /// The tile whose cell holds pixel (@p x, @p y), y from the top, all edges included; of two
+    /// that share an edge the one of the smaller id. Null between tiles.
     GLW *hit(int x, int y) override;
     void initializeGL() override;
     void pickGL() override;
     void paintGL() override;
-    /// Paints at once, outside the window's frame.
+    /// Runs paintGL() at once, outside the window's frame: nothing is cleared and nothing swapped.
     void paintEvent(QPaintEvent *);
 
 Q_SIGNALS:

@@ -16,11 +16,12 @@ Q_DECLARE_METATYPE(Vector)
 /// signals, to draw and to pick there. It draws nothing itself.
 ///
 /// Frame: as GLW. While Draw3D and Draw2D are emitted the window's mouse record is in this object's
-/// frame (origin at its lower-left corner, y upwards); during the pick signals it is in the
-/// window's. Dynamic properties "enabled", "visible", "pick3d", "pick2d", "draw3d" and "draw2d"
-/// (bool) switch passes on and off; a value that is missing or does not convert counts as false.
-/// Owned by its Qt parent, never by the window. A host's slot may delete anything, this object
-/// included, during any signal.
+/// frame (origin at its lower-left corner, y upwards); during all other signals of a frame it is in
+/// the window's, and during all of a multi-view's. Dynamic properties "enabled", "visible",
+/// "pick3d", "pick2d", "draw3d" and "draw2d" (bool) switch passes on and off; a value that is
+/// missing or does not convert counts as false. Owned by its Qt parent, never by the window. A
+/// host's slot may delete anything during any signal, this object included; for the window there is
+/// one exception, see QGLWindow.
 class GLWINDOW_EXPORT GLWidget : public GLW {
     Q_OBJECT
     Q_PROPERTY(double x READ x)
@@ -48,9 +49,11 @@ public:
 
     // The passes, called by the window with its GL context current.
     virtual void initializeGL();
-    virtual void pickGL();          ///< Advances the camera, then emits Pick3D and Pick2D.
-    virtual void paintGL();         ///< Sets the GL viewport, then emits Draw3D and Draw2D.
-    virtual void paintForeground(); ///< Emits PaintForeground with a painter on the window.
+    virtual void pickGL();  ///< Advances the camera, then emits Pick3D and Pick2D.
+    virtual void paintGL(); ///< Sets the GL viewport, then emits Draw3D and Draw2D.
+    /// Emits PaintForeground with a painter on the window, which is made only if somebody listens,
+    /// and puts the GL viewport back: the next pick pass is given in that of the painting.
+    virtual void paintForeground();
 
     // GL state of a pass: matrices for the whole object or, for picking, for the region around the
     // pointer; lights are switched on (with any lights) or off (for picking).
@@ -81,15 +84,17 @@ public Q_SLOTS:
     bool RemoveAction(QObject *action);
 
     /// Wires the host object @p o: each drawing signal to @p o's slot of the same name, where it
-    /// has one. In a visible window @p o's Init runs at once, with the context current. Then @p o's
-    /// Connected(GLW*) is called, if there. Expects @p o not null; returns it, or null if it died.
+    /// has one. In a visible window @p o's Init runs at once, with the window's context current;
+    /// the context that was current comes back behind it. Then @p o's Connected(GLW*) is called, if
+    /// there. Expects @p o not null; returns it, or null if it died.
     QObject *Connect(QObject *o);
 
     void Resize(int, int); ///< Reached by the window's Resized; does nothing here.
 
     /// Makes a key action (text as a keyboard shortcut is shown, such as Ctrl+S) in the place of
     /// all of the same name, in front of the others, and binds it to @p obj's @p slot (in `SLOT()`
-    /// form). It is kept even if the slot does not fit. Owned by this object.
+    /// form). The name is read as UTF-8. It is kept even if the slot does not fit. Owned by this
+    /// object.
     QAction *NewKeyAction(const QString &binding, const char *name, QObject *obj,
                           const char *slot) override;
     /// The same with a mouse action; binding word and mask as in MouseAction.

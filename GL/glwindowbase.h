@@ -16,7 +16,9 @@ class QAction;
 /// which counts y from the bottom. Owned by its Qt parent or by the host.
 class GLWINDOW_EXPORT GLWindow : public QGLWidget {
 public:
-    int update = 0; ///< Repaint requests not yet served; zero after every frame that painted.
+    /// Repaint requests not yet served. A frame that paints zeroes it between its pick and its
+    /// paint pass, so that a request made while it paints is left for the next one.
+    int update = 0;
     Mouse mouse;
 
     GLWindow(QWidget *parent, const char *name) : QGLWidget(parent)

@@ -47,6 +47,8 @@ public:
     Vector &operator/=(Real v);
 
     Real length_sq() const { return x * x + y * y + z * z; }
+    /// Infinite beyond about 1.8e19 and zero below about 1e-23, where the squares leave the range
+    /// of a Real: normalize() makes the former zero and leaves the latter.
     Real length() const { return std::sqrt(length_sq()); }
 
     /// Rescales to length @p v, longer or shorter. The zero vector stays zero.
