@@ -9,12 +9,6 @@ namespace host {
 
 namespace {
 
-/// The lower-left corner of @p glw in whole window pixels, as the module shifts the record.
-QPointF cornerOf(const GLW *glw)
-{
-    return QPointF(int(glw->x()), int(glw->glY()));
-}
-
 /// The middle of the pixel that the record names: its y counts the rows below and the pixel's own.
 QPointF middleOf(const Mouse &mouse)
 {
@@ -24,7 +18,7 @@ QPointF middleOf(const Mouse &mouse)
 /// While an action fires the record is in the frame of the object that was hit.
 QPointF windowPointer(const GLW *fired)
 {
-    return middleOf(fired->gl->mouse) + cornerOf(fired);
+    return middleOf(fired->gl->mouse) + fired->glCorner();
 }
 
 } // namespace
@@ -87,7 +81,7 @@ void Controls::bindKeys(QObject *scene)
 
 QPointF Controls::pointerIn(const GLW *glw, const Mouse &mouse)
 {
-    return middleOf(mouse) - cornerOf(glw);
+    return middleOf(mouse) - glw->glCorner();
 }
 
 void Controls::forPeers(GLW *glw, const std::function<void(Steering *, GLW *)> &steer)
@@ -139,7 +133,7 @@ void Controls::tellClick(GLW *glw, bool held)
     const QPointF now = windowPointer(glw);
     if (!held) {
         if (!travelled_)
-            emit clicked(glw, now - cornerOf(glw));
+            emit clicked(glw, now - glw->glCorner());
     } else if (glw->gl->mouse.button != glw->gl->mouse.last_button) {
         pressedAt_ = now;
         travelled_ = false;
@@ -173,12 +167,12 @@ void Controls::dragTo(GLW *fired, Steering::Drag kind, bool held)
         dragged_ = pressed || !dragged_ ? fired : dragged_.data();
         kind_ = kind;
         last_ = now;
-        const QPointF at = now - cornerOf(dragged_);
+        const QPointF at = now - dragged_->glCorner();
         forPeers(dragged_,
                  [&](Steering *steering, GLW *peer) { steering->beginDrag(peer, kind, at); });
         return;
     }
-    const QPointF corner = cornerOf(dragged_);
+    const QPointF corner = dragged_->glCorner();
     const QPointF from = last_ - corner, to = now - corner;
     last_ = now;
     if (from != to)
@@ -188,7 +182,7 @@ void Controls::dragTo(GLW *fired, Steering::Drag kind, bool held)
 
 void Controls::zoom(GLW *glw, float steps)
 {
-    const QPointF at = windowPointer(glw) - cornerOf(glw);
+    const QPointF at = windowPointer(glw) - glw->glCorner();
     const auto modifiers = Qt::KeyboardModifiers(glw->gl->mouse.modifier);
     forPeers(glw,
              [&](Steering *steering, GLW *peer) { steering->zoom(peer, at, steps, modifiers); });
@@ -199,7 +193,7 @@ void Controls::Focus(GLW *glw, bool pressed)
     // The second press alone: motions while it is held fire too.
     if (!pressed || glw->gl->mouse.button == glw->gl->mouse.last_button)
         return;
-    const QPointF at = windowPointer(glw) - cornerOf(glw);
+    const QPointF at = windowPointer(glw) - glw->glCorner();
     forPeers(glw, [&](Steering *steering, GLW *peer) { steering->focus(peer, at); });
 }
 

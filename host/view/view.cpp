@@ -45,7 +45,7 @@ QVector<double> pickState(const GLW *glw, const std::optional<QPointF> &pointer)
 /// The dragged rectangle in the frame of @p glw, y upwards, while a pick pass runs.
 QRectF areaIn(const GLW *glw)
 {
-    return draggedArea(glw->gl->mouse).translated(-int(glw->x()), -int(glw->glY()));
+    return draggedArea(glw->gl->mouse).translated(-glw->glCorner());
 }
 
 /// Connects a signal that class @p base of @p scene declares, even where a derived class declares

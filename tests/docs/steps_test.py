@@ -65,7 +65,7 @@ class Steps(ScreenTest):
         """The headers that the guide gives compile, and its binding words are right."""
         _, files = list(guide.steps())[0]
         helpers = guide.helpers()
-        self.assertEqual(sorted(helpers), ["binding.h", "menu.h"])
+        self.assertEqual(sorted(helpers), ["binding.h", "menu.h", "pixels.h"])
         rows = [row for row in guide.tables(guide.sections(3)["Bindings"]) if "Call" in row]
         self.assertGreater(len(rows), 5)
         words = [f"static_assert({row['Call']} == {row['Binding']});" for row in rows]

@@ -97,9 +97,10 @@ void SheetView::applyOrder()
 
 void SheetView::changeSpacing(int pixels)
 {
+    constexpr int narrowest = 1; // cells have their far edges: at 0 neighbours would share a pixel
     constexpr int widest = 40;
     const int spacing = scene()->property("spacing").toInt() + pixels;
-    scene()->setProperty("spacing", std::clamp(spacing, 0, widest));
+    scene()->setProperty("spacing", std::clamp(spacing, narrowest, widest));
     QMetaObject::invokeMethod(scene(), "UpdateLayout");
     changed();
 }
