@@ -172,7 +172,7 @@ PictureRequest Viewer::request(const QSize &size, bool transparent) const
     wanted.window = window_.widget()->size();
     wanted.size = size;
     wanted.transparent = transparent;
-    wanted.objects = view_->pictured(transparent);
+    wanted.objects = view_->pictured(transparent).objects();
     return wanted;
 }
 

@@ -7,7 +7,7 @@
 #include <QLocale>
 #include <QThreadPool>
 
-#include "host/item/area.h"
+#include "host/item/parts_in_pick.h"
 
 namespace host {
 

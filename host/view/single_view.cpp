@@ -78,13 +78,12 @@ void SingleView::fail(const QString &message)
     changed();
 }
 
-std::vector<PictureObject> SingleView::pictured(bool transparent)
+void SingleView::fillPicture(PictureContents &contents)
 {
-    std::vector<PictureObject> all = View::pictured(transparent);
+    View::fillPicture(contents);
     for (const auto &overlay : overlays_)
         if (overlay->belongsInPicture())
-            all.push_back(overlay->pictured());
-    return all;
+            contents.add(overlay->pictured());
 }
 
 void SingleView::clicked(GLW *clicked)

@@ -22,7 +22,6 @@ public:
     bool isSettled() const override;
     QString fault() const override { return fault_; }
     QString title() const override;
-    std::vector<PictureObject> pictured(bool transparent) override;
 
 public slots:
     void OpenNext() { openNeighbour(1); }
@@ -32,6 +31,7 @@ signals:
     void fileChosen(const QString &path); ///< A person wants another file in this one's place.
 
 protected:
+    void fillPicture(PictureContents &contents) override;
     void paintText(GLW *scene, QPainter *painter) override;
     void clicked(GLW *glw) override;
 

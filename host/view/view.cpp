@@ -8,7 +8,6 @@
 #include <QMetaMethod>
 #include <QPainter>
 
-#include "host/item/area.h"
 #include "host/ui/metrics.h"
 #include "host/view/window/binding.h"
 #include "host/view/window/menu_tree.h"
@@ -42,12 +41,6 @@ QVector<double> pickState(const GLW *glw, const std::optional<QPointF> &pointer)
     return s;
 }
 
-/// The dragged rectangle in the frame of @p glw, y upwards, while a pick pass runs.
-QRectF areaIn(const GLW *glw)
-{
-    return draggedArea(glw->gl->mouse).translated(-glw->glCorner());
-}
-
 /// Connects a signal that class @p base of @p scene declares, even where a derived class declares
 /// one of the same name.
 void connectBase(QObject *scene, const char *base, const char *signal, QObject *receiver,
@@ -64,7 +57,7 @@ void connectBase(QObject *scene, const char *base, const char *signal, QObject *
 
 } // namespace
 
-View::View(Window &window, const char *className, bool single) : window_(window)
+View::View(Window &window, const char *className, bool single) : window_(window), area_(window)
 {
     scene_ = window.addScene(className, "scene");
     controls_ = new Controls(
@@ -77,7 +70,7 @@ View::View(Window &window, const char *className, bool single) : window_(window)
     connect(controls_, &Controls::steered, this, [this] { changed(); });
     connect(controls_, &Controls::areaDragged, this, [this] { changed(); });
     connect(controls_, &Controls::areaEnded, this, [this] {
-        selecting_ = true;
+        area_.dragEnded();
         changed();
     });
     connect(controls_, &Controls::menuAsked, this, &View::askMenu);
@@ -87,8 +80,7 @@ View::View(Window &window, const char *className, bool single) : window_(window)
             clicked(glw);
         changed();
     });
-    soon_.setSingleShot(true);
-    connect(&soon_, &QTimer::timeout, this, [this] {
+    connect(&budget_, &FrameBudget::due, this, [this] {
         if (QWidget *widget = window_.widget())
             widget->update();
     });
@@ -119,14 +111,6 @@ View::~View()
 void View::changed()
 {
     window_.clock().requestFrame();
-}
-
-void View::changedSoon()
-{
-    constexpr int gather = 150; // milliseconds
-    constexpr int share = 8;    // of the time, one part for drawing: the readers need the rest
-    if (!soon_.isActive())
-        soon_.start(std::max(gather, int(frameCost_) * share));
 }
 
 Item *View::item(GLW *glw) const
@@ -207,8 +191,8 @@ void View::Pick3D(GLW *glw)
     const auto found = slots_.find(glw);
     if (found == slots_.end())
         return;
-    if (selecting_ && itemsSelect() && glw->gl)
-        found->second.item->selectArea3D(glw, areaIn(glw));
+    if (area_.isTaking() && itemsSelect() && glw->gl)
+        found->second.item->selectArea3D(glw, area_.areaIn(glw));
     if (glw->gl && glw->gl->mouse.button != 0)
         return;
     Slot &slot = found->second;
@@ -232,8 +216,8 @@ void View::forgetPointer(GLW *glw)
 
 void View::Pick2D(GLW *glw)
 {
-    if (Item *shown = item(glw); shown && selecting_ && itemsSelect() && glw->gl)
-        shown->selectArea2D(glw, areaIn(glw));
+    if (Item *shown = item(glw); shown && area_.isTaking() && itemsSelect() && glw->gl)
+        shown->selectArea2D(glw, area_.areaIn(glw));
     if (Item *shown = item(glw); shown && shown->pick2D(glw, hoverPointer(glw)))
         changed();
 }
@@ -275,82 +259,43 @@ void View::paintOver(GLW *glw, QPainter *painter)
     paintText(glw, painter);
 }
 
-PictureObject View::picturedItem(GLW *glw, bool transparent)
+PictureContents View::pictured(bool transparent)
 {
-    PictureObject object;
-    object.glw = glw;
-    object.rect = glw->geometry(false);
-    const auto displayAt = [this, transparent](float scale) {
-        Display display = display_;
-        display.scale = scale;
-        display.transparent = transparent;
-        return display;
-    };
-    object.background = [this](GLW *, float) { drawBackdrop(display_.theme()); };
-    if (Item *shown = item(glw)) {
-        object.draw3D = [shown, displayAt](GLW *at, float scale) {
-            shown->draw3D(at, displayAt(scale));
-        };
-        object.draw2D = [shown, displayAt](GLW *at, float scale) {
-            shown->draw2D(at, displayAt(scale));
-        };
-    }
-    return object;
+    PictureContents contents(display_, transparent);
+    fillPicture(contents);
+    return contents;
 }
 
-PictureObject View::picturedText()
+void View::fillPicture(PictureContents &contents)
 {
-    PictureObject object;
-    object.glw = mainGLW();
-    object.rect = window_.widget()->rect();
-    object.foreground = [this](GLW *at, QPainter *painter) { paintOver(at, painter); };
-    return object;
+    contents.addItem(mainGLW(), item(mainGLW()));
+    addTextTo(contents);
 }
 
-std::vector<PictureObject> View::pictured(bool transparent)
+void View::addTextTo(PictureContents &contents)
 {
-    return {picturedItem(mainGLW(), transparent), picturedText()};
+    contents.addText(mainGLW(), window_.widget()->rect(),
+                     [this](GLW *at, QPainter *painter) { paintOver(at, painter); });
 }
 
 void View::PaintForeground(GLW *glw, QPainter *painter)
 {
     paintOver(glw, painter);
-    paintArea(painter);
-    if (selecting_)
+    area_.paint(painter, display_.theme().accent);
+    if (area_.isTaking())
         endArea();
     if (showsBindings_)
         paintBindings(painter, window_.widget()->rect(), bindingRows(bindings()), display_.theme());
-    // Until events come again, the frame is on the screen: what that takes is its cost.
-    QElapsedTimer rest;
-    rest.start();
-    QMetaObject::invokeMethod(
-        this, [this, rest] { frameCost_ = rest.elapsed(); }, Qt::QueuedConnection);
+    budget_.measure();
     painter->beginNativePainting();
     emit framePainted();
     painter->endNativePainting();
 }
 
-void View::paintArea(QPainter *painter) const
-{
-    const GLWindow *widget = window_.widget();
-    if (!widget->mouse.area || selecting_)
-        return;
-    QRectF area = draggedArea(widget->mouse);
-    area.moveTop(widget->height() - area.bottom());
-    QColor fill = display_.theme().accent;
-    painter->setPen(QPen(fill, Metrics::px(1)));
-    fill.setAlphaF(0.15);
-    painter->setBrush(fill);
-    painter->drawRect(area);
-}
-
 /// The passes of this frame took what the rectangle holds.
 void View::endArea()
 {
-    selecting_ = false;
-    Mouse &mouse = window_.widget()->mouse;
-    mouse.area = 0;
-    areaSelected(draggedArea(mouse));
+    areaSelected(area_.finish());
     changed();
 }
 

@@ -8,11 +8,12 @@
 #include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
-#include <QTimer>
 
-#include "host/capture/picture.h"
 #include "host/item/item.h"
+#include "host/view/area_selection.h"
 #include "host/view/controls.h"
+#include "host/view/picture_contents.h"
+#include "host/view/window/frame_budget.h"
 
 namespace host {
 
@@ -55,11 +56,10 @@ public:
 
     /// What the window shows, as objects of a picture. Holds until the view changes.
     /// The list of bindings and the frame rate are left out.
-    virtual std::vector<PictureObject> pictured(bool transparent);
+    PictureContents pictured(bool transparent);
 
-    /// Asks for one frame in a little while, of what goes on in the background: progress is not
-    /// worth running the frame timer for, whose every tick clears the whole window.
-    void changedSoon();
+    /// Asks for one frame in a little while, of what goes on in the background.
+    void changedSoon() { budget_.request(); }
 
 signals:
     void titleChanged();
@@ -106,13 +106,12 @@ protected:
 
     void changed(); ///< Asks for a frame.
 
-    /// The item of @p glw in a picture, without text over it.
-    PictureObject picturedItem(GLW *glw, bool transparent);
-    /// The text over all of it, in an object of the whole window.
-    PictureObject picturedText();
-
     /// Whether @p glw is advanced by its pick pass. Views whose scene tells of each frame say no.
     virtual bool advancesInPick() const { return true; }
+    /// Adds what a picture of the view shows: its main item and the text over it, if not told
+    /// otherwise.
+    virtual void fillPicture(PictureContents &contents);
+    void addTextTo(PictureContents &contents); ///< What is painted over the items.
     /// Paints over everything, in the window's frame, y downwards.
     virtual void paintText(GLW *scene, QPainter *painter) = 0;
     /// The passes that took it are over. The rectangle is in window pixels, y upwards.
@@ -139,7 +138,6 @@ private:
     void shadeFrameRate(const GLW *glw) const;
     void askMenu(GLW *glw);
     void endArea();
-    void paintArea(QPainter *painter) const;
 
     Window &window_;
     QPointer<QObject> scene_;
@@ -148,9 +146,8 @@ private:
     bool showsBindings_ = false;
     std::unordered_map<GLW *, Slot> slots_;
     QPointer<GLW> menuFor_;
-    QTimer soon_;
-    qint64 frameCost_ = 0;   // milliseconds, of the last frame
-    bool selecting_ = false; // the next passes take what the dragged rectangle holds
+    AreaSelection area_;
+    FrameBudget budget_{this};
 };
 
 } // namespace host

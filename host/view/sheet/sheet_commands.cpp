@@ -62,20 +62,32 @@ void SheetView::passOn(GLW *glw, bool state)
     QMetaObject::invokeMethod(scene(), "LeftMouse", Q_ARG(GLW *, glw), Q_ARG(bool, state));
 }
 
+/// The tiles know which of them are selected.
+QList<int> SheetView::selected() const
+{
+    QList<int> ids;
+    QMetaObject::invokeMethod(scene(), "GetSelected", Q_RETURN_ARG(QList<int>, ids));
+    return ids;
+}
+
+/// Selects @p ids, and tells of it as the module does when it selects.
+void SheetView::select(const QList<int> &ids)
+{
+    for (auto it = tiles_.cbegin(); it != tiles_.cend(); ++it)
+        it.value()->setProperty("selected", ids.contains(it.key()));
+    QMetaObject::invokeMethod(scene(), "ValueChanged", Q_ARG(QList<int>, ids));
+}
+
 /// Selects the tiles in view that @p area meets; window pixels, y upwards.
 void SheetView::areaSelected(const QRectF &area)
 {
     QRectF fromTop = area;
     fromTop.moveTop(window().widget()->height() - area.bottom());
     QList<int> ids;
-    for (const auto &[id, entry] : entries_) {
-        GLW *glw = tiles_.value(id);
-        const bool met = entry.visible && glw->orect.intersects(fromTop);
-        glw->setProperty("selected", met);
-        if (met)
+    for (const auto &[id, entry] : entries_)
+        if (entry.visible && tiles_.value(id)->orect.intersects(fromTop))
             ids.append(id);
-    }
-    SelectionChanged(ids);
+    select(ids);
 }
 
 void SheetView::sortBy(SheetOrder order)
@@ -107,10 +119,11 @@ void SheetView::changeSpacing(int pixels)
 
 void SheetView::ToggleLink()
 {
-    const bool few = selected_.size() < 2;
+    const QList<int> chosen = selected();
+    const bool few = chosen.size() < 2;
     QSet<int> wanted;
     for (const auto &[id, entry] : entries_)
-        if (few || selected_.contains(id))
+        if (few || chosen.contains(id))
             wanted.insert(id);
     linked_ = linked_ == wanted || (few && !linked_.isEmpty()) ? QSet<int>() : wanted;
     changed();
@@ -139,13 +152,17 @@ void SheetView::ResetAll()
 /// What an entry of the menu over @p glw is for: the selection, if it is part of that.
 QList<int> SheetView::targetsOf(const GLW *glw) const
 {
-    return selected_.contains(glw->id()) ? selected_ : QList<int>{glw->id()};
+    const QList<int> chosen = selected();
+    return chosen.contains(glw->id()) ? chosen : QList<int>{glw->id()};
 }
 
 void SheetView::hide(const QList<int> &ids)
 {
     QMetaObject::invokeMethod(scene(), "SetVisible", Q_ARG(QList<int>, ids), Q_ARG(bool, false));
-    VisibilityChanged(0);
+    // The module tells nobody of what it was told to hide.
+    QList<int> shown;
+    QMetaObject::invokeMethod(scene(), "GetVisible", Q_RETURN_ARG(QList<int>, shown));
+    QMetaObject::invokeMethod(scene(), "VisibleCountChanged", Q_ARG(int, shown.size()));
 }
 
 void SheetView::remove(const QList<int> &ids)
@@ -161,7 +178,6 @@ void SheetView::remove(const QList<int> &ids)
         setItem(tiles_.take(id), nullptr);
         entries_.erase(found);
         linked_.remove(id);
-        selected_.removeAll(id);
         painter_.forget(id);
         QMetaObject::invokeMethod(scene(), "RemoveTile", Q_ARG(int, id));
     }

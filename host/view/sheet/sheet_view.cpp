@@ -20,8 +20,8 @@ SheetView::SheetView(Window &window, const QString &name, const QStringList &pat
 {
     scene()->setProperty("header", TilePainter::header());
     scene()->setProperty("spacing", qRound(Metrics::px(4)));
-    connect(scene(), SIGNAL(ValueChanged(QList<int>)), this, SLOT(SelectionChanged(QList<int>)));
-    connect(scene(), SIGNAL(VisibleCountChanged(int)), this, SLOT(VisibilityChanged(int)));
+    connect(scene(), SIGNAL(ValueChanged(QList<int>)), this, SLOT(SelectionChanged()));
+    connect(scene(), SIGNAL(VisibleCountChanged(int)), this, SLOT(VisibilityChanged()));
     connect(&controls(), &Controls::pressed, this, [this](GLW *glw) { passOn(glw, true); });
     controls().setPeers([this](GLW *glw) { return peersOf(glw); });
     bindKeys();
@@ -234,19 +234,13 @@ void SheetView::drawGround() const
     drawPlain(display().dark ? display().theme().bottom : display().theme().top);
 }
 
-std::vector<PictureObject> SheetView::pictured(bool transparent)
+void SheetView::fillPicture(PictureContents &contents)
 {
-    std::vector<PictureObject> all;
-    PictureObject text = picturedText();
-    text.background = [this](GLW *, float) { drawGround(); };
-    all.push_back(text);
-    all.front().foreground = nullptr;
-    text.background = nullptr;
+    contents.addGround(mainGLW(), window().widget()->rect(), [this] { drawGround(); });
     for (const auto &[id, entry] : entries_)
         if (entry.visible)
-            all.push_back(picturedItem(tiles_.value(id), transparent));
-    all.push_back(text);
-    return all;
+            contents.addItem(tiles_.value(id), item(tiles_.value(id)));
+    addTextTo(contents);
 }
 
 /// Notes whether the pointer is over the tile.
@@ -265,7 +259,7 @@ void SheetView::hover(const GLW *glw)
 }
 
 /// The module tells of tiles shown in its passes; of those hidden it tells the count alone.
-void SheetView::VisibilityChanged(int)
+void SheetView::VisibilityChanged()
 {
     for (auto &[id, entry] : entries_) {
         const bool visible = tiles_.value(id)->property<bool>("visible");
@@ -275,12 +269,6 @@ void SheetView::VisibilityChanged(int)
         if (const int job = queue_.id(entry.path))
             queue_.setPriority(job, visible ? 1 : 0);
     }
-    changed();
-}
-
-void SheetView::SelectionChanged(QList<int> ids)
-{
-    selected_ = ids;
     changed();
 }
 
@@ -319,11 +307,14 @@ void SheetView::paintText(GLW *, QPainter *painter)
                      tr("Drop files or a folder here or press Ctrl+O."), -1, theme);
         return;
     }
-    const QSet<int> selected(selected_.begin(), selected_.end());
-    for (const auto &[id, entry] : entries_)
-        if (entry.visible)
-            painter_.paint(painter, id, entry, tiles_.value(id)->orect,
-                           {selected.contains(id), hovered_ == id, linked_.contains(id)}, theme);
+    for (const auto &[id, entry] : entries_) {
+        if (!entry.visible)
+            continue;
+        const GLW *glw = tiles_.value(id);
+        painter_.paint(painter, id, entry, glw->orect,
+                       {glw->property<bool>("selected"), hovered_ == id, linked_.contains(id)},
+                       theme);
+    }
     QString note = progress();
     if (note.isEmpty() && hovered_ > 0)
         if (const Item *shown = item(tiles_.value(hovered_)))

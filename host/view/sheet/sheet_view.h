@@ -37,7 +37,6 @@ public:
     bool isSettled() const override;
     QString fault() const override { return fault_; }
     QString title() const override;
-    std::vector<PictureObject> pictured(bool transparent) override;
     const SheetEntries &entries() const { return entries_; }
     GLW *tile(int id) const { return tiles_.value(id); } ///< Null if there is none.
     bool isLinked(int id) const { return linked_.contains(id); }
@@ -53,8 +52,8 @@ public slots:
     void WiderSpacing() { changeSpacing(2); }
     void NarrowerSpacing() { changeSpacing(-2); }
     void ResetAll(); ///< Every camera back to its first view.
-    void SelectionChanged(QList<int> ids);
-    void VisibilityChanged(int count);
+    void SelectionChanged() { changed(); }
+    void VisibilityChanged();
 
 signals:
     /// A person wants a picture of @p area, in the window's frame, y downwards.
@@ -62,6 +61,7 @@ signals:
 
 protected:
     bool advancesInPick() const override { return false; }
+    void fillPicture(PictureContents &contents) override;
     void paintText(GLW *scene, QPainter *painter) override;
     void clicked(GLW *glw) override { passOn(glw, false); }
     bool itemsSelect() const override { return false; }
@@ -88,6 +88,8 @@ private:
     void sortBy(SheetOrder order);
     void applyOrder();
     void changeSpacing(int pixels);
+    QList<int> selected() const;
+    void select(const QList<int> &ids);
     QList<GLW *> peersOf(GLW *glw) const;
     QList<int> targetsOf(const GLW *glw) const;
     void hide(const QList<int> &ids);
@@ -101,7 +103,6 @@ private:
     QHash<int, GLW *> tiles_;
     QHash<int, int> jobs_; // of the queue, to ids
     QSet<int> linked_;
-    QList<int> selected_;
     int hovered_ = -1;
     quint64 passes_ = 0;
     quint64 budget_ = memoryBudget();

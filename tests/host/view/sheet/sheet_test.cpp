@@ -2,7 +2,8 @@
 // What a sheet decides without a window: names, order, memory; and what a dragged rectangle holds.
 #include <limits>
 
-#include "host/item/area.h"
+#include "host/item/parts_in_pick.h"
+#include "host/view/area_selection.h"
 #include "host/view/overlay/scale_bar.h"
 #include "host/view/sheet/sheet_entry.h"
 #include "tests/GL/table.h"

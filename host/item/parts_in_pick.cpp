@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "host/item/area.h"
+#include "host/item/parts_in_pick.h"
 
 #include <algorithm>
 #include <cmath>
@@ -48,11 +48,6 @@ bool meetsSquare(const Projected &a, const Projected &b, const Projected &c)
 }
 
 } // namespace
-
-QRectF draggedArea(const Mouse &mouse)
-{
-    return QRectF(QPointF(mouse.x0, mouse.y0), QPointF(mouse.x, mouse.y)).normalized();
-}
 
 std::vector<bool> partsInPick(const GL::Camera &camera, const Mesh &mesh, const QVector3D &centre,
                               float scale)

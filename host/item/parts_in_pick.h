@@ -1,19 +1,15 @@
 // SPDX-License-Identifier: MIT
-#ifndef HOST_ITEM_AREA_H
-#define HOST_ITEM_AREA_H
+#ifndef HOST_ITEM_PARTS_IN_PICK_H
+#define HOST_ITEM_PARTS_IN_PICK_H
 
 #include <vector>
 
-#include <QRectF>
+#include <QVector3D>
 
-#include "GL/glw.h"
+#include "GL/camera.h"
 #include "host/read/mesh.h"
 
 namespace host {
-
-/// The rectangle that a person drags, in window pixels, y upwards. The record must be the window's:
-/// not shifted into an object.
-QRectF draggedArea(const Mouse &mouse);
 
 /// Which parts of @p mesh have a triangle that meets what the camera's last pick pass looked at,
 /// whatever lies in front. Each point p of the mesh stands at (p - centre) * scale in the world.
