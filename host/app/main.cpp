@@ -24,24 +24,26 @@ QStringList modulePaths(const host::Options &options)
 /// Tells which module would be used, without loading it.
 int printVersion(const host::Options &options)
 {
-    QString found = QStringLiteral("not found");
+    QString found = host::Options::tr("not found");
     for (const QString &path : modulePaths(options)) {
         if (QFileInfo(path).isFile()) {
             found = path;
             break;
         }
     }
-    std::printf("glview " GLVIEW_VERSION "\nmodule %s\nQt %s\n", qPrintable(found), qVersion());
+    const QString text = host::Options::tr("glview %1\nmodule %2\nQt %3\n");
+    std::fputs(qUtf8Printable(text.arg(GLVIEW_VERSION, found, qVersion())), stdout);
     return Good;
 }
 
 int refuse(const QString &error)
 {
-    std::fprintf(stderr, "glview: %s\nglview --help lists the options.\n", qUtf8Printable(error));
+    std::fprintf(stderr, "glview: %s\n%s\n", qUtf8Printable(error),
+                 qUtf8Printable(host::Options::tr("glview --help lists the options.")));
     return Unusable;
 }
 
-int view(int &argc, char **argv, const host::Options &options)
+int runViewer(int &argc, char **argv, const host::Options &options)
 {
     const host::DesktopScale asked = host::DesktopScale::take();
     host::Application application(argc, argv);
@@ -53,8 +55,10 @@ int view(int &argc, char **argv, const host::Options &options)
     }
     host::ModuleLoader loader;
     if (!loader.load(modulePaths(options))) {
-        std::fprintf(stderr, "glview: cannot load the module of its views; tried\n%s\n",
-                     qUtf8Printable(loader.error()));
+        std::fprintf(
+            stderr, "glview: %s\n%s\n",
+            qUtf8Printable(host::Options::tr("cannot load the module of its views; tried")),
+            qUtf8Printable(loader.error()));
         return Unusable;
     }
     host::Viewer viewer(loader, options);
@@ -71,7 +75,7 @@ int main(int argc, char *argv[])
         arguments << QString::fromLocal8Bit(argv[i]);
     const host::Options options = host::parseOptions(arguments);
     if (options.action == host::Options::Action::View)
-        return view(argc, argv, options);
+        return runViewer(argc, argv, options);
 
     // The rest needs no display.
     const QCoreApplication application(argc, argv);

@@ -12,32 +12,28 @@ namespace host {
 
 namespace {
 
-QString text(const char *s)
-{
-    return QCoreApplication::translate("options", s);
-}
-
 /// The options, named once: for parsing and for the text of --help.
 class Parser : public QCommandLineParser {
 public:
-    const QCommandLineOption module{"module", text("Load the views' module from <path>."), "path"};
+    const QCommandLineOption module{"module", Options::tr("Load the views' module from <path>."),
+                                    "path"};
     const QCommandLineOption size{
-        "size", text("Open a window, or make a picture, of <WxH> pixels."), "WxH"};
-    const QCommandLineOption fps{"fps", text("Draw at most, or record, <rate> frames per second."),
-                                 "rate"};
+        "size", Options::tr("Open a window, or make a picture, of <WxH> pixels."), "WxH"};
+    const QCommandLineOption fps{
+        "fps", Options::tr("Draw at most, or record, <rate> frames per second."), "rate"};
     const QCommandLineOption screenshot{
-        "screenshot", text("Write a picture of what is shown to <file> and end."), "file"};
+        "screenshot", Options::tr("Write a picture of what is shown to <file> and end."), "file"};
     const QCommandLineOption turntable{
         "turntable",
-        text("Record one turn to <file> and end: .mp4, .gif, or without a suffix a folder."),
+        Options::tr("Record one turn to <file> and end: .mp4, .gif, or without a suffix a folder."),
         "file"};
-    const QCommandLineOption seconds{"seconds",
-                                     text("Let the recording last <n> seconds, 0.1 to 600."), "n"};
+    const QCommandLineOption seconds{
+        "seconds", Options::tr("Let the recording last <n> seconds, 0.1 to 600."), "n"};
     const QCommandLineOption transparent{
-        "transparent", text("Leave the background out of the picture or the recording.")};
-    const QCommandLineOption help{{"h", "help"}, text("List the options.")};
+        "transparent", Options::tr("Leave the background out of the picture or the recording.")};
+    const QCommandLineOption help{{"h", "help"}, Options::tr("List the options.")};
     const QCommandLineOption version{{"v", "version"},
-                                     text("Name the program, its module and Qt's version.")};
+                                     Options::tr("Name the program, its module and Qt's version.")};
     const QCommandLineOption readModel{"read-model", {}, "file"}; ///< In no list: for ourselves.
 
     struct Group {
@@ -45,9 +41,9 @@ public:
         QList<QCommandLineOption> options;
     };
     const QList<Group> groups{
-        {text("Window"), {size, fps, module}},
-        {text("Pictures and recordings"), {screenshot, turntable, seconds, transparent}},
-        {text("Help"), {help, version}}};
+        {Options::tr("Window"), {size, fps, module}},
+        {Options::tr("Pictures and recordings"), {screenshot, turntable, seconds, transparent}},
+        {Options::tr("Help"), {help, version}}};
 
     Parser()
     {
@@ -80,12 +76,12 @@ Options checked(const Options &o)
 {
     const bool screenshot = !o.screenshot.isEmpty(), turntable = !o.turntable.isEmpty();
     if (screenshot && turntable)
-        return refuse(text("--screenshot and --turntable go one at a time"));
+        return refuse(Options::tr("--screenshot and --turntable go one at a time"));
     if (o.files.isEmpty() && (screenshot || turntable))
-        return refuse(screenshot ? text("--screenshot needs a file to show")
-                                 : text("--turntable needs a file to show"));
+        return refuse(screenshot ? Options::tr("--screenshot needs a file to show")
+                                 : Options::tr("--turntable needs a file to show"));
     if (o.transparent && !screenshot && !turntable)
-        return refuse(text("--transparent goes with --screenshot or --turntable"));
+        return refuse(Options::tr("--transparent goes with --screenshot or --turntable"));
     return o;
 }
 
@@ -122,22 +118,23 @@ Options parseOptions(const QStringList &arguments)
         o.size = parseSize(parser.value(parser.size));
         o.sizeGiven = true;
         if (!o.size.isValid())
-            return refuse(text("--size takes WIDTHxHEIGHT with 16 to 16384 pixels each, not \"%1\"")
-                              .arg(parser.value(parser.size)));
+            return refuse(
+                Options::tr("--size takes WIDTHxHEIGHT with 16 to 16384 pixels each, not \"%1\"")
+                    .arg(parser.value(parser.size)));
     }
     if (parser.isSet(parser.fps)) {
         bool number = false;
         o.fps = parser.value(parser.fps).toFloat(&number);
         o.recordedFps = double(o.fps);
         if (!number || !(o.fps >= 1 && o.fps <= 1000))
-            return refuse(text("--fps takes a number from 1 to 1000, not \"%1\"")
+            return refuse(Options::tr("--fps takes a number from 1 to 1000, not \"%1\"")
                               .arg(parser.value(parser.fps)));
     }
     if (parser.isSet(parser.seconds)) {
         bool number = false;
         o.seconds = parser.value(parser.seconds).toDouble(&number);
         if (!number)
-            return refuse(text("--seconds takes a number from 0.1 to 600, not \"%1\"")
+            return refuse(Options::tr("--seconds takes a number from 0.1 to 600, not \"%1\"")
                               .arg(parser.value(parser.seconds)));
     }
     return checked(o);
@@ -158,10 +155,11 @@ QSize windowSize(const Options &o)
 QString optionsHelp()
 {
     constexpr int column = 22;
-    QString help = text("Usage: %1 [option...] [file or folder...]\n"
-                        "Shows 3D models and plots CSV files; several files or a folder, side by "
-                        "side.\nIn the window, F1 lists the controls.\n")
-                       .arg(QFileInfo(QCoreApplication::applicationFilePath()).fileName());
+    QString help =
+        Options::tr("Usage: %1 [option...] [file or folder...]\n"
+                    "Shows 3D models and plots CSV files; several files or a folder, side by "
+                    "side.\nIn the window, F1 lists the controls.\n")
+            .arg(QFileInfo(QCoreApplication::applicationFilePath()).fileName());
     for (const Parser::Group &group : Parser().groups) {
         help += '\n' + group.title + ":\n";
         for (const QCommandLineOption &option : group.options)

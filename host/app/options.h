@@ -2,6 +2,7 @@
 #ifndef HOST_APP_OPTIONS_H
 #define HOST_APP_OPTIONS_H
 
+#include <QCoreApplication>
 #include <QSize>
 #include <QString>
 #include <QStringList>
@@ -10,6 +11,8 @@ namespace host {
 
 /// What the command line asks for.
 struct Options {
+    Q_DECLARE_TR_FUNCTIONS(Options)
+public:
     /// What to do with it.
     enum class Action {
         View,      ///< Open the window, or save a picture if `screenshot` is set.

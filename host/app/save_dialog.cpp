@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include <QCheckBox>
-#include <QCoreApplication>
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -18,11 +17,6 @@ namespace {
 
 constexpr int longestSide = 16384;
 
-QString text(const char *source)
-{
-    return QCoreApplication::translate("SaveDialog", source);
-}
-
 /// A size of the shape of another, given by its width.
 class SizeRow : public QWidget {
 public:
@@ -34,8 +28,8 @@ public:
         width_->setValue(shown.width());
         width_->setSingleStep(shown.width());
         height_ = new QLabel(this);
-        transparent_ = new QCheckBox(text("&Transparent background"), this);
-        auto *label = new QLabel(text("&Width:"), this);
+        transparent_ = new QCheckBox(PictureChoice::tr("&Transparent background"), this);
+        auto *label = new QLabel(PictureChoice::tr("&Width:"), this);
         label->setBuddy(width_);
         auto *row = new QHBoxLayout(this);
         row->setContentsMargins(0, 0, 0, 0);
@@ -57,7 +51,7 @@ public:
     bool transparent() const { return transparent_->isChecked(); }
 
 private:
-    void showHeight() { height_->setText(text("× %1 pixels").arg(size().height())); }
+    void showHeight() { height_->setText(PictureChoice::tr("× %1 pixels").arg(size().height())); }
 
     QSize shown_;
     QSpinBox *width_;
@@ -71,7 +65,8 @@ std::optional<PictureChoice> askForPicture(QWidget *parent, const QString &propo
                                            const QSize &shown)
 {
     // Qt's own dialog, which takes another row; the desktop's would not.
-    QFileDialog dialog(parent, text("Save a picture"), proposal, text("Pictures (*.png *.jpg)"));
+    QFileDialog dialog(parent, PictureChoice::tr("Save a picture"), proposal,
+                       PictureChoice::tr("Pictures (*.png *.jpg)"));
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix("png");

@@ -4,6 +4,7 @@
 
 #include <optional>
 
+#include <QCoreApplication>
 #include <QSize>
 #include <QString>
 
@@ -13,6 +14,8 @@ namespace host {
 
 /// What a person chose for a picture.
 struct PictureChoice {
+    Q_DECLARE_TR_FUNCTIONS(PictureChoice)
+public:
     QString path;
     QSize size; ///< Pixels.
     bool transparent = false;

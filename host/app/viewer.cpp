@@ -11,8 +11,8 @@
 #include <QScreen>
 
 #include "host/app/module_loader.h"
-#include "host/app/remembered.h"
 #include "host/app/save_dialog.h"
+#include "host/app/settings.h"
 #include "host/capture/picture_file.h"
 #include "host/capture/progress_line.h"
 #include "host/capture/turntable.h"
@@ -30,7 +30,7 @@ QSize startSize(const Options &options)
 {
     if (options.sizeGiven || !options.isPersonal())
         return windowSize(options);
-    const QSize last = Remembered().windowSize();
+    const QSize last = Settings().windowSize();
     const QSize wanted = last.isValid() ? last : windowSize(options);
     const QScreen *screen = QGuiApplication::primaryScreen();
     return screen ? wanted.boundedTo(screen->availableSize()) : wanted;
@@ -50,7 +50,7 @@ Viewer::~Viewer()
 {
     const QWidget *widget = window_.widget();
     if (widget && options_.isPersonal() && !widget->isMaximized() && !widget->isFullScreen())
-        Remembered().setWindowSize(widget->size());
+        Settings().setWindowSize(widget->size());
 }
 
 void Viewer::bindKeys()
@@ -99,7 +99,7 @@ std::unique_ptr<View> Viewer::makeView(const QStringList &paths)
         QFileInfo(paths.first()).isDir() ? paths.first() : QFileInfo(paths.first()).path();
     const QString name = QDir(QFileInfo(folder).absoluteFilePath()).dirName();
     auto sheet = std::make_unique<SheetView>(window_, name, files, fault);
-    connect(sheet.get(), &SheetView::pictureAsked, this, &Viewer::saveArea);
+    connect(sheet.get(), &SheetView::pictureAsked, this, &Viewer::savePicture);
     return sheet;
 }
 
@@ -110,7 +110,7 @@ void Viewer::open(const QStringList &paths)
     settledFrames_ = 0;
     view_ = makeView(paths);
     if (options_.isPersonal() && !paths.isEmpty())
-        Remembered().addFiles(paths);
+        Settings().addFiles(paths);
     view_->setDark(dark);
     connect(view_.get(), &View::framePainted, this, &Viewer::framePainted);
     connect(view_.get(), &View::menuOpening, this, &Viewer::fillMenu);
@@ -122,7 +122,7 @@ void Viewer::fillMenu(MenuTree *tree)
 {
     tree->add(tr("Open…"), "Ctrl+O", this, [this] { OpenDialog(); });
     MenuTree *recent = tree->addMenu(tr("Open recent"));
-    for (const QString &path : Remembered().recentFiles())
+    for (const QString &path : Settings().recentFiles())
         recent->add(QFileInfo(path).fileName(), {}, this, [this, path] { open({path}); });
     tree->add(tr("Screenshot…"), "Ctrl+S", this, [this] { SaveDialog(); });
     tree->addCheck(tr("Frame rate"), "T", window_.clock().isContinuous(), this,
@@ -142,19 +142,19 @@ void Viewer::OpenDialog()
 
 void Viewer::SaveDialog()
 {
-    saveArea(view_->title(), window_.widget()->rect());
+    savePicture(view_->title(), window_.widget()->rect());
 }
 
 /// Asks where to save a picture of a part of the window, y downwards.
-void Viewer::saveArea(const QString &title, const QRect &area)
+void Viewer::savePicture(const QString &title, const QRect &crop)
 {
     const QString name = QFileInfo(title).completeBaseName();
     const QString proposal = QDir::home().filePath((name.isEmpty() ? "glview" : name) + ".png");
-    const auto choice = askForPicture(window_.widget(), proposal, area.size());
+    const auto choice = askForPicture(window_.widget(), proposal, crop.size());
     if (!choice)
         return;
     PictureRequest wanted = request(choice->size, choice->transparent);
-    wanted.area = area;
+    wanted.crop = crop;
     QApplication::setOverrideCursor(Qt::WaitCursor);
     const Picture picture = renderPicture(wanted);
     const QString fault =

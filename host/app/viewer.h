@@ -51,7 +51,7 @@ private:
     PictureRequest request(const QSize &size, bool transparent) const;
     std::unique_ptr<View> makeSingleView(const QString &path);
     std::unique_ptr<View> makeView(const QStringList &paths);
-    void saveArea(const QString &title, const QRect &area);
+    void savePicture(const QString &title, const QRect &crop);
 
     Options options_;
     Window window_;

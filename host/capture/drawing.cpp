@@ -43,9 +43,9 @@ private:
 Drawing::Drawing(const PictureRequest &request, const QSize &largestViewport)
     : request_(request),
       largestViewport_(largestViewport),
-      area_(request.area.isNull() ? QRect(QPoint(0, 0), request.window) : request.area),
-      scaleX_(double(request.size.width()) / area_.width()),
-      scaleY_(double(request.size.height()) / area_.height()),
+      crop_(request.crop.isNull() ? QRect(QPoint(0, 0), request.window) : request.crop),
+      scaleX_(double(request.size.width()) / crop_.width()),
+      scaleY_(double(request.size.height()) / crop_.height()),
       scale_(float(std::sqrt(scaleX_ * scaleY_)))
 {
     for (const PictureObject &object : request.objects) {
@@ -65,8 +65,8 @@ Drawing::Placement Drawing::place(const QRectF &rect) const
     Placement at;
     at.window =
         QRect(int(rect.x()), request_.window.height() - bottom - height, int(rect.width()), height);
-    const auto x = [&](int v) { return int(std::lround((v - area_.x()) * scaleX_)); };
-    const auto y = [&](int v) { return int(std::lround((v - area_.y()) * scaleY_)); };
+    const auto x = [&](int v) { return int(std::lround((v - crop_.x()) * scaleX_)); };
+    const auto y = [&](int v) { return int(std::lround((v - crop_.y()) * scaleY_)); };
     at.picture = QRect(QPoint(x(at.window.left()), y(at.window.top())),
                        QPoint(x(at.window.left() + at.window.width()) - 1,
                               y(at.window.top() + at.window.height()) - 1));
@@ -89,26 +89,26 @@ int Drawing::overlap() const
     return int(std::ceil(reach * std::max(scaleX_, scaleY_)));
 }
 
-void Drawing::draw(const QRect &part) const
+void Drawing::draw(const QRect &block) const
 {
     glLineWidth(scale_);
     glPointSize(scale_);
     for (std::size_t i = 0; i < request_.objects.size(); ++i)
-        drawObject(request_.objects[i], placements_[i], part);
+        drawObject(request_.objects[i], placements_[i], block);
 }
 
-void Drawing::drawObject(const PictureObject &object, const Placement &at, const QRect &part) const
+void Drawing::drawObject(const PictureObject &object, const Placement &at, const QRect &block) const
 {
-    const QRect visible = at.picture & part;
+    const QRect visible = at.picture & block;
     if (visible.isEmpty() || at.window.width() < 2 || at.window.height() < 2)
         return;
     const QPoint lowerLeft(at.window.x(),
                            request_.window.height() - at.window.y() - at.window.height());
     const LocalMouse mouse(object.glw, lowerLeft);
-    // Reaching beyond the part, the GL viewport keeps lines whole that end or run outside of it.
-    // Where it cannot be as large, the part is a frustum of its own, which clips them.
+    // Reaching beyond the block, the GL viewport keeps lines whole that end or run outside of it.
+    // Where it cannot be as large, the block is a frustum of its own, which clips them.
     const QRect region = fitsViewport(at.picture) ? at.picture : visible;
-    glViewport(region.x() - part.x(), part.height() - (region.y() - part.y()) - region.height(),
+    glViewport(region.x() - block.x(), block.height() - (region.y() - block.y()) - region.height(),
                region.width(), region.height());
     GLint *const cameraViewport = object.glw->camera.viewport;
     const GLint rect[4] = {lowerLeft.x(), lowerLeft.y(), at.window.width(), at.window.height()};
@@ -127,7 +127,7 @@ void Drawing::drawBackground(const PictureObject &object, const Placement &at,
 {
     constexpr Matrix identity{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
     glMatrixMode(GL_PROJECTION);
-    glLoadMatrixd(partOf(identity, at.picture, region).data());
+    glLoadMatrixd(blockOf(identity, at.picture, region).data());
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
     object.background(object.glw, scale_);
@@ -139,7 +139,7 @@ void Drawing::draw3D(const PictureObject &object, const Placement &at, const QRe
     const Matrix whole = projection(camera, at.window.size());
     std::copy(whole.begin(), whole.end(), camera.proj_matrix);
     glMatrixMode(GL_PROJECTION);
-    glLoadMatrixd(partOf(whole, at.picture, region).data());
+    glLoadMatrixd(blockOf(whole, at.picture, region).data());
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
     if (camera.mode == 0)
@@ -160,7 +160,7 @@ void Drawing::draw2D(const PictureObject &object, const Placement &at, const QRe
     const GL::Viewport &viewport = object.glw->viewport;
     const Matrix whole = projection(viewport, at.window.size());
     glMatrixMode(GL_PROJECTION);
-    glLoadMatrixd(partOf(whole, at.picture, region).data());
+    glLoadMatrixd(blockOf(whole, at.picture, region).data());
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
     glScalef(viewport.scale.x, viewport.scale.y, viewport.scale.z);
@@ -176,7 +176,7 @@ void Drawing::paintForegrounds(QImage &image) const
             continue;
         QPainter painter(&image);
         painter.scale(scaleX_, scaleY_);
-        painter.translate(-area_.topLeft());
+        painter.translate(-crop_.topLeft());
 
         object.foreground(object.glw, &painter);
     }

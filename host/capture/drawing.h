@@ -12,20 +12,20 @@
 
 namespace host {
 
-/// Draws the objects of one request, as many parts of the picture as are asked for. Holds the
+/// Draws the objects of one request, as many blocks of the picture as are asked for. Holds the
 /// objects' records in the meantime and gives them back when it goes out of scope.
 class Drawing {
 public:
     /// @p request outlives the drawing. @p largestViewport is OpenGL's.
     Drawing(const PictureRequest &request, const QSize &largestViewport);
 
-    /// How many pixels a part has to reach beyond what is used of it, so that what crosses its edge
-    /// is whole: 0 unless an object has to be cut into frusta.
+    /// How many pixels a block has to reach beyond what is used of it, so that what crosses its
+    /// edge is whole: 0 unless an object has to be cut into frusta.
     int overlap() const;
 
-    /// Draws what lies in @p part, picture pixels, y downwards, into the lower left of the bound
+    /// Draws what lies in @p block, picture pixels, y downwards, into the lower left of the bound
     /// framebuffer. Leaves GL's state changed.
-    void draw(const QRect &part) const;
+    void draw(const QRect &block) const;
 
     /// Paints the foregrounds over @p image, the whole picture.
     void paintForegrounds(QImage &image) const;
@@ -39,7 +39,7 @@ private:
 
     Placement place(const QRectF &rect) const;
     bool fitsViewport(const QRect &rect) const;
-    void drawObject(const PictureObject &object, const Placement &at, const QRect &part) const;
+    void drawObject(const PictureObject &object, const Placement &at, const QRect &block) const;
     void drawBackground(const PictureObject &object, const Placement &at,
                         const QRect &region) const;
     void draw3D(const PictureObject &object, const Placement &at, const QRect &region) const;
@@ -47,7 +47,7 @@ private:
 
     const PictureRequest &request_;
     QSize largestViewport_;
-    QRect area_; // of the window
+    QRect crop_; // of the window
     double scaleX_, scaleY_;
     float scale_;
     std::vector<Placement> placements_;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "host/capture/encoder.h"
 
-#include <QCoreApplication>
 #include <QImage>
 #include <QStandardPaths>
 
@@ -13,11 +12,6 @@ constexpr int saidBytes = 4096;
 constexpr int saidLines = 6;
 constexpr int startMilliseconds = 30000;
 constexpr int pollMilliseconds = 1000;
-
-QString text(const char *source)
-{
-    return QCoreApplication::translate("Encoder", source);
-}
 
 QStringList formatArguments(Encoder::Format format)
 {
@@ -66,8 +60,9 @@ QString Encoder::missing()
 {
     if (!QStandardPaths::findExecutable("ffmpeg").isEmpty())
         return {};
-    return text("Films are encoded by ffmpeg, which was not found. Install it (package ffmpeg), or "
-                "record into a folder of pictures: a name without a suffix.");
+    return Encoder::tr(
+        "Films are encoded by ffmpeg, which was not found. Install it (package ffmpeg), or "
+        "record into a folder of pictures: a name without a suffix.");
 }
 
 QString Encoder::start(const QString &path, Format format, const QSize &size, double fps)
@@ -95,7 +90,7 @@ QString Encoder::addFrame(const QImage &frame)
 {
     const QImage raw = frame.convertToFormat(QImage::Format_RGB32);
     if (raw.size() != size_)
-        return text("A frame has another size than the film.");
+        return Encoder::tr("A frame has another size than the film.");
     for (int y = 0; y < raw.height(); ++y)
         process_.write(reinterpret_cast<const char *>(raw.constScanLine(y)), raw.width() * 4);
     while (process_.bytesToWrite() > 0) {
@@ -135,7 +130,7 @@ QString Encoder::failure()
         lines.removeFirst();
     if (lines.isEmpty())
         lines << process_.errorString();
-    return text("ffmpeg failed:") + "\n  " + lines.join("\n  ");
+    return Encoder::tr("ffmpeg failed:") + "\n  " + lines.join("\n  ");
 }
 
 } // namespace host

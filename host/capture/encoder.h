@@ -3,6 +3,7 @@
 #define HOST_CAPTURE_ENCODER_H
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QProcess>
 #include <QSize>
 #include <QString>
@@ -16,6 +17,7 @@ namespace host {
 /// No more than one frame waits to be written: addFrame() waits for the encoder. Of what ffmpeg
 /// says, the end is kept for messages. Runs in the thread that made it; needs no event loop.
 class Encoder {
+    Q_DECLARE_TR_FUNCTIONS(Encoder)
 public:
     enum class Format {
         Mp4, ///< H.264 in 4:2:0; the sides of a frame have to be even.

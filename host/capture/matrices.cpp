@@ -71,12 +71,12 @@ Matrix projection(const GL::Viewport &viewport, const QSize &size)
     return box(left, right, bottom, top, -viewportDepth, viewportDepth);
 }
 
-Matrix partOf(const Matrix &projection, const QRect &whole, const QRect &part)
+Matrix blockOf(const Matrix &projection, const QRect &whole, const QRect &block)
 {
-    const double sx = double(whole.width()) / part.width();
-    const double sy = double(whole.height()) / part.height();
-    const double left = 2.0 * (part.x() - whole.x()) / whole.width() - 1;
-    const double top = 1 - 2.0 * (part.y() - whole.y()) / whole.height();
+    const double sx = double(whole.width()) / block.width();
+    const double sy = double(whole.height()) / block.height();
+    const double left = 2.0 * (block.x() - whole.x()) / whole.width() - 1;
+    const double top = 1 - 2.0 * (block.y() - whole.y()) / whole.height();
     const double tx = -1 - sx * left;
     const double ty = 1 - sy * top;
     Matrix m = projection;

@@ -3,21 +3,15 @@
 
 #include <algorithm>
 
-#include <QCoreApplication>
 #include <qopengl.h>
 
+#include "host/capture/block_target.h"
 #include "host/capture/drawing.h"
-#include "host/capture/part_target.h"
 #include "host/capture/saved_state.h"
 
 namespace host {
 
 namespace {
-
-QString text(const char *source)
-{
-    return QCoreApplication::translate("Picture", source);
-}
 
 /// What was drawn over black, with the alpha that it takes to show the same over white.
 void findAlpha(QImage &overBlack, const QImage &overWhite)
@@ -35,7 +29,7 @@ void findAlpha(QImage &overBlack, const QImage &overWhite)
     }
 }
 
-/// One picture being put together from parts.
+/// One picture being put together from blocks.
 class Assembly {
 public:
     /// Fills @p image, which has the request's size.
@@ -49,30 +43,30 @@ public:
 
 private:
     QString makeTarget();
-    std::vector<QRect> parts() const;
-    void addPart(const QRect &inner);
+    std::vector<QRect> blocks() const;
+    void addBlock(const QRect &inner);
     QImage drawOver(const QRect &outer, const QColor &colour);
 
     const PictureRequest &request_;
     const Drawing &drawing_;
     QImage &image_;
-    PartTarget target_;
-    int overlap_ = 0; // pixels that a part has more on each side than is used of it
+    BlockTarget target_;
+    int overlap_ = 0; // pixels that a block has more on each side than is used of it
     int side_ = 0;    // of what is used
 };
 
 QString Assembly::makeTarget()
 {
-    const int limit = PartTarget::longestSide();
+    const int limit = BlockTarget::longestSide();
     overlap_ = std::min(drawing_.overlap(), limit / 4);
     side_ = limit - 2 * overlap_;
-    if (request_.partSide > 0)
-        side_ = std::min(side_, request_.partSide);
+    if (request_.blockSide > 0)
+        side_ = std::min(side_, request_.blockSide);
     const int needed = side_ + 2 * overlap_;
     return target_.make(QSize(needed, needed).boundedTo(image_.size()));
 }
 
-std::vector<QRect> Assembly::parts() const
+std::vector<QRect> Assembly::blocks() const
 {
     std::vector<QRect> all;
     for (int y = 0; y < image_.height(); y += side_)
@@ -86,13 +80,13 @@ bool Assembly::run(QString &error)
     error = makeTarget();
     if (!error.isEmpty())
         return false;
-    const std::vector<QRect> all = parts();
+    const std::vector<QRect> all = blocks();
     double done = 0;
-    for (const QRect &part : all) {
-        addPart(part);
+    for (const QRect &block : all) {
+        addBlock(block);
         for (GLenum code = glGetError(); code != GL_NO_ERROR; code = glGetError()) {
             if (code == GL_OUT_OF_MEMORY)
-                error = text("OpenGL ran out of memory.");
+                error = Picture::tr("OpenGL ran out of memory.");
         }
         if (!error.isEmpty())
             return false;
@@ -103,21 +97,21 @@ bool Assembly::run(QString &error)
     return true;
 }
 
-void Assembly::addPart(const QRect &inner)
+void Assembly::addBlock(const QRect &inner)
 {
     const QRect outer = inner.adjusted(-overlap_, -overlap_, overlap_, overlap_) & image_.rect();
-    QImage part = drawOver(outer, request_.transparent ? QColor(Qt::black) : request_.background);
+    QImage block = drawOver(outer, request_.transparent ? QColor(Qt::black) : request_.background);
     if (request_.transparent)
-        findAlpha(part, drawOver(outer, Qt::white));
+        findAlpha(block, drawOver(outer, Qt::white));
     const QPoint from = inner.topLeft() - outer.topLeft();
     for (int y = 0; y < inner.height(); ++y) {
-        const auto *source = reinterpret_cast<const QRgb *>(part.constScanLine(from.y() + y));
+        const auto *source = reinterpret_cast<const QRgb *>(block.constScanLine(from.y() + y));
         auto *line = reinterpret_cast<QRgb *>(image_.scanLine(inner.y() + y));
         std::copy_n(source + from.x(), inner.width(), line + inner.x());
     }
 }
 
-/// The region @p outer, drawn over @p colour, opaque. Every part begins with the same GL state.
+/// The region @p outer, drawn over @p colour, opaque. Every block begins with the same GL state.
 QImage Assembly::drawOver(const QRect &outer, const QColor &colour)
 {
     const SavedGLState state;
@@ -132,13 +126,13 @@ QString pictureSizeFault(const QSize &size)
 {
     const QString asked = QStringLiteral("%1 × %2").arg(size.width()).arg(size.height());
     if (size.isEmpty())
-        return text("A picture of %1 pixels has nothing in it.").arg(asked);
+        return Picture::tr("A picture of %1 pixels has nothing in it.").arg(asked);
     if (size.width() > maxPictureSide || size.height() > maxPictureSide)
-        return text("A picture of %1 pixels is too large: a side has at most %2 pixels.")
+        return Picture::tr("A picture of %1 pixels is too large: a side has at most %2 pixels.")
             .arg(asked)
             .arg(maxPictureSide);
     if (qint64(size.width()) * size.height() > maxPicturePixels)
-        return text("A picture of %1 pixels is too large: it has at most %2 million pixels.")
+        return Picture::tr("A picture of %1 pixels is too large: it has at most %2 million pixels.")
             .arg(asked)
             .arg(maxPicturePixels / 1000000);
     return {};
@@ -149,18 +143,18 @@ Picture renderPicture(const PictureRequest &request)
     Picture picture;
     picture.error = pictureSizeFault(request.size);
     if (picture.error.isEmpty() &&
-        (request.window.isEmpty() || (!request.area.isNull() && request.area.isEmpty())))
-        picture.error = text("What is to be shown has no size.");
+        (request.window.isEmpty() || (!request.crop.isNull() && request.crop.isEmpty())))
+        picture.error = Picture::tr("What is to be shown has no size.");
     if (!picture.error.isEmpty())
         return picture;
     QImage image(request.size, QImage::Format_ARGB32_Premultiplied);
     if (image.isNull()) {
-        picture.error = text("There is not enough memory for a picture of %1 × %2 pixels.")
+        picture.error = Picture::tr("There is not enough memory for a picture of %1 × %2 pixels.")
                             .arg(request.size.width())
                             .arg(request.size.height());
         return picture;
     }
-    const Drawing drawing(request, PartTarget::largestViewport());
+    const Drawing drawing(request, BlockTarget::largestViewport());
     bool whole = false;
     {
         const SavedGLState state;

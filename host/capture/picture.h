@@ -6,6 +6,7 @@
 #include <vector>
 
 #include <QColor>
+#include <QCoreApplication>
 #include <QImage>
 #include <QRect>
 #include <QRectF>
@@ -23,9 +24,10 @@ namespace host {
 /// `scale`, the number of picture pixels per window pixel, is what widths of lines, sizes of
 /// points and textures that are meant in window pixels are multiplied by. The matrices, the lights'
 /// positions and the GL viewport are set; a callback leaves viewport and scissor alone, and draws
-/// the same however often it is called: a picture is made of parts. The camera's and the viewport's
-/// records hold the matrices and the rectangle of the whole object in window pixels, `rect` its
-/// place, and the window's mouse record is in the object's pixels, as in a frame of the window.
+/// the same however often it is called: a picture is made of blocks. The camera's and the
+/// viewport's records hold the matrices and the rectangle of the whole object in window pixels,
+/// `rect` its place, and the window's mouse record is in the object's pixels, as in a frame of the
+/// window.
 struct PictureObject {
     using Draw = std::function<void(GLW *, float scale)>;
 
@@ -44,23 +46,25 @@ struct PictureObject {
 /// What to draw, and how large.
 struct PictureRequest {
     QSize window; ///< Extent, in window pixels, that the objects' rectangles are placed in.
-    QRect area;   ///< What of the window is shown, in the frame of the rectangles; null: all.
+    QRect crop;   ///< What of the window is shown, as the rectangles count; null: all.
     QSize size;   ///< Of the picture, in pixels. Another aspect stretches what is drawn in 2D.
     QColor background = Qt::black;
     bool transparent = false; ///< Nothing behind the objects instead of `background`.
     std::vector<PictureObject> objects;
-    int partSide = 0; ///< Upper limit for the sides of a part, in pixels; 0: what suits.
-    /// Told what part is done, 0 to 1; returning false gives up. May be null.
+    int blockSide = 0; ///< Upper limit for the sides of a block, in pixels; 0: what suits.
+    /// Told what block is done, 0 to 1; returning false gives up. May be null.
     std::function<bool(double)> progress;
 };
 
 /// A picture, or the reason why there is none.
 struct Picture {
+    Q_DECLARE_TR_FUNCTIONS(Picture)
+public:
     QImage image;  ///< RGB32, or ARGB32_Premultiplied where transparent. Null on error.
     QString error; ///< For a person. Empty on success and where `progress` gave up.
 };
 
-/// The most pixels a picture may have: an image of 1 GiB. Its parts take another 150 MB at most.
+/// The most pixels a picture may have: an image of 1 GiB. Its blocks take another 150 MB at most.
 constexpr qint64 maxPicturePixels = qint64(16384) * 16384;
 /// The longest side of a picture.
 constexpr int maxPictureSide = 32767;
@@ -68,9 +72,9 @@ constexpr int maxPictureSide = 32767;
 /// What is wrong with a picture of @p size; empty if nothing is.
 QString pictureSizeFault(const QSize &size);
 
-/// Draws @p request into a framebuffer object, multisampled where OpenGL can, part after part, and
-/// paints the foregrounds over it. No seam is seen; objects larger than the largest GL viewport
-/// need lines and points up to 32 window pixels wide for that. With `transparent` every part is
+/// Draws @p request into a framebuffer object, multisampled where OpenGL can, block after block,
+/// and paints the foregrounds over it. No seam is seen; objects larger than the largest GL viewport
+/// need lines and points up to 32 window pixels wide for that. With `transparent` every block is
 /// drawn twice, over black and over white: what differs is what shows through, however the content
 /// blends.
 ///

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "host/capture/picture_file.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QImageWriter>
+
+#include "host/capture/picture.h"
 
 namespace host {
 
@@ -14,11 +15,10 @@ QString writePicture(const QImage &image, const QString &path)
         writer.setFormat("png");
     const QByteArray format = writer.format();
     if (image.hasAlphaChannel() && (format == "jpg" || format == "jpeg"))
-        return QCoreApplication::translate("picture", "%1: a JPEG cannot be transparent").arg(path);
+        return Picture::tr("%1: a JPEG cannot be transparent").arg(path);
     if (writer.write(image))
         return {};
-    return QCoreApplication::translate("picture", "cannot write %1: %2")
-        .arg(path, writer.errorString());
+    return Picture::tr("cannot write %1: %2").arg(path, writer.errorString());
 }
 
 } // namespace host

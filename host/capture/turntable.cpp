@@ -5,23 +5,17 @@
 #include <cmath>
 #include <deque>
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
+#include "host/capture/atomic_output.h"
 #include "host/capture/encoder.h"
 #include "host/capture/matrices.h"
 #include "host/capture/saved_state.h"
-#include "host/capture/unfinished.h"
 
 namespace host {
 
 namespace {
-
-QString text(const char *source)
-{
-    return QCoreApplication::translate("Turntable", source);
-}
 
 /// Frames as numbered pictures in a folder.
 class PictureFolder {
@@ -31,8 +25,9 @@ public:
     QString addFrame(const QImage &frame)
     {
         const QString name = QStringLiteral("frame_%1.png").arg(++count_, 4, 10, QChar('0'));
-        return frame.save(folder_.filePath(name)) ? QString()
-                                                  : text("%1 cannot be written.").arg(name);
+        return frame.save(folder_.filePath(name))
+                   ? QString()
+                   : TurntableRecorder::tr("%1 cannot be written.").arg(name);
     }
     QString finish() { return {}; }
 
@@ -103,15 +98,17 @@ QString TurntableRecorder::fault() const
 {
     const double limit = kind_ == Kind::Gif ? 50 : 120;
     if (kind_ == Kind::Unknown)
-        return text(
+        return TurntableRecorder::tr(
                    "%1: a recording is an .mp4, a .gif or, without a suffix, a folder of pictures.")
             .arg(options_.path);
     if (!(options_.seconds >= 0.1 && options_.seconds <= 600))
-        return text("A recording lasts 0.1 to 600 seconds.");
+        return TurntableRecorder::tr("A recording lasts 0.1 to 600 seconds.");
     if (!(options_.fps >= 1 && options_.fps <= limit))
-        return text("The rate of this recording is 1 to %1 frames per second.").arg(limit);
+        return TurntableRecorder::tr("The rate of this recording is 1 to %1 frames per second.")
+            .arg(limit);
     if (request_.transparent && kind_ != Kind::Folder)
-        return text("A film has a background; a transparent recording is a folder of pictures.");
+        return TurntableRecorder::tr(
+            "A film has a background; a transparent recording is a folder of pictures.");
     const QString size = pictureSizeFault(request_.size);
     if (!size.isEmpty())
         return size;
@@ -145,8 +142,8 @@ QString TurntableRecorder::record(const Progress &progress) const
     const QString impossible = fault();
     if (!impossible.isEmpty())
         return impossible;
-    Unfinished result(options_.path,
-                      kind_ == Kind::Folder ? Unfinished::Kind::Folder : Unfinished::Kind::File);
+    AtomicOutput result(options_.path, kind_ == Kind::Folder ? AtomicOutput::Kind::Folder
+                                                             : AtomicOutput::Kind::File);
     QString error = result.error();
     if (!error.isEmpty())
         return error;

@@ -24,6 +24,7 @@ struct TurntableOptions {
 /// Until the recording is whole nothing stands at its path, and nothing is left of one that failed
 /// or was given up. Memory: that of one picture and one more frame.
 class TurntableRecorder {
+    Q_DECLARE_TR_FUNCTIONS(TurntableRecorder)
 public:
     /// Told how many frames are done; returning false gives up.
     using Progress = std::function<bool(int done, int total)>;

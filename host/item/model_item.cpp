@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include <QCoreApplication>
 #include <QLocale>
 #include <QThreadPool>
 
@@ -50,10 +49,10 @@ QString ModelItem::details() const
     const QVector3D size = mesh_->max - mesh_->min;
     const QLocale locale;
     const auto length = [&](float v) { return locale.toString(double(v), 'g', 4); };
-    const QString count = mesh_->triangleCount() == 1
-                              ? QCoreApplication::translate("ModelItem", "1 triangle")
-                              : QCoreApplication::translate("ModelItem", "%1 triangles")
-                                    .arg(locale.toString(qulonglong(mesh_->triangleCount())));
+    const QString count =
+        mesh_->triangleCount() == 1
+            ? tr("1 triangle")
+            : tr("%1 triangles").arg(locale.toString(qulonglong(mesh_->triangleCount())));
     return QStringLiteral("%1  ·  %2 × %3 × %4")
         .arg(count, length(size.x()), length(size.y()), length(size.z()));
 }
@@ -63,9 +62,7 @@ QString ModelItem::underPointer() const
     if (hovered_ < 0) {
         const auto count = std::count(selected_.begin(), selected_.end(), true);
         return count == 0 ? QString()
-                          : QCoreApplication::translate("ModelItem", "%1 of %2 parts selected")
-                                .arg(count)
-                                .arg(mesh_->parts.size());
+                          : tr("%1 of %2 parts selected").arg(count).arg(mesh_->parts.size());
     }
     const MeshPart &part = mesh_->parts[std::size_t(hovered_)];
     return part.material.isEmpty() ? part.name

@@ -5,6 +5,8 @@
 #include <atomic>
 #include <memory>
 
+#include <QCoreApplication>
+
 #include "host/item/camera_steering.h"
 #include "host/item/item.h"
 #include "host/item/mesh_buffers.h"
@@ -17,6 +19,7 @@ namespace host {
 ///
 /// World: the model is moved and scaled so that it fills CameraMotion::worldRadius.
 class ModelItem : public Item, private CameraSteering::Shape {
+    Q_DECLARE_TR_FUNCTIONS(ModelItem)
 public:
     /// @p mesh has at least one triangle. What the pointer needs to find triangles is built in a
     /// thread of its own; until then nothing is under the pointer.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "host/item/series_item.h"
 
-#include <QCoreApplication>
 #include <QLocale>
 
 namespace host {
@@ -21,7 +20,7 @@ SeriesItem::SeriesItem(std::shared_ptr<const Table> table) : table_(table), plot
 
 QString SeriesItem::details() const
 {
-    return QCoreApplication::translate("SeriesItem", "%1 rows  ·  %2 columns")
+    return tr("%1 rows  ·  %2 columns")
         .arg(QLocale().toString(qulonglong(table_->rows())))
         .arg(table_->columns.size());
 }

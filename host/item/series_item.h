@@ -4,6 +4,8 @@
 
 #include <memory>
 
+#include <QCoreApplication>
+
 #include "host/item/item.h"
 #include "host/item/plot_steering.h"
 #include "host/series/plot.h"
@@ -12,6 +14,7 @@ namespace host {
 
 /// A table as curves over its first column, steered through the 2D viewport of its object.
 class SeriesItem : public Item {
+    Q_DECLARE_TR_FUNCTIONS(SeriesItem)
 public:
     /// Expects a table.
     explicit SeriesItem(std::shared_ptr<const Table> table);

@@ -15,7 +15,7 @@ QPointF middleOf(const Mouse &mouse)
     return QPointF(mouse.x + 0.5, mouse.y - 0.5);
 }
 
-/// While an action fires the record is in the frame of the object that was hit.
+/// While an action fires the record is in the pixels of the object that was hit.
 QPointF windowPointer(const GLW *fired)
 {
     return middleOf(fired->gl->mouse) + fired->glCorner();

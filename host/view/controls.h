@@ -28,13 +28,13 @@ public:
     Controls(QObject *scene, Lookup steering, bool single, QObject *parent);
 
     /// What moves along when a GLW is steered, that one included; by default just itself. With
-    /// more than one, the others do what the first one does, each in its own frame.
+    /// more than one, the others do what the first one does, each in its own pixels.
     void setPeers(Peers peers) { peers_ = std::move(peers); }
 
     bool isDragging() const { return bool(dragged_); }
 
-    /// The pointer in the frame of @p glw: from its lower-left corner, y upwards, the middle of the
-    /// pixel. @p mouse is the record as the window holds it between events.
+    /// The pointer in the pixels of @p glw: from its lower-left corner, y upwards, the middle of
+    /// the pixel. @p mouse is the record as the window holds it between events.
     static QPointF pointerIn(const GLW *glw, const Mouse &mouse);
 
 signals:
@@ -43,7 +43,8 @@ signals:
     void areaEnded(GLW *glw);   ///< It is complete; the record holds it until somebody ends it.
     void menuAsked(GLW *glw);   ///< The right button was released over @p glw.
     void pressed(GLW *glw);     ///< The left button alone went down.
-    /// It went up where it had gone down, within a few pixels; @p at counts in the frame of @p glw.
+    /// It went up where it had gone down, within a few pixels; @p at counts in the pixels of @p
+    /// glw.
     void clicked(GLW *glw, const QPointF &at);
 
 public slots:

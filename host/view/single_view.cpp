@@ -95,23 +95,23 @@ void SingleView::clicked(GLW *clicked)
 void SingleView::paintText(GLW *, QPainter *painter)
 {
     const Theme &theme = display().theme();
-    const QRectF area = window().widget()->rect();
+    const QRectF bounds = window().widget()->rect();
     if (const Item *shown = item(glw())) {
         if (!shown->paintsTitle())
-            paintNote(painter, area, Qt::AlignTop | Qt::AlignLeft, shown->name(), shown->details(),
-                      theme);
+            paintNote(painter, bounds, Qt::AlignTop | Qt::AlignLeft, shown->name(),
+                      shown->details(), theme);
         // Beside the triad, which has the corner, and above the strip of neighbours.
         const QRectF free =
-            area.adjusted(Triad::size() + Triad::margin(), 0, 0, -area.height() * 0.06);
+            bounds.adjusted(Triad::size() + Triad::margin(), 0, 0, -bounds.height() * 0.06);
         paintNote(painter, free, Qt::AlignBottom | Qt::AlignLeft, {}, shown->underPointer(), theme);
     } else if (!fault_.isEmpty()) {
-        paintMessage(painter, area, fault_, tr("Drop another file here or press Ctrl+O."), -1,
+        paintMessage(painter, bounds, fault_, tr("Drop another file here or press Ctrl+O."), -1,
                      theme);
     } else if (path_.isEmpty()) {
-        paintMessage(painter, area, tr("Drop a model here or press Ctrl+O."),
+        paintMessage(painter, bounds, tr("Drop a model here or press Ctrl+O."),
                      tr("F1 lists the controls."), -1, theme);
     } else {
-        paintMessage(painter, area, tr("Reading %1").arg(title()), stage_, fraction_, theme);
+        paintMessage(painter, bounds, tr("Reading %1").arg(title()), stage_, fraction_, theme);
     }
 }
 

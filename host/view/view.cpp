@@ -8,7 +8,6 @@
 #include <QMetaMethod>
 #include <QPainter>
 
-#include "host/ui/metrics.h"
 #include "host/view/window/binding.h"
 #include "host/view/window/menu_tree.h"
 #include "host/view/window/panel.h"
@@ -163,7 +162,7 @@ void View::advance(GLW *glw)
         changedSoon();
 }
 
-/// The pointer over @p glw while nothing is dragged, in its frame.
+/// The pointer over @p glw while nothing is dragged, in its pixels.
 std::optional<QPointF> View::hoverPointer(const GLW *glw) const
 {
     if (!glw->gl || !glw->gl->underMouse() || glw->gl->mouse.button != 0)
@@ -285,7 +284,8 @@ void View::PaintForeground(GLW *glw, QPainter *painter)
     if (area_.isTaking())
         endArea();
     if (showsBindings_)
-        paintBindings(painter, window_.widget()->rect(), bindingRows(bindings()), display_.theme());
+        paintBindings(painter, window_.widget()->rect(), tr("Controls"), bindingRows(bindings()),
+                      display_.theme());
     budget_.measure();
     painter->beginNativePainting();
     emit framePainted();

@@ -112,7 +112,7 @@ protected:
     /// otherwise.
     virtual void fillPicture(PictureContents &contents);
     void addTextTo(PictureContents &contents); ///< What is painted over the items.
-    /// Paints over everything, in the window's frame, y downwards.
+    /// Paints over everything, in the window's pixels, y downwards.
     virtual void paintText(GLW *scene, QPainter *painter) = 0;
     /// The passes that took it are over. The rectangle is in window pixels, y upwards.
     virtual void areaSelected(const QRectF &) {}

@@ -35,25 +35,25 @@ QString Neighbours::next(int step) const
     return current_ < 0 ? QString() : files_.value(current_ + step);
 }
 
-QRectF Neighbours::cell(const QRectF &area, int index) const
+QRectF Neighbours::cell(const QRectF &bounds, int index) const
 {
-    const double width = area.width() / shown;
-    return QRectF(area.left() + index * width, area.top(), width, area.height());
+    const double width = bounds.width() / shown;
+    return QRectF(bounds.left() + index * width, bounds.top(), width, bounds.height());
 }
 
-void Neighbours::paint(QPainter *painter, const QRectF &area)
+void Neighbours::paint(QPainter *painter, const QRectF &bounds)
 {
     const double inset = Metrics::px(4), rounding = Metrics::px(6);
     const Theme &theme = display().theme();
     painter->setPen(Qt::NoPen);
     painter->setBrush(theme.panel);
-    painter->drawRoundedRect(area, rounding, rounding);
+    painter->drawRoundedRect(bounds, rounding, rounding);
     const QFontMetricsF metrics(painter->font());
     for (int i = 0; i < shown; ++i) {
         const QString path = next(i - shown / 2);
         if (path.isEmpty())
             continue;
-        const QRectF r = cell(area, i).adjusted(inset, 0, -inset, 0);
+        const QRectF r = cell(bounds, i).adjusted(inset, 0, -inset, 0);
         painter->setPen(i == shown / 2 ? theme.accent : theme.text);
         painter->drawText(
             r, Qt::AlignCenter,
@@ -61,11 +61,11 @@ void Neighbours::paint(QPainter *painter, const QRectF &area)
     }
 }
 
-void Neighbours::click(const QPointF &at, const QRectF &area)
+void Neighbours::click(const QPointF &at, const QRectF &bounds)
 {
     for (int i = 0; i < shown; ++i) {
         const QString path = next(i - shown / 2);
-        if (i != shown / 2 && !path.isEmpty() && cell(area, i).contains(at)) {
+        if (i != shown / 2 && !path.isEmpty() && cell(bounds, i).contains(at)) {
             emit chosen(path);
             return;
         }

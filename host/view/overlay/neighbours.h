@@ -25,12 +25,12 @@ signals:
 
 protected:
     bool isShown() const override { return files_.size() > 1; }
-    void paint(QPainter *painter, const QRectF &area) override;
-    void click(const QPointF &at, const QRectF &area) override;
+    void paint(QPainter *painter, const QRectF &bounds) override;
+    void click(const QPointF &at, const QRectF &bounds) override;
 
 private:
     static constexpr int shown = 5; ///< The open file in the middle.
-    QRectF cell(const QRectF &area, int index) const;
+    QRectF cell(const QRectF &bounds, int index) const;
 
     QStringList files_;
     int current_ = -1;

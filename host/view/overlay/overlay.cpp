@@ -41,7 +41,7 @@ PictureObject Overlay::pictured()
 {
     PictureObject object;
     object.glw = glw();
-    object.rect = area();
+    object.rect = bounds();
     object.foreground = [this](GLW *at, QPainter *painter) { PaintForeground(at, painter); };
     return object;
 }
@@ -55,7 +55,7 @@ void Overlay::PaintForeground(GLW *, QPainter *painter)
     painter->save();
     painter->setFont(window_.widget()->font());
     painter->setRenderHint(QPainter::Antialiasing);
-    paint(painter, area());
+    paint(painter, bounds());
     painter->restore();
 }
 
@@ -65,7 +65,7 @@ void Overlay::Click(GLW *glw, bool pressed)
     if (!pressed || mouse.button == mouse.last_button)
         return;
     // While the action fires, the record counts from this object's lower-left corner.
-    const QRectF r = area();
+    const QRectF r = bounds();
     click(r.bottomLeft() + QPointF(mouse.x + 0.5, -mouse.y + 0.5), r);
 }
 

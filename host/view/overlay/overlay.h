@@ -61,16 +61,16 @@ protected:
 
     /// Whether there is anything to show now. What shows nothing is not hit either.
     virtual bool isShown() const = 0;
-    /// Paints inside @p area: the object's rectangle in the window's frame, y downwards.
-    virtual void paint(QPainter *painter, const QRectF &area) = 0;
-    /// A click at a place in the window's frame, y downwards.
-    virtual void click(const QPointF &at, const QRectF &area);
+    /// Paints inside @p bounds: the object's rectangle in the window's pixels, y downwards.
+    virtual void paint(QPainter *painter, const QRectF &bounds) = 0;
+    /// A click at a place in the window's pixels, y downwards.
+    virtual void click(const QPointF &at, const QRectF &bounds);
 
     /// Says what a click does, for the list of bindings, and lets it come.
     void bindClick(const QString &text);
 
 private:
-    QRectF area() const { return glw()->geometry(false); }
+    QRectF bounds() const { return glw()->geometry(false); }
 
     Underlay under_;
     Window &window_;

@@ -43,20 +43,20 @@ bool ScaleBar::isShown() const
     return shown && shown->unitsPerPixel(mainGLW()) > 0;
 }
 
-void ScaleBar::paint(QPainter *painter, const QRectF &area)
+void ScaleBar::paint(QPainter *painter, const QRectF &bounds)
 {
     const Theme &theme = display().theme();
     GLW *main = mainGLW();
     const double perPixel = mainItem()->unitsPerPixel(main);
-    const double length = roundLength(perPixel, area.width() - Metrics::px(12));
+    const double length = roundLength(perPixel, bounds.width() - Metrics::px(12));
     const double pixels = length / perPixel;
     const double tick = Metrics::px(4);
-    const double right = area.right() - tick, y = area.bottom() - Metrics::px(6);
+    const double right = bounds.right() - tick, y = bounds.bottom() - Metrics::px(6);
     painter->setPen(QPen(theme.text, Metrics::px(1.6)));
     painter->drawLine(QPointF(right - pixels, y), QPointF(right, y));
     for (double x : {right - pixels, right})
         painter->drawLine(QPointF(x, y - tick), QPointF(x, y + tick));
-    painter->drawText(area.adjusted(0, 0, -tick, -Metrics::px(12)),
+    painter->drawText(bounds.adjusted(0, 0, -tick, -Metrics::px(12)),
                       Qt::AlignRight | Qt::AlignVCenter, QLocale().toString(length, 'g', 6));
 }
 

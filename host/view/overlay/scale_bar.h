@@ -19,7 +19,7 @@ public:
 
 protected:
     bool isShown() const override;
-    void paint(QPainter *painter, const QRectF &area) override;
+    void paint(QPainter *painter, const QRectF &bounds) override;
 };
 
 } // namespace host

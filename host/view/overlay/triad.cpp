@@ -48,7 +48,7 @@ bool Triad::isShown() const
     return shown && shown->isSpatial();
 }
 
-std::array<Triad::Arm, 6> Triad::arms(const QRectF &area) const
+std::array<Triad::Arm, 6> Triad::arms(const QRectF &bounds) const
 {
     const CameraGeometry geometry(mainGLW()->camera, QSizeF(size(), size()));
     using Side = Steering::Side;
@@ -63,7 +63,7 @@ std::array<Triad::Arm, 6> Triad::arms(const QRectF &area) const
         v[axis] = positive ? 1 : -1;
         const QPointF out(double(QVector3D::dotProduct(v, geometry.right())),
                           -double(QVector3D::dotProduct(v, geometry.up())));
-        all[std::size_t(i)] = {area.center() + out * reach(),
+        all[std::size_t(i)] = {bounds.center() + out * reach(),
                                -double(QVector3D::dotProduct(v, geometry.forward())), axis,
                                positive, sides[axis][positive ? 0 : 1]};
     }
@@ -71,14 +71,14 @@ std::array<Triad::Arm, 6> Triad::arms(const QRectF &area) const
     return all;
 }
 
-void Triad::paint(QPainter *painter, const QRectF &area)
+void Triad::paint(QPainter *painter, const QRectF &bounds)
 {
     const bool dark = display().dark;
     const QColor colours[3] = {dark ? QColor(255, 110, 100) : QColor(200, 48, 40),
                                dark ? QColor(120, 210, 110) : QColor(40, 132, 48),
                                dark ? QColor(110, 165, 255) : QColor(36, 92, 204)};
     painter->setFont(Metrics::font(11, true));
-    for (const Arm &arm : arms(area)) {
+    for (const Arm &arm : arms(bounds)) {
         const QColor colour = colours[arm.axis];
         const double radius = endRadius(), inner = Metrics::px(3);
         const QRectF end(arm.end - QPointF(radius, radius), QSizeF(2 * radius, 2 * radius));
@@ -91,7 +91,7 @@ void Triad::paint(QPainter *painter, const QRectF &area)
             continue;
         }
         painter->setPen(QPen(colour, Metrics::px(2.4)));
-        painter->drawLine(area.center(), arm.end);
+        painter->drawLine(bounds.center(), arm.end);
         painter->setPen(Qt::NoPen);
         painter->setBrush(colour);
         painter->drawEllipse(end);
@@ -100,9 +100,9 @@ void Triad::paint(QPainter *painter, const QRectF &area)
     }
 }
 
-void Triad::click(const QPointF &at, const QRectF &area)
+void Triad::click(const QPointF &at, const QRectF &bounds)
 {
-    const auto all = arms(area);
+    const auto all = arms(bounds);
     // What is nearer to the viewer was painted last and covers the rest.
     for (auto arm = all.rbegin(); arm != all.rend(); ++arm) {
         const QPointF d = at - arm->end;

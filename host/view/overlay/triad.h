@@ -23,8 +23,8 @@ signals:
 
 protected:
     bool isShown() const override;
-    void paint(QPainter *painter, const QRectF &area) override;
-    void click(const QPointF &at, const QRectF &area) override;
+    void paint(QPainter *painter, const QRectF &bounds) override;
+    void click(const QPointF &at, const QRectF &bounds) override;
 
 private:
     /// One of the six ends.
@@ -35,7 +35,7 @@ private:
         bool positive;
         Steering::Side side; ///< From where a click looks.
     };
-    std::array<Arm, 6> arms(const QRectF &area) const; ///< The farthest first.
+    std::array<Arm, 6> arms(const QRectF &bounds) const; ///< The farthest first.
 };
 
 } // namespace host

@@ -12,10 +12,10 @@ namespace host {
 
 namespace {
 
-/// The last @p parts pieces of a path.
-QString tail(const QString &path, int parts)
+/// The last @p pieces of a path.
+QString tail(const QString &path, int pieces)
 {
-    return path.section('/', -parts, -1, QString::SectionSkipEmpty);
+    return path.section('/', -pieces, -1, QString::SectionSkipEmpty);
 }
 
 /// Gives every path the shortest tail that no other of the same name has.
@@ -25,13 +25,13 @@ QStringList distinctNames(const QStringList &paths)
     QStringList names;
     for (const QString &path : paths)
         names << tail(path, 1);
-    for (int parts = 2; parts <= most; ++parts) {
+    for (int pieces = 2; pieces <= most; ++pieces) {
         QHash<QString, int> uses;
         for (const QString &name : qAsConst(names))
             ++uses[name];
         for (int i = 0; i < names.size(); ++i)
             if (uses.value(names[i]) > 1)
-                names[i] = tail(paths[i], parts);
+                names[i] = tail(paths[i], pieces);
     }
     return names;
 }

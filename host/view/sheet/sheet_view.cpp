@@ -301,9 +301,9 @@ QString SheetView::progress() const
 void SheetView::paintText(GLW *, QPainter *painter)
 {
     const Theme &theme = display().theme();
-    const QRectF area = window().widget()->rect();
+    const QRectF bounds = window().widget()->rect();
     if (entries_.empty()) {
-        paintMessage(painter, area, fault_.isEmpty() ? tr("The sheet is empty.") : fault_,
+        paintMessage(painter, bounds, fault_.isEmpty() ? tr("The sheet is empty.") : fault_,
                      tr("Drop files or a folder here or press Ctrl+O."), -1, theme);
         return;
     }
@@ -319,7 +319,7 @@ void SheetView::paintText(GLW *, QPainter *painter)
     if (note.isEmpty() && hovered_ > 0)
         if (const Item *shown = item(tiles_.value(hovered_)))
             note = shown->underPointer();
-    paintNote(painter, area, Qt::AlignBottom | Qt::AlignLeft, {}, note, theme);
+    paintNote(painter, bounds, Qt::AlignBottom | Qt::AlignLeft, {}, note, theme);
 }
 
 } // namespace host

@@ -56,8 +56,8 @@ public slots:
     void VisibilityChanged();
 
 signals:
-    /// A person wants a picture of @p area, in the window's frame, y downwards.
-    void pictureAsked(const QString &name, const QRect &area);
+    /// A person wants a picture of @p crop, in the window's pixels, y downwards.
+    void pictureAsked(const QString &name, const QRect &crop);
 
 protected:
     bool advancesInPick() const override { return false; }

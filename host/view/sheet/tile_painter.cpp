@@ -89,13 +89,13 @@ void TilePainter::paintHeader(QPainter *painter, int id, const SheetEntry &entry
                   theme.accent);
 }
 
-void TilePainter::paintState(QPainter *painter, int id, const SheetEntry &entry, const QRectF &area,
-                             const Theme &theme)
+void TilePainter::paintState(QPainter *painter, int id, const SheetEntry &entry,
+                             const QRectF &bounds, const Theme &theme)
 {
     using State = SheetEntry::State;
     if (entry.state == State::Waiting || entry.state == State::Reading ||
         entry.state == State::Released) {
-        QRectF bar(area.left() + inset(), area.center().y(), area.width() - 2 * inset(),
+        QRectF bar(bounds.left() + inset(), bounds.center().y(), bounds.width() - 2 * inset(),
                    Metrics::px(3));
         QColor trough = theme.faint;
         trough.setAlphaF(0.25);
@@ -106,7 +106,7 @@ void TilePainter::paintState(QPainter *painter, int id, const SheetEntry &entry,
     }
     if (entry.state != State::Failed)
         return;
-    const double width = area.width() - 2 * inset();
+    const double width = bounds.width() - 2 * inset();
     Laid &kept = reasons_[id];
     if (kept.width != width || kept.text != entry.reason) {
         kept.width = width;
@@ -119,10 +119,10 @@ void TilePainter::paintState(QPainter *painter, int id, const SheetEntry &entry,
         kept.laid.setTextWidth(width);
         kept.laid.prepare({}, painter->font());
     }
-    const double height = std::min(kept.laid.size().height(), area.height());
-    painter->setClipRect(area);
+    const double height = std::min(kept.laid.size().height(), bounds.height());
+    painter->setClipRect(bounds);
     painter->setPen(theme.faint);
-    painter->drawStaticText(QPointF(area.left() + inset(), area.center().y() - height / 2),
+    painter->drawStaticText(QPointF(bounds.left() + inset(), bounds.center().y() - height / 2),
                             kept.laid);
     painter->setClipping(false);
 }

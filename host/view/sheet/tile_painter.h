@@ -13,13 +13,13 @@ class QPainter;
 
 namespace host {
 
-/// Paints what stands around and over the tiles of a sheet: names, progress, reasons, frames.
+/// Paints what stands around and over the tiles of a sheet: names, progress, reasons, borders.
 ///
-/// Frame: the window's, y downwards, logical pixels. Texts are laid out once for a width and kept:
+/// Pixels are the window's, y downwards. Texts are laid out once for a width and kept:
 /// a sheet has hundreds, and most stay as they are from frame to frame.
 class TilePainter {
 public:
-    static int header(); ///< Pixels for the name above the drawing area.
+    static int header(); ///< Pixels for the name above the drawing.
 
     struct Marks {
         bool selected = false;
@@ -41,7 +41,7 @@ private:
 
     void paintHeader(QPainter *painter, int id, const SheetEntry &entry, const QRectF &cell,
                      bool linked, const Theme &theme);
-    void paintState(QPainter *painter, int id, const SheetEntry &entry, const QRectF &area,
+    void paintState(QPainter *painter, int id, const SheetEntry &entry, const QRectF &bounds,
                     const Theme &theme);
 
     QHash<int, Laid> names_;

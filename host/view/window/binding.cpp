@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <utility>
 
-#include <QCoreApplication>
 #include <QKeySequence>
 #include <QStringList>
 #include <QVariant>
@@ -12,11 +11,6 @@
 namespace host {
 
 namespace {
-
-QString words(const char *s)
-{
-    return QCoreApplication::translate("binding", s);
-}
 
 QString keyWords(const QKeySequence &key)
 {
@@ -29,31 +23,31 @@ QString keyWords(const QKeySequence &key)
 
 QString mouseWords(quint32 binding, const QString &verb)
 {
-    QStringList parts;
+    QStringList pieces;
     const std::pair<quint32, const char *> modifiers[] = {{Qt::ControlModifier, "Ctrl"},
                                                           {Qt::ShiftModifier, "Shift"},
                                                           {Qt::AltModifier, "Alt"},
                                                           {Qt::MetaModifier, "Meta"}};
     for (const auto &[bit, name] : modifiers)
         if (binding & bit)
-            parts << words(name);
+            pieces << BindingRow::tr(name);
     QStringList buttons;
     if (binding & LeftButton)
-        buttons << words("left");
+        buttons << BindingRow::tr("left");
     if (binding & RightButton)
-        buttons << words("right");
+        buttons << BindingRow::tr("right");
     if (binding & MiddleButton)
-        buttons << words("middle");
+        buttons << BindingRow::tr("middle");
     QString last = buttons.join('+');
     if (binding & DoubleClick)
-        last = (binding & LeftButton ? QString() : last + ' ') + words("double click");
+        last = (binding & LeftButton ? QString() : last + ' ') + BindingRow::tr("double click");
     else if (!buttons.isEmpty())
-        last += ' ' + (verb.isEmpty() ? words("button") : verb);
+        last += ' ' + (verb.isEmpty() ? BindingRow::tr("button") : verb);
     else if (binding & (WheelUp | WheelDown))
-        last = (binding & WheelUp) ? words("wheel forward") : words("wheel back");
+        last = (binding & WheelUp) ? BindingRow::tr("wheel forward") : BindingRow::tr("wheel back");
     if (!last.isEmpty())
-        parts << last;
-    return parts.join('+');
+        pieces << last;
+    return pieces.join('+');
 }
 
 } // namespace

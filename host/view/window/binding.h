@@ -3,6 +3,7 @@
 #define HOST_VIEW_WINDOW_BINDING_H
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -36,6 +37,8 @@ QString bindingWords(const QAction *action);
 
 /// One row of the list of bindings.
 struct BindingRow {
+    Q_DECLARE_TR_FUNCTIONS(BindingRow)
+public:
     QString keys; ///< All ways to fire it, with commas between.
     QString text; ///< What it does.
 };

@@ -10,9 +10,9 @@ FrameClock::FrameClock(QWidget *window, float rate, QObject *parent)
     : QObject(parent), window_(window), rate_(rate)
 {
     constexpr int restAfter = 500; // milliseconds
-    patience_.setSingleShot(true);
-    patience_.setInterval(restAfter);
-    connect(&patience_, &QTimer::timeout, this, &FrameClock::rest);
+    restTimeout_.setSingleShot(true);
+    restTimeout_.setInterval(restAfter);
+    connect(&restTimeout_, &QTimer::timeout, this, &FrameClock::rest);
     window->setProperty("timer", false);
     window->installEventFilter(this);
     touch();
@@ -26,7 +26,7 @@ void FrameClock::touch()
         running_ = true;
         window_->setProperty("fps", rate_);
     }
-    patience_.start();
+    restTimeout_.start();
 }
 
 void FrameClock::rest()

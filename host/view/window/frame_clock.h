@@ -35,7 +35,7 @@ private:
     float rate_;
     bool running_ = false;
     bool continuous_ = false;
-    QTimer patience_;
+    QTimer restTimeout_;
 };
 
 } // namespace host

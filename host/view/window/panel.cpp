@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include <QCoreApplication>
 #include <QFontMetricsF>
 #include <QPainter>
 
@@ -16,7 +15,7 @@ namespace {
 
 /// Pixels of a panel and around it.
 struct Sizes {
-    const double margin = Metrics::px(12);  // between a panel and the edge of its area
+    const double margin = Metrics::px(12);  // between a panel and the edge of its bounds
     const double padding = Metrics::px(10); // between a panel's edge and its text
     const double rounding = Metrics::px(7);
 };
@@ -58,13 +57,13 @@ void paintBar(QPainter *painter, const QRectF &r, double fraction, const Theme &
 
 } // namespace
 
-QRectF paintNote(QPainter *painter, const QRectF &area, Qt::Alignment corner,
+QRectF paintNote(QPainter *painter, const QRectF &bounds, Qt::Alignment corner,
                  const QString &heading, const QString &details, const Theme &theme)
 {
     const double margin = Sizes().margin, padding = Sizes().padding;
     const QFont plain = painter->font(), strong = bold(plain);
     const QFontMetricsF plainMetrics(plain), strongMetrics(strong);
-    const double room = area.width() - 2 * (margin + padding);
+    const double room = bounds.width() - 2 * (margin + padding);
     const int lines = int(!heading.isEmpty()) + int(!details.isEmpty());
     if (lines == 0 || room < 3 * plainMetrics.averageCharWidth())
         return {};
@@ -74,13 +73,13 @@ QRectF paintNote(QPainter *painter, const QRectF &area, Qt::Alignment corner,
                                   plainMetrics.horizontalAdvance(second));
     const double line = std::ceil(plainMetrics.height() * 1.2);
     QRectF r(0, 0, std::ceil(width) + 2 * padding, lines * line + padding);
-    if (r.height() + 2 * margin > area.height())
+    if (r.height() + 2 * margin > bounds.height())
         return {};
-    r.moveTopLeft(area.topLeft() + QPointF(margin, margin));
+    r.moveTopLeft(bounds.topLeft() + QPointF(margin, margin));
     if (corner & Qt::AlignRight)
-        r.moveRight(area.right() - margin);
+        r.moveRight(bounds.right() - margin);
     if (corner & Qt::AlignBottom)
-        r.moveBottom(area.bottom() - margin);
+        r.moveBottom(bounds.bottom() - margin);
 
     painter->save();
     paintPanel(painter, r, theme);
@@ -96,12 +95,12 @@ QRectF paintNote(QPainter *painter, const QRectF &area, Qt::Alignment corner,
     return r;
 }
 
-void paintMessage(QPainter *painter, const QRectF &area, const QString &heading,
+void paintMessage(QPainter *painter, const QRectF &bounds, const QString &heading,
                   const QString &details, double fraction, const Theme &theme)
 {
     const double margin = Sizes().margin, padding = Sizes().padding;
     const double widest = Metrics::type(460), bar = Metrics::px(8);
-    const double width = std::min(widest, area.width() - 2 * margin) - 4 * padding;
+    const double width = std::min(widest, bounds.width() - 2 * margin) - 4 * padding;
     if (width < Metrics::type(60))
         return;
     const QFont plain = painter->font(), strong = bold(plain);
@@ -114,7 +113,7 @@ void paintMessage(QPainter *painter, const QRectF &area, const QString &heading,
     const double barGap = fraction < 0 ? 0 : padding + bar;
     QRectF r(0, 0, width + 4 * padding,
              head.height() + bodyGap + body.height() + barGap + 3 * padding);
-    r.moveCenter(area.center());
+    r.moveCenter(bounds.center());
 
     painter->save();
     paintPanel(painter, r, theme);
@@ -132,8 +131,8 @@ void paintMessage(QPainter *painter, const QRectF &area, const QString &heading,
     painter->restore();
 }
 
-void paintBindings(QPainter *painter, const QRectF &area, const QVector<BindingRow> &rows,
-                   const Theme &theme)
+void paintBindings(QPainter *painter, const QRectF &bounds, const QString &heading,
+                   const QVector<BindingRow> &rows, const Theme &theme)
 {
     const QFont plain = painter->font(), strong = bold(plain);
     const QFontMetricsF metrics(plain), strongMetrics(strong);
@@ -144,24 +143,24 @@ void paintBindings(QPainter *painter, const QRectF &area, const QVector<BindingR
         keyWidth = std::max(keyWidth, std::ceil(strongMetrics.horizontalAdvance(row.keys)));
         textWidth = std::max(textWidth, std::ceil(metrics.horizontalAdvance(row.text)));
     }
-    const int fitting = std::max(1, int((area.height() - 2 * margin - 2 * gap) / line) - 2);
+    const int fitting = std::max(1, int((bounds.height() - 2 * margin - 2 * gap) / line) - 2);
     const int columns = std::max(1, (int(rows.size()) + fitting - 1) / fitting);
     const int perColumn = (int(rows.size()) + columns - 1) / columns;
     const double column = keyWidth + gap + textWidth;
     QRectF r(0, 0, columns * column + (columns + 1) * gap, (perColumn + 1.5) * line + 2 * gap);
-    r.moveCenter(area.center());
+    r.moveCenter(bounds.center());
 
     painter->save();
     // A small window shows all of it, smaller.
-    const double fit = std::min({1.0, area.width() / r.width(), area.height() / r.height()});
-    painter->translate(area.center());
+    const double fit = std::min({1.0, bounds.width() / r.width(), bounds.height() / r.height()});
+    painter->translate(bounds.center());
     painter->scale(fit, fit);
-    painter->translate(-area.center());
+    painter->translate(-bounds.center());
     Theme solid = theme;
     solid.panel.setAlpha(240);
     paintPanel(painter, r, solid);
     paintText(painter, strong, theme.accent, QRectF(r.left() + gap, r.top() + gap, column, line),
-              Qt::AlignVCenter, QCoreApplication::translate("panel", "Controls"));
+              Qt::AlignVCenter, heading);
     for (int i = 0; i < rows.size(); ++i) {
         const double x = r.left() + gap + (i / perColumn) * (column + gap);
         const double y = r.top() + gap + (i % perColumn + 1.5) * line;

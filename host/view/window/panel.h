@@ -13,22 +13,23 @@ class QPainter;
 
 namespace host {
 
-/// Text on panels over the picture. Rectangles are in the painter's frame, y downwards. Text that
-/// does not fit its area is shortened; nothing is painted where no letter would fit.
+/// Text on panels over the picture. Rectangles are in the painter's pixels, y downwards. Text that
+/// does not fit its bounds is shortened; nothing is painted where no letter would fit.
 
-/// A heading with a line of details below, in the corner of @p area that @p corner names. Either
+/// A heading with a line of details below, in the corner of @p bounds that @p corner names. Either
 /// may be empty. Returns the panel's rectangle, empty if there is none.
-QRectF paintNote(QPainter *painter, const QRectF &area, Qt::Alignment corner,
+QRectF paintNote(QPainter *painter, const QRectF &bounds, Qt::Alignment corner,
                  const QString &heading, const QString &details, const Theme &theme);
 
-/// A message in the middle of @p area, wrapped. @p fraction from 0 to 1 adds a bar, a negative one
-/// none.
-void paintMessage(QPainter *painter, const QRectF &area, const QString &heading,
+/// A message in the middle of @p bounds, wrapped. @p fraction from 0 to 1 adds a bar, a negative
+/// one none.
+void paintMessage(QPainter *painter, const QRectF &bounds, const QString &heading,
                   const QString &details, double fraction, const Theme &theme);
 
-/// The list of bindings in the middle of @p area, in as many columns as its height asks for.
-void paintBindings(QPainter *painter, const QRectF &area, const QVector<BindingRow> &rows,
-                   const Theme &theme);
+/// The list of bindings below @p heading in the middle of @p bounds, in as many columns as its
+/// height asks for.
+void paintBindings(QPainter *painter, const QRectF &bounds, const QString &heading,
+                   const QVector<BindingRow> &rows, const Theme &theme);
 
 } // namespace host
 

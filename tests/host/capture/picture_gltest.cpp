@@ -73,7 +73,7 @@ TEST_P(Views, PartsMakeTheWholeWithoutSeams)
 {
     PictureRequest r = view();
     const Picture whole = renderPicture(r);
-    r.partSide = 37;
+    r.blockSide = 37;
     const Picture parts = renderPicture(r);
     ASSERT_FALSE(whole.image.isNull()) << whole.error.toStdString();
     ASSERT_FALSE(parts.image.isNull()) << parts.error.toStdString();
@@ -194,7 +194,7 @@ TEST_F(PictureTest, WiderThanAnyViewport)
     PictureRequest r;
     r.window = QSize(2000, 20);
     r.size = QSize(20000, 200);
-    r.partSide = 1728;
+    r.blockSide = 1728;
     ASSERT_GT(r.size.width(), limit[0]);
     r.objects.push_back({&main, QRectF(0, 0, 2000, 20), {}, {}, {}, {}});
     r.objects[0].draw2D = [](GLW *, float scale) {
@@ -301,8 +301,8 @@ TEST_F(PictureTest, AnAreaIsACutOfTheWhole)
         painter->fillRect(160, 60, 30, 30, Qt::white);
     };
     const QImage whole = renderPicture(r).image;
-    r.area = QRect(150, 40, 120, 70);
-    r.size = r.area.size() * 2;
+    r.crop = QRect(150, 40, 120, 70);
+    r.size = r.crop.size() * 2;
     const QImage area = renderPicture(r).image;
     EXPECT_EQ(area.pixelColor(20, 40), QColor(Qt::white));
     EXPECT_LE(differing(area, whole.copy(300, 80, 240, 140), 70), 4);
@@ -311,7 +311,7 @@ TEST_F(PictureTest, AnAreaIsACutOfTheWhole)
 TEST_F(PictureTest, GivesUpWhenAskedTo)
 {
     PictureRequest r = request();
-    r.partSide = 100;
+    r.blockSide = 100;
     std::vector<double> told;
     r.progress = [&](double done) {
         told.push_back(done);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#ifndef HOST_APP_REMEMBERED_H
-#define HOST_APP_REMEMBERED_H
+#ifndef HOST_APP_SETTINGS_H
+#define HOST_APP_SETTINGS_H
 
 #include <QSize>
 #include <QStringList>
@@ -8,7 +8,7 @@
 namespace host {
 
 /// What the program keeps from one run to the next, in the person's settings.
-class Remembered {
+class Settings {
 public:
     static constexpr int mostFiles = 10;
 

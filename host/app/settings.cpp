@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "host/app/remembered.h"
+#include "host/app/settings.h"
 
 #include <QFileInfo>
 #include <QSettings>
@@ -12,16 +12,16 @@ const char filesKey[] = "recent/files";
 const char sizeKey[] = "window/size";
 
 /// The same file whatever the application object is called, in tests too.
-class Settings : public QSettings {
+class Store : public QSettings {
 public:
-    Settings() : QSettings(IniFormat, UserScope, "glwindow", "glview") {}
+    Store() : QSettings(IniFormat, UserScope, "glwindow", "glview") {}
 };
 
 } // namespace
 
-QStringList Remembered::recentFiles() const
+QStringList Settings::recentFiles() const
 {
-    const Settings kept;
+    const Store kept;
     QStringList files;
     for (const QString &path : kept.value(filesKey).toStringList())
         if (QFileInfo::exists(path) && files.size() < mostFiles)
@@ -29,26 +29,26 @@ QStringList Remembered::recentFiles() const
     return files;
 }
 
-void Remembered::addFiles(const QStringList &paths)
+void Settings::addFiles(const QStringList &paths)
 {
     QStringList files;
     for (const QString &path : paths)
         files << QFileInfo(path).absoluteFilePath();
     files += recentFiles();
     files.removeDuplicates();
-    Settings kept;
+    Store kept;
     kept.setValue(filesKey, QStringList(files.mid(0, mostFiles)));
 }
 
-QSize Remembered::windowSize() const
+QSize Settings::windowSize() const
 {
-    const Settings kept;
+    const Store kept;
     return kept.value(sizeKey).toSize();
 }
 
-void Remembered::setWindowSize(const QSize &size)
+void Settings::setWindowSize(const QSize &size)
 {
-    Settings kept;
+    Store kept;
     kept.setValue(sizeKey, size);
 }
 

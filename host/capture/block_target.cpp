@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "host/capture/part_target.h"
+#include "host/capture/block_target.h"
 
 #include <algorithm>
 
-#include <QCoreApplication>
 #include <QOpenGLFramebufferObject>
 
 namespace host {
@@ -13,17 +12,12 @@ namespace {
 constexpr int samples = 4;
 constexpr int preferredSide = 2048; // 2048 x 2048 x 4 samples x 8 bytes are 134 MB
 
-QString text(const char *source)
-{
-    return QCoreApplication::translate("Picture", source);
-}
-
 } // namespace
 
-PartTarget::PartTarget() = default;
-PartTarget::~PartTarget() = default;
+BlockTarget::BlockTarget() = default;
+BlockTarget::~BlockTarget() = default;
 
-int PartTarget::longestSide()
+int BlockTarget::longestSide()
 {
     GLint buffer = 0;
     glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &buffer);
@@ -31,17 +25,17 @@ int PartTarget::longestSide()
     return std::min({preferredSide, viewport.width(), viewport.height(), int(buffer)});
 }
 
-QSize PartTarget::largestViewport()
+QSize BlockTarget::largestViewport()
 {
     GLint size[2] = {0, 0};
     glGetIntegerv(GL_MAX_VIEWPORT_DIMS, size);
     return QSize(size[0], size[1]);
 }
 
-QString PartTarget::make(const QSize &size)
+QString BlockTarget::make(const QSize &size)
 {
     if (!QOpenGLFramebufferObject::hasOpenGLFramebufferObjects())
-        return text("This OpenGL cannot draw off the screen (no framebuffer objects).");
+        return BlockTarget::tr("This OpenGL cannot draw off the screen (no framebuffer objects).");
     QOpenGLFramebufferObjectFormat format;
     format.setAttachment(QOpenGLFramebufferObject::CombinedDepthStencil);
     if (QOpenGLFramebufferObject::hasOpenGLFramebufferBlit())
@@ -50,13 +44,13 @@ QString PartTarget::make(const QSize &size)
     if (drawn_->isValid() && drawn_->format().samples() > 0)
         resolved_ = std::make_unique<QOpenGLFramebufferObject>(size);
     if (!drawn_->isValid() || (resolved_ && !resolved_->isValid()))
-        return text("OpenGL has no memory for a part of the picture of %1 × %2 pixels.")
+        return BlockTarget::tr("OpenGL has no memory for a part of the picture of %1 × %2 pixels.")
             .arg(size.width())
             .arg(size.height());
     return {};
 }
 
-void PartTarget::begin(const QColor &colour)
+void BlockTarget::begin(const QColor &colour)
 {
     drawn_->bind();
     glEnable(GL_MULTISAMPLE); // off where the window has no samples
@@ -67,27 +61,27 @@ void PartTarget::begin(const QColor &colour)
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
 }
 
-QImage PartTarget::read(const QSize &size)
+QImage BlockTarget::read(const QSize &size)
 {
     if (resolved_) {
         const QRect region(QPoint(0, 0), size);
         QOpenGLFramebufferObject::blitFramebuffer(resolved_.get(), region, drawn_.get(), region);
         resolved_->bind();
     }
-    QImage part(size, QImage::Format_ARGB32_Premultiplied);
+    QImage block(size, QImage::Format_ARGB32_Premultiplied);
     glPixelStorei(GL_PACK_ALIGNMENT, 4);
     glPixelStorei(GL_PACK_ROW_LENGTH, 0);
     glPixelStorei(GL_PACK_SKIP_ROWS, 0);
     glPixelStorei(GL_PACK_SKIP_PIXELS, 0);
     glReadPixels(0, 0, size.width(), size.height(), GL_BGRA, GL_UNSIGNED_INT_8_8_8_8_REV,
-                 part.bits());
-    part = part.mirrored(false, true);
+                 block.bits());
+    block = block.mirrored(false, true);
     // What was drawn with alpha below 1 is as opaque here as it is on the screen.
-    for (int y = 0; y < part.height(); ++y) {
-        auto *line = reinterpret_cast<QRgb *>(part.scanLine(y));
-        std::for_each(line, line + part.width(), [](QRgb &pixel) { pixel |= 0xff000000u; });
+    for (int y = 0; y < block.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(block.scanLine(y));
+        std::for_each(line, line + block.width(), [](QRgb &pixel) { pixel |= 0xff000000u; });
     }
-    return part;
+    return block;
 }
 
 } // namespace host

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-#ifndef HOST_CAPTURE_PART_TARGET_H
-#define HOST_CAPTURE_PART_TARGET_H
+#ifndef HOST_CAPTURE_BLOCK_TARGET_H
+#define HOST_CAPTURE_BLOCK_TARGET_H
 
 #include <memory>
 
 #include <QColor>
+#include <QCoreApplication>
 #include <QImage>
 #include <QSize>
 #include <QString>
@@ -13,14 +14,15 @@ class QOpenGLFramebufferObject;
 
 namespace host {
 
-/// A framebuffer object that takes one part of a picture after the other: 24 bits of depth, four
+/// A framebuffer object that takes one block of a picture after the other: 24 bits of depth, four
 /// samples a pixel where OpenGL can. Everything expects the same context to be current.
-class PartTarget {
+class BlockTarget {
+    Q_DECLARE_TR_FUNCTIONS(BlockTarget)
 public:
-    PartTarget();
-    ~PartTarget();
-    PartTarget(const PartTarget &) = delete;
-    PartTarget &operator=(const PartTarget &) = delete;
+    BlockTarget();
+    ~BlockTarget();
+    BlockTarget(const BlockTarget &) = delete;
+    BlockTarget &operator=(const BlockTarget &) = delete;
 
     /// The longest side that is made: what OpenGL can, and 134 MB at most.
     static int longestSide();
