@@ -9,15 +9,13 @@ packages_build=(ninja-build qtbase5-dev libqt5opengl5-dev libglu1-mesa-dev libas
 # A compiler or a CMake that came from elsewhere than Debian's packages serves as well.
 command -v c++ >/dev/null || packages_build+=(g++)
 command -v cmake >/dev/null || packages_build+=(cmake)
-packages_screen=(xvfb xauth libgl1-mesa-dri)
+packages_screen=(xvfb libgl1-mesa-dri util-linux)
 packages_models=(assimp-testmodels)
 packages_test=(libgtest-dev xdotool openbox ffmpeg pkg-config
                python3-pyqt5 python3-pyqt5.qtopengl python3-opengl)
 packages_format=(git clang-format-14)
 packages_docs=(doxygen)
-
-# The screen of every run without a display: large enough for each window that is opened.
-virtual_screen='-screen 0 1600x1200x24 +extension GLX'
+packages_load=(stress-ng)
 
 say() { printf '== %s\n' "$*"; }
 
@@ -78,7 +76,11 @@ build() {
     cmake --build "build/$1" </dev/null
 }
 
-# on_virtual_screen COMMAND...: runs it on an X server of its own with software GL.
-on_virtual_screen() {
-    LIBGL_ALWAYS_SOFTWARE=1 QT_QPA_PLATFORM=xcb xvfb-run -a -s "$virtual_screen" "$@" </dev/null
+# run_tests PRESET [OPTION...]: runs what was built, two programs at a time or as many as there are
+# processors. Each test of a window starts an X server of its own. Fails if there was no test.
+run_tests() {
+    local jobs preset=$1
+    shift
+    jobs=$(nproc)
+    ctest --preset "$preset" --no-tests=error -j "$((jobs > 2 ? jobs : 2))" "$@" </dev/null
 }

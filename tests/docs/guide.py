@@ -1,7 +1,9 @@
 # SPDX-License-Identifier: MIT
-"""Reads docs/host-guide.md: the programs that its steps build up, and its reference tables."""
+"""Reads docs/host-guide.md: the programs that it lets its reader write, and its reference tables.
+Called with a folder, it writes each program into a folder there and prints the programs' names."""
 import os
 import re
+import sys
 
 SOURCE = os.environ["SOURCE"]
 BLOCK = re.compile(r"<!-- (.+?) -->\n```\w*\n(.*?)^```$", re.DOTALL | re.MULTILINE)
@@ -12,58 +14,74 @@ def text(name="host-guide.md"):
         return file.read()
 
 
-def sections(level):
-    """The text below each heading of that level, by heading, up to the next of its rank."""
-    parts = re.split(r"^(#{1,%d}) (.+)$" % level, text(), flags=re.MULTILINE)
-    return {heading: body for marks, heading, body in zip(parts[1::3], parts[2::3], parts[3::3])
-            if len(marks) == level}
+def sections():
+    """The text below each heading, by heading, up to the next; those of the fourth rank are text."""
+    parts = re.split(r"^#{1,3} (.+)$", text(), flags=re.MULTILINE)
+    return dict(zip(parts[1::2], parts[2::2]))
 
 
-def _edited(source, place, line, code):
+def tables(section, column):
+    """The rows of a section's tables that have such a column: cells by column, code marks removed."""
+    rows, columns = [], None
+    for line in sections()[section].splitlines():
+        cells = [cell.strip().strip("`").replace("\\|", "|")
+                 for cell in re.split(r"(?<!\\)\|", line)[1:-1]]
+        if columns and not set(line) <= set("|-: "):
+            rows.append(dict(zip(columns, cells)))
+        columns = cells and (columns or cells)
+    return [row for row in rows if column in row]
+
+
+def edited(source, place, line, code):
     """The source with the code in place, or in front, of the one line that reads so."""
     lines = source.splitlines(keepends=True)
-    found = [i for i, text in enumerate(lines) if text.strip() == line]
-    if len(found) != 1:
-        raise AssertionError(f"the guide says '{line}', which stands {len(found)} times")
-    i = found[0]
+    (i,) = (i for i, text in enumerate(lines) if text.strip() == line)
     return "".join(lines[:i] + [code] + lines[i + (place == "in place of"):])
 
 
-def steps():
-    """For each step its name and all files as a reader has them after it."""
-    files = {}
-    for heading, body in sections(3).items():
-        if not heading.startswith("Step "):
-            continue
+def promises(headers):
+    """A program that includes the guide's headers and holds the tables of bindings and records to the compiler."""
+    checks = [f"static_assert({row['Call']} == {row['Binding']} && {row['Mask']} <= anyModifier);"
+              for row in tables("Bindings", "Call")]
+    for row in tables("Records", "Field"):
+        kind, owner, field = row["Type"], *row["Field"].rsplit("::", 1)
+        checks += [f"static_assert(std::is_same_v<decltype({owner}::{field}), {kind}>);",
+                   f"assert({owner}().{field} == {kind}({row['Default']}));"]
+    includes = [f'#include "{name}"' for name in (*headers, "GL/camera.h", "GL/mouse.h")]
+    return "\n".join(["#include <cassert>", *includes, "int main() {", *checks, "}", ""])
+
+
+def programs():
+    """The files of each program: the steps, as a reader has them after each, the README's host, and
+    the promises with the headers that the guide gives."""
+    files, headers = {}, {}
+    for heading, body in sections().items():
+        step = re.match(r"Step (\d+):", heading)
         for instruction, code in BLOCK.findall(body):
-            if instruction.startswith("file: "):
-                files[instruction[len("file: "):]] = code
-                continue
-            name, place, line = re.fullmatch(
-                r"(\S+): (in place of|in front of): (.+)", instruction).groups()
-            if f"`{line}`" not in body.replace("\n", " "):
-                raise AssertionError(f"the text of '{heading}' does not name the line '{line}'")
-            files[name] = _edited(files[name], place, line, code)
-        yield heading, dict(files)
+            name, rest = instruction.split(": ", 1)
+            if name == "file":
+                (files if step else headers)[rest] = code
+            elif name != "from":
+                place, line = rest.split(": ", 1)
+                assert f"`{line}`" in body.replace("\n", " "), f"{heading} does not name '{line}'"
+                files[name] = edited(files[name], place, line, code)
+        if step:
+            yield "step" + step[1], files
+    readme = re.search(r"^```cpp\n(.*?)^```$", text("../README.md"), re.DOTALL | re.MULTILINE)[1]
+    yield "readme", {**files, "main.cpp": readme}
+    cmake = files["CMakeLists.txt"].replace("main.cpp", "main.cpp menu.h")
+    yield "promises", {**headers, "CMakeLists.txt": cmake, "main.cpp": promises(headers)}
 
 
-def helpers():
-    """Headers that the guide gives outside of its steps."""
-    behaviour = text().split("## How things behave")[1]
-    return {instruction[len("file: "):]: code for instruction, code in BLOCK.findall(behaviour)}
-
-
-def tables(section):
-    """The tables of a section: for each row its cells by column, code marks removed."""
-    rows, columns = [], None
-    for line in section.splitlines():
-        if not line.startswith("|"):
-            columns = None
-            continue
-        cells = [cell.strip().strip("`").replace("\\|", "|")
-                 for cell in re.split(r"(?<!\\)\|", line)[1:-1]]
-        if columns is None:
-            columns = cells
-        elif not set(line) <= set("|-: "):
-            rows.append(dict(zip(columns, cells)))
-    return rows
+if __name__ == "__main__":
+    for program, contents in programs():
+        print(program)
+        os.makedirs(os.path.join(sys.argv[1], program), exist_ok=True)
+        for name, content in contents.items():
+            if name == "CMakeLists.txt":
+                content = re.sub(r"\bfirst\b", program, content)
+            with open(os.path.join(sys.argv[1], program, name), "a+", encoding="utf-8") as file:
+                file.seek(0)
+                if file.read() != content:  # else its time stays, and it is not compiled again
+                    file.truncate(0)
+                    file.write(content)
