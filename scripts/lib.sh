@@ -14,6 +14,7 @@ packages_models=(assimp-testmodels)
 packages_test=(libgtest-dev xdotool openbox ffmpeg pkg-config
                python3-pyqt5 python3-pyqt5.qtopengl python3-opengl)
 packages_format=(git clang-format-14)
+packages_analyse=(cppcheck clang-tidy-14)
 packages_docs=(doxygen)
 packages_load=(stress-ng)
 
