@@ -48,7 +48,7 @@ def promises(headers):
         checks += [f"static_assert(std::is_same_v<decltype({owner}::{field}), {kind}>);",
                    f"assert({owner}().{field} == {kind}({row['Default']}));"]
     includes = [f'#include "{name}"' for name in (*headers, "GL/camera.h", "GL/mouse.h")]
-    return "\n".join(["#include <cassert>", *includes, "int main() {", *checks, "}", ""])
+    return "\n".join(["#include <cassert>", "#include <type_traits>", *includes, "int main() {", *checks, "}", ""])
 
 
 def programs():
