@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "host/view/view.h"
 
-#include <algorithm>
-
 #include <QAction>
 #include <QFontMetricsF>
 #include <QMetaMethod>
@@ -16,29 +14,6 @@
 namespace host {
 
 namespace {
-
-/// All that decides what lies under the pointer, to tell whether to look again.
-QVector<double> pickState(const GLW *glw, const std::optional<QPointF> &pointer)
-{
-    const GL::Camera &c = glw->camera;
-    QVector<double> s{glw->width(),
-                      glw->height(),
-                      double(c.radius),
-                      double(c.ortho),
-                      c.rot.x,
-                      c.rot.y,
-                      c.rot.z,
-                      c.setTarget.x,
-                      c.setTarget.y,
-                      c.setTarget.z,
-                      glw->viewport.pos.x,
-                      glw->viewport.pos.y,
-                      glw->viewport.scale.x,
-                      glw->viewport.scale.y};
-    if (pointer)
-        s << pointer->x() << pointer->y();
-    return s;
-}
 
 /// Connects a signal that class @p base of @p scene declares, even where a derived class declares
 /// one of the same name.
@@ -160,65 +135,6 @@ void View::advance(GLW *glw)
         changed();
     if (slot.item->isBusy())
         changedSoon();
-}
-
-/// The pointer over @p glw while nothing is dragged, in its pixels.
-std::optional<QPointF> View::hoverPointer(const GLW *glw) const
-{
-    if (!glw->gl || !glw->gl->underMouse() || glw->gl->mouse.button != 0)
-        return {};
-    const QPointF at = Controls::pointerIn(glw, glw->gl->mouse);
-    if (!QRectF(0, 0, glw->width(), glw->height()).contains(at))
-        return {};
-    return at;
-}
-
-/// Whether anything changed since the last picking; notes the present state.
-bool View::pickIsDue(GLW *glw, Slot &slot, const std::optional<QPointF> &pointer)
-{
-    QVector<double> state = pickState(glw, pointer);
-    if (state == slot.picked)
-        return false;
-    slot.picked = std::move(state);
-    return true;
-}
-
-void View::Pick3D(GLW *glw)
-{
-    if (advancesInPick())
-        advance(glw);
-    const auto found = slots_.find(glw);
-    if (found == slots_.end())
-        return;
-    if (area_.isTaking() && itemsSelect() && glw->gl)
-        found->second.item->selectArea3D(glw, area_.areaIn(glw));
-    if (glw->gl && glw->gl->mouse.button != 0)
-        return;
-    Slot &slot = found->second;
-    const bool busy = slot.item->isBusy(); // asked first: what it was busy with may end right now
-    const std::optional<QPointF> pointer = hoverPointer(glw);
-    if (pickIsDue(glw, slot, pointer) && slot.item->pick3D(glw, pointer))
-        changed();
-    if (busy)
-        slot.picked.clear();
-}
-
-void View::forgetPointer(GLW *glw)
-{
-    const auto found = slots_.find(glw);
-    if (found == slots_.end())
-        return;
-    found->second.picked.clear();
-    found->second.item->pick3D(glw, {});
-    found->second.item->pick2D(glw, {});
-}
-
-void View::Pick2D(GLW *glw)
-{
-    if (Item *shown = item(glw); shown && area_.isTaking() && itemsSelect() && glw->gl)
-        shown->selectArea2D(glw, area_.areaIn(glw));
-    if (Item *shown = item(glw); shown && shown->pick2D(glw, hoverPointer(glw)))
-        changed();
 }
 
 void View::Draw3D(GLW *glw)
