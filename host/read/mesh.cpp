@@ -89,13 +89,11 @@ QVector3D Mesh::fileSize() const
 
 void Mesh::standOn(FileAxes::Axis up)
 {
-    const FileAxes next = FileAxes::standing(up);
+    FileAxes next = FileAxes::standing(up);
+    if (axes.mirrored())
+        next.of[2] = qint8(-next.of[2]); // else the shape would become its mirror image
     turn(positions, axes, next);
     turn(normals, axes, next);
-    if (axes.mirrored() != next.mirrored()) {
-        for (std::size_t i = 0; i + 2 < indices.size(); i += 3)
-            std::swap(indices[i + 1], indices[i + 2]);
-    }
     const QVector3D a = next.fromFile(axes.toFile(min)), b = next.fromFile(axes.toFile(max));
     for (int k = 0; k < 3; ++k) {
         min[k] = std::min(a[k], b[k]);

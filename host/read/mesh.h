@@ -33,7 +33,9 @@ struct MeshPart {
 ///   Blender, DXF, IFC, IQM, MD5, MDC, MDL, MD2, MD3, OpenGEX, Quick3D, SMD, STL, terrain (.hmp)
 ///   and TrueSpace;
 /// - else +Y.
-/// Sizes, axes and coordinates that people are shown are the file's own.
+/// Files of left-handed formats (DirectX .x, LightWave, Blitz3D) lie mirrored in z, so
+/// that shapes are what their makers saw. Sizes, axes and coordinates that people are shown are the
+/// file's own.
 struct FileAxes {
     enum Axis { X, Y, Z };
 

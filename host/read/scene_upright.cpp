@@ -42,6 +42,13 @@ constexpr std::array<const char *, 10> turningReaders{
     "Return To Castle",
 };
 
+/// The beginnings of the names of the readers that mirror left-handed files in z.
+constexpr std::array<const char *, 3> mirroringReaders{
+    "BlitzBasic 3D",
+    "Direct3D XFile",
+    "LightWave",
+};
+
 template <class Names> bool isOneOf(const Names &names, const std::string &format)
 {
     return std::any_of(names.begin(), names.end(),
@@ -100,6 +107,8 @@ aiMatrix4x4 uprightTurn(const aiScene &scene, const std::string &format)
 
 FileAxes fileAxes(const aiScene &scene, const std::string &format, const aiMatrix4x4 &turn)
 {
+    if (isOneOf(mirroringReaders, format))
+        return {{{1, 2, -3}}};
     const bool turned = scene.mRootNode && isOneOf(turningReaders, format);
     const FileAxes axes = axesOf(turned ? turn * scene.mRootNode->mTransformation : turn);
     return axes.isValid() ? axes : FileAxes();

@@ -279,6 +279,7 @@ struct AxesCase {
     QByteArray content;
     FileAxes::Axis up;
     QVector3D size; // along the axes of the file
+    bool mirrored = false;
 };
 
 const AxesCase axesCases[] = {
@@ -287,6 +288,12 @@ const AxesCase axesCases[] = {
     {"ByTheFileX", "a.dae", collada("X_UP"), FileAxes::X, {1, 0, 5}},
     {"ByTheFileY", "a.dae", collada("Y_UP"), FileAxes::Y, {1, 0, 5}},
     {"ByTheFileZ", "a.dae", collada("Z_UP"), FileAxes::Z, {1, 0, 5}},
+    {"LeftHanded",
+     "a.x",
+     "xof 0303txt 0032\nMesh m {3; 1;0;5;, 2;0;5;, 1;3;5;; 1; 3;0,1,2;;}",
+     FileAxes::Y,
+     {1, 3, 0},
+     true},
     {"ANodeIsNotTheFormat",
      "a.gltf",
      gltf(R"([{"mesh":0,"matrix":[1,0,0,0, 0,0,-1,0, 0,1,0,0, 0,0,0,1]}])"),
@@ -306,13 +313,11 @@ TEST_P(ImportAxes, AreTheFilesWhateverIsUp)
     const ModelFolder folder;
     Mesh mesh = importMesh(folder.write(QLatin1String(GetParam().file), GetParam().content)).mesh;
     EXPECT_EQ(mesh.axes.up(), GetParam().up);
-    mesh.axes.of[0] =
-        qint8(-mesh.axes.of[0]); // one of a left-handed file, too, is turned to rights
-    EXPECT_TRUE(mesh.axes.mirrored());
+    EXPECT_EQ(mesh.axes.mirrored(), GetParam().mirrored);
     for (const auto up : {FileAxes::X, FileAxes::Y, FileAxes::Z}) {
         mesh.standOn(up);
-        expectSound(mesh);
-        EXPECT_FALSE(mesh.axes.mirrored());
+        expectSound(mesh); // no mirror image
+        EXPECT_EQ(mesh.axes.mirrored(), GetParam().mirrored);
         EXPECT_EQ(mesh.fileSize(), GetParam().size);
         EXPECT_EQ((mesh.max - mesh.min).y(), GetParam().size[up]);
     }
