@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QWheelEvent>
 
 #include "GL/glmultiwidget.h"
@@ -53,7 +54,8 @@ TEST_F(StateTest, PickIsGivenInTheViewportOfThePaintingWhoeverPaintsText)
         glGetIntegerv(GL_VIEWPORT, v);
         seen = QString("%1 %2 %3 %4").arg(v[0]).arg(v[1]).arg(v[2]).arg(v[3]);
     };
-    host.on["o.PaintForeground"] = [&] { object->setGeometry(QRectF(0, 0, 7, 7)); };
+    QObject::connect(object, &GLWidget::PaintForeground,
+                     [](GLW *, QPainter *painter) { painter->drawText(20, 20, "text"); });
     tick();
     tick();
     EXPECT_EQ(seen, "20 50 50 40");
