@@ -36,7 +36,7 @@ void ProgressLine::show(int done, int total)
     if (!rewrites_ && tenths == tenths_)
         return;
     tenths_ = tenths;
-    const QByteArray line = QStringLiteral("%1: %2 of %3 (%4 %)")
+    const QByteArray line = tr("%1: %2 of %3 (%4 %)")
                                 .arg(what_)
                                 .arg(done)
                                 .arg(total)

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 
+#include <QCoreApplication>
 #include <QString>
 
 namespace host {
@@ -11,6 +12,7 @@ namespace host {
 /// Progress on a terminal: one line that is rewritten; where the stream goes elsewhere, a line for
 /// every tenth.
 class ProgressLine {
+    Q_DECLARE_TR_FUNCTIONS(ProgressLine)
 public:
     /// @p stream is not owned. @p what says what goes on, for example "Recording".
     ProgressLine(std::FILE *stream, const QString &what);
