@@ -36,6 +36,8 @@ void PlotSteering::drag(GLW *glw, Drag, const QPointF &from, const QPointF &to)
 
 void PlotSteering::zoom(GLW *glw, const QPointF &at, float steps, Qt::KeyboardModifiers modifiers)
 {
+    if (plot_.scrollList(glw, fromTop(glw, at), double(steps)))
+        return;
     constexpr double perStep = 1.25;
     const double factor = std::pow(perStep, double(steps));
     const bool xOnly = modifiers & Qt::ShiftModifier;

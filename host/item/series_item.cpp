@@ -31,6 +31,13 @@ quint64 SeriesItem::byteSize() const
     return table_->rows() * sizeof(double) * (1 + 2 * table_->columns.size());
 }
 
+void SeriesItem::setTitled(bool titled)
+{
+    PlotOptions options = plot_.options();
+    options.titled = titled;
+    plot_.setOptions(options);
+}
+
 void SeriesItem::draw2D(GLW *glw, const Display &display)
 {
     plot_.setTheme(display.dark ? PlotTheme::Dark : PlotTheme::Light);
@@ -64,11 +71,7 @@ void SeriesItem::selectArea2D(GLW *glw, const QRectF &area)
 
 bool SeriesItem::click(GLW *glw, const QPointF &at)
 {
-    const int column = plot_.legendHit(glw, PlotSteering::fromTop(glw, at));
-    if (column < 0)
-        return false;
-    plot_.toggle(column);
-    return true;
+    return plot_.click(glw, PlotSteering::fromTop(glw, at));
 }
 
 } // namespace host

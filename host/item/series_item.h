@@ -25,7 +25,7 @@ public:
     quint64 count() const override { return table_->rows(); }
     quint64 byteSize() const override;
     bool paintsTitle() const override { return true; }
-    void setTitled(bool titled) override { plot_.setTitled(titled); }
+    void setTitled(bool titled) override;
 
     Steering &steering() override { return steering_; }
     void init(GLW *glw) override { steering_.fit(glw); }

@@ -23,7 +23,7 @@ QString quoted(std::string_view field)
 QString columnName(std::string_view field, std::size_t index)
 {
     const QString name = QString::fromUtf8(field.data(), int(field.size())).simplified();
-    return name.isEmpty() ? QStringLiteral("column %1").arg(index + 1) : name;
+    return name.isEmpty() ? CsvBuilder::tr("column %1").arg(index + 1) : name;
 }
 
 } // namespace
@@ -62,9 +62,8 @@ void CsvBuilder::endRow(std::int64_t line)
 void CsvBuilder::endFirstRow(std::int64_t line)
 {
     if (fieldCount_ > limits_.columns)
-        return fail(line, QStringLiteral("%1 columns; at most %2 can be shown")
-                              .arg(fieldCount_)
-                              .arg(limits_.columns));
+        return fail(
+            line, tr("%1 columns; at most %2 can be shown").arg(fieldCount_).arg(limits_.columns));
     const std::vector<std::string> row(fields_.begin(), fields_.begin() + int(fieldCount_));
     const bool values = isValues(row);
     xName_ = columnName(values ? "" : row[0], 0);
@@ -74,8 +73,8 @@ void CsvBuilder::endFirstRow(std::int64_t line)
     }
     hasNames_ = true;
     if (columns_.empty())
-        return fail(line, QStringLiteral("only one column; x and at least one series are needed, "
-                                         "separated by comma, semicolon or tab"));
+        return fail(line, tr("only one column; x and at least one series are needed, "
+                             "separated by comma, semicolon or tab"));
     if (values)
         addRow(line);
 }
@@ -92,15 +91,16 @@ bool CsvBuilder::isValues(const std::vector<std::string> &row) const
 void CsvBuilder::addRow(std::int64_t line)
 {
     if (fieldCount_ != columns_.size() + 1)
-        return fail(line, QStringLiteral("%1 fields where the first row has %2")
-                              .arg(fieldCount_)
-                              .arg(columns_.size() + 1));
+        return fail(
+            line,
+            tr("%1 fields where the first row has %2").arg(fieldCount_).arg(columns_.size() + 1));
     if (x_.size() == limits_.rows)
-        return fail(line, QStringLiteral("more than %1 rows, which is the most that can be shown")
-                              .arg(limits_.rows));
+        return fail(line,
+                    tr("more than %1 rows, which is the most that can be shown").arg(limits_.rows));
     if ((x_.size() + 1) * fieldCount_ > limits_.values)
-        return fail(line, QStringLiteral("more than %1 values, which is the most that can be shown")
-                              .arg(limits_.values));
+        return fail(
+            line,
+            tr("more than %1 values, which is the most that can be shown").arg(limits_.values));
     addX(fields_[0], line);
     for (std::size_t i = 0; i < columns_.size(); ++i)
         addValue(columns_[i], fields_[i + 1], line);
@@ -109,19 +109,20 @@ void CsvBuilder::addRow(std::int64_t line)
 void CsvBuilder::addX(std::string_view field, std::int64_t line)
 {
     if (isMissing(field))
-        return fail(line, QStringLiteral("the value of x (%1) is missing").arg(xName_));
+        return fail(line, tr("the value of x (%1) is missing").arg(xName_));
     if (!xIsTime_) {
         xIsTime_ = parseDate(field).has_value();
         if (!*xIsTime_ && !parseNumber(field, decimalComma_))
-            return fail(line, QStringLiteral("x (%1) is %2, neither a number nor an ISO date")
-                                  .arg(xName_, quoted(field)));
+            return fail(
+                line,
+                tr("x (%1) is %2, neither a number nor an ISO date").arg(xName_, quoted(field)));
     }
     const auto value = *xIsTime_ ? parseDate(field) : parseNumber(field, decimalComma_);
     if (!value)
-        return fail(line, QStringLiteral("x (%1) is %2, not %3")
+        return fail(line, tr("x (%1) is %2, not %3")
                               .arg(xName_, quoted(field),
-                                   *xIsTime_ ? QStringLiteral("an ISO date like those above")
-                                             : QStringLiteral("a number like those above")));
+                                   *xIsTime_ ? tr("an ISO date like those above")
+                                             : tr("a number like those above")));
     x_.push_back(*value);
 }
 
@@ -146,9 +147,9 @@ std::shared_ptr<const Table> CsvBuilder::take(const QString &name)
     if (mistake_)
         return {};
     if (!hasNames_)
-        fail(0, QStringLiteral("the file is empty"));
+        fail(0, tr("the file is empty"));
     else if (x_.empty())
-        fail(0, QStringLiteral("the file has names of columns but no rows"));
+        fail(0, tr("the file has names of columns but no rows"));
     auto table = std::make_shared<Table>();
     table->name = name;
     table->xName = xName_;
@@ -196,9 +197,9 @@ bool CsvBuilder::moveColumns(Table &table)
     }
     if (worst)
         fail(worst->wordLine,
-             QStringLiteral("the value of %1 is %2, not a number").arg(worst->name, worst->word));
+             tr("the value of %1 is %2, not a number").arg(worst->name, worst->word));
     else if (table.columns.empty())
-        fail(0, QStringLiteral("no column after the first holds numbers (%1)")
+        fail(0, tr("no column after the first holds numbers (%1)")
                     .arg(table.skipped.join(QStringLiteral(", "))));
     return table.columns.size() > 0 && !worst;
 }

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include <QCoreApplication>
+
 #include "host/series/csv_reader.h"
 
 namespace host {
@@ -21,6 +23,7 @@ struct CsvMistake {
 /// Makes a table of the fields of a file, given row by row in file order.
 /// After the first mistake it takes nothing more.
 class CsvBuilder {
+    Q_DECLARE_TR_FUNCTIONS(host::CsvBuilder)
 public:
     /// @p decimalComma: see parseNumber().
     CsvBuilder(const CsvLimits &limits, bool decimalComma);

@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QPainter>
 #include <QVector2D>
 
 #include "host/series/nearest.h"
+#include "host/series/plot_picture.h"
 
 namespace host {
 namespace {
@@ -17,6 +19,14 @@ QSize sizeOf(const GLW *glw)
     return {int(glw->width()), int(glw->height())};
 }
 
+// The pixel of the window at which the rectangle of `glw` begins, as OpenGL places it: the passes
+// cut its lower left corner and its size to whole pixels.
+QPointF topLeftOf(const GLW *glw)
+{
+    const double windowHeight = glw->y() + glw->height() + glw->glY();
+    return {double(int(glw->x())), std::round(windowHeight) - int(glw->glY()) - int(glw->height())};
+}
+
 QRectF fromEdges(double left, double right, const Extent &y)
 {
     return {left, y.max, right - left, y.min - y.max};
@@ -25,7 +35,7 @@ QRectF fromEdges(double left, double right, const Extent &y)
 } // namespace
 
 SeriesPlot::SeriesPlot(std::shared_ptr<const Table> table)
-    : table_(std::move(table)), enabled_(table_->columns.size(), true), frame_(range2D())
+    : table_(std::move(table)), enabled_(table_->columns.size(), true), transform_(range2D())
 {
 }
 
@@ -36,8 +46,11 @@ bool SeriesPlot::enabled(int column) const
 
 void SeriesPlot::toggle(int column)
 {
-    if (column >= 0 && std::size_t(column) < enabled_.size())
-        enabled_[std::size_t(column)] = !enabled_[std::size_t(column)];
+    if (column < 0 || std::size_t(column) >= enabled_.size())
+        return;
+    enabled_[std::size_t(column)] = !enabled_[std::size_t(column)];
+    if (selection_.range)
+        countSelection(*selection_.range);
 }
 
 QRectF SeriesPlot::range2D() const
@@ -54,48 +67,60 @@ QRectF SeriesPlot::range2D() const
                              : fromEdges(table_->x.front(), table_->x.back(), y);
 }
 
-void SeriesPlot::fit(GLW *glw, const QRectF &range)
+PlotLayout SeriesPlot::layout(const GLW *glw) const
 {
-    frame_.fit(glw->viewport, sizeOf(glw), PlotLayout(*table_, sizeOf(glw), titled_).area, range);
+    return {*table_, sizeOf(glw), options_};
 }
 
-void SeriesPlot::fitAll(GLW *glw)
+void SeriesPlot::fit(GLW *glw, const QRectF &range)
 {
-    const QRectF range = widened(range2D());
-    const double air = 0.04 * range.height();
-    fit(glw, range.adjusted(0, -air, 0, air));
+    transform_.fit(glw->viewport, sizeOf(glw), layout(glw).area, range);
 }
 
 QRectF SeriesPlot::visibleRange(const GLW *glw) const
 {
-    const QRectF area = PlotLayout(*table_, sizeOf(glw), titled_).area;
+    const QRectF area = layout(glw).area;
     return {toData(glw, area.topLeft()), toData(glw, area.bottomRight())};
 }
 
 void SeriesPlot::panBy(GLW *glw, const QPointF &pixels)
 {
-    frame_.panBy(glw->viewport, sizeOf(glw), pixels);
+    transform_.panBy(glw->viewport, sizeOf(glw), pixels);
 }
 
 void SeriesPlot::zoomAbout(GLW *glw, const QPointF &local, double factorX, double factorY)
 {
-    frame_.zoomAbout(glw->viewport, sizeOf(glw), local, factorX, factorY);
+    transform_.zoomAbout(glw->viewport, sizeOf(glw), local, factorX, factorY);
 }
 
 QPointF SeriesPlot::toLocal(const GLW *glw, const QPointF &data) const
 {
-    return frame_.toPixel(glw->viewport, sizeOf(glw), data);
+    return transform_.toPixel(glw->viewport, sizeOf(glw), data);
 }
 
 QPointF SeriesPlot::toData(const GLW *glw, const QPointF &local) const
 {
-    return frame_.toData(glw->viewport, sizeOf(glw), local);
+    return transform_.toData(glw->viewport, sizeOf(glw), local);
+}
+
+PlotState SeriesPlot::state(const GLW *glw) const
+{
+    return {visibleRange(glw), enabled_};
+}
+
+void SeriesPlot::restore(GLW *glw, const PlotState &state)
+{
+    for (std::size_t i = 0; i < enabled_.size(); ++i)
+        enabled_[i] = i >= state.enabled.size() || state.enabled[i];
+    if (selection_.range)
+        countSelection(*selection_.range);
+    fit(glw, state.range.width() > 0 ? state.range : range2D());
 }
 
 std::optional<Sample> SeriesPlot::nearest(const GLW *glw, const QPointF &local, double within) const
 {
     const QPointF point = toData(glw, local);
-    const QSizeF scale = frame_.scale(glw->viewport, sizeOf(glw));
+    const QSizeF scale = transform_.scale(glw->viewport, sizeOf(glw));
     std::optional<Sample> sample;
     for (std::size_t i = 0; i < enabled_.size(); ++i) {
         const Column &column = table_->columns[i];
@@ -112,92 +137,96 @@ std::optional<Sample> SeriesPlot::nearest(const GLW *glw, const QPointF &local, 
 QVector3D SeriesPlot::nearestPosition(const GLW *glw, const QVector3D &position) const
 {
     const QSize size = sizeOf(glw);
-    const QPointF pixel = PlotFrame::viewportToPixel(glw->viewport, size, position.toPointF());
+    const QPointF pixel = PlotTransform::viewportToPixel(glw->viewport, size, position.toPointF());
     const auto sample = nearest(glw, pixel);
     if (!sample)
         return position;
     const QPointF found = toLocal(glw, {sample->x, sample->y});
-    return QVector3D(QVector2D(PlotFrame::pixelToViewport(glw->viewport, size, found)),
+    return QVector3D(QVector2D(PlotTransform::pixelToViewport(glw->viewport, size, found)),
                      position.z());
 }
 
-int SeriesPlot::legendHit(const GLW *glw, const QPointF &local) const
+bool SeriesPlot::click(const GLW *glw, const QPointF &local)
 {
-    const PlotLayout layout(*table_, sizeOf(glw), titled_);
-    const auto entry = std::find_if(layout.legend.begin(), layout.legend.end(),
-                                    [&local](const QRectF &r) { return r.contains(local); });
-    return entry == layout.legend.end() ? -1 : int(entry - layout.legend.begin());
+    const PlotLayout now = layout(glw);
+    const bool wasOpen = isListOpen();
+    if (wasOpen) {
+        const ColumnList list(*table_, now, *listRow_);
+        if (list.box.contains(local)) {
+            toggle(list.hit(local));
+            return true;
+        }
+        closeList();
+    }
+    if (now.more.contains(local)) {
+        if (!wasOpen)
+            listRow_ = 0;
+        return true;
+    }
+    const int column = now.legendHit(local);
+    toggle(column);
+    return wasOpen || column >= 0;
 }
 
-template <class Visit> void SeriesPlot::visitSelected(Visit visit) const
+bool SeriesPlot::scrollList(const GLW *glw, const QPointF &local, double steps)
 {
-    if (!selected_)
-        return;
-    const double beyond = std::nextafter(selected_->right(), HUGE_VAL); // the edge counts
-    const auto [first, last] = rowsBetween(*table_, selected_->left(), beyond);
-    for (std::size_t i = 0; i < selectedColumns_.size(); ++i) {
-        const std::vector<double> &values = table_->columns[i].values;
-        for (std::size_t row = first; selectedColumns_[i] && row < last; ++row)
-            if (values[row] >= selected_->top() && values[row] <= selected_->bottom() &&
-                !visit(Sample{int(i), row, table_->x[row], values[row]}))
-                return;
-    }
+    if (!isListOpen())
+        return false;
+    const ColumnList list(*table_, layout(glw), *listRow_);
+    if (!list.box.contains(local))
+        return false;
+    listRow_ = std::clamp(list.firstRow - steps, 0.0, list.lastFirst);
+    return true;
 }
 
 const Selection &SeriesPlot::select(const GLW *glw, const QRectF &local)
 {
     const QRectF pixels = local.normalized();
-    selected_ =
-        QRectF(toData(glw, pixels.topLeft()), toData(glw, pixels.bottomRight())).normalized();
-    selectedColumns_ = enabled_;
-    selection_ = Selection{std::vector<std::size_t>(enabled_.size(), 0), 0};
-    visitSelected([this](const Sample &sample) {
-        ++selection_.counts[std::size_t(sample.column)];
-        ++selection_.total;
-        return true;
-    });
+    countSelection(
+        QRectF(toData(glw, pixels.topLeft()), toData(glw, pixels.bottomRight())).normalized());
     return selection_;
 }
 
-void SeriesPlot::clearSelection()
+void SeriesPlot::countSelection(const QRectF &range)
 {
-    selected_.reset();
-    selectedColumns_.clear();
-    selection_ = {};
+    selection_ = selectSamples(*table_, enabled_, range);
 }
 
-std::vector<Sample> SeriesPlot::selectedSamples(std::size_t most) const
+PlotPicture SeriesPlot::picture(const GLW *glw) const
 {
-    std::vector<Sample> samples;
-    visitSelected([&](const Sample &sample) {
-        if (samples.size() < most)
-            samples.push_back(sample);
-        return samples.size() < most;
-    });
-    return samples;
-}
-
-QRectF SeriesPlot::selectedPixels(const GLW *glw) const
-{
-    return QRectF(toLocal(glw, selected_->topLeft()), toLocal(glw, selected_->bottomRight()))
-        .normalized();
-}
-
-SeriesPlot::Picture SeriesPlot::picture(const GLW *glw) const
-{
-    Picture picture{sizeOf(glw),
-                    PlotLayout(*table_, sizeOf(glw), titled_),
-                    visibleRange(glw).normalized(),
-                    {},
-                    {}};
-    const QRectF &area = picture.layout.area;
+    PlotPicture picture{
+        *table_,     enabled_,    selection_, transform_, glw->viewport,
+        sizeOf(glw), layout(glw), theme_,     filled_,    visibleRange(glw).normalized(),
+        crosshair_,  {}};
+    const PlotLayout &layout = picture.layout;
     const QRectF &range = picture.range;
-    const bool small = picture.layout.small;
-    picture.xTicks = table_->xIsTime
-                         ? timeTicks(range.left(), range.right(), area.width(), small ? 64 : 88)
-                         : numberTicks(range.left(), range.right(), area.width(), small ? 56 : 80);
-    picture.yTicks = numberTicks(range.top(), range.bottom(), area.height(), small ? 30 : 44);
+    const double xSpacing = (table_->xIsTime ? layout.small ? 64 : 88
+                             : layout.small  ? 56
+                                             : 80) *
+                            layout.scale;
+    const auto ticks = table_->xIsTime ? timeTicks : numberTicks;
+    picture.xTicks = ticks(range.left(), range.right(), layout.area.width(), xSpacing);
+    picture.yTicks = numberTicks(range.top(), range.bottom(), layout.area.height(),
+                                 (layout.small ? 30 : 44) * layout.scale);
+    if (listRow_ && layout.axes)
+        picture.list.emplace(*table_, layout, *listRow_);
     return picture;
+}
+
+void SeriesPlot::draw2D(GLW *glw) const
+{
+    if (!sizeOf(glw).isEmpty())
+        drawPlot(picture(glw));
+}
+
+void SeriesPlot::paintForeground(GLW *glw, QPainter *painter) const
+{
+    if (sizeOf(glw).isEmpty())
+        return;
+    painter->save();
+    painter->translate(topLeftOf(glw));
+    paintPlot(picture(glw), *painter);
+    painter->restore();
 }
 
 } // namespace host

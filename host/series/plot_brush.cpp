@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "host/series/plot_frame.h"
+#include "host/series/plot_transform.h"
 
 namespace host {
 namespace {
@@ -15,7 +15,7 @@ constexpr double pi = 3.14159265358979;
 
 void PlotVertices::add(const QPointF &pixel) const
 {
-    const QPointF point = PlotFrame::pixelToViewport(viewport_, size_, pixel);
+    const QPointF point = PlotTransform::pixelToViewport(viewport_, size_, pixel);
     glVertex2d(point.x(), point.y());
 }
 
@@ -31,8 +31,8 @@ void PlotVertices::drawRectangle(const QRectF &pixels) const
 
 void PlotVertices::clipTo(const QRectF &pixels) const
 {
-    const QPointF a = PlotFrame::pixelToViewport(viewport_, size_, pixels.topLeft());
-    const QPointF b = PlotFrame::pixelToViewport(viewport_, size_, pixels.bottomRight());
+    const QPointF a = PlotTransform::pixelToViewport(viewport_, size_, pixels.topLeft());
+    const QPointF b = PlotTransform::pixelToViewport(viewport_, size_, pixels.bottomRight());
     const double planes[4][4] = {{1, 0, 0, -std::min(a.x(), b.x())},
                                  {-1, 0, 0, std::max(a.x(), b.x())},
                                  {0, 1, 0, -std::min(a.y(), b.y())},
@@ -43,14 +43,15 @@ void PlotVertices::clipTo(const QRectF &pixels) const
     }
 }
 
-PlotBrush::PlotBrush(const PlotVertices &vertices, const QColor &color, Qt::PenStyle pen,
-                     double width, double soft)
+PlotBrush::PlotBrush(const PlotVertices &vertices, const SeriesStyle &style, double width,
+                     double soft, double scale)
     : vertices_(vertices),
-      color_(color),
-      on_(pen == Qt::DashLine  ? 9
-          : pen == Qt::DotLine ? 2
-                               : 0),
-      off_(pen == Qt::DashLine ? 5 : 3),
+      color_(style.color),
+      on_((style.pen == Qt::DashLine  ? 9
+           : style.pen == Qt::DotLine ? 2
+                                      : 0) *
+          scale),
+      off_((style.pen == Qt::DashLine ? 5 : 3) * scale),
       core_(std::max(0.0, (width - soft) / 2)),
       edge_((width + soft) / 2)
 {

@@ -6,10 +6,10 @@
 #include <QPointF>
 #include <QRectF>
 #include <QSize>
-#include <Qt>
 #include <QtNumeric>
 
 #include "GL/camera.h"
+#include "host/series/palette.h"
 
 namespace host {
 
@@ -33,10 +33,10 @@ private:
 /// they do in dense series. Widths are pixels.
 class PlotBrush {
 public:
-    /// @p soft is the width of the edge's fading, one pixel of the target. Expects blending to be
-    /// on and smoothing of polygons off.
-    PlotBrush(const PlotVertices &vertices, const QColor &color, Qt::PenStyle pen, double width,
-              double soft);
+    /// @p soft is the width of the edge's fading, one pixel of the target; dashes are @p scale
+    /// times as long as usual. Expects blending to be on and smoothing of polygons off.
+    PlotBrush(const PlotVertices &vertices, const SeriesStyle &style, double width, double soft,
+              double scale);
 
     /// Goes from @p a to @p b. A segment that begins where the last one ended is joined to it.
     void segment(const QPointF &a, const QPointF &b);

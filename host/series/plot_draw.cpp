@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The OpenGL half of a plot.
-#include "host/series/plot.h"
+#include "host/series/plot_picture.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,6 +8,7 @@
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 
+#include "host/series/decimate.h"
 #include "host/series/line_clip.h"
 #include "host/series/plot_brush.h"
 
@@ -33,96 +34,69 @@ void setState()
         GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
 }
 
-} // namespace
+/// What the drawing functions share. Pixels are local.
+struct Canvas {
+    const PlotPicture &picture;
+    const PlotVertices &vertices;
+    double detail; // device pixels per pixel
 
-void SeriesPlot::draw2D(GLW *glw) const
-{
-    const Picture now = picture(glw);
-    if (now.size.isEmpty())
-        return;
-    GLint target[4];
-    glGetIntegerv(GL_VIEWPORT, target);
-    const PlotVertices vertices(glw->viewport, now.size);
-    const Canvas canvas{glw, now, vertices, std::max(1.0, double(target[2]) / now.size.width())};
-    glPushAttrib(GL_COLOR_BUFFER_BIT | GL_CURRENT_BIT | GL_ENABLE_BIT | GL_LIGHTING_BIT |
-                 GL_LINE_BIT | GL_POLYGON_BIT | GL_TRANSFORM_BIT);
-    setState();
-    drawBackground(canvas);
-    drawGrid(canvas);
-    vertices.clipTo(now.layout.area);
-    drawColumns(canvas, enabled_, now.layout.small ? 1.2 : 1.6);
-    drawSelection(canvas);
-    glPopAttrib();
-}
+    PlotColors colors() const { return plotColors(picture.theme); }
+    double scale() const { return picture.layout.scale; }
+    /// The area, and around it what a line that ends outside may still colour.
+    QRectF nearArea() const
+    {
+        const double most = 8 * scale();
+        return picture.layout.area.adjusted(-most, -most, most, most);
+    }
+};
 
-void SeriesPlot::drawBackground(const Canvas &canvas) const
+void drawBackground(const Canvas &canvas)
 {
-    if (!filled_)
+    if (!canvas.picture.filled)
         return;
-    setColor(plotColors(theme_).background);
+    setColor(canvas.colors().background);
     canvas.vertices.drawRectangle(QRectF(QPointF(0, 0), canvas.picture.size));
 }
 
-void SeriesPlot::drawGrid(const Canvas &canvas) const
+void drawGrid(const Canvas &canvas)
 {
     if (!canvas.picture.layout.axes)
         return;
     const QRectF &area = canvas.picture.layout.area;
     const auto crisp = [](double pixel) { return std::floor(pixel) + 0.5; };
-    glLineWidth(float(canvas.detail));
-    setColor(plotColors(theme_).grid);
+    glLineWidth(float(canvas.detail * canvas.scale()));
+    setColor(canvas.colors().grid);
     const auto addSegment = [&canvas](const QPointF &a, const QPointF &b) {
         canvas.vertices.add(a);
         canvas.vertices.add(b);
     };
     glBegin(GL_LINES);
     for (const Tick &tick : canvas.picture.xTicks) {
-        const double x = crisp(toLocal(canvas.glw, {tick.value, 0}).x());
+        const double x = crisp(canvas.picture.toLocal({tick.value, 0}).x());
         addSegment({x, area.top()}, {x, area.bottom()});
     }
     for (const Tick &tick : canvas.picture.yTicks) {
-        const double y = crisp(toLocal(canvas.glw, {0, tick.value}).y());
+        const double y = crisp(canvas.picture.toLocal({0, tick.value}).y());
         addSegment({area.left(), y}, {area.right(), y});
     }
-    setColor(plotColors(theme_).axis);
+    setColor(canvas.colors().axis);
     const double bottom = crisp(area.bottom());
     addSegment({area.left(), bottom}, {area.right(), bottom});
     glEnd();
 }
 
-void SeriesPlot::drawColumns(const Canvas &canvas, const std::vector<bool> &shown,
-                             double width) const
+void drawLine(const Canvas &canvas, const Polyline &line, PlotBrush &brush)
 {
-    const QRectF &range = canvas.picture.range;
-    const QSizeF scale = frame_.scale(canvas.glw->viewport, canvas.picture.size);
-    const int columns = int(std::ceil(canvas.picture.layout.area.width() * canvas.detail));
-    for (std::size_t i = 0; i < enabled_.size(); ++i) {
-        if (!enabled_[i] || !shown[i])
-            continue;
-        const SeriesStyle style = seriesStyle(int(i), theme_);
-        const Polyline line =
-            decimate(*table_, table_->columns[i], range.left(), range.right(), columns);
-        PlotBrush brush(canvas.vertices, style.color, style.pen, width, 1 / canvas.detail);
-        drawLine(canvas, line, brush);
-        const double pixelsPerPoint =
-            range.width() * scale.width() / double(line.points.size() + 1);
-        if (pixelsPerPoint > 8)
-            drawDots(canvas, line, brush, width * 1.5);
-    }
-}
-
-void SeriesPlot::drawLine(const Canvas &canvas, const Polyline &line, PlotBrush &brush) const
-{
-    const QRectF near = canvas.picture.layout.area.adjusted(-8, -8, 8, 8);
+    const QRectF near = canvas.nearArea();
     const double shortest = 0.2 / canvas.detail; // pixels; what is shorter adds nothing
     for (std::size_t strip = 0; strip < line.strips(); ++strip) {
         const std::size_t first = line.starts[strip];
         const std::size_t last = line.end(strip);
-        QPointF from = toLocal(canvas.glw, line.points[first]);
+        QPointF from = canvas.picture.toLocal(line.points[first]);
         if (last - first == 1 && near.contains(from))
-            brush.dot(from, 1.5); // a line of one point would not be seen
+            brush.dot(from, 1.5 * canvas.scale()); // a line of one point would not be seen
         for (std::size_t i = first + 1; i < last; ++i) {
-            const QPointF to = toLocal(canvas.glw, line.points[i]);
+            const QPointF to = canvas.picture.toLocal(line.points[i]);
             if (i + 1 < last && (to - from).manhattanLength() < shortest)
                 continue;
             QPointF a = from;
@@ -134,36 +108,55 @@ void SeriesPlot::drawLine(const Canvas &canvas, const Polyline &line, PlotBrush 
     }
 }
 
-void SeriesPlot::drawDots(const Canvas &canvas, const Polyline &line, const PlotBrush &brush,
-                          double radius) const
+void drawDots(const Canvas &canvas, const Polyline &line, const PlotBrush &brush, double radius)
 {
-    const QRectF near = canvas.picture.layout.area.adjusted(-8, -8, 8, 8);
+    const QRectF near = canvas.nearArea();
     for (const QPointF &point : line.points) {
-        const QPointF pixel = toLocal(canvas.glw, point);
+        const QPointF pixel = canvas.picture.toLocal(point);
         if (near.contains(pixel))
             brush.dot(pixel, radius);
     }
 }
 
-// Veils the area and draws the selected columns again, thicker, in the rectangle alone.
-void SeriesPlot::drawSelection(const Canvas &canvas) const
+void drawColumns(const Canvas &canvas, double width)
 {
-    if (!selected_)
+    const PlotPicture &picture = canvas.picture;
+    const QRectF &range = picture.range;
+    const QSizeF scale = picture.transform.scale(picture.viewport, picture.size);
+    const int columns = int(std::ceil(picture.layout.area.width() * canvas.detail));
+    for (std::size_t i = 0; i < picture.enabled.size(); ++i) {
+        if (!picture.enabled[i])
+            continue;
+        const Polyline line =
+            decimate(picture.table, picture.table.columns[i], range.left(), range.right(), columns);
+        PlotBrush brush(canvas.vertices, seriesStyle(int(i), picture.theme), width,
+                        1 / canvas.detail, canvas.scale());
+        drawLine(canvas, line, brush);
+        const double pixelsPerPoint =
+            range.width() * scale.width() / double(line.points.size() + 1);
+        if (pixelsPerPoint > 8 * canvas.scale())
+            drawDots(canvas, line, brush, width * 1.5);
+    }
+}
+
+// Veils the area and draws the columns again, thicker, in the rectangle alone.
+void drawSelection(const Canvas &canvas)
+{
+    if (!canvas.picture.selection.range)
         return;
-    const QRectF pixels = selectedPixels(canvas.glw);
-    const QRectF shown = pixels & canvas.picture.layout.area;
+    const QRectF shown = canvas.picture.selectedPixels() & canvas.picture.layout.area;
     if (shown.isEmpty())
         return;
-    const PlotColors colors = plotColors(theme_);
-    if (filled_) {
+    const PlotColors colors = canvas.colors();
+    if (canvas.picture.filled) {
         setColor(colors.background, 0.6);
         canvas.vertices.drawRectangle(canvas.picture.layout.area);
     }
     canvas.vertices.clipTo(shown);
     setColor(colors.text, 0.06);
     canvas.vertices.drawRectangle(shown);
-    drawColumns(canvas, selectedColumns_, canvas.picture.layout.small ? 2 : 2.6);
-    glLineWidth(float(canvas.detail));
+    drawColumns(canvas, (canvas.picture.layout.small ? 2 : 2.6) * canvas.scale());
+    glLineWidth(float(canvas.detail * canvas.scale()));
     setColor(colors.text, 0.6);
     const QRectF edge = shown.adjusted(0.5, 0.5, -0.5, -0.5);
     glBegin(GL_LINE_LOOP);
@@ -171,6 +164,25 @@ void SeriesPlot::drawSelection(const Canvas &canvas) const
          {edge.topLeft(), edge.topRight(), edge.bottomRight(), edge.bottomLeft()})
         canvas.vertices.add(corner);
     glEnd();
+}
+
+} // namespace
+
+void drawPlot(const PlotPicture &picture)
+{
+    GLint target[4];
+    glGetIntegerv(GL_VIEWPORT, target);
+    const PlotVertices vertices(picture.viewport, picture.size);
+    const Canvas canvas{picture, vertices, std::max(1.0, double(target[2]) / picture.size.width())};
+    glPushAttrib(GL_COLOR_BUFFER_BIT | GL_CURRENT_BIT | GL_ENABLE_BIT | GL_LIGHTING_BIT |
+                 GL_LINE_BIT | GL_POLYGON_BIT | GL_TRANSFORM_BIT);
+    setState();
+    drawBackground(canvas);
+    drawGrid(canvas);
+    vertices.clipTo(picture.layout.area);
+    drawColumns(canvas, (picture.layout.small ? 1.2 : 1.6) * canvas.scale());
+    drawSelection(canvas);
+    glPopAttrib();
 }
 
 } // namespace host

@@ -9,53 +9,65 @@ namespace host {
 namespace {
 
 constexpr double entryGap = 10;
-constexpr double swatchGap = 5;
 
-QFont fontOf(int pixels, bool bold)
+QFont fontOf(double pixels, bool bold)
 {
     QFont font;
-    font.setPixelSize(pixels);
+    font.setPixelSize(std::max(1, int(pixels)));
     font.setBold(bold);
     return font;
 }
 
 } // namespace
 
-PlotLayout::PlotLayout(const Table &table, QSize size, bool titled)
-    : small(size.width() < 360 || size.height() < 240),
-      axes(size.width() >= 120 && size.height() >= 90),
-      font(fontOf(small ? 11 : 12, false)),
-      titleFont(fontOf(small ? 11 : 13, true))
+PlotLayout::PlotLayout(const Table &table, QSize size, const PlotOptions &options)
+    : scale(options.scale),
+      free(QRectF(QPointF(0, 0), size).marginsRemoved(options.insets)),
+      small(free.width() < 360 * scale || free.height() < 240 * scale),
+      axes(free.width() >= 120 * scale && free.height() >= 90 * scale),
+      font(fontOf((small ? 11 : 12) * scale, false)),
+      titleFont(fontOf((small ? 11 : 13) * scale, true))
 {
-    const double width = std::max(1, size.width());
-    const double height = std::max(1, size.height());
+    free.setSize(free.size().expandedTo({1, 1}));
     legend.resize(table.columns.size());
     if (!axes) {
-        area = QRectF(0, 0, width, height);
+        area = free;
         return;
     }
     const double line = QFontMetricsF(font).height();
-    const double left = small ? 48 : 64;
-    const double right = width - (small ? 10 : 20);
-    const double top = small ? 4 : 10;
-    title = QRectF(left, top, right - left, titled ? QFontMetricsF(titleFont).height() : 0);
-    const double legendEnd = placeLegend(table, left, right, title.bottom() + 2, small ? 1 : 3);
-    area = QRectF(QPointF(left, legendEnd + 8), QPointF(right, height - 2 * line - 12));
+    const double left = free.left() + (small ? 48 : 64) * scale;
+    const double right = free.right() - (small ? 10 : 20) * scale;
+    const double top = free.top() + (small ? 4 : 10) * scale;
+    const double titleHeight = options.titled ? QFontMetricsF(titleFont).height() : 0;
+    title = QRectF(left, top, right - left, titleHeight);
+    const double legendEnd =
+        placeLegend(table, left, right, title.bottom() + 2 * scale, small ? 1 : 3);
+    area = QRectF(QPointF(left, legendEnd + 8 * scale),
+                  QPointF(right, free.bottom() - 2 * line - 12 * scale));
+}
+
+int PlotLayout::legendHit(const QPointF &local) const
+{
+    const auto entry = std::find_if(legend.begin(), legend.end(),
+                                    [&local](const QRectF &r) { return r.contains(local); });
+    return entry == legend.end() ? -1 : int(entry - legend.begin());
 }
 
 // Places the entries from left to right on at most `rows` rows; gives the lower edge of the last.
 double PlotLayout::placeLegend(const Table &table, double left, double right, double top, int rows)
 {
     const QFontMetricsF metrics(font);
-    const double rowHeight = metrics.height() + 4;
+    const double rowHeight = metrics.height() + 4 * scale;
+    const double gap = entryGap * scale;
     const double moreWidth = metrics.horizontalAdvance(QStringLiteral("+256 more"));
     double x = left;
     int row = 0;
     for (std::size_t i = 0; i < legend.size(); ++i) {
-        const double width = swatch + swatchGap + metrics.horizontalAdvance(table.columns[i].name);
+        const double width =
+            (swatch + swatchGap) * scale + metrics.horizontalAdvance(table.columns[i].name);
         const bool lastOfAll = i + 1 == legend.size();
         const auto limit = [&] {
-            return row + 1 == rows && !lastOfAll ? right - moreWidth - entryGap : right;
+            return row + 1 == rows && !lastOfAll ? right - moreWidth - gap : right;
         };
         if (x > left && x + width > limit()) {
             if (row + 1 == rows) {
@@ -67,7 +79,7 @@ double PlotLayout::placeLegend(const Table &table, double left, double right, do
             x = left;
         }
         legend[i] = QRectF(x, top + row * rowHeight, std::min(width, limit() - x), rowHeight);
-        x += width + entryGap;
+        x += width + gap;
     }
     return top + (row + 1) * rowHeight;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The texts of a plot, and what is drawn over its lines.
-#include "host/series/plot.h"
+#include "host/series/plot_picture.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,191 +8,93 @@
 #include <QFontMetricsF>
 #include <QPainter>
 
+#include "host/series/plot.h"
+#include "host/series/text_box.h"
+
 namespace host {
 namespace {
-
-constexpr double boxPadding = 6;
-
-// The pixel of the window at which the rectangle of `glw` begins, as OpenGL places it: the passes
-// cut its lower left corner and its size to whole pixels.
-QPointF topLeftOf(const GLW *glw)
-{
-    const double windowHeight = glw->y() + glw->height() + glw->glY();
-    return {double(int(glw->x())), std::round(windowHeight) - int(glw->glY()) - int(glw->height())};
-}
-
-QColor faded(QColor color, double alpha)
-{
-    color.setAlphaF(alpha);
-    return color;
-}
-
-QPen penOf(const SeriesStyle &style)
-{
-    QPen pen(style.color, 2, style.pen);
-    pen.setCapStyle(Qt::FlatCap);
-    return pen;
-}
 
 QString numberText(double value)
 {
     return QString::number(value, 'g', 10);
 }
 
-/// A line of text with the style of the column it speaks of.
-struct BoxLine {
-    QString text;
-    std::optional<SeriesStyle> style;
-    bool bold = false;
-};
-
-QFont bolder(QFont font, bool bold)
-{
-    font.setBold(bold);
-    return font;
-}
-
-QSizeF boxSize(const std::vector<BoxLine> &lines, const QFont &font)
-{
-    double width = 0;
-    for (const BoxLine &line : lines)
-        width =
-            std::max(width, QFontMetricsF(bolder(font, line.bold)).horizontalAdvance(line.text));
-    return {width + 2 * boxPadding + PlotLayout::swatch,
-            double(lines.size()) * QFontMetricsF(font).height() + 2 * boxPadding};
-}
-
-void paintBox(QPainter &painter, const QRectF &box, const std::vector<BoxLine> &lines,
-              const QFont &font, const PlotColors &colors)
-{
-    painter.setPen(QPen(colors.axis, 1));
-    painter.setBrush(faded(colors.background, 0.92));
-    painter.drawRoundedRect(box.translated(0.5, 0.5), 3, 3);
-    const double height = QFontMetricsF(font).height();
-    double y = box.top() + boxPadding;
-    for (const BoxLine &line : lines) {
-        double x = box.left() + boxPadding;
-        if (line.style) {
-            painter.setPen(penOf(*line.style));
-            painter.drawLine(QPointF(x, y + height / 2), QPointF(x + 12, y + height / 2));
-        }
-        x += line.style ? PlotLayout::swatch : 0;
-        painter.setFont(bolder(font, line.bold));
-        painter.setPen(colors.text);
-        painter.drawText(QRectF(x, y, box.right() - x, height), Qt::AlignLeft | Qt::AlignVCenter,
-                         line.text);
-        y += height;
-    }
-}
-
-// Beside `point`, on the side where there is room in `area`.
-QRectF placeBox(const QPointF &point, const QSizeF &size, const QRectF &area)
-{
-    const double gap = 12;
-    QRectF box(point + QPointF(gap, -gap - size.height()), size);
-    if (box.right() > area.right())
-        box.moveRight(point.x() - gap);
-    box.moveLeft(std::max(box.left(), area.left()));
-    if (box.top() < area.top())
-        box.moveTop(std::min(point.y() + gap, area.bottom() - size.height()));
-    return {QPointF(std::round(box.x()), std::round(box.y())), box.size()};
-}
-
-} // namespace
-
-void SeriesPlot::paintForeground(GLW *glw, QPainter *painter) const
-{
-    const Picture now = picture(glw);
-    if (now.size.isEmpty())
-        return;
-    painter->save();
-    painter->translate(topLeftOf(glw));
-    painter->setClipRect(QRectF(QPointF(0, 0), now.size), Qt::IntersectClip);
-    painter->setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
-    painter->setFont(now.layout.font);
-    if (now.layout.axes) {
-        paintTitle(*painter, now);
-        paintLegend(*painter, now);
-        paintXAxis(*painter, now, glw);
-        paintYAxis(*painter, now, glw);
-    }
-    paintCrosshair(*painter, now, glw);
-    paintSelection(*painter, now);
-    painter->restore();
-}
-
-void SeriesPlot::paintTitle(QPainter &painter, const Picture &picture) const
+void paintTitle(QPainter &painter, const PlotPicture &picture)
 {
     const QRectF &place = picture.layout.title;
     if (place.isEmpty())
         return;
     painter.setFont(picture.layout.titleFont);
-    painter.setPen(plotColors(theme_).text);
+    painter.setPen(plotColors(picture.theme).text);
     painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter,
                      QFontMetricsF(picture.layout.titleFont)
-                         .elidedText(table_->name, Qt::ElideMiddle, place.width()));
+                         .elidedText(picture.table.name, Qt::ElideMiddle, place.width()));
 }
 
-void SeriesPlot::paintLegend(QPainter &painter, const Picture &picture) const
+void paintLegend(QPainter &painter, const PlotPicture &picture)
 {
     const PlotLayout &layout = picture.layout;
     const QFontMetricsF metrics(layout.font);
-    const PlotColors colors = plotColors(theme_);
+    const PlotColors colors = plotColors(picture.theme);
+    const double swatch = PlotLayout::swatch * layout.scale;
     painter.setFont(layout.font);
     for (std::size_t i = 0; i < layout.legend.size() && !layout.legend[i].isNull(); ++i) {
         const QRectF &place = layout.legend[i];
         const double middle = std::floor(place.center().y());
-        SeriesStyle style = seriesStyle(int(i), theme_);
-        style.color = enabled_[i] ? style.color : colors.axis;
-        painter.setPen(penOf(style));
-        if (enabled_[i])
-            painter.drawLine(QPointF(place.left(), middle),
-                             QPointF(place.left() + PlotLayout::swatch, middle));
-        painter.setPen(enabled_[i] ? colors.text : colors.axis);
-        const QRectF text = place.adjusted(PlotLayout::swatch + 5, 0, 2, 0);
-        painter.drawText(text, Qt::AlignLeft | Qt::AlignVCenter,
-                         metrics.elidedText(table_->columns[i].name, Qt::ElideRight, text.width()));
+        SeriesStyle style = seriesStyle(int(i), picture.theme);
+        style.color = picture.enabled[i] ? style.color : colors.axis;
+        painter.setPen(penOf(style, layout.scale));
+        if (picture.enabled[i])
+            painter.drawLine(QPointF(place.left(), middle), QPointF(place.left() + swatch, middle));
+        painter.setPen(picture.enabled[i] ? colors.text : colors.axis);
+        const QRectF text = place.adjusted(swatch + PlotLayout::swatchGap * layout.scale, 0, 2, 0);
+        painter.drawText(
+            text, Qt::AlignLeft | Qt::AlignVCenter,
+            metrics.elidedText(picture.table.columns[i].name, Qt::ElideRight, text.width()));
     }
     painter.setPen(colors.axis);
     if (layout.leftOut > 0)
         painter.drawText(layout.more, Qt::AlignLeft | Qt::AlignVCenter,
-                         QStringLiteral("+%1 more").arg(layout.leftOut));
+                         SeriesPlot::tr("+%1 more").arg(layout.leftOut));
 }
 
-void SeriesPlot::paintXAxis(QPainter &painter, const Picture &picture, const GLW *glw) const
+void paintXAxis(QPainter &painter, const PlotPicture &picture)
 {
     const QRectF &area = picture.layout.area;
     const QFontMetricsF metrics(picture.layout.font);
     const double line = metrics.height();
-    const PlotColors colors = plotColors(theme_);
-    double free = area.left(); // where the lower row has room
+    const PlotColors colors = plotColors(picture.theme);
+    const double scale = picture.layout.scale;
+    const double right = picture.layout.free.right();
+    double free = picture.layout.free.left(); // where the lower row has room
     painter.setFont(picture.layout.font);
     painter.setPen(colors.text);
     for (const Tick &tick : picture.xTicks) {
-        const double x = toLocal(glw, {tick.value, 0}).x();
-        QRectF place(x - 100, area.bottom() + 5, 200, line);
-        if (x + metrics.horizontalAdvance(tick.label) / 2 <= picture.size.width())
+        const double x = picture.toLocal({tick.value, 0}).x();
+        QRectF place(x - 100 * scale, area.bottom() + 5 * scale, 200 * scale, line);
+        if (x + metrics.horizontalAdvance(tick.label) / 2 <= right)
             painter.drawText(place, Qt::AlignCenter, tick.label);
         place.translate(0, line);
         const double half = metrics.horizontalAdvance(tick.context) / 2;
-        if (tick.context.isEmpty() || x - half < free - area.left() ||
-            x + half > picture.size.width())
+        if (tick.context.isEmpty() || x - half < free || x + half > right)
             continue;
         painter.drawText(place, Qt::AlignCenter, tick.context);
-        free = x + half + 12;
+        free = x + half + 12 * scale;
     }
+    free = std::max(free, area.left());
     const double room = area.right() - free;
     if (room < metrics.averageCharWidth() * 4)
         return;
     painter.setPen(colors.axis);
-    painter.drawText(QRectF(free, area.bottom() + 5 + line, room, line), Qt::AlignRight,
-                     metrics.elidedText(table_->xName, Qt::ElideRight, room));
+    painter.drawText(QRectF(free, area.bottom() + 5 * scale + line, room, line), Qt::AlignRight,
+                     metrics.elidedText(picture.table.xName, Qt::ElideRight, room));
 }
 
-void SeriesPlot::paintYAxis(QPainter &painter, const Picture &picture, const GLW *glw) const
+void paintYAxis(QPainter &painter, const PlotPicture &picture)
 {
     const QRectF &area = picture.layout.area;
-    const double room = area.left() - 8;
+    const double left = picture.layout.free.left();
+    const double room = area.left() - left - 8 * picture.layout.scale;
     double widest = 0;
     for (const Tick &tick : picture.yTicks)
         widest = std::max(widest, QFontMetricsF(picture.layout.font).horizontalAdvance(tick.label));
@@ -200,65 +102,93 @@ void SeriesPlot::paintYAxis(QPainter &painter, const Picture &picture, const GLW
     if (widest > room) // digits that do not fit would mislead
         font.setPixelSize(std::max(6, int(font.pixelSize() * room / widest)));
     painter.setFont(font);
-    painter.setPen(plotColors(theme_).text);
+    painter.setPen(plotColors(picture.theme).text);
     for (const Tick &tick : picture.yTicks) {
-        const double y = toLocal(glw, {0, tick.value}).y();
-        painter.drawText(QRectF(0, y - 10, room, 20), Qt::AlignRight | Qt::AlignVCenter,
-                         tick.label);
+        const double y = picture.toLocal({0, tick.value}).y();
+        painter.drawText(
+            QRectF(left, y - 10 * picture.layout.scale, room, 20 * picture.layout.scale),
+            Qt::AlignRight | Qt::AlignVCenter, tick.label);
     }
 }
 
-void SeriesPlot::paintCrosshair(QPainter &painter, const Picture &picture, const GLW *glw) const
+void paintCrosshair(QPainter &painter, const PlotPicture &picture)
 {
-    if (!crosshair_ || !enabled(crosshair_->column) || crosshair_->row >= table_->rows())
+    if (!picture.crosshair || picture.crosshair->row >= picture.table.rows() ||
+        !picture.enabled[std::size_t(picture.crosshair->column)])
         return;
+    const Sample &mark = *picture.crosshair;
+    const double scale = picture.layout.scale;
     const QRectF &area = picture.layout.area;
-    const QPointF point = toLocal(glw, {crosshair_->x, crosshair_->y});
+    const QPointF point = picture.toLocal({mark.x, mark.y});
     if (!area.contains(point))
         return;
-    const PlotColors colors = plotColors(theme_);
+    const PlotColors colors = plotColors(picture.theme);
     const QPointF crisp(std::floor(point.x()) + 0.5, std::floor(point.y()) + 0.5);
     painter.setPen(QPen(faded(colors.text, 0.5), 1));
     painter.drawLine(QPointF(crisp.x(), area.top()), QPointF(crisp.x(), area.bottom()));
     painter.drawLine(QPointF(area.left(), crisp.y()), QPointF(area.right(), crisp.y()));
-    painter.setPen(QPen(colors.background, 1.5));
-    painter.setBrush(seriesStyle(crosshair_->column, theme_).color);
-    painter.drawEllipse(point, 5, 5);
+    painter.setPen(QPen(colors.background, 1.5 * scale));
+    painter.setBrush(seriesStyle(mark.column, picture.theme).color);
+    painter.drawEllipse(point, 5 * scale, 5 * scale);
 
-    std::vector<BoxLine> lines{{table_->xIsTime ? timeText(crosshair_->x)
-                                                : table_->xName + ' ' + numberText(crosshair_->x),
-                                {}}};
+    std::vector<BoxLine> lines{
+        {picture.table.xIsTime ? timeText(mark.x) : picture.table.xName + ' ' + numberText(mark.x),
+         {}}};
     const int most = picture.layout.small ? 1 : 8; // values beside the one that is marked
-    for (int i = 0; i < int(enabled_.size()); ++i) {
-        const Column &column = table_->columns[std::size_t(i)];
-        const double value = column.values[crosshair_->row];
-        const bool marked = i == crosshair_->column;
-        if (marked || (enabled(i) && !std::isnan(value) && int(lines.size()) < most))
+    for (int i = 0; i < int(picture.enabled.size()); ++i) {
+        const Column &column = picture.table.columns[std::size_t(i)];
+        const double value = column.values[mark.row];
+        const bool marked = i == mark.column;
+        if (marked ||
+            (picture.enabled[std::size_t(i)] && !std::isnan(value) && int(lines.size()) < most))
             lines.push_back(
-                {column.name + "  " + numberText(value), seriesStyle(i, theme_), marked});
+                {column.name + "  " + numberText(value), seriesStyle(i, picture.theme), marked});
     }
-    paintBox(painter, placeBox(point, boxSize(lines, picture.layout.font), area), lines,
-             picture.layout.font, colors);
+    const QFont &font = picture.layout.font;
+    paintBox(painter, placeBox(point, boxSize(lines, font, scale), area, scale), lines, font,
+             colors, scale);
 }
 
-void SeriesPlot::paintSelection(QPainter &painter, const Picture &picture) const
+void paintSelection(QPainter &painter, const PlotPicture &picture)
 {
-    if (!selected_)
+    if (!picture.selection.range)
         return;
-    std::vector<BoxLine> lines{{selection_.total == 1
-                                    ? QStringLiteral("1 sample selected")
-                                    : QStringLiteral("%1 samples selected").arg(selection_.total),
-                                {},
-                                true}};
-    for (std::size_t i = 0; i < selection_.counts.size() && lines.size() < 9; ++i)
-        if (selection_.counts[i] > 0 && !picture.layout.small)
-            lines.push_back(
-                {QStringLiteral("%1  %2").arg(table_->columns[i].name).arg(selection_.counts[i]),
-                 seriesStyle(int(i), theme_)});
+    std::vector<BoxLine> lines{
+        {picture.selection.total == 1
+             ? SeriesPlot::tr("1 sample selected")
+             : SeriesPlot::tr("%1 samples selected").arg(picture.selection.total),
+         {},
+         true}};
+    for (std::size_t i = 0; i < picture.selection.counts.size() && lines.size() < 9; ++i)
+        if (picture.selection.counts[i] > 0 && !picture.layout.small)
+            lines.push_back({QStringLiteral("%1  %2")
+                                 .arg(picture.table.columns[i].name)
+                                 .arg(picture.selection.counts[i]),
+                             seriesStyle(int(i), picture.theme)});
     const QRectF &area = picture.layout.area;
-    const QSizeF size = boxSize(lines, picture.layout.font);
-    paintBox(painter, QRectF(QPointF(area.left() + 8, area.top() + 8), size), lines,
-             picture.layout.font, plotColors(theme_));
+    const double scale = picture.layout.scale;
+    const QPointF corner(area.left() + 8 * scale, area.top() + 8 * scale);
+    paintBox(painter, QRectF(corner, boxSize(lines, picture.layout.font, scale)), lines,
+             picture.layout.font, plotColors(picture.theme), scale);
+}
+
+} // namespace
+
+void paintPlot(const PlotPicture &picture, QPainter &painter)
+{
+    painter.setClipRect(QRectF(QPointF(0, 0), picture.size), Qt::IntersectClip);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    painter.setFont(picture.layout.font);
+    if (picture.layout.axes) {
+        paintTitle(painter, picture);
+        paintLegend(painter, picture);
+        paintXAxis(painter, picture);
+        paintYAxis(painter, picture);
+    }
+    paintCrosshair(painter, picture);
+    paintSelection(painter, picture);
+    if (picture.list)
+        picture.list->paint(painter, picture.table, picture.enabled, picture.theme);
 }
 
 } // namespace host

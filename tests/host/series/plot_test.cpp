@@ -211,10 +211,10 @@ TEST(PlotTest, NearestSampleIsThatOfTheEnabledColumns)
         EXPECT_FALSE(plot.nearest(&object, pointer, closest - 1e-3));
         // The same in viewport coordinates, as the module asks for it.
         const QPointF cursor =
-            PlotFrame::pixelToViewport(object.viewport, QSize(800, 500), pointer);
+            PlotTransform::pixelToViewport(object.viewport, QSize(800, 500), pointer);
         const QVector3D snapped = plot.nearestPosition(&object, QVector3D(cursor));
         const QPointF pixel =
-            PlotFrame::viewportToPixel(object.viewport, QSize(800, 500), snapped.toPointF());
+            PlotTransform::viewportToPixel(object.viewport, QSize(800, 500), snapped.toPointF());
         EXPECT_LT(distance(pixel, found), 0.01);
     }
     plot.toggle(0);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#ifndef HOST_SERIES_PLOT_FRAME_H
-#define HOST_SERIES_PLOT_FRAME_H
+#ifndef HOST_SERIES_PLOT_TRANSFORM_H
+#define HOST_SERIES_PLOT_TRANSFORM_H
 
 #include <QPointF>
 #include <QRectF>
@@ -12,7 +12,7 @@ namespace host {
 
 /// Maps the data of a plot to the coordinates of a GL::Viewport and to pixels, and moves the view.
 ///
-/// Three frames:
+/// Three coordinate frames:
 /// - data: as in the table, y upwards, in double. Rectangles have their highest y as top().
 /// - viewport: what GL draws and `GL::Viewport` pans over, in float. Seconds since 1970 would be
 ///   rounded to minutes in float, so a viewport coordinate is (data - origin) * unit: the unit
@@ -22,13 +22,13 @@ namespace host {
 ///   upwards.
 /// - pixels: of the object's rectangle, from its top-left corner, y downwards; fractions count.
 ///
-/// Any alignment will do, as long as it stays the same. One frame goes with one viewport: when the
-/// origin moves, the viewport's `pos` moves with it.
-class PlotFrame {
+/// Any alignment will do, as long as it stays the same. One transform goes with one viewport: when
+/// the origin moves, the viewport's `pos` moves with it.
+class PlotTransform {
 public:
-    PlotFrame() = default; ///< Of data in the unit square.
+    PlotTransform() = default; ///< Of data in the unit square.
     /// Of data that fill @p data. An extent of zero counts as one.
-    explicit PlotFrame(const QRectF &data);
+    explicit PlotTransform(const QRectF &data);
 
     // An empty size counts as one pixel, a scale of zero as the least positive one.
     QPointF toPixel(const GL::Viewport &viewport, QSize size, const QPointF &data) const;

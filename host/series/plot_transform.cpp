@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "host/series/plot_frame.h"
+#include "host/series/plot_transform.h"
 
 #include <algorithm>
 #include <cmath>
@@ -113,45 +113,47 @@ QRectF widened(const QRectF &range)
     return {wide.left(), wide.bottom(), wide.width(), -wide.height()};
 }
 
-PlotFrame::PlotFrame(const QRectF &data)
+PlotTransform::PlotTransform(const QRectF &data)
 {
     const QRectF range = data.normalized();
     origin_ = range.center();
     unit_ = {1000 / nonZero(range.width()), 1000 / nonZero(range.height())};
 }
 
-QPointF PlotFrame::viewportToPixel(const GL::Viewport &viewport, QSize size, const QPointF &point)
+QPointF PlotTransform::viewportToPixel(const GL::Viewport &viewport, QSize size,
+                                       const QPointF &point)
 {
     return {xAxis(viewport, size).toPixel(point.x()), yAxis(viewport, size).toPixel(point.y())};
 }
 
-QPointF PlotFrame::pixelToViewport(const GL::Viewport &viewport, QSize size, const QPointF &pixel)
+QPointF PlotTransform::pixelToViewport(const GL::Viewport &viewport, QSize size,
+                                       const QPointF &pixel)
 {
     return {xAxis(viewport, size).toViewport(pixel.x()),
             yAxis(viewport, size).toViewport(pixel.y())};
 }
 
-QPointF PlotFrame::toPixel(const GL::Viewport &viewport, QSize size, const QPointF &data) const
+QPointF PlotTransform::toPixel(const GL::Viewport &viewport, QSize size, const QPointF &data) const
 {
     const QPointF fromOrigin = data - origin_;
     return viewportToPixel(
         viewport, size, {fromOrigin.x() * unit_.x(), fromOrigin.y() * unit_.y() * ySign(viewport)});
 }
 
-QPointF PlotFrame::toData(const GL::Viewport &viewport, QSize size, const QPointF &pixel) const
+QPointF PlotTransform::toData(const GL::Viewport &viewport, QSize size, const QPointF &pixel) const
 {
     const QPointF point = pixelToViewport(viewport, size, pixel);
     return origin_ + QPointF(point.x() / unit_.x(), point.y() / unit_.y() * ySign(viewport));
 }
 
-QSizeF PlotFrame::scale(const GL::Viewport &viewport, QSize size) const
+QSizeF PlotTransform::scale(const GL::Viewport &viewport, QSize size) const
 {
     const PixelAxis x = xAxis(viewport, size);
     const PixelAxis y = yAxis(viewport, size);
     return {x.scale * x.factor * unit_.x(), y.scale * std::abs(y.factor) * unit_.y()};
 }
 
-void PlotFrame::fit(GL::Viewport &viewport, QSize size, const QRectF &area, const QRectF &data)
+void PlotTransform::fit(GL::Viewport &viewport, QSize size, const QRectF &area, const QRectF &data)
 {
     const QRectF range = widened(data).normalized();
     const PixelAxis x = xAxis(viewport, size);
@@ -174,7 +176,7 @@ void PlotFrame::fit(GL::Viewport &viewport, QSize size, const QRectF &area, cons
     moveOrigin(viewport, lostX, lostY);
 }
 
-void PlotFrame::panBy(GL::Viewport &viewport, QSize size, const QPointF &pixels)
+void PlotTransform::panBy(GL::Viewport &viewport, QSize size, const QPointF &pixels)
 {
     const PixelAxis x = xAxis(viewport, size);
     const PixelAxis y = yAxis(viewport, size);
@@ -184,8 +186,8 @@ void PlotFrame::panBy(GL::Viewport &viewport, QSize size, const QPointF &pixels)
     recentre(viewport);
 }
 
-void PlotFrame::zoomAbout(GL::Viewport &viewport, QSize size, const QPointF &pixel, double factorX,
-                          double factorY)
+void PlotTransform::zoomAbout(GL::Viewport &viewport, QSize size, const QPointF &pixel,
+                              double factorX, double factorY)
 {
     const double lostX = zoomAxis(viewport.pos.x, viewport.scale.x, xAxis(viewport, size),
                                   pixel.x(), factorX, viewport.minScale.x, viewport.maxScale.x);
@@ -195,7 +197,7 @@ void PlotFrame::zoomAbout(GL::Viewport &viewport, QSize size, const QPointF &pix
     recentre(viewport);
 }
 
-void PlotFrame::recentre(GL::Viewport &viewport)
+void PlotTransform::recentre(GL::Viewport &viewport)
 {
     if (std::abs(double(viewport.pos.x)) * viewport.scale.x > mostPixels) {
         moveOrigin(viewport, viewport.pos.x, 0);
@@ -207,7 +209,7 @@ void PlotFrame::recentre(GL::Viewport &viewport)
     }
 }
 
-void PlotFrame::moveOrigin(const GL::Viewport &viewport, double x, double y)
+void PlotTransform::moveOrigin(const GL::Viewport &viewport, double x, double y)
 {
     origin_ += QPointF(x / unit_.x(), y / unit_.y() * ySign(viewport));
 }
