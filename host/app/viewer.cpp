@@ -158,7 +158,7 @@ void Viewer::savePicture(const QString &title, const QRect &crop)
     QApplication::setOverrideCursor(Qt::WaitCursor);
     const Picture picture = renderPicture(wanted);
     const QString fault =
-        picture.error.isEmpty() ? writePicture(picture.image, choice->path) : picture.error;
+        picture.error.isEmpty() ? PictureFile::write(picture.image, choice->path) : picture.error;
     QApplication::restoreOverrideCursor();
     if (!fault.isEmpty())
         QMessageBox::warning(window_.widget(), {}, fault);
@@ -227,7 +227,7 @@ void Viewer::finish()
 QString Viewer::saveScreenshot()
 {
     const Picture picture = renderPicture(request(options_.size, options_.transparent));
-    return picture.error.isEmpty() ? writePicture(picture.image, options_.screenshot)
+    return picture.error.isEmpty() ? PictureFile::write(picture.image, options_.screenshot)
                                    : picture.error;
 }
 

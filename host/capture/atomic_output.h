@@ -5,33 +5,64 @@
 #include <memory>
 
 #include <QCoreApplication>
+#include <QFileDevice>
 #include <QString>
 #include <QTemporaryDir>
 
+class QTemporaryFile;
+
 namespace host {
 
-/// A file or a folder that takes its name when it is whole: it grows in a hidden folder beside its
-/// place and is moved there by commit(). Without commit() nothing of it is left.
-class AtomicOutput {
-    Q_DECLARE_TR_FUNCTIONS(AtomicOutput)
+/// A file that takes its name when it is whole, in one step; until then an older one of that name
+/// stays as it is. Before commit() it has no name at all where the file system allows that, so that
+/// nothing of it is left even by a program that is killed; elsewhere it has a hidden one.
+///
+/// A terminal, a pipe and the like are written as they are. A symbolic link stays one: what it
+/// points to is replaced.
+class AtomicFile {
+    Q_DECLARE_TR_FUNCTIONS(AtomicFile)
 public:
-    enum class Kind { File, Folder };
+    explicit AtomicFile(const QString &target);
+    ~AtomicFile();
+    AtomicFile(const AtomicFile &) = delete;
+    AtomicFile &operator=(const AtomicFile &) = delete;
 
-    /// @p target may exist: a file is replaced, a folder has to be empty.
-    AtomicOutput(const QString &target, Kind kind);
+    QString error() const { return error_; } ///< Why it cannot be written; empty if it can.
 
-    QString error() const { return error_; } ///< Empty if it can be written.
-    /// Where to write: a file that does not exist yet, or an empty folder. Absolute.
-    QString path() const { return path_; }
+    QFileDevice &device() { return *file_; } ///< To write to; expects no error().
+    /// Where another process can write while this object lives; expects no error().
+    QString path() const;
 
-    /// Returns the reason why the result could not be put in its place; empty on success.
+    /// Puts the file in its place. Returns the reason why that could not be done, with the name, or
+    /// an empty text.
     QString commit();
+
+private:
+    QString open(bool special);
+    QString failure(const QString &reason) const;
+
+    QString target_; // absolute
+    QString error_;
+    std::unique_ptr<QFileDevice> file_;
+    QTemporaryFile *temporary_ = nullptr; // `file_`, unless that is the target itself
+};
+
+/// A folder that takes its name when it is whole: it grows in a hidden one beside its place.
+/// Without commit() nothing of it is left, unless the program is killed.
+class AtomicFolder {
+    Q_DECLARE_TR_FUNCTIONS(AtomicFolder)
+public:
+    explicit AtomicFolder(const QString &target); ///< There may be an empty folder of that name.
+
+    QString error() const { return error_; } ///< Why it cannot be written; empty if it can.
+    QString path() const { return path_; }   ///< An empty folder to write in. Absolute.
+    QString commit();                        ///< As AtomicFile's.
 
 private:
     QString target_; // absolute
     QString path_;
     QString error_;
-    std::unique_ptr<QTemporaryDir> folder_;
+    std::unique_ptr<QTemporaryDir> hidden_;
 };
 
 } // namespace host

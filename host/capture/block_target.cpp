@@ -35,7 +35,7 @@ QSize BlockTarget::largestViewport()
 QString BlockTarget::make(const QSize &size)
 {
     if (!QOpenGLFramebufferObject::hasOpenGLFramebufferObjects())
-        return BlockTarget::tr("This OpenGL cannot draw off the screen (no framebuffer objects).");
+        return tr("This OpenGL cannot draw off the screen (no framebuffer objects).");
     QOpenGLFramebufferObjectFormat format;
     format.setAttachment(QOpenGLFramebufferObject::CombinedDepthStencil);
     if (QOpenGLFramebufferObject::hasOpenGLFramebufferBlit())
@@ -44,7 +44,7 @@ QString BlockTarget::make(const QSize &size)
     if (drawn_->isValid() && drawn_->format().samples() > 0)
         resolved_ = std::make_unique<QOpenGLFramebufferObject>(size);
     if (!drawn_->isValid() || (resolved_ && !resolved_->isValid()))
-        return BlockTarget::tr("OpenGL has no memory for a part of the picture of %1 × %2 pixels.")
+        return tr("OpenGL has no memory for a block of the picture of %1 × %2 pixels.")
             .arg(size.width())
             .arg(size.height());
     return {};

@@ -8,8 +8,8 @@ namespace host {
 
 namespace {
 
-constexpr int saidBytes = 4096;
-constexpr int saidLines = 6;
+constexpr int logBytes = 4096;
+constexpr int logLines = 6;
 constexpr int startMilliseconds = 30000;
 constexpr int pollMilliseconds = 1000;
 
@@ -60,9 +60,8 @@ QString Encoder::missing()
 {
     if (!QStandardPaths::findExecutable("ffmpeg").isEmpty())
         return {};
-    return Encoder::tr(
-        "Films are encoded by ffmpeg, which was not found. Install it (package ffmpeg), or "
-        "record into a folder of pictures: a name without a suffix.");
+    return tr("Films are encoded by ffmpeg, which was not found. Install it (package ffmpeg), or "
+              "record into a folder of pictures: a name without a suffix.");
 }
 
 QString Encoder::start(const QString &path, Format format, const QSize &size, double fps)
@@ -90,12 +89,12 @@ QString Encoder::addFrame(const QImage &frame)
 {
     const QImage raw = frame.convertToFormat(QImage::Format_RGB32);
     if (raw.size() != size_)
-        return Encoder::tr("A frame has another size than the film.");
+        return tr("A frame has another size than the film.");
     for (int y = 0; y < raw.height(); ++y)
         process_.write(reinterpret_cast<const char *>(raw.constScanLine(y)), raw.width() * 4);
     while (process_.bytesToWrite() > 0) {
         process_.waitForBytesWritten(pollMilliseconds);
-        keepSaid();
+        collectLog();
         if (process_.state() == QProcess::NotRunning)
             return failure();
     }
@@ -107,16 +106,16 @@ QString Encoder::finish()
     process_.closeWriteChannel();
     while (process_.state() != QProcess::NotRunning) {
         process_.waitForFinished(pollMilliseconds);
-        keepSaid();
+        collectLog();
     }
     if (process_.exitStatus() != QProcess::NormalExit || process_.exitCode() != 0)
         return failure();
     return {};
 }
 
-void Encoder::keepSaid()
+void Encoder::collectLog()
 {
-    said_ = (said_ + process_.readAllStandardError()).right(saidBytes);
+    log_ = (log_ + process_.readAllStandardError()).right(logBytes);
 }
 
 /// What is known of an encoder that failed.
@@ -124,13 +123,13 @@ QString Encoder::failure()
 {
     if (process_.state() != QProcess::NotRunning)
         process_.waitForFinished(pollMilliseconds);
-    keepSaid();
-    QStringList lines = QString::fromLocal8Bit(said_).split('\n', Qt::SkipEmptyParts);
-    while (lines.size() > saidLines)
+    collectLog();
+    QStringList lines = QString::fromLocal8Bit(log_).split('\n', Qt::SkipEmptyParts);
+    while (lines.size() > logLines)
         lines.removeFirst();
     if (lines.isEmpty())
         lines << process_.errorString();
-    return Encoder::tr("ffmpeg failed:") + "\n  " + lines.join("\n  ");
+    return tr("ffmpeg failed:") + "\n  " + lines.join("\n  ");
 }
 
 } // namespace host

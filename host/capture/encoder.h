@@ -32,8 +32,8 @@ public:
     /// Why nothing can be encoded here; empty if ffmpeg is installed.
     static QString missing();
 
-    /// Starts writing @p path, an absolute one, which is replaced. Returns the reason if that
-    /// fails, else an empty text. Expects 0 < @p fps.
+    /// Starts writing @p path, an absolute one, which is replaced; its suffix says nothing. Returns
+    /// the reason if that fails, else an empty text. Expects 0 < @p fps.
     QString start(const QString &path, Format format, const QSize &size, double fps);
 
     /// Hands over a frame of the size given to start(). Returns the reason why the encoder took no
@@ -44,12 +44,12 @@ public:
     QString finish();
 
 private:
-    void keepSaid();
+    void collectLog();
     QString failure();
 
     QProcess process_;
     QSize size_;
-    QByteArray said_; // the end of the process's standard error
+    QByteArray log_; // the end of the process's standard error
 };
 
 } // namespace host

@@ -46,13 +46,13 @@ struct PictureObject {
 /// What to draw, and how large.
 struct PictureRequest {
     QSize window; ///< Extent, in window pixels, that the objects' rectangles are placed in.
-    QRect crop;   ///< What of the window is shown, as the rectangles count; null: all.
+    QRect crop;   ///< What of the window is shown, in the frame of the rectangles; null: all.
     QSize size;   ///< Of the picture, in pixels. Another aspect stretches what is drawn in 2D.
     QColor background = Qt::black;
     bool transparent = false; ///< Nothing behind the objects instead of `background`.
     std::vector<PictureObject> objects;
     int blockSide = 0; ///< Upper limit for the sides of a block, in pixels; 0: what suits.
-    /// Told what block is done, 0 to 1; returning false gives up. May be null.
+    /// Told what share is done, 0 to 1; returning false gives up. May be null.
     std::function<bool(double)> progress;
 };
 

@@ -9,6 +9,9 @@ namespace host {
 
 namespace {
 
+// A terminal's Ctrl+C, a wish of the system or of another program, and the end of the terminal.
+constexpr int interrupts[] = {SIGINT, SIGTERM, SIGHUP};
+
 volatile std::sig_atomic_t interruptCame = 0;
 
 void onInterrupt(int)
@@ -50,12 +53,14 @@ void ProgressLine::show(int done, int total)
 InterruptGuard::InterruptGuard()
 {
     interruptCame = 0;
-    previous_ = std::signal(SIGINT, onInterrupt);
+    for (const int signal : interrupts)
+        previous_.push_back(std::signal(signal, onInterrupt));
 }
 
 InterruptGuard::~InterruptGuard()
 {
-    std::signal(SIGINT, previous_);
+    for (std::size_t i = 0; i < previous_.size(); ++i)
+        std::signal(interrupts[i], previous_[i]);
 }
 
 bool InterruptGuard::interrupted() const

@@ -3,6 +3,7 @@
 #define HOST_CAPTURE_PROGRESS_LINE_H
 
 #include <cstdio>
+#include <vector>
 
 #include <QCoreApplication>
 #include <QString>
@@ -33,18 +34,19 @@ private:
     int tenths_ = -1;
 };
 
-/// Makes Ctrl+C ask instead of ending the program, while it lives. One at a time.
+/// Makes Ctrl+C, and the signals TERM and HUP, ask instead of ending the program, while it lives.
+/// One at a time.
 class InterruptGuard {
 public:
     InterruptGuard();
-    ~InterruptGuard(); ///< Gives the signal back to whoever had it.
+    ~InterruptGuard(); ///< Gives the signals back to whoever had them.
     InterruptGuard(const InterruptGuard &) = delete;
     InterruptGuard &operator=(const InterruptGuard &) = delete;
 
-    bool interrupted() const; ///< Whether Ctrl+C came since the guard was made.
+    bool interrupted() const; ///< Whether one came since the guard was made.
 
 private:
-    void (*previous_)(int);
+    std::vector<void (*)(int)> previous_;
 };
 
 } // namespace host

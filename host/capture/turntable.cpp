@@ -6,11 +6,13 @@
 #include <deque>
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include "host/capture/atomic_output.h"
 #include "host/capture/encoder.h"
 #include "host/capture/matrices.h"
+#include "host/capture/picture_file.h"
 #include "host/capture/saved_state.h"
 
 namespace host {
@@ -25,9 +27,13 @@ public:
     QString addFrame(const QImage &frame)
     {
         const QString name = QStringLiteral("frame_%1.png").arg(++count_, 4, 10, QChar('0'));
-        return frame.save(folder_.filePath(name))
+        QFile file(folder_.filePath(name));
+        const QString reason = file.open(QIODevice::WriteOnly)
+                                   ? PictureFile::encode(frame, file, "png")
+                                   : file.errorString();
+        return reason.isEmpty()
                    ? QString()
-                   : TurntableRecorder::tr("%1 cannot be written.").arg(name);
+                   : TurntableRecorder::tr("%1 cannot be written: %2").arg(name, reason);
     }
     QString finish() { return {}; }
 
@@ -98,17 +104,14 @@ QString TurntableRecorder::fault() const
 {
     const double limit = kind_ == Kind::Gif ? 50 : 120;
     if (kind_ == Kind::Unknown)
-        return TurntableRecorder::tr(
-                   "%1: a recording is an .mp4, a .gif or, without a suffix, a folder of pictures.")
+        return tr("%1: a recording is an .mp4, a .gif or, without a suffix, a folder of pictures.")
             .arg(options_.path);
     if (!(options_.seconds >= 0.1 && options_.seconds <= 600))
-        return TurntableRecorder::tr("A recording lasts 0.1 to 600 seconds.");
+        return tr("A recording lasts 0.1 to 600 seconds.");
     if (!(options_.fps >= 1 && options_.fps <= limit))
-        return TurntableRecorder::tr("The rate of this recording is 1 to %1 frames per second.")
-            .arg(limit);
+        return tr("The rate of this recording is 1 to %1 frames per second.").arg(limit);
     if (request_.transparent && kind_ != Kind::Folder)
-        return TurntableRecorder::tr(
-            "A film has a background; a transparent recording is a folder of pictures.");
+        return tr("A film has a background; a transparent recording is a folder of pictures.");
     const QString size = pictureSizeFault(request_.size);
     if (!size.isEmpty())
         return size;
@@ -142,22 +145,31 @@ QString TurntableRecorder::record(const Progress &progress) const
     const QString impossible = fault();
     if (!impossible.isEmpty())
         return impossible;
-    AtomicOutput result(options_.path, kind_ == Kind::Folder ? AtomicOutput::Kind::Folder
-                                                             : AtomicOutput::Kind::File);
-    QString error = result.error();
-    if (!error.isEmpty())
-        return error;
+    return kind_ == Kind::Folder ? recordFolder(progress) : recordFilm(progress);
+}
+
+QString TurntableRecorder::recordFolder(const Progress &progress) const
+{
+    AtomicFolder result(options_.path);
+    if (!result.error().isEmpty())
+        return result.error();
+    PictureFolder folder(result.path());
     bool whole = false;
-    if (kind_ == Kind::Folder) {
-        PictureFolder folder(result.path());
-        error = recordInto(folder, progress, whole);
-    } else {
-        const auto format = kind_ == Kind::Mp4 ? Encoder::Format::Mp4 : Encoder::Format::Gif;
-        Encoder encoder;
-        error = encoder.start(result.path(), format, request_.size, options_.fps);
-        if (error.isEmpty())
-            error = recordInto(encoder, progress, whole);
-    }
+    const QString error = recordInto(folder, progress, whole);
+    return whole ? result.commit() : error;
+}
+
+QString TurntableRecorder::recordFilm(const Progress &progress) const
+{
+    AtomicFile result(options_.path);
+    if (!result.error().isEmpty())
+        return result.error();
+    Encoder encoder;
+    const auto format = kind_ == Kind::Mp4 ? Encoder::Format::Mp4 : Encoder::Format::Gif;
+    QString error = encoder.start(result.path(), format, request_.size, options_.fps);
+    bool whole = false;
+    if (error.isEmpty())
+        error = recordInto(encoder, progress, whole);
     return whole ? result.commit() : error;
 }
 

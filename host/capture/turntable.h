@@ -21,8 +21,8 @@ struct TurntableOptions {
 /// through its own target, the lights turning with it: like objects on a plate before a camera.
 /// The frame after the last would be the first, so that the film runs on smoothly.
 ///
-/// Until the recording is whole nothing stands at its path, and nothing is left of one that failed
-/// or was given up. Memory: that of one picture and one more frame.
+/// Until the recording is whole an older film stands at its path, or nothing, and nothing is left
+/// of one that failed or was given up. Memory: that of one picture and one more frame.
 class TurntableRecorder {
     Q_DECLARE_TR_FUNCTIONS(TurntableRecorder)
 public:
@@ -44,6 +44,8 @@ public:
 
 private:
     enum class Kind { Mp4, Gif, Folder, Unknown };
+    QString recordFolder(const Progress &progress) const;
+    QString recordFilm(const Progress &progress) const;
     template <typename Sink>
     QString recordInto(Sink &sink, const Progress &progress, bool &whole) const;
 

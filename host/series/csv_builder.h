@@ -23,7 +23,7 @@ struct CsvMistake {
 /// Makes a table of the fields of a file, given row by row in file order.
 /// After the first mistake it takes nothing more.
 class CsvBuilder {
-    Q_DECLARE_TR_FUNCTIONS(host::CsvBuilder)
+    Q_DECLARE_TR_FUNCTIONS(CsvBuilder)
 public:
     /// @p decimalComma: see parseNumber().
     CsvBuilder(const CsvLimits &limits, bool decimalComma);

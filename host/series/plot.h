@@ -40,7 +40,7 @@ struct PlotState {
 /// the top-left corner of the object's rectangle, y downwards; a mouse record that was shifted into
 /// the object has the height minus that y.
 class SeriesPlot {
-    Q_DECLARE_TR_FUNCTIONS(host::SeriesPlot)
+    Q_DECLARE_TR_FUNCTIONS(SeriesPlot)
 public:
     explicit SeriesPlot(std::shared_ptr<const Table> table); ///< Expects a table.
 
