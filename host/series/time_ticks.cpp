@@ -101,9 +101,10 @@ std::vector<double> monthTicks(int months, bool halves, double low, double high)
     };
     const QDate from = dateOf(low);
     for (int month = (from.year() * 12 + from.month() - 1) / months * months;; month += months) {
+        if (month < 12)
+            continue; // a year 0 that dates do not know
         const QDate first(month / 12, month % 12 + 1, 1);
-        if (month >= 12)
-            add(first);
+        add(first);
         if (halves)
             add(QDate(month / 12, month % 12 + 1, 15));
         if (month / 12 > 9999 || midnight(first) > high)

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include <QApplication>
-#include <QElapsedTimer>
 #include <QPainter>
 #include <QPixmap>
 #include <QScreen>
+#include <QTest>
 #include <QWindow>
 #include <gtest/gtest.h>
 
@@ -16,8 +15,8 @@ namespace {
 
 const double none = std::numeric_limits<double>::quiet_NaN();
 
-// Two level lines and a slope from x = 0 to 100: "high" at 8, without the samples 40 to 60, "low"
-// at 3; the slope y = x is hidden at first.
+// Lines from x = 0 to 100: "high" at 8, without the samples 40 to 60, "low" at 3, the slope y = x,
+// and a dashed and a dotted one at 5 and 7. All but the first two are hidden at first.
 std::shared_ptr<const Table> levels(double step)
 {
     auto table = std::make_shared<Table>();
@@ -29,6 +28,8 @@ std::shared_ptr<const Table> levels(double step)
     table->columns.emplace_back("high", high);
     table->columns.emplace_back("low", std::vector<double>(high.size(), 3.0));
     table->columns.emplace_back("slope", table->x);
+    for (int i = 3; i < 13; ++i)
+        table->columns.emplace_back("level", std::vector<double>(high.size(), i < 7 ? 5.0 : 7.0));
     return table;
 }
 
@@ -38,21 +39,17 @@ struct DrawCase {
     QRectF rect;  // of the object in the 640 x 480 window
     QRect pixels; // the same in window pixels, y downwards
     double step;  // between rows: few rows are drawn as they are, many are decimated
+    double scale;
 };
 
+const int leftTop = GL::Viewport::AlignLeft | GL::Viewport::AlignTop;
+const int leftBottom = GL::Viewport::AlignLeft | GL::Viewport::AlignBottom;
+
 const DrawCase drawCases[] = {
-    {"WholeWindow", GL::Viewport::AlignCenter, {0, 0, 1, 1}, {0, 0, 640, 480}, 1},
-    {"ManyRows", GL::Viewport::AlignCenter, {0, 0, 1, 1}, {0, 0, 640, 480}, 1.0 / 1024},
-    {"TileAtTheBottom",
-     GL::Viewport::AlignLeft | GL::Viewport::AlignTop,
-     {0.375, 0.25, 0.625, 0.75},
-     {240, 120, 400, 360},
-     1},
-    {"FromTheFarEdge",
-     GL::Viewport::AlignLeft | GL::Viewport::AlignBottom,
-     {-20, -10, 500, 400},
-     {120, 70, 500, 400},
-     0.0625},
+    {"WholeWindow", GL::Viewport::AlignCenter, {0, 0, 1, 1}, {0, 0, 640, 480}, 1, 1},
+    {"ManyRows", GL::Viewport::AlignCenter, {0, 0, 1, 1}, {0, 0, 640, 480}, 1.0 / 1024, 1.5},
+    {"TileAtTheBottom", leftTop, {0.375, 0.25, 0.625, 0.75}, {240, 120, 400, 360}, 1, 1},
+    {"FromTheFarEdge", leftBottom, {-20, -10, 500, 400}, {120, 70, 500, 400}, 0.0625, 1},
 };
 
 void PrintTo(const DrawCase &c, std::ostream *out)
@@ -89,13 +86,11 @@ protected:
         QObject::connect(&object, &GLWidget::PaintForeground, [this](GLW *glw, QPainter *painter) {
             plot.paintForeground(glw, painter);
         });
-        plot.toggle(2);
+        plot.setOptions(layoutOptions);
+        for (int i = 2; i < 13; ++i)
+            plot.toggle(i);
         window.show();
-        QElapsedTimer waited;
-        waited.start();
-        while (!(window.windowHandle() && window.windowHandle()->isExposed()) &&
-               waited.elapsed() < 5000)
-            QApplication::processEvents();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
         ASSERT_TRUE(window.context() && window.context()->isValid()) << "no GL context";
         window.makeCurrent();
         glClearColor(1, 0, 0, 1);
@@ -131,10 +126,21 @@ protected:
     QColor color(int column) const { return seriesStyle(column, plot.theme()).color; }
     QColor background() const { return plotColors(plot.theme()).background; }
 
+    /// The darkness in red of the pixels above and below a data point, added up.
+    double thickness(double x, double y) const
+    {
+        const QPointF at = plot.toLocal(&object, {x, y});
+        double sum = 0; // in pixels
+        for (int dy = -12; dy <= 12; ++dy)
+            sum += 1 - atLocal({at.x(), at.y() + dy}).redF();
+        return sum;
+    }
+
     QGLWindow window{nullptr, "window"};
     GLWidget object{nullptr, "object"};
+    const PlotOptions layoutOptions{true, {}, GetParam().scale};
     SeriesPlot plot{levels(GetParam().step)};
-    PlotLayout layout{plot.table(), GetParam().pixels.size()};
+    PlotLayout layout{plot.table(), GetParam().pixels.size(), layoutOptions};
     QRectF area = layout.area;
     QImage picture;
     GLenum error = GL_NO_ERROR;
@@ -159,19 +165,9 @@ TEST_P(PlotDrawing, LinesStandWhereTheirDataAre)
     const double y = area.bottom() - 0.3 * area.height();
     EXPECT_TRUE(near(atLocal({area.right() + 3, y}), background()));
     EXPECT_TRUE(near(atLocal({area.left() - 3, y}), background()));
-}
-
-TEST_P(PlotDrawing, LegendTogglesItsColumn)
-{
+    plot.toggle(1);
     draw();
-    const QRectF entry = layout.legend[1];
-    const QPointF swatch(entry.left() + 8, std::floor(entry.center().y()));
-    EXPECT_TRUE(near(atLocal(swatch), color(1)));
-    plot.toggle(plot.legendHit(&object, swatch));
-    draw();
-    EXPECT_TRUE(near(atLocal(swatch), background()));
     EXPECT_TRUE(near(atShare(0.2, 0.3), background()));
-    EXPECT_TRUE(near(atShare(0.2, 0.8), color(0)));
 }
 
 TEST_P(PlotDrawing, OnlyItsRectangleIsPainted)
@@ -204,18 +200,65 @@ TEST_P(PlotDrawing, LinesStayExactDeepInAZoom)
     }
 }
 
-TEST_P(PlotDrawing, CrosshairAndSelectionAreShown)
+TEST_P(PlotDrawing, WhatIsNotSelectedFades)
 {
-    plot.setCrosshair(Sample{1, 0, 50, 3});
-    draw();
-    const QPointF mark(area.center().x(), area.bottom() - 0.3 * area.height());
-    EXPECT_TRUE(near(atLocal(mark + QPointF(0, 4)), color(1))) << "the dot is larger than the line";
-    EXPECT_FALSE(near(atLocal(mark + QPointF(0, 40)), background())) << "the line to the axis";
-    plot.setCrosshair({});
-    plot.select(&object, QRectF(area.left(), mark.y() - 9, area.width() / 4, 18));
+    const double y = area.bottom() - 0.3 * area.height();
+    plot.select(&object, QRectF(area.left(), y - 9, area.width() / 4, 18));
     draw();
     EXPECT_TRUE(near(atShare(0.2, 0.3), color(1)));
-    EXPECT_FALSE(near(atShare(0.36, 0.3), color(1))) << "what is not selected fades";
+    EXPECT_FALSE(near(atShare(0.36, 0.3), color(1)));
+    EXPECT_FALSE(near(atShare(0.2, 0.8), color(0)));
+    EXPECT_NE(atLocal({area.left() + area.width() / 4 - 1, y}), color(1)); // its edge
+    plot.clearSelection();
+    draw();
+    EXPECT_TRUE(near(atShare(0.36, 0.3), color(1)));
+}
+
+TEST_P(PlotDrawing, GridLinesAreCrispAndStandAtTheTicks)
+{
+    draw();
+    const PlotColors colors = plotColors(plot.theme());
+    for (const double tick : {20, 40, 60, 80}) {
+        const double x = std::floor(plot.toLocal(&object, {tick, 0}).x());
+        EXPECT_EQ(atLocal({x, area.bottom() - 8}), colors.grid) << tick;
+        EXPECT_EQ(atLocal({x + 4, area.bottom() - 8}), background()) << tick;
+    }
+    for (const double tick : {2, 4, 6}) {
+        const double y = std::floor(plot.toLocal(&object, {0, tick}).y());
+        EXPECT_EQ(atLocal({area.left() + 3, y}), colors.grid) << tick;
+        EXPECT_EQ(atLocal({area.left() + 3, y + 4}), background()) << tick;
+    }
+    EXPECT_EQ(atLocal({area.left() + 3, std::floor(area.bottom())}), colors.axis);
+}
+
+TEST_P(PlotDrawing, LinesHaveTheirWidthsDashesAndDots)
+{
+    const double scale = GetParam().scale;
+    const double ink = 1 - color(1).redF(); // of a pixel that the line covers
+    draw();
+    const double width = (layout.small ? 1.2 : 1.6) * scale;
+    EXPECT_NEAR(thickness(23.5, 3), width * ink, 0.35);
+    plot.toggle(6);
+    plot.toggle(12);
+    draw();
+    for (const auto &[y, share] : {std::pair<double, double>{5, 9 / 14.0}, {7, 2 / 5.0}}) {
+        const double line = plot.toLocal(&object, {0, y}).y();
+        double drawn = 0, row = 0;
+        for (int x = 1; x < int(area.width()); ++x) {
+            double column = 0;
+            for (int dy = -4; dy <= 4; ++dy)
+                column += near(atLocal({area.left() + x, line + dy}), background()) ? 0 : 1;
+            drawn += column > 0;
+            ++row;
+        }
+        EXPECT_NEAR(drawn / row, share, 0.15) << y;
+    }
+    plot.fit(&object, {21, 10, 4, -10});
+    draw();
+    if (GetParam().step == 1) { // samples far apart are marked
+        EXPECT_GT(thickness(23, 3), thickness(23.5, 3) + 1);
+        EXPECT_LT(thickness(23, 3), thickness(23.5, 3) + 3);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, PlotDrawing, testing::ValuesIn(drawCases),
