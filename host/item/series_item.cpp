@@ -3,6 +3,8 @@
 
 #include <QLocale>
 
+#include "host/ui/metrics.h"
+
 namespace host {
 
 namespace {
@@ -16,6 +18,9 @@ bool sameSample(const std::optional<Sample> &a, const std::optional<Sample> &b)
 
 SeriesItem::SeriesItem(std::shared_ptr<const Table> table) : table_(table), plot_(std::move(table))
 {
+    PlotOptions options;
+    options.scale = Metrics::px(1);
+    plot_.setOptions(options);
 }
 
 QString SeriesItem::details() const

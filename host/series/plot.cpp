@@ -5,7 +5,6 @@
 #include <cmath>
 
 #include <QPainter>
-#include <QVector2D>
 
 #include "host/series/nearest.h"
 #include "host/series/plot_picture.h"
@@ -132,18 +131,6 @@ std::optional<Sample> SeriesPlot::nearest(const GLW *glw, const QPointF &local, 
         sample = Sample{int(i), row->row, table_->x[row->row], column.values[row->row]};
     }
     return sample;
-}
-
-QVector3D SeriesPlot::nearestPosition(const GLW *glw, const QVector3D &position) const
-{
-    const QSize size = sizeOf(glw);
-    const QPointF pixel = PlotTransform::viewportToPixel(glw->viewport, size, position.toPointF());
-    const auto sample = nearest(glw, pixel);
-    if (!sample)
-        return position;
-    const QPointF found = toLocal(glw, {sample->x, sample->y});
-    return QVector3D(QVector2D(PlotTransform::pixelToViewport(glw->viewport, size, found)),
-                     position.z());
 }
 
 bool SeriesPlot::click(const GLW *glw, const QPointF &local)

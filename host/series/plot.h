@@ -10,7 +10,6 @@
 #include <QCoreApplication>
 #include <QPointF>
 #include <QRectF>
-#include <QVector3D>
 
 #include "GL/glw.h"
 #include "host/series/palette.h"
@@ -80,9 +79,6 @@ public:
     /// @p within pixels.
     std::optional<Sample> nearest(const GLW *glw, const QPointF &local,
                                   double within = std::numeric_limits<double>::infinity()) const;
-    /// The position in viewport coordinates of the sample nearest to @p position, as the
-    /// NearestDataPos signal asks for it; @p position itself when there is no sample.
-    QVector3D nearestPosition(const GLW *glw, const QVector3D &position) const;
     /// Marks a sample and writes its values; nothing removes the mark. It is shown while the sample
     /// is in the area and its column is enabled.
     void setCrosshair(const std::optional<Sample> &sample) { crosshair_ = sample; }

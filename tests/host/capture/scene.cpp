@@ -2,6 +2,7 @@
 #include "scene.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 
 #include <QScreen>
@@ -92,6 +93,19 @@ QImage Scene::shown()
     window->repaint();
     glFinish();
     return window->screen()->grabWindow(window->winId()).toImage();
+}
+
+FileSizeLimit::FileSizeLimit(rlim_t bytes)
+{
+    std::signal(SIGXFSZ, SIG_IGN);
+    getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit now{bytes, before_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &now);
+}
+
+FileSizeLimit::~FileSizeLimit()
+{
+    setrlimit(RLIMIT_FSIZE, &before_);
 }
 
 int differing(const QImage &a, const QImage &b, int tolerance)

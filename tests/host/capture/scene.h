@@ -4,6 +4,8 @@
 
 #include <memory>
 
+#include <sys/resource.h>
+
 #include <gtest/gtest.h>
 
 #include "GL/glwidget.h"
@@ -26,6 +28,16 @@ protected:
     std::unique_ptr<QGLWindow> window;
     GLWidget main{nullptr, "main"};
     GLWidget inset{nullptr, "inset"};
+};
+
+/// No file grows beyond some bytes, as on a disk that is full, while this lives.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes);
+    ~FileSizeLimit();
+
+private:
+    rlimit before_;
 };
 
 /// Pixels of which a channel differs by more than @p tolerance. Pictures of other sizes differ

@@ -14,7 +14,7 @@
 
 namespace host {
 
-/// What was painted: texts with their boxes, lines with their pens, and the bounds of rectangles.
+/// What was painted: texts with their boxes and lines with their pens.
 struct Painting {
     struct Text {
         QString text;
@@ -37,7 +37,6 @@ struct Painting {
 
     std::vector<Text> texts;
     std::vector<Line> lines;
-    std::vector<QRectF> rectangles;
 };
 
 /// A device of 800 x 500 pixels that keeps what is painted on it.
@@ -73,15 +72,7 @@ private:
         for (int i = 0; i < count; ++i)
             lines.push_back({transform_.map(all[i]), pen_});
     }
-    void drawRects(const QRectF *all, int count) override
-    {
-        for (int i = 0; i < count; ++i)
-            rectangles.push_back(transform_.mapRect(all[i]));
-    }
-    void drawPath(const QPainterPath &path) override
-    {
-        rectangles.push_back(transform_.mapRect(path.boundingRect()));
-    }
+    void drawPath(const QPainterPath &) override {}
 
     QTransform transform_;
     QPen pen_;
