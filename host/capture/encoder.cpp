@@ -70,7 +70,8 @@ QString Encoder::start(const QString &path, Format format, const QSize &size, do
     if (!absent.isEmpty())
         return absent;
     size_ = size;
-    QStringList arguments{"-hide_banner", "-loglevel", "error", "-f", "rawvideo"};
+    // Without xerror, a disk that is full at the end counts as success.
+    QStringList arguments{"-hide_banner", "-loglevel", "error", "-xerror", "-f", "rawvideo"};
     arguments << "-pixel_format"
               << "bgra";
     arguments << "-video_size" << QStringLiteral("%1x%2").arg(size.width()).arg(size.height());

@@ -283,7 +283,7 @@ protected:
     {
         plot.setOptions({true, scale > 1 ? QMarginsF(40, 30, 20, 10) : QMarginsF(), scale});
         layout = PlotLayout(plot.table(), {800, 500}, plot.options());
-        plot.fit(&object, {0, 10, 104, -10});
+        plot.fit(&object, {0, 10, 101, -10});
         plot.toggle(2);
     }
     Painting paint() { return paintingOf(plot, object); }
@@ -359,11 +359,11 @@ TEST_P(PlotTexts, CrosshairTellsTheValuesBesideItsSample)
         else
             EXPECT_LT(marked[0].box.right(), x(100) - 12 * scale);
     }
-    plot.setCrosshair(Sample{0, 0, 0, 9.9}); // at the top: the box goes below
-    EXPECT_GT(boxOf("time 0").top(), y(9.9));
-    for (const Sample &unseen : {Sample{2, 0, 0, 1}, Sample{0, 0, 0, 11}}) { // hidden, outside
+    plot.setCrosshair(Sample{0, 1, 20, 9.9}); // at the top: the box goes below
+    EXPECT_GT(boxOf("time 20").top(), y(9.9));
+    for (const Sample &unseen : {Sample{2, 1, 20, 1}, Sample{0, 1, 20, 11}}) { // hidden, outside
         plot.setCrosshair(unseen);
-        EXPECT_TRUE(paint().find("time 0").empty());
+        EXPECT_TRUE(paint().find("time 20").empty());
     }
 }
 
