@@ -2,6 +2,7 @@
 """Reads docs/host-guide.md: the programs that it lets its reader write, and its reference tables.
 Called with a folder, it writes each program into a folder there and prints the programs' names."""
 import os
+import pathlib
 import re
 import sys
 
@@ -40,15 +41,16 @@ def edited(source, place, line, code):
 
 
 def promises(headers):
-    """A program that includes the guide's headers and holds the tables of bindings and records to the compiler."""
+    """A program with the guide's headers that holds its bindings and records to the compiler."""
     checks = [f"static_assert({row['Call']} == {row['Binding']} && {row['Mask']} <= anyModifier);"
               for row in tables("Bindings", "Call")]
     for row in tables("Records", "Field"):
         kind, owner, field = row["Type"], *row["Field"].rsplit("::", 1)
         checks += [f"static_assert(std::is_same_v<decltype({owner}::{field}), {kind}>);",
                    f"assert({owner}().{field} == {kind}({row['Default']}));"]
-    includes = [f'#include "{name}"' for name in (*headers, "GL/camera.h", "GL/mouse.h")]
-    return "\n".join(["#include <cassert>", "#include <type_traits>", *includes, "int main() {", *checks, "}", ""])
+    includes = ["<cassert>", "<type_traits>", '"GL/camera.h"', '"GL/mouse.h"',
+                *(f'"{name}"' for name in headers)]
+    return "\n".join([*("#include " + name for name in includes), "int main() {", *checks, "}", ""])
 
 
 def programs():
@@ -76,12 +78,10 @@ def programs():
 if __name__ == "__main__":
     for program, contents in programs():
         print(program)
-        os.makedirs(os.path.join(sys.argv[1], program), exist_ok=True)
         for name, content in contents.items():
+            file = pathlib.Path(sys.argv[1], program, name)
+            file.parent.mkdir(parents=True, exist_ok=True)
             if name == "CMakeLists.txt":
                 content = re.sub(r"\bfirst\b", program, content)
-            with open(os.path.join(sys.argv[1], program, name), "a+", encoding="utf-8") as file:
-                file.seek(0)
-                if file.read() != content:  # else its time stays, and it is not compiled again
-                    file.truncate(0)
-                    file.write(content)
+            if not file.exists() or file.read_text() != content:  # else it is not compiled again
+                file.write_text(content)

@@ -14,7 +14,6 @@ from PyQt5.QtWidgets import QApplication
 
 application = QApplication(["test"])
 module = glwindow.Module(os.environ["MODULE"])
-CLASSES = ("GLWindow", "GLWidget", "GLMultiWidget", "KeyAction", "MouseAction")
 KINDS = {QMetaMethod.Signal: "Signal", QMetaMethod.Slot: "Slot"}
 LINES = re.DOTALL | re.MULTILINE
 
@@ -40,58 +39,50 @@ def methods(meta, kind):
             if KINDS.get(m.methodType()) == kind}
 
 
+FORMATS = {bool: lambda b: str(b).lower(), str: '"{}"'.format, list: str, int: str, float: "{:g}".format,
+           QSize: lambda s: f"{s.width()} x {s.height()}", QPointF: lambda p: f"{p.x():g}, {p.y():g}",
+           QSizeF: lambda s: f"{s.width():g} x {s.height():g}",
+           QRectF: lambda r: "{:g}, {:g}, {:g} x {:g}".format(*r.getRect()),
+           QKeySequence: lambda k: f'"{k.toString()}"'}
+TYPES = {"str": "QString", "list": "QVariantList"}
+
+
 def shown(value):
-    """A default as the guide writes it, with its type."""
-    if isinstance(value, bool):
-        return "bool", str(value).lower()
-    if isinstance(value, (int, float)):
-        return type(value).__name__, f"{value:g}"
-    if isinstance(value, (QSize, QSizeF)):
-        return type(value).__name__, f"{value.width():g} x {value.height():g}"
-    if isinstance(value, QPointF):
-        return "QPointF", f"{value.x():g}, {value.y():g}"
-    if isinstance(value, QRectF):
-        return "QRectF", "{:g}, {:g}, {:g} x {:g}".format(*value.getRect())
-    if isinstance(value, QKeySequence):
-        return "QKeySequence", f'"{value.toString()}"'
-    if isinstance(value, list):
-        return "QVariantList", str(value)
-    return "QString", f'"{value}"'
+    """The type and the value of a default, as the guide writes them."""
+    name = type(value).__name__
+    return TYPES.get(name, name), FORMATS[type(value)](value)
 
 
 class Reference(unittest.TestCase):
     maxDiff = None
 
-    def test_signals_and_slots(self):
-        for section in CLASSES:
-            meta = made(section).metaObject()
+    def compare(self, section, facts, *columns):
+        with self.subTest(f"{section}, {columns[0]}"):
+            written = [tuple(row[c] for c in columns) for row in guide.tables(section, columns[0])]
+            self.assertEqual(sorted(written), sorted(facts))
+
+    def test_signals_slots_and_properties(self):
+        for section in ("GLWindow", "GLWidget", "GLMultiWidget", "KeyAction", "MouseAction"):
+            thing = made(section)
+            meta = thing.metaObject()
             for kind in KINDS.values():
                 with self.subTest(f"{section}, {kind}"):
                     written = [signature(row[kind]) for row in guide.tables(section, kind)]
                     self.assertEqual(sorted(written), sorted(methods(meta, kind)))
-
-    def test_properties(self):
-        for section in CLASSES:
-            with self.subTest(section):
-                thing = made(section)
-                meta = thing.metaObject()
-                own = [meta.property(i) for i in range(meta.propertyOffset(), meta.propertyCount())]
-                facts = [(p.name(), p.typeName(), shown(p.read(thing))[1],
-                          "host" if p.isWritable() else "module") for p in own]
-                self.assertEqual(sorted((row["Property"], row["Type"], row["Default"], row["Set by"])
-                                        for row in guide.tables(section, "Property")), sorted(facts))
+            own = [meta.property(i) for i in range(meta.propertyOffset(), meta.propertyCount())]
+            facts = [(p.name(), p.typeName(), shown(p.read(thing))[1],
+                      "host" if p.isWritable() else "module") for p in own]
+            self.compare(section, facts, "Property", "Type", "Default", "Set by")
 
     def test_dynamic_properties(self):
         base = made("GLWidget").dynamicPropertyNames()
         for section in ("GLWindow", "GLWidget", "GLMultiWidget", "Tile"):
-            with self.subTest(section):
-                thing = made(section)
-                # What a multi-view shares with its base stands there, but for one that differs.
-                own = [(name, *shown(thing.property(name)))
-                       for name in (bytes(n).decode() for n in thing.dynamicPropertyNames())
-                       if section != "GLMultiWidget" or name not in base or name == "enabled"]
-                self.assertEqual(sorted((row["Dynamic property"], row["Type"], row["Default"])
-                                        for row in guide.tables(section, "Dynamic property")), sorted(own))
+            thing = made(section)
+            # What a multi-view shares with its base stands there, but for one that differs.
+            own = [(name, *shown(thing.property(name)))
+                   for name in (bytes(n).decode() for n in thing.dynamicPropertyNames())
+                   if section != "GLMultiWidget" or name not in base or name == "enabled"]
+            self.compare(section, own, "Dynamic property", "Type", "Default")
 
     def test_no_field_of_a_number_or_vector_is_left_out(self):
         fields = set()
