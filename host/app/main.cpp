@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // glview: shows 3D models in views that it loads as a module at run time.
 #include <cstdio>
+#include <cstdlib>
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -8,7 +9,9 @@
 #include "host/app/application.h"
 #include "host/app/module_loader.h"
 #include "host/app/options.h"
+#include "host/app/standard_input.h"
 #include "host/app/viewer.h"
+#include "host/capture/encoder.h"
 #include "host/read/reader_process.h"
 
 namespace {
@@ -43,16 +46,37 @@ int refuse(const QString &error)
     return Unusable;
 }
 
-int runViewer(int &argc, char **argv, const host::Options &options)
+/// Qt ends a program that finds no display with several lines and an abort.
+void hearOfNoDisplay(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (type == QtFatalMsg) {
+        std::fprintf(stderr, "glview: %s\n",
+                     qUtf8Printable(host::Options::tr(
+                         "there is no display to open a window on; start it on a desktop, or on a "
+                         "virtual screen: xvfb-run -a glview ...")));
+        std::fflush(stderr);
+        std::_Exit(Unusable);
+    }
+    if (!QByteArray(context.category).startsWith("qt.qpa"))
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+}
+
+int complain(const QString &what, ExitCode code)
+{
+    std::fprintf(stderr, "glview: %s\n", qUtf8Printable(what));
+    return code;
+}
+
+int runViewer(int &argc, char **argv, host::Options options)
 {
     const host::DesktopScale asked = host::DesktopScale::take();
+    qInstallMessageHandler(hearOfNoDisplay);
     host::Application application(argc, argv);
+    qInstallMessageHandler(nullptr);
     application.setSizes(asked, options.isPersonal());
-    const QString impossible = host::Viewer::recordingFault(options);
-    if (!impossible.isEmpty()) {
-        std::fprintf(stderr, "glview: %s\n", qUtf8Printable(impossible));
-        return Failed;
-    }
+    const QString impossible = host::Viewer::outputFault(options);
+    if (!impossible.isEmpty())
+        return complain(impossible, impossible == host::Encoder::missing() ? Failed : Unusable);
     host::ModuleLoader loader;
     if (!loader.load(modulePaths(options))) {
         std::fprintf(
@@ -60,6 +84,14 @@ int runViewer(int &argc, char **argv, const host::Options &options)
             qUtf8Printable(host::Options::tr("cannot load the module of its views; tried")),
             qUtf8Printable(loader.error()));
         return Unusable;
+    }
+    host::StandardInput input;
+    const int piped = options.files.indexOf("-");
+    if (piped >= 0) {
+        const QString fault = input.read();
+        if (!fault.isEmpty())
+            return complain(fault, Failed);
+        options.files[piped] = options.piped = input.path();
     }
     host::Viewer viewer(loader, options);
     viewer.show();

@@ -21,6 +21,8 @@ public:
         "size", Options::tr("Open a window, or make a picture, of <WxH> pixels."), "WxH"};
     const QCommandLineOption fps{
         "fps", Options::tr("Draw at most, or record, <rate> frames per second."), "rate"};
+    const QCommandLineOption watch{"watch",
+                                   Options::tr("Read files again when they change on disk.")};
     const QCommandLineOption screenshot{
         "screenshot", Options::tr("Write a picture of what is shown to <file> and end."), "file"};
     const QCommandLineOption turntable{
@@ -41,12 +43,13 @@ public:
         QList<QCommandLineOption> options;
     };
     const QList<Group> groups{
-        {Options::tr("Window"), {size, fps, module}},
+        {Options::tr("Window"), {size, fps, watch, module}},
         {Options::tr("Pictures and recordings"), {screenshot, turntable, seconds, transparent}},
         {Options::tr("Help"), {help, version}}};
 
     Parser()
     {
+        setSingleDashWordOptionMode(ParseAsLongOptions);
         for (const Group &group : groups)
             addOptions(group.options);
         addOption(readModel);
@@ -71,8 +74,21 @@ Options refuse(const QString &error)
     return o;
 }
 
+/// What is wrong with the options that the parser does not know.
+QString unknownOptions(const Parser &parser, const QStringList &arguments)
+{
+    const QString name = parser.unknownOptionNames().value(0);
+    if (name.isEmpty())
+        return parser.errorText();
+    const int at = arguments.indexOf(
+        QRegularExpression("-{1,2}" + QRegularExpression::escape(name) + "(=.*)?"));
+    return Options::tr(
+               "there is no option %1; a file whose name begins with a dash goes after \"--\"")
+        .arg(arguments.value(at, "--" + name));
+}
+
 /// What makes sense by itself but not together.
-Options checked(const Options &o)
+Options checked(const Options &o, bool secondsGiven)
 {
     const bool screenshot = !o.screenshot.isEmpty(), turntable = !o.turntable.isEmpty();
     if (screenshot && turntable)
@@ -82,6 +98,12 @@ Options checked(const Options &o)
                                  : Options::tr("--turntable needs a file to show"));
     if (o.transparent && !screenshot && !turntable)
         return refuse(Options::tr("--transparent goes with --screenshot or --turntable"));
+    if (secondsGiven && !turntable)
+        return refuse(Options::tr("--seconds goes with --turntable"));
+    if (o.watch && !o.isPersonal())
+        return refuse(Options::tr("--watch goes with a window, not with a picture or a recording"));
+    if (o.files.count("-") > 1)
+        return refuse(Options::tr("standard input (\"-\") can be read only once"));
     return o;
 }
 
@@ -100,9 +122,11 @@ Options parseOptions(const QStringList &arguments)
 {
     Parser parser;
     if (!parser.parse(arguments))
-        return refuse(parser.errorText());
+        return refuse(unknownOptions(parser, arguments));
     Options o;
-    o.files = parser.positionalArguments();
+    for (const QString &file : parser.positionalArguments())
+        o.files << (file.startsWith('-') && file != "-" ? "./" + file : file);
+    o.watch = parser.isSet(parser.watch);
     o.module = parser.value(parser.module);
     o.screenshot = parser.value(parser.screenshot);
     o.turntable = parser.value(parser.turntable);
@@ -133,11 +157,11 @@ Options parseOptions(const QStringList &arguments)
     if (parser.isSet(parser.seconds)) {
         bool number = false;
         o.seconds = parser.value(parser.seconds).toDouble(&number);
-        if (!number)
+        if (!number || !(o.seconds >= 0.1 && o.seconds <= 600))
             return refuse(Options::tr("--seconds takes a number from 0.1 to 600, not \"%1\"")
                               .arg(parser.value(parser.seconds)));
     }
-    return checked(o);
+    return checked(o, parser.isSet(parser.seconds));
 }
 
 QSize windowSize(const Options &o)
@@ -158,7 +182,8 @@ QString optionsHelp()
     QString help =
         Options::tr("Usage: %1 [option...] [file or folder...]\n"
                     "Shows 3D models and plots CSV files; several files or a folder, side by "
-                    "side.\nIn the window, F1 lists the controls.\n")
+                    "side.\nThe file - is standard input; names that begin with a dash go after "
+                    "--.\nIn the window, F1 lists the controls.\n")
             .arg(QFileInfo(QCoreApplication::applicationFilePath()).fileName());
     for (const Parser::Group &group : Parser().groups) {
         help += '\n' + group.title + ":\n";

@@ -24,9 +24,11 @@ public:
 
     Action action = Action::View;
     QString error;
-    QStringList files;        ///< As given.
+    QStringList files;        ///< As given; "-" is standard input.
+    QString piped;            ///< What of `files` standard input became; empty: it is not used.
     QString module;           ///< Path of the module; empty: search for it.
     QString screenshot;       ///< Picture to write; empty: stay open.
+    bool watch = false;       ///< Files that change on disk are read again.
     bool transparent = false; ///< The picture or the recording has no background.
     QString turntable;        ///< Recording to write; empty: none.
     double seconds = 6;       ///< Length of the recording.

@@ -20,15 +20,17 @@ constexpr int longestSide = 16384;
 /// A size of the shape of another, given by its width.
 class SizeRow : public QWidget {
 public:
-    SizeRow(const QSize &shown, QWidget *parent) : QWidget(parent), shown_(shown)
+    SizeRow(const QSize &shown, const PictureChoice &proposal, QWidget *parent)
+        : QWidget(parent), shown_(shown)
     {
         width_ = new QSpinBox(this);
         const int longer = std::max(shown.width(), shown.height());
         width_->setRange(1, int(qint64(longestSide) * shown.width() / longer));
-        width_->setValue(shown.width());
+        width_->setValue(proposal.size.width());
         width_->setSingleStep(shown.width());
         height_ = new QLabel(this);
         transparent_ = new QCheckBox(PictureChoice::tr("&Transparent background"), this);
+        transparent_->setChecked(proposal.transparent);
         auto *label = new QLabel(PictureChoice::tr("&Width:"), this);
         label->setBuddy(width_);
         auto *row = new QHBoxLayout(this);
@@ -61,22 +63,22 @@ private:
 
 } // namespace
 
-std::optional<PictureChoice> askForPicture(QWidget *parent, const QString &proposal,
-                                           const QSize &shown)
+bool askForPicture(QWidget *parent, const QSize &shown, PictureChoice &choice)
 {
     // Qt's own dialog, which takes another row; the desktop's would not.
-    QFileDialog dialog(parent, PictureChoice::tr("Save a picture"), proposal,
+    QFileDialog dialog(parent, PictureChoice::tr("Save a picture"), choice.path,
                        PictureChoice::tr("Pictures (*.png *.jpg)"));
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix("png");
-    dialog.selectFile(proposal);
-    auto *row = new SizeRow(shown, &dialog);
+    dialog.selectFile(choice.path);
+    auto *row = new SizeRow(shown, choice, &dialog);
     if (auto *grid = qobject_cast<QGridLayout *>(dialog.layout()))
         grid->addWidget(row, grid->rowCount(), 0, 1, grid->columnCount());
     if (dialog.exec() != QDialog::Accepted)
-        return {};
-    return PictureChoice{dialog.selectedFiles().value(0), row->size(), row->transparent()};
+        return false;
+    choice = {dialog.selectedFiles().value(0), row->size(), row->transparent()};
+    return true;
 }
 
 } // namespace host

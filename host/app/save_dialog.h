@@ -2,8 +2,6 @@
 #ifndef HOST_APP_SAVE_DIALOG_H
 #define HOST_APP_SAVE_DIALOG_H
 
-#include <optional>
-
 #include <QCoreApplication>
 #include <QSize>
 #include <QString>
@@ -22,10 +20,9 @@ public:
 };
 
 /// Asks for the name, the size and the background of a picture of what @p parent shows in
-/// @p shown pixels; the shape stays. Runs an event loop of its own. Returns nothing if the person
-/// gave up.
-std::optional<PictureChoice> askForPicture(QWidget *parent, const QString &proposal,
-                                           const QSize &shown);
+/// @p shown pixels; the shape stays. @p choice holds what is proposed and takes what is chosen.
+/// Runs an event loop of its own. Returns false if the person gave up.
+bool askForPicture(QWidget *parent, const QSize &shown, PictureChoice &choice);
 
 } // namespace host
 

@@ -10,6 +10,9 @@ namespace {
 
 const char filesKey[] = "recent/files";
 const char sizeKey[] = "window/size";
+const char darkKey[] = "view/dark";
+const char orthographicKey[] = "view/orthographic";
+const char folderKey[] = "recent/folder";
 
 /// The same file whatever the application object is called, in tests too.
 class Store : public QSettings {
@@ -50,6 +53,37 @@ void Settings::setWindowSize(const QSize &size)
 {
     Store kept;
     kept.setValue(sizeKey, size);
+}
+
+bool Settings::isDark() const
+{
+    return Store().value(darkKey).toBool();
+}
+
+void Settings::setDark(bool dark)
+{
+    Store().setValue(darkKey, dark);
+}
+
+bool Settings::isOrthographic() const
+{
+    return Store().value(orthographicKey).toBool();
+}
+
+void Settings::setOrthographic(bool orthographic)
+{
+    Store().setValue(orthographicKey, orthographic);
+}
+
+QString Settings::folder() const
+{
+    const QString path = Store().value(folderKey).toString();
+    return QFileInfo(path).isDir() ? path : QString();
+}
+
+void Settings::setFolder(const QString &path)
+{
+    Store().setValue(folderKey, path);
 }
 
 } // namespace host

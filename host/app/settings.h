@@ -19,6 +19,13 @@ public:
 
     QSize windowSize() const; ///< Logical pixels; invalid if none was kept.
     void setWindowSize(const QSize &size);
+
+    bool isDark() const; ///< The background; light at first.
+    void setDark(bool dark);
+    bool isOrthographic() const; ///< The projection; perspective at first.
+    void setOrthographic(bool orthographic);
+    QString folder() const; ///< Of what was opened last; empty if none was or it is gone.
+    void setFolder(const QString &path);
 };
 
 } // namespace host

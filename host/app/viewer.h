@@ -3,11 +3,13 @@
 #define HOST_APP_VIEWER_H
 
 #include <memory>
+#include <optional>
 
 #include <QImage>
 #include <QObject>
 #include <QStringList>
 
+#include "host/app/file_watch.h"
 #include "host/app/options.h"
 #include "host/view/view.h"
 #include "host/view/window/window.h"
@@ -15,6 +17,8 @@
 namespace host {
 
 class ModuleLoader;
+struct PictureChoice;
+struct Opening;
 
 /// The program at work: one window, the view in it, and what a person does to the whole of it.
 class Viewer : public QObject {
@@ -24,8 +28,8 @@ public:
     Viewer(const ModuleLoader &loader, const Options &options);
     ~Viewer() override;
 
-    /// What makes the recording that is asked for impossible; empty if nothing does or none is.
-    static QString recordingFault(const Options &options);
+    /// What makes the picture or the recording that is asked for impossible; empty if nothing does.
+    static QString outputFault(const Options &options);
 
     void show() { window_.show(); }
     View *view() const { return view_.get(); }
@@ -34,14 +38,19 @@ public:
     void open(const QStringList &paths);
 
 public slots:
-    void OpenDialog();
-    void SaveDialog();
-    void ToggleBindings();
-    void HideBindings();
+    void OpenFiles();
+    void OpenFolder();
+    void SavePicture();
+    void ReadAgain();
+    void ToggleFullScreen();
     void ToggleFrameRate();
+    void ToggleControls();
+    void HideControls();
     void Quit();
 
 private:
+    struct Command;
+    QList<Command> commands();
     void bindKeys();
     void fillMenu(MenuTree *tree);
     void framePainted();
@@ -50,13 +59,23 @@ private:
     QString record();
     PictureRequest request(const QSize &size, bool transparent) const;
     std::unique_ptr<View> makeSingleView(const QString &path);
-    std::unique_ptr<View> makeView(const QStringList &paths);
+    std::unique_ptr<View> makeView(const Opening &opening);
+    void openNeighbour(const QString &path);
+    void takeLook();
+    void remember(const QStringList &paths);
     void savePicture(const QString &title, const QRect &crop);
+    QString writeCrop(const QRect &crop, const PictureChoice &choice);
 
     Options options_;
     Window window_;
     std::unique_ptr<View> view_;
-    int settledFrames_ = 0; // painted since all was shown, while a picture waits for them
+    FileWatch watch_;
+    // What stays when another file is opened.
+    Display display_;
+    bool orthographic_ = false;
+    std::optional<GL::Camera> look_; // while a person goes from file to file
+    QString folder_;                 // where the next dialog starts
+    int settledFrames_ = 0;          // painted since all was shown, while a picture waits for them
     bool finishing_ = false;
 };
 

@@ -125,6 +125,16 @@ void CameraSteering::home(GLW *glw)
     showsWhole_ = true;
 }
 
+void CameraSteering::lookAlong(GLW *glw, const GL::Camera &other)
+{
+    if (bool(glw->camera.ortho) != bool(other.ortho))
+        motion_.toggleProjection(glw->camera);
+    motion_.jumpTo(glw->camera, poseFor(glw, toQt(other.rot)));
+    fittedSize_ = sizeOf(glw);
+    showsWhole_ = true;
+    placeLamp(glw);
+}
+
 void CameraSteering::lookFrom(GLW *glw, Side side)
 {
     const QVector3D angles = anglesFrom(side);

@@ -40,6 +40,7 @@ public:
     void fit(GLW *glw) override;
     void fitTurn(GLW *glw) override;
     void home(GLW *glw) override;
+    void lookAlong(GLW *glw, const GL::Camera &other) override;
     void lookFrom(GLW *glw, Side side) override;
     void toggleProjection(GLW *glw) override;
     bool isOrthographic(const GLW *glw) const override { return glw->camera.ortho != 0; }

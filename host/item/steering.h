@@ -35,6 +35,8 @@ public:
     virtual void home(GLW *glw) = 0; ///< The pose that it opened with.
     /// Takes up the pose in which an earlier item for the same file was left.
     virtual void restore(GLW *, const GL::Camera &) {}
+    /// Shows all of it at once, from where a camera looks and in its projection.
+    virtual void lookAlong(GLW *, const GL::Camera &) {}
     virtual void lookFrom(GLW *, Side) {}
     virtual void toggleProjection(GLW *) {}
     virtual bool isOrthographic(const GLW *) const { return false; }

@@ -73,7 +73,7 @@ void Controls::bindKeys(QObject *scene)
         {"4", "right", tr("Look from the right"), SLOT(LookRight(GLW *))},
         {"5", "top", tr("Look from the top"), SLOT(LookTop(GLW *))},
         {"6", "bottom", tr("Look from the bottom"), SLOT(LookBottom(GLW *))},
-        {"O", "projection", tr("Orthographic or perspective"), SLOT(ToggleProjection(GLW *))},
+        {"O", "projection", tr("Orthographic"), SLOT(ToggleProjection(GLW *))},
     };
     for (const Key &k : keys)
         bindKey(scene, k.key, k.name, k.text, this, k.slot);

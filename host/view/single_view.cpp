@@ -68,8 +68,19 @@ bool SingleView::isSettled() const
 
 void SingleView::show(const std::shared_ptr<Item> &item)
 {
+    const auto before = camera(); // of the same file, read earlier
+    fault_.clear();
     setItem(glw(), item);
+    if (before)
+        item->steering().restore(glw(), *before);
     changed();
+}
+
+/// What is shown stays until the new is there, or for good if that cannot be read.
+void SingleView::readAgain(const QString &)
+{
+    if (!path_.isEmpty())
+        reader_.start(path_);
 }
 
 void SingleView::fail(const QString &message)
@@ -103,7 +114,8 @@ void SingleView::paintText(GLW *, QPainter *painter)
         // Beside the triad, which has the corner, and above the strip of neighbours.
         const QRectF free =
             bounds.adjusted(Triad::size() + Triad::margin(), 0, 0, -bounds.height() * 0.06);
-        paintNote(painter, free, Qt::AlignBottom | Qt::AlignLeft, {}, shown->underPointer(), theme);
+        paintNote(painter, free, Qt::AlignBottom | Qt::AlignLeft, {},
+                  fault_.isEmpty() ? shown->underPointer() : fault_, theme);
     } else if (!fault_.isEmpty()) {
         paintMessage(painter, bounds, fault_, tr("Drop another file here or press Ctrl+O."), -1,
                      theme);

@@ -22,6 +22,7 @@ public:
     bool isSettled() const override;
     QString fault() const override { return fault_; }
     QString title() const override;
+    void readAgain(const QString &path) override;
 
 public slots:
     void OpenNext() { openNeighbour(1); }

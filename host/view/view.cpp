@@ -103,9 +103,33 @@ void View::setItem(GLW *glw, std::shared_ptr<Item> item)
     slot.item = std::move(item);
     // Before the window is first shown there is no context; Init comes then.
     if (slot.item && window_.widget()->isVisible())
-        slot.item->init(glw);
+        begin(glw, slot.item.get());
     if (!slot.item)
         slots_.erase(glw);
+}
+
+/// Makes what the item draws with, and looks at it as the one before was looked at.
+void View::begin(GLW *glw, Item *item) const
+{
+    item->init(glw);
+    GL::Camera look = look_.value_or(glw->camera);
+    look.ortho = orthographic_;
+    if (look_ || orthographic_)
+        item->steering().lookAlong(glw, look);
+}
+
+std::optional<GL::Camera> View::camera() const
+{
+    const Item *shown = item(mainGLW());
+    return shown && shown->isSpatial() ? std::optional(mainGLW()->camera) : std::nullopt;
+}
+
+bool View::isOrthographic() const
+{
+    for (const auto &[glw, slot] : slots_)
+        if (slot.item && slot.item->isSpatial())
+            return slot.item->steering().isOrthographic(glw);
+    return orthographic_;
 }
 
 void View::lookFrom(Steering::Side side)
@@ -119,7 +143,7 @@ void View::lookFrom(Steering::Side side)
 void View::Init(GLW *glw)
 {
     if (Item *shown = item(glw))
-        shown->init(glw);
+        begin(glw, shown);
 }
 
 void View::advance(GLW *glw)

@@ -3,11 +3,13 @@
 #define HOST_VIEW_VIEW_H
 
 #include <memory>
+#include <optional>
 #include <unordered_map>
 
 #include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
+#include <QStringList>
 
 #include "host/item/item.h"
 #include "host/view/area_selection.h"
@@ -37,7 +39,18 @@ public:
     /// Lets the main item be looked at from a side.
     void lookFrom(Steering::Side side);
     const Display &display() const { return display_; }
-    void setDark(bool dark);
+    void setDisplay(const Display &display);
+
+    /// The camera of the main item, if that stands in three dimensions and is shown.
+    std::optional<GL::Camera> camera() const;
+    /// Lets what is shown from now on be looked at first from where @p camera looks, whole.
+    void setLook(const GL::Camera &camera) { look_ = camera; }
+    /// The projection of what is shown, or else of what will be.
+    bool isOrthographic() const;
+    void setOrthographic(bool on) { orthographic_ = on; } ///< Of what is shown from now on.
+
+    /// Reads the file @p path again, all if that is empty; who looked at it goes on looking so.
+    virtual void readAgain(const QString &path) = 0;
     void fitTurn(); ///< Lets every item be whole from all around, at once.
 
     Item *item(GLW *glw) const; ///< Null if the GLW shows nothing yet.
@@ -51,6 +64,8 @@ public:
     virtual bool isSettled() const = 0;
     /// The reason why nothing could be shown; empty if there is none.
     virtual QString fault() const { return {}; }
+    /// What a script should hear of what is shown: files that are missing in it, and why.
+    virtual QStringList remarks() const { return {}; }
     /// A name for the window's title and for pictures; may be empty.
     virtual QString title() const = 0;
 
@@ -131,6 +146,7 @@ private:
         QVector<double> picked; // pointer and camera of the last picking; empty: to be done
     };
 
+    void begin(GLW *glw, Item *item) const;
     void bindDisplay();
     void paintOver(GLW *glw, QPainter *painter);
     bool pickIsDue(GLW *glw, Slot &slot, const std::optional<QPointF> &pointer);
@@ -143,6 +159,8 @@ private:
     QPointer<QObject> scene_;
     Controls *controls_ = nullptr;
     Display display_;
+    bool orthographic_ = false;
+    std::optional<GL::Camera> look_;
     bool showsBindings_ = false;
     std::unordered_map<GLW *, Slot> slots_;
     QPointer<GLW> menuFor_;

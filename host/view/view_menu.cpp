@@ -34,8 +34,8 @@ void View::fillMenu(GLW *glw, MenuTree *tree)
         };
     };
     if (Item *shown = item(glw)) {
-        tree->add(tr("Fit"), "F", controls_, steer("Fit"));
-        tree->add(tr("First view"), "Home", controls_, steer("Home"));
+        tree->add(tr("Fit to the window"), "F", controls_, steer("Fit"));
+        tree->add(tr("Back to the first view"), "Home", controls_, steer("Home"));
         MenuTree *sides = tree->addMenu(tr("Look from"));
         const std::pair<QString, const char *> views[] = {
             {tr("Front"), "LookFront"}, {tr("Back"), "LookBack"}, {tr("Left"), "LookLeft"},
@@ -67,12 +67,13 @@ void View::ToggleWireframe()
 
 void View::ToggleBackdrop()
 {
-    setDark(!display_.dark);
+    display_.dark = !display_.dark;
+    changed();
 }
 
-void View::setDark(bool dark)
+void View::setDisplay(const Display &display)
 {
-    display_.dark = dark;
+    display_ = display;
     changed();
 }
 
@@ -93,8 +94,7 @@ void View::bindDisplay()
 {
     bindKey(scene_, "W", "wireframe", tr("Wireframe"), this, SLOT(ToggleWireframe()));
     bindKey(scene_, "G", "lighting", tr("Lighting"), this, SLOT(ToggleLighting()));
-    bindKey(scene_, "B", "background", tr("Light or dark background"), this,
-            SLOT(ToggleBackdrop()));
+    bindKey(scene_, "B", "background", tr("Dark background"), this, SLOT(ToggleBackdrop()));
 }
 
 } // namespace host

@@ -23,8 +23,8 @@ void SheetView::bindKeys()
     const Key all[] = {
         {"Ctrl+A", "select-all", tr("Select all, or none"), scene(), SLOT(SelectAll())},
         {"V", "only-selected", tr("Only the selected, or all"), scene(), SLOT(ToggleVisible())},
-        {"L", "link", tr("Link the cameras of the selected, or of all"), this, SLOT(ToggleLink())},
-        {"N", "sort-name", tr("Sort by name; again: reversed"), this, SLOT(SortByName())},
+        {"L", "link", tr("Link cameras"), this, SLOT(ToggleLink())},
+        {"N", "sort-name", tr("Sort by name"), this, SLOT(SortByName())},
         {"S", "sort-size", tr("Sort by file size"), this, SLOT(SortBySize())},
         {"C", "sort-count", tr("Sort by triangles or rows"), this, SLOT(SortByCount())},
         {"+ Shift++ = Num++", "wider", tr("More space between tiles"), this, SLOT(WiderSpacing())},
@@ -212,7 +212,7 @@ void SheetView::fillMenu(GLW *glw, MenuTree *tree)
     tree->add(tr("Only the selected, or all"), "V", scene(),
               [this] { QMetaObject::invokeMethod(scene(), "ToggleVisible"); });
     tree->addCheck(tr("Link cameras"), "L", !linked_.isEmpty(), this, [this] { ToggleLink(); });
-    tree->add(tr("Reset all"), "Shift+Home", this, [this] { ResetAll(); });
+    tree->add(tr("All cameras back to the first view"), "Shift+Home", this, [this] { ResetAll(); });
     MenuTree *sort = tree->addMenu(tr("Sort by"));
     sort->add(tr("Name"), "N", this, [this] { SortByName(); });
     sort->add(tr("File size"), "S", this, [this] { SortBySize(); });

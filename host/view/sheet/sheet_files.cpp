@@ -82,6 +82,23 @@ void SheetView::read(int id)
         jobs_[job] = id;
 }
 
+/// What is shown stays until the new is there.
+void SheetView::readAgain(const QString &path)
+{
+    for (auto &[id, entry] : entries_) {
+        if ((!path.isEmpty() && entry.path != path) || entry.state == State::Released)
+            continue;
+        if (const Item *shown = item(tiles_.value(id)); shown && shown->isSpatial())
+            entry.camera = tiles_.value(id)->camera;
+        if (const int job = queue_.id(entry.path)) {
+            queue_.cancel(job);
+            jobs_.remove(job);
+        }
+        if (!tables_.contains(id))
+            read(id);
+    }
+}
+
 /// Tables are read one at a time, in a thread.
 void SheetView::readNextTable()
 {

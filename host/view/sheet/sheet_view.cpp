@@ -11,8 +11,11 @@
 namespace host {
 
 SheetView::SheetView(Window &window, const QString &name, const QStringList &paths,
-                     const QString &fault)
-    : View(window, "GLMultiWidget", false), name_(name), fault_(fault), entries_(makeEntries(paths))
+                     const QString &notice)
+    : View(window, "GLMultiWidget", false),
+      name_(name),
+      notice_(notice),
+      entries_(makeEntries(paths))
 {
     scene()->setProperty("header", TilePainter::header());
     scene()->setProperty("spacing", qRound(Metrics::px(4)));
@@ -128,6 +131,27 @@ bool SheetView::isSettled() const
     return true;
 }
 
+QString SheetView::fault() const
+{
+    if (entries_.empty())
+        return notice_;
+    const bool failed = std::all_of(entries_.begin(), entries_.end(), [](const auto &entry) {
+        return entry.second.state == State::Failed;
+    });
+    return failed ? tr("none of the files can be shown") : QString();
+}
+
+QStringList SheetView::remarks() const
+{
+    QStringList all;
+    if (!entries_.empty() && !notice_.isEmpty())
+        all << notice_.split('\n');
+    for (const auto &[id, entry] : entries_)
+        if (entry.state == State::Failed)
+            all << tr("%1: %2").arg(entry.name, entry.reason);
+    return all;
+}
+
 QString SheetView::title() const
 {
     return tr("%1 files").arg(entries_.size()) + QStringLiteral(" – ") + name_;
@@ -148,7 +172,7 @@ void SheetView::paintText(GLW *, QPainter *painter)
     const Theme &theme = display().theme();
     const QRectF bounds = window().widget()->rect();
     if (entries_.empty()) {
-        paintMessage(painter, bounds, fault_.isEmpty() ? tr("The sheet is empty.") : fault_,
+        paintMessage(painter, bounds, notice_.isEmpty() ? tr("The sheet is empty.") : notice_,
                      tr("Drop files or a folder here or press Ctrl+O."), -1, theme);
         return;
     }
@@ -164,6 +188,8 @@ void SheetView::paintText(GLW *, QPainter *painter)
     if (note.isEmpty() && hovered_ > 0)
         if (const Item *shown = item(tiles_.value(hovered_)))
             note = shown->underPointer();
+    if (note.isEmpty())
+        note = QString(notice_).replace('\n', "  ·  ");
     paintNote(painter, bounds, Qt::AlignBottom | Qt::AlignLeft, {}, note, theme);
 }
 

@@ -24,10 +24,10 @@ namespace host {
 class SheetView : public View {
     Q_OBJECT
 public:
-    /// @p name is what the sheet is called, such as its folder; @p fault, if not empty, is shown
-    /// in place of tiles.
+    /// @p name is what the sheet is called, such as its folder; @p notice says what was left
+    /// out of it; empty for nothing.
     SheetView(Window &window, const QString &name, const QStringList &paths,
-              const QString &fault = {});
+              const QString &notice = {});
     ~SheetView() override;
 
     /// A quarter of the machine's memory, and not more than 2 GiB.
@@ -35,7 +35,9 @@ public:
     void setMemoryBudget(quint64 bytes);
 
     bool isSettled() const override;
-    QString fault() const override { return fault_; }
+    QString fault() const override; ///< Only where not one file could be read.
+    QStringList remarks() const override;
+    void readAgain(const QString &path) override;
     QString title() const override;
     const SheetEntries &entries() const { return entries_; }
     GLW *tile(int id) const { return tiles_.value(id); } ///< Null if there is none.
@@ -98,7 +100,7 @@ private:
     QString progress() const;
 
     QString name_;
-    QString fault_;
+    QString notice_;
     SheetEntries entries_;
     QHash<int, GLW *> tiles_;
     QHash<int, int> jobs_; // of the queue, to ids

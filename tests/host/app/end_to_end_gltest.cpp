@@ -409,6 +409,47 @@ TEST_F(EndToEnd, AClickInTheLegendTogglesItsColumn)
     EXPECT_EQ(inked(), shown);
 }
 
+TEST_F(EndToEnd, TheNextFileIsLookedAtAsTheOneBefore)
+{
+    viewer.kill();
+    viewer.waitForFinished();
+    ASSERT_TRUE(QFile::copy(folder.filePath("boxes.obj"), folder.filePath("next.obj")));
+    launch("boxes.obj");
+    ASSERT_TRUE(eventually([&] { return find(grab(), Colour::Red).pixels > 1000; }));
+    run({"key", "2", "o", "w", "f"});
+    const QImage back = settled();
+    run({"key", "Page_Down"});
+    ASSERT_TRUE(eventually([&] { return !run({"search", "--name", "next.obj"}).isEmpty(); }));
+    const auto apart = [&](const QImage &now) {
+        int pixels = 0;
+        for (int y = 60; y < 460; ++y)
+            for (int x = 0; x < 800; ++x)
+                pixels += now.pixel(x, y) != back.pixel(x, y);
+        return pixels;
+    };
+    EXPECT_TRUE(eventually([&] { return apart(grab()) < 100; }));
+    for (const char *key : {"o", "w", "1"}) {
+        run({"key", key});
+        EXPECT_GT(apart(settled()), 100) << key;
+        run({"key", *key == '1' ? "2" : key});
+    }
+}
+
+/// OpenGL counts device pixels, and a window that counted others would be filled in part.
+TEST_F(EndToEnd, ADenseScreenIsFilledAndItsTypeIsLarger)
+{
+    viewer.kill();
+    viewer.waitForFinished();
+    qputenv("QT_SCALE_FACTOR", "2");
+    launch("boxes.obj");
+    qunsetenv("QT_SCALE_FACTOR");
+    ASSERT_TRUE(eventually([&] { return find(grab(), Colour::Red).pixels > 1000; }));
+    run({"key", "1"});
+    const QRect content(0, 120, 800, 250), heading(0, 40, 100, 40);
+    EXPECT_EQ(settled().copy(content), start.copy(content));
+    EXPECT_NE(grab().copy(heading), start.copy(heading));
+}
+
 TEST_F(EndToEnd, FilesAreOpenedAndPicturesSaved)
 {
     write(folder.filePath("grey.obj"), QByteArray(boxes) + box("plain", 0));
@@ -439,7 +480,7 @@ TEST_F(EndToEnd, FilesAreOpenedAndPicturesSaved)
     EXPECT_NEAR(inPicture.middle.x(), onScreen.middle.x(), 1);
     EXPECT_NEAR(inPicture.middle.y(), onScreen.middle.y(), 1);
 
-    answer("ctrl+o", "Open", folder.filePath("grey.obj"));
+    answer("ctrl+o", "Open files", folder.filePath("grey.obj"));
     ASSERT_TRUE(eventually([&] { return !run({"search", "--name", "grey.obj"}).isEmpty(); }));
     const QImage other = settled();
     EXPECT_EQ(find(other, Colour::Red).pixels, 0);

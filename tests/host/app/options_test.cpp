@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The command line: what a person types.
+// The command line, and what it finds: options, paths, standard input, the desktop's wishes.
+#include <QFile>
+#include <QTemporaryDir>
+
+#include "host/app/desktop.h"
+#include "host/app/opening.h"
 #include "host/app/options.h"
+#include "host/app/standard_input.h"
 #include "tests/GL/table.h"
 
 namespace host {
@@ -16,23 +22,20 @@ struct OptionsCase {
 using Action = Options::Action;
 
 const OptionsCase optionsCases[] = {
-    {"Nothing", "", Action::View, ""},
-    {"File", "a.obj", Action::View, ""},
-    {"Help", "--help", Action::Help, ""},
-    {"Version", "--version a.obj", Action::Version, ""},
-    {"Reader", "--read-model a.obj", Action::ReadModel, ""},
-    {"UnknownOption", "--colour", Action::Refuse, "colour"},
+    {"UnknownOption", "--colour", Action::Refuse, "--colour;"},
+    {"FileWithADash", "a.obj -x.obj", Action::Refuse, "-x.obj; a file whose name"},
     {"SizeWithoutHeight", "--size 800", Action::Refuse, "\"800\""},
     {"SizeTooSmall", "--size 800x9", Action::Refuse, "16"},
-    {"SizeTooLarge", "--size 99999x800", Action::Refuse, "16384"},
     {"RateOfNothing", "--fps 0", Action::Refuse, "\"0\""},
-    {"RateOfWords", "--fps fast", Action::Refuse, "\"fast\""},
     {"PictureOfNothing", "--screenshot a.png", Action::Refuse, "needs a file"},
     {"RecordingOfNothing", "--turntable a.mp4", Action::Refuse, "needs a file"},
     {"PictureAndRecording", "--turntable a --screenshot b a.obj", Action::Refuse, "at a time"},
-    {"SecondsOfWords", "--seconds many a.obj", Action::Refuse, "\"many\""},
-    {"TransparentWindow", "--transparent a.obj", Action::Refuse, "--screenshot"},
-    {"TransparentFrames", "--transparent --turntable a a.obj", Action::View, ""},
+    {"SecondsOfWords", "--turntable t --seconds many a.obj", Action::Refuse, "\"many\""},
+    {"SecondsOfNothing", "--turntable t --seconds 0 a.obj", Action::Refuse, "\"0\""},
+    {"SecondsTooMany", "--turntable t --seconds 601 a.obj", Action::Refuse, "600"},
+    {"SecondsAlone", "--seconds 3 a.obj", Action::Refuse, "--turntable"},
+    {"PictureWatched", "--watch --screenshot p.png a.obj", Action::Refuse, "window"},
+    {"InputTwice", "- -", Action::Refuse, "once"},
 };
 
 TABLE(OptionsLine, testing::Test, OptionsCase, optionsCases);
@@ -48,37 +51,66 @@ TEST_P(OptionsLine, IsTakenOrRefused)
 
 TEST(OptionsTest, ValuesArrive)
 {
-    const Options o = parseOptions({"glview", "--size", "640x480", "--module", "m.so", "--fps",
-                                    "25", "--screenshot", "p.png", "a.obj"});
+    const Options o = parseOptions(
+        QString("glview --size 640x480 --module m.so --fps 25 --screenshot p.png - -- -a.obj")
+            .split(' '));
     EXPECT_EQ(o.size, QSize(640, 480));
     EXPECT_EQ(o.module, "m.so");
     EXPECT_EQ(o.fps, 25);
     EXPECT_EQ(o.screenshot, "p.png");
-    EXPECT_EQ(o.files, QStringList{"a.obj"});
+    EXPECT_EQ(o.files, QStringList({"-", "./-a.obj"}))
+        << "no later reader may take it for an option";
     EXPECT_EQ(parseOptions({"glview", "--read-model", "b.stl"}).readModel, "b.stl");
 }
 
-struct WindowCase {
-    const char *name;
-    const char *arguments;
-    QSize window;
-};
-
-const WindowCase windowCases[] = {
-    {"Window", "--size 4000x3000 a.obj", {4000, 3000}},
-    {"SmallPicture", "--screenshot p.png --size 1600x1200 a.obj", {1600, 1200}},
-    {"WidePicture", "--screenshot p.png --size 8000x5000 a.obj", {1600, 1000}},
-    {"HighRecording", "--turntable t --size 2000x4000 a.obj", {600, 1200}},
-    {"StripKeepsAHeight", "--screenshot p.png --size 16000x80 a.obj", {12800, 64}},
-    {"NarrowAsAskedFor", "--screenshot p.png --size 3000x20 a.obj", {3000, 20}},
-};
-
-TABLE(WindowSize, testing::Test, WindowCase, windowCases);
-
-TEST_P(WindowSize, HasTheShapeOfThePicture)
+TEST(OptionsTest, TheWindowHasTheShapeOfThePicture)
 {
-    const QString line = QString("glview ") + GetParam().arguments;
-    EXPECT_EQ(windowSize(parseOptions(line.split(' '))), GetParam().window);
+    const std::pair<const char *, QSize> rows[] = {
+        {"--size 4000x3000 a.obj", {4000, 3000}},
+        {"--screenshot p.png --size 8000x5000 a.obj", {1600, 1000}},
+        {"--turntable t --size 2000x4000 a.obj", {600, 1200}},
+        {"--screenshot p.png --size 16000x80 a.obj", {12800, 64}}, // a strip keeps a height
+        {"--screenshot p.png --size 3000x20 a.obj", {3000, 20}}};
+    for (const auto &[line, window] : rows)
+        EXPECT_EQ(windowSize(parseOptions(("glview " + QString(line)).split(' '))), window) << line;
+}
+
+TEST(DesktopScaleTest, VariablesAreReadAndTakenAway)
+{
+    const struct {
+        const char *everywhere, *screens;
+        double factor;
+    } rows[] = {{"2", "", 2}, {"1.5", "A=2;B=1", 3}, {"", "1;2", 1}, {"-1", "", 1}, {"99", "", 8}};
+    for (const auto &row : rows) {
+        qputenv("QT_SCALE_FACTOR", row.everywhere);
+        qputenv("QT_SCREEN_SCALE_FACTORS", row.screens);
+        EXPECT_EQ(DesktopScale::take().factor("A"), row.factor) << row.everywhere << row.screens;
+        EXPECT_FALSE(qEnvironmentVariableIsSet("QT_SCALE_FACTOR"));
+    }
+}
+
+TEST(StandardInputTest, FormatsAreKnownByTheirFirstBytes)
+{
+    const QByteArray solid = QByteArray("solid").leftJustified(80, ' ');
+    EXPECT_EQ(StandardInput::suffixOf(solid + QByteArray("\2\0\0\0", 4), 184), "stl");
+    EXPECT_EQ(StandardInput::suffixOf("# made by hand\nv 0 0 0\n", 23), "obj");
+    EXPECT_EQ(StandardInput::suffixOf("time,v 1\n0,1\n", 13), "csv");
+    EXPECT_EQ(StandardInput::suffixOf("<?xml version='1'?><COLLADA>", 28), "dae");
+    EXPECT_EQ(StandardInput::suffixOf("these are words", 15), "");
+}
+
+TEST(OpeningTest, AFolderThatIsCutSaysSo)
+{
+    const QTemporaryDir folder;
+    for (const char *name : {"a.obj", "b.obj", "c.obj"})
+        ASSERT_TRUE(QFile(folder.filePath(name)).open(QIODevice::WriteOnly));
+    CollectLimits two;
+    two.files = 2;
+    const Opening cut = openingOf({folder.path()}, two), whole = openingOf({folder.path()});
+    EXPECT_TRUE(cut.notice.contains("only 2")) << cut.notice.toStdString();
+    EXPECT_EQ(whole.files.size(), 3);
+    EXPECT_EQ(whole.notice, "");
+    EXPECT_TRUE(openingOf({"a.obj"}).single && !whole.single);
 }
 
 } // namespace
