@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include <QBuffer>
+#include <QOpenGLFramebufferObject>
 #include <QPainter>
 
 #include "host/capture/picture.h"
@@ -205,6 +206,8 @@ TEST_F(PictureTest, GivesBackStateAndRecords)
         glEnable(GL_BLEND);
     };
     inset.setGeometry({0.5, 0.5, 0.25, 0.25}); // not where the picture has it
+    QOpenGLFramebufferObject other(8, 8);
+    other.bind(); // not the window's
     const std::string before = state();
     const GL::Camera camera = inset.camera;
     const Mouse mouse = window->mouse;
@@ -213,6 +216,7 @@ TEST_F(PictureTest, GivesBackStateAndRecords)
 
     EXPECT_TRUE(local);
     EXPECT_EQ(state(), before);
+    other.release();
     EXPECT_EQ(std::memcmp(&inset.camera, &camera, sizeof camera), 0);
     EXPECT_EQ(std::memcmp(&window->mouse, &mouse, sizeof mouse), 0);
     EXPECT_EQ(inset.rect, QRectF(0.5, 0.5, 0.25, 0.25));

@@ -93,9 +93,12 @@ TEST_F(Turntable, PicturesShowOneTurnWithoutItsEnd)
     main.camera.target = main.camera.setTarget = Vector(5, 0, 0);
     main.camera.Update(0);
     main.lights.emplace_back(GLenum(GL_LIGHT0), 'l');
-    main.lights[0].position = {0, 0, 1, 0};
+    main.lights[0].position = {0.1f, 0.2f, 1, 0};
     frame.objects[0].draw2D = nullptr;
-    frame.objects[0].draw3D = [](GLW *, float) {
+    frame.objects[0].draw3D = [](GLW *glw, float) {
+        const GL::Light::vector &lamp = glw->lights[0].position;
+        EXPECT_EQ(lamp.y, 0.2f); // it goes round at its height
+        EXPECT_NEAR(std::hypot(lamp.x, lamp.z), std::hypot(0.1, 1), 1e-5);
         glEnable(GL_LIGHT0);
         glEnable(GL_COLOR_MATERIAL);
         glEnable(GL_CULL_FACE); // two sides, each lit when it is turned to the eye

@@ -380,6 +380,25 @@ TEST_P(PlotTexts, SelectionIsCountedInWords)
 
 INSTANTIATE_TEST_SUITE_P(Scales, PlotTexts, testing::Values(1.0, 1.5));
 
+TEST(PlotTextsTest, DaysStandBelowTheirFirstHours)
+{
+    Object object;
+    auto table = std::make_shared<Table>();
+    table->xIsTime = true;
+    table->x = {0, 3 * 86400};
+    table->columns.emplace_back("y", std::vector<double>{0, 1});
+    SeriesPlot plot(table);
+    plot.fit(&object, {-3600, 1, 3 * 86400, -1});
+    const Painting painted = paintingOf(plot, object);
+    for (const int day : {1, 2, 3}) {
+        const auto found = painted.find(QString("%1 Jan 1970").arg(day));
+        ASSERT_EQ(found.size(), 1u) << day;
+        EXPECT_NEAR(found[0].box.center().x(), plot.toLocal(&object, {86400.0 * (day - 1), 0}).x(),
+                    1);
+        EXPECT_GT(found[0].box.top(), painted.find("12:00")[0].box.bottom() - 2);
+    }
+}
+
 TEST(PlotLayoutTest, LeavesOutWhatHasNoRoom)
 {
     const auto table = tableOf({1}, {{2}, {3}});
