@@ -1,106 +1,176 @@
 // SPDX-License-Identifier: MIT
-// The module as a host loads it: entry, factories, the window's entry in its parent.
+// The module as a host loads it, and which slots of a host its objects find.
 #include <dlfcn.h>
 
-#include "GL/glmultiwidget.h"
-#include "testing.h"
+#include "Qt/module.h"
+#include "tests/GL/fixture.h"
 
 namespace {
-
-using Factory = QObject *(*)(QObject *, const char *);
-using Entry = int (*)(QObject *);
 
 class Registrar : public QObject {
     Q_OBJECT
 
 public:
     QStringList order;
-    QMap<QString, Factory> factories;
+    std::map<QString, QObjectFactory> make;
 
 public Q_SLOTS:
     void Register(const char *kind, const char *name, void *factory)
     {
         order << kind + QString(":") + name;
-        factories[name] = reinterpret_cast<Factory>(factory);
+        make[name] = reinterpret_cast<QObjectFactory>(factory);
     }
 };
 
-class Module : public testing::Test {
-protected:
-    Module()
-    {
-        void *library = dlopen(GLWINDOW_MODULE, RTLD_NOW);
-        const auto entry = library ? reinterpret_cast<Entry>(dlsym(library, "init")) : nullptr;
-        EXPECT_TRUE(entry);
-        if (!entry)
-            return;
-        EXPECT_EQ(entry(nullptr), 1);
-        QObject deaf;
-        EXPECT_EQ(entry(&deaf), 1);
-        EXPECT_EQ(entry(&host), 1);
-    }
-
+TEST(ModuleTest, RegistersFactoriesThatGiveParentAndName)
+{
     Registrar host;
-};
-
-TEST_F(Module, RegistersItsClassesInOrder)
-{
-    EXPECT_EQ(host.order,
-              (QStringList{"qobject:KeyAction", "qobject:MouseAction", "qobject:GLWidget",
-                           "qobject:GLMultiWidget", "qobject:GLWindow"}));
-}
-
-TEST_F(Module, FactoriesGiveParentAndName)
-{
+    QObject deaf;
+    void *library = dlopen(GLWINDOW_MODULE, RTLD_NOW);
+    const auto entry = reinterpret_cast<int (*)(QObject *)>(dlsym(library, "init"));
+    EXPECT_EQ(entry(nullptr) + entry(&deaf) + entry(&host), 3);
+    EXPECT_EQ(host.order.join(' '), "qobject:KeyAction qobject:MouseAction qobject:GLWidget "
+                                    "qobject:GLMultiWidget qobject:GLWindow");
     for (const char *name : {"KeyAction", "MouseAction", "GLWidget", "GLMultiWidget"}) {
         QObject parent;
-        QObject *object = host.factories[name](&parent, "b\xE4r");
+        QObject *object = host.make[name](&parent, "b\xE4r");
         EXPECT_STREQ(object->metaObject()->className(), name);
         EXPECT_EQ(object->parent(), &parent);
         EXPECT_EQ(object->objectName(), QString::fromLatin1("b\xE4r"));
-        EXPECT_EQ(host.factories[name](&parent, nullptr)->objectName(), "");
+        EXPECT_EQ(host.make[name](&parent, nullptr)->objectName(), "");
     }
-}
-
-TEST_F(Module, WindowIsEnteredInAParentThatIsNoWidget)
-{
-    QObject *window = host.factories["GLWindow"](&host, "main");
-    EXPECT_STREQ(window->metaObject()->className(), "QGLWindow");
-    EXPECT_EQ(window->objectName(), "main");
-    EXPECT_EQ(window->parent(), nullptr);
-    EXPECT_EQ(host.property("main").value<QObject *>(), window);
-    EXPECT_STREQ(window->property("parent").typeName(), "QPointer<QObject>");
-    QVariant parent = window->property("parent");
-    EXPECT_TRUE(parent.convert(qMetaTypeId<QObject *>()));
-    EXPECT_EQ(parent.value<QObject *>(), &host);
-    delete window;
-    EXPECT_FALSE(host.dynamicPropertyNames().contains("main"));
-}
-
-TEST_F(Module, WindowMayOutliveItsParent)
-{
-    auto *parent = new QObject;
-    QScopedPointer<QObject> window(host.factories["GLWindow"](parent, "main"));
-    delete parent;
-    EXPECT_EQ(window->property("parent").value<QPointer<QObject>>(), nullptr);
-}
-
-TEST_F(Module, OtherWindowsAreNotEntered)
-{
+    // A window is entered in a parent that is no widget under its name, in so many bytes.
     QWidget widget;
-    QObject *child = host.factories["GLWindow"](&widget, "main");
-    EXPECT_EQ(child->parent(), &widget);
-    EXPECT_EQ(widget.dynamicPropertyNames().size(), 0);
-    EXPECT_FALSE(child->property("parent").isValid());
-    for (const char *name : {"", static_cast<const char *>(nullptr)}) {
-        QScopedPointer<QObject> window(host.factories["GLWindow"](&host, name));
-        EXPECT_EQ(window->objectName(), "");
-        EXPECT_FALSE(window->property("parent").isValid());
-        EXPECT_EQ(host.dynamicPropertyNames().size(), 0);
+    QScopedPointer<QObject> unnamed(host.make["GLWindow"](&deaf, "")),
+        null(host.make["GLWindow"](&deaf, nullptr)), orphan(host.make["GLWindow"](nullptr, "main"));
+    EXPECT_EQ(host.make["GLWindow"](&widget, "main")->parent(), &widget);
+    EXPECT_TRUE(widget.dynamicPropertyNames().isEmpty() && deaf.dynamicPropertyNames().isEmpty());
+    EXPECT_FALSE(orphan->property("parent").isValid());
+    EXPECT_EQ(orphan->objectName() + unnamed->objectName() + null->objectName(), "main");
+    for (const char *name : {"main", "gr\xFC\xDF", "größer"}) {
+        QObject *first = host.make["GLWindow"](&deaf, name),
+                *second = host.make["GLWindow"](&deaf, name);
+        EXPECT_STREQ(first->metaObject()->className(), "QGLWindow");
+        EXPECT_TRUE(first->objectName() == QString::fromLatin1(name) && !first->parent());
+        QVariant parent = first->property("parent");
+        EXPECT_STREQ(parent.typeName(), "QPointer<QObject>");
+        EXPECT_TRUE(parent.convert(qMetaTypeId<QObject *>()) && parent.value<QObject *>() == &deaf);
+        delete first;
+        EXPECT_EQ(deaf.property(name).value<QObject *>(), second) << "not the other's entry";
+        second->setObjectName("renamed");
+        delete second;
+        EXPECT_TRUE(deaf.dynamicPropertyNames().isEmpty());
     }
-    QScopedPointer<QObject> free(host.factories["GLWindow"](nullptr, "free"));
-    EXPECT_EQ(free->objectName(), "free");
-    EXPECT_FALSE(free->property("parent").isValid());
+    auto *parent = new QObject;
+    unnamed.reset(host.make["GLWindow"](parent, "main"));
+    delete parent;
+    EXPECT_EQ(unnamed->property("parent").value<QPointer<QObject>>(), nullptr)
+        << "it may outlive its parent";
+}
+
+// Hosts that offer more or less.
+
+class Modest : public QObject {
+    Q_OBJECT
+public:
+    QString log;
+    QObject *victim = nullptr;
+public Q_SLOTS:
+    void Init()
+    {
+        log += "Init ";
+        delete victim;
+    }
+    void Draw3D() { log += "Draw3D "; }
+    void Draw2D() { log += "Draw2D "; }
+    void Pick3D() { log += "Pick3D "; }
+    void Pick2D() { log += "Pick2D "; }
+    void Connected(GLW *o) { log += "Connected " + o->objectName() + " : "; }
+    void PaintForeground() { log += "PaintForeground "; }
+    void Range2D() { log += "Range2D "; }
+    void Update() { log += "Update "; }
+};
+
+class Full : public Modest {
+    Q_OBJECT
+public Q_SLOTS:
+    void Init(GLW *o)
+    {
+        log += "Init " + o->objectName() + (QGLContext::currentContext() ? " " : "! ");
+    }
+    void Pick3D(GLW *o) { log += "Pick3D " + o->objectName() + ' '; }
+    void InitContextMenuTree(GLW *, QObject *) { log += "Tree "; }
+    void PaintForeground(GLW *, QPainter *) { log += "Foreground "; }
+    void Range2D(QRectF *, int) { log += "Range "; }
+    void NearestDataPos(QVector3D *) { log += "Nearest "; }
+    void Update(GLW *) { log += "Update:GLW "; }
+    void DrawBG(GLW *) { log += "BG "; }
+    void DrawFG(GLW *) { log += "FG "; }
+};
+
+class Odd : public Modest {
+    Q_OBJECT
+public:
+    Q_INVOKABLE void DrawBG(GLW *) { log += "DrawBG "; }
+Q_SIGNALS:
+    void Init(GLW *);
+};
+
+using Connect = WindowTest;
+
+/// The log of connecting a T and emitting every signal, in a window or without one.
+template <typename T, typename Object> QString connected(QGLWindow *window)
+{
+    T someone;
+    Object object(nullptr, "a");
+    if (window) {
+        window->AddGLWidget(&object);
+        window->doneCurrent();
+    }
+    EXPECT_EQ(object.Connect(&someone), &someone);
+    EXPECT_EQ(QGLContext::currentContext(), nullptr) << "as it was";
+    for (int i = QObject::staticMetaObject.methodCount(); i < object.metaObject()->methodCount();
+         ++i) {
+        void *nothing = nullptr, *o = static_cast<GLW *>(&object),
+             *arguments[] = {nullptr, &o, &nothing};
+        if (object.metaObject()->method(i).methodType() == QMetaMethod::Signal)
+            QMetaObject::metacall(&object, QMetaObject::InvokeMetaMethod, i, arguments);
+    }
+    if (window)
+        window->RemoveGLWidget(&object);
+    return someone.log.trimmed();
+}
+
+TEST_F(Connect, TakesTheSlotsThatAHostHas)
+{
+    window->doneCurrent();
+    const QString modest = "Connected a : Init Pick3D Pick2D Draw3D Draw2D";
+    const QString full =
+        "Connected a : Init a! Pick3D a Pick2D Draw3D Draw2D Foreground Range Nearest Tree";
+    EXPECT_EQ((connected<Modest, GLWidget>(nullptr)), modest);
+    EXPECT_EQ((connected<Modest, GLWidget>(window)), "Init " + modest);
+    EXPECT_EQ((connected<Odd, GLMultiWidget>(nullptr)), modest)
+        << "signals and other methods do not count";
+    EXPECT_EQ((connected<Full, GLWidget>(nullptr)), full);
+    EXPECT_EQ((connected<Full, GLWidget>(window)), "Init a " + full) << "with the context";
+    EXPECT_EQ((connected<Full, GLMultiWidget>(nullptr)),
+              "Connected a : Foreground Nearest Init a! Update:GLW Pick3D a Pick2D Draw3D Draw2D "
+              "BG FG Range Tree");
+    window->hide();
+    EXPECT_EQ((connected<Full, GLWidget>(window)), full) << "not yet";
+}
+
+TEST_F(Connect, EndsWithWhoeverDiesOfItAndLeavesTheContext)
+{
+    for (const bool hostDies : {true, false}) {
+        auto *someone = new Modest;
+        QPointer<GLWidget> a = add("a");
+        someone->victim = hostDies ? static_cast<QObject *>(someone) : a;
+        EXPECT_EQ(a->Connect(someone), hostDies ? nullptr : someone);
+        EXPECT_EQ(QGLContext::currentContext(), window->context());
+        EXPECT_EQ(hostDies ? "Init " : someone->log, "Init ") << "no Connected";
+        delete (hostDies ? static_cast<QObject *>(a) : someone);
+    }
 }
 
 } // namespace

@@ -1,43 +1,61 @@
 // SPDX-License-Identifier: MIT
-// Numbers beyond any screen: conversions and sums end at their limits.
-#include "utils/numbers.h"
-
+// The record of the pointer, the load timer, and numbers beyond any screen, which end at limits.
 #include <climits>
+#include <cmath>
+#include <sstream>
 
-#include <QtGlobal>
-
-#include "GL/camera.h"
-#include "GL/mouse.h"
-#include "table.h"
+#include "tests/GL/fixture.h"
+#include "utils/numbers.h"
 
 namespace {
 
-TEST(NumbersTest, RoundAsQtDoesWhereQtCan)
+const struct {
+    int area;
+    void (*act)(Mouse &);
+    const char *record; // of x=1 y=2 t=3 dx=4 dy=5 dt=6, area, x0=8, and so on to 15
+} events[] = {
+    {0, [](Mouse &m) { m = Mouse(); }, "0 0 0 0 0 0 0 0 0 0 0 0 0 0 0"},
+    {0, [](Mouse &m) { m.update(50, 60); }, "1 2 60 0 0 57 0 8 9 10 11 50 12 14 0"},
+    {0, [](Mouse &m) { m.update(31, 52, 73, 90, 80); },
+     "31 52 73 -30 -50 70 0 1 2 90 10 80 12 14 0"},
+    {7, [](Mouse &m) { m.update(31, 52, 2, 90, 80); }, "31 52 2 -30 -50 -1 7 8 9 90 10 80 12 14 0"},
+    {0, [](Mouse &m) { m.update_double(1, 1); }, "1 2 3 4 5 6 0 8 9 10 11 12 13 15 15"},
+    {0, [](Mouse &m) { m.update_double(6, 0); }, "1 2 3 4 5 6 0 8 9 10 11 12 13 8 6"},
+    {0, [](Mouse &m) { m.update_double(1, 0); }, "1 2 3 4 5 6 0 8 9 10 11 12 13 14 0"},
+    {0, [](Mouse &m) { m.add(10, 20).x += 100; }, "111 22 3 4 5 6 0 18 29 10 11 12 13 14 15"},
+    {0, [](Mouse &m) { m.sub(10, 20).x += 100; }, "91 -18 3 4 5 6 0 -2 -11 10 11 12 13 14 15"},
+};
+
+TEST(MouseTest, FollowsItsEvents)
 {
-    for (double v : {-1e9, -2.5, -2.4, -0.5, -0.49999999999999994, 0.0, 0.5, 2.5, 7.6, 1e9})
+    for (const auto &[area, act, record] : events) {
+        Mouse m{1, 2, 3, 4, 5, 6, area, 8, 9, 10, 11, 12, 13, 14, 15};
+        EXPECT_EQ(m.dx0() * 10 + m.dy0(), 77);
+        act(m);
+        std::ostringstream out;
+        for (const auto n : {time_t(m.x), time_t(m.y), m.t, time_t(m.dx), time_t(m.dy), m.dt,
+                             time_t(m.area), time_t(m.x0), time_t(m.y0)})
+            out << n << ' ';
+        out << m.button << ' ' << m.last_button << ' ' << m.modifier << ' ' << m.last_modifier
+            << ' ' << m.double_press << ' ' << m.double_click;
+        EXPECT_EQ(out.str(), record);
+    }
+}
+
+TEST(NumbersTest, EndAtTheLimits)
+{
+    for (const double v : {-1e9, -2.5, -2.4, -0.5, -0.49999999999999994, 0.0, 0.5, 2.5, 7.6, 1e9})
         EXPECT_EQ(bounded::round(v), qRound(v)) << v;
-}
-
-struct Conversion {
-    const char *name;
-    double from;
-    int to;
-};
-const Conversion conversions[] = {
-    {"TowardsZero", 2.9, 2},          {"TowardsZeroBelow", -2.9, -2},
-    {"Last", 2147483647.9, INT_MAX},  {"FirstAbove", 2147483648.0, INT_MAX},
-    {"Huge", 1e300, INT_MAX},         {"FirstBelow", -2147483649.0, INT_MIN},
-    {"Infinite", -INFINITY, INT_MIN}, {"NotANumber", NAN, 0},
-};
-TABLE(TruncateTest, testing::Test, Conversion, conversions);
-
-TEST_P(TruncateTest, StaysWithinAnInt)
-{
-    EXPECT_EQ(bounded::truncate(GetParam().from), GetParam().to);
-}
-
-TEST(NumbersTest, TheRecordEndsAtTheLimits)
-{
+    for (const auto &[v, whole] : {std::pair(2.9, 2),
+                                   {-2.9, -2},
+                                   {2147483647.9, INT_MAX},
+                                   {2147483648.0, INT_MAX},
+                                   {1e300, INT_MAX},
+                                   {-2147483648.9, INT_MIN},
+                                   {-2147483649.0, INT_MIN},
+                                   {double(-INFINITY), INT_MIN},
+                                   {double(NAN), 0}})
+        EXPECT_EQ(bounded::truncate(v), whole) << v;
     Mouse m;
     m.update(INT_MIN, INT_MAX, LONG_MIN, 0, 0);
     m.update(10, -10, LONG_MAX, 0, 0);
@@ -48,15 +66,32 @@ TEST(NumbersTest, TheRecordEndsAtTheLimits)
     EXPECT_EQ(m.sub(INT_MIN, INT_MIN).x, INT_MAX);
     EXPECT_EQ(m.y, INT_MAX - 9);
     EXPECT_EQ(m.add(0, INT_MAX).y, INT_MAX);
-}
-
-TEST(NumbersTest, EdgesOfTheLowestRegionFollow)
-{
     GL::Viewport v;
     EXPECT_EQ(v.Left(INT_MIN, 0), 1073741824.0f);
     v.align = GL::Viewport::AlignBottom;
     EXPECT_EQ(v.Right(INT_MIN, 0), -2147483648.0f);
     EXPECT_EQ(v.Cursor(0, 0, 1, INT_MIN).y, 0.0f);
+}
+
+TEST(LoadTimerTest, TakesTheShareOfTheWallClock)
+{
+    machine.clock = 1700000000123456;
+    LoadTimer timer;
+    EXPECT_EQ(timer(), 1700000000123456);
+    EXPECT_EQ(timer.start + timer.sum, 0);
+    for (const time_t busy : {30, -100, 1, 11})
+        timer.Update(busy);
+    EXPECT_EQ(timer.sum, 42) << "a clock that stepped back adds nothing";
+    timer.Start();
+    EXPECT_EQ(timer.start, 1700000000123456);
+    EXPECT_EQ(timer.sum, 0);
+    timer.Update(30);
+    for (const auto &[elapsed, ratio] :
+         {std::pair(-5, 0.0f), {0, 0.0f}, {1, 30.0f}, {120, 0.25f}}) {
+        machine.clock = timer.start + elapsed;
+        EXPECT_EQ(timer.GetRatio(), ratio) << elapsed;
+    }
+    machine.clock = 0;
 }
 
 } // namespace

@@ -1,71 +1,64 @@
 // SPDX-License-Identifier: MIT
 #include "math/vector.h"
 
-#include <cmath>
-#include <limits>
+#include <utility>
 
-#include "tests/GL/table.h"
+#include <gtest/gtest.h>
 
 namespace {
 
-struct ResultCase {
+const Real numbers[] = {1, 2, 3};
+const Vector a(numbers), b(4, -5, 6);
+const struct {
     const char *name;
-    Vector (*make)();
-    Vector expected;
+    Vector found, expected;
+} rows[] = {
+    {"zero", Vector(), {0, 0, 0}},
+    {"of an array", a, {1, 2, 3}},
+    {"sum", a + b, {5, -3, 9}},
+    {"difference", a - b, {-3, 7, -3}},
+    {"multiple", a * 2, {2, 4, 6}},
+    {"added", Vector(a) += b, {5, -3, 9}},
+    {"subtracted", Vector(a) -= b, {-3, 7, -3}},
+    {"product", Vector(a) *= b, {4, -10, 18}},
+    {"multiplied", Vector(a) *= 2, {2, 4, 6}},
+    {"divided", Vector(b) /= 2, {2, -2.5f, 3}},
+    {"assigned", Vector(a) = Real(5), {5, 5, 5}},
+    {"zeroed", Vector(a).zero(), {0, 0, 0}},
+    {"shortened", Vector(0, 3, 4).normalize(2.5f), {0, 1.5f, 2}},
+    {"lengthened", Vector(2, 0, 0).normalize(5), {5, 0, 0}},
+    {"zero without direction", Vector().normalize(5), {0, 0, 0}},
+    {"turned about x", Vector(7, 1, 2).rotate_x(30), {7, -0.1339746f, 2.2320508f}},
+    {"turned about y", Vector(1, 7, 2).rotate_y(30), {1.8660254f, 7, 1.2320508f}},
+    {"turned about z", Vector(1, 2, 7).rotate_z(30), {-0.1339746f, 2.2320508f, 7}},
 };
 
-const ResultCase resultCases[] = {
-    {"DefaultIsZero", [] { return Vector(); }, {0, 0, 0}},
-    {"ZeroClearsAll", [] { return Vector(1, 2, 3).zero(); }, {0, 0, 0}},
-    {"ScalarAssignment", [] { return Vector(1, 2, 3) = 4.0f; }, {4, 4, 4}},
-    {"ProductIsByComponent", [] { return Vector(1, 2, 3) *= Vector(4, 5, 6); }, {4, 10, 18}},
-    {"Quotient", [] { return Vector(2, 4, 6) /= 2; }, {1, 2, 3}},
-    {"SumAndDifference",
-     [] { return Vector(1, 2, 3) + Vector(10, 20, 30) - Vector(5, 5, 5); },
-     {6, 17, 28}},
-    {"NormalizeLengthens", [] { return Vector(0, 2, 0).normalize(5); }, {0, 5, 0}},
-    {"NormalizeShortens", [] { return Vector(0, 6, 8).normalize(5); }, {0, 3, 4}},
-    {"NormalizeOfZero", [] { return Vector(0, 0, 0).normalize(5); }, {0, 0, 0}},
-    {"RotateX", [] { return Vector(0, 1, 0).rotate_x(-90); }, {0, 0, -1}},
-    {"RotateY", [] { return Vector(0, 0, 1).rotate_y(90); }, {1, 0, 0}},
-    {"RotateYBack", [] { return Vector(1, 0, 0).rotate_y(90); }, {0, 0, -1}},
-    {"RotateZ", [] { return Vector(1, 0, 0).rotate_z(90); }, {0, 1, 0}},
-    // Single-precision sines would leave 1e-7 of a half turn.
-    {"HalfTurnInDouble", [] { return Vector(1, 0, 0).rotate_z(180) * 1e6f; }, {-1e6f, 0, 0}},
-};
-
-TABLE(VectorResult, testing::Test, ResultCase, resultCases);
-
-TEST_P(VectorResult, IsExpected)
+TEST(VectorTest, CalculatesByComponent)
 {
-    const Vector v = GetParam().make();
-    for (int i = 0; i < 3; ++i)
-        EXPECT_NEAR(v[i], GetParam().expected[i], 1e-6) << "component " << i;
+    for (const auto &row : rows) {
+        EXPECT_NEAR(row.found.x, row.expected.x, 1e-6) << row.name;
+        EXPECT_NEAR(row.found.y, row.expected.y, 1e-6) << row.name;
+        EXPECT_NEAR(row.found.z, row.expected.z, 1e-6) << row.name;
+    }
 }
 
-TEST(VectorTest, ProductOfTwoIsTheDotProduct)
+TEST(VectorTest, ComparesExactlyAndMeasures)
 {
-    EXPECT_EQ(Vector(1, 2, 3) * Vector(4, 5, 6), 32);
-    EXPECT_EQ(Vector(1, 2, 2).length(), 3);
-}
-
-TEST(VectorTest, EqualityIsExact)
-{
-    const float nan = std::numeric_limits<float>::quiet_NaN();
-    EXPECT_TRUE(Vector(0, 0, 0) == Vector(-0.0f, 0, 0));
-    EXPECT_FALSE(Vector(1, 2, 3) == Vector(1, 2, std::nextafter(3.0f, 4.0f)));
-    EXPECT_FALSE(Vector(nan, 0, 0) == Vector(nan, 0, 0));
-}
-
-TEST(VectorTest, ServesAsAnArray)
-{
-    const float numbers[] = {1, 2, 3};
-    Vector v(numbers);
-    v[1] = 7;
-    const Real *p = v;
-    EXPECT_EQ(p[0], 1);
-    EXPECT_EQ(p[1], 7);
-    EXPECT_EQ(p[2], 3);
+    for (int i = 0; i < 3; ++i) {
+        Vector other = a, zero(0, -0.0f, 0);
+        other[i] += 1;
+        EXPECT_TRUE(other != a && !(other == a));
+        EXPECT_EQ(std::as_const(other)[i], numbers[i] + 1);
+        EXPECT_EQ(static_cast<const Real *>(std::as_const(other))[i], numbers[i] + 1);
+        EXPECT_TRUE(!zero && zero == Vector());
+        static_cast<Real *>(zero)[i] = 1;
+        EXPECT_FALSE(!zero);
+        zero[i] = NAN;
+        EXPECT_FALSE(zero == zero);
+    }
+    EXPECT_EQ(a * b, 12);
+    EXPECT_EQ(a.length_sq(), 14);
+    EXPECT_EQ(Vector(2, 3, 6).length(), 7);
 }
 
 } // namespace

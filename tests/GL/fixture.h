@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+// What tests of windows and their objects share: a real window that scripts steer by name, a
+// recorder of signals, and what stands in for the machine's clock, pointer and renderer.
+#ifndef TESTS_GL_FIXTURE_H
+#define TESTS_GL_FIXTURE_H
+
+#include <ctime>
+#include <functional>
+#include <map>
+
+#include <QEvent>
+#include <QImage>
+#include <QMetaMethod>
+#include <QStringList>
+
+#include "GL/glmultiwidget.h"
+#include "GL/glwindow.h"
+#include "tests/GL/table.h"
+
+/// In place of what the machine says, for the module too.
+struct Machine {
+    time_t clock = 0;               ///< Wall clock in microseconds; the machine's own while 0.
+    QPoint pointer{700, 700};       ///< Of the screen; the display's own is neither read nor moved.
+    const char *renderer = nullptr; ///< What OpenGL calls itself; its own name while null.
+    QImage shown;                   ///< The last frame that a window swapped.
+    int swaps = 0;
+    QStringList texts; ///< Of renderText(): "x,y,text,colour".
+    std::function<QObject *(const QString &type, QObject *parent, const QString &name)> newObject;
+};
+extern Machine machine;
+
+void PrintTo(const QString &s, std::ostream *out);
+
+/// A value as scripts and words write it: 1, 0, 2.5, text, "1,2,3", an object's name or "null".
+QString wordOf(const QVariant &value);
+/// The reverse: `true`, `none`, numbers, "[1,2]", "5x6" (a size), else text.
+QVariant valueOf(const QString &word);
+
+/// Writes each signal that it hears as a word and then runs the hook of that word, if there is one.
+/// A word is the signal's name, or an action's own, and its arguments: "Draw3D:a", "left:a,1".
+class Recorder : public QObject {
+public:
+    QStringList log;
+    std::map<QString, std::function<void()>> on;
+    std::function<void(const QString &)> each; ///< Runs after every word.
+
+    /// Hears the signals of @p o; of an action only `triggered` with @p arguments, "*" for all.
+    void hear(QObject *o, const QByteArray &arguments = "GLW*,bool");
+    QString take(); ///< The words since the last call.
+    int qt_metacall(QMetaObject::Call call, int id, void **arguments) override;
+
+private:
+    std::vector<std::pair<QMetaMethod, QString>> heard;
+};
+
+/// A shown window at (100, 100) on the screen that has painted its first frame. Its timer rests:
+/// frames come from frame() alone, and input from scripts. Points are window pixels from the top.
+class WindowTest : public testing::Test {
+protected:
+    explicit WindowTest(QSize size = QSize(200, 100));
+    ~WindowTest() override;
+
+    void open(QSize size);
+    GLWidget *add(const QString &name, const QRectF &rect = QRectF(0, 0, 1, 1));
+    GLMultiWidget *addView(int tiles);
+    void frame(bool tick = false); ///< Draws one at once; checks the errors that it leaves.
+    void newContext();             ///< Gives the shown window another one.
+    QColor pixel(int x, int y) const { return machine.shown.pixelColor(x, y); }
+    void deliver(QEvent &&event); ///< Straight to the window's handlers.
+    void mouse(QEvent::Type type, QPointF at, int button = 0, int held = 0, int modifiers = 0);
+    void click(QPointF at, int modifiers = 0); ///< Press and release of the left button.
+    QString record() const;                    ///< "x,y x0,y0 dx,dy dt button<last modifier<last"
+
+    /// Runs statements, apart by "; ", and returns the words that came of it. A statement is a verb
+    /// of the table in fixture.cpp, or "object.slot arguments", whose result becomes a word.
+    QString run(const QString &script);
+    QObject *find(const QString &name); ///< The window, the owner or one of its descendants.
+    GLW *object(const QString &name);
+    GLMultiWidget *view(); ///< The first.
+
+    QObject owner;
+    Recorder host;
+    QPointer<QGLWindow> window;
+    GLenum error = GL_NO_ERROR; ///< That the last frame left.
+
+private:
+    using Words = QStringList;
+    void call(QObject *o, const QByteArray &slot, const Words &arguments);
+    std::map<QString, std::function<void(const Words &)>> verbs;
+};
+
+/// A row of a table of scripts: "Name: script => words", one per line.
+struct Script {
+    QString name, script, told;
+    static std::vector<Script> table(const char *rows);
+    friend void PrintTo(const Script &row, std::ostream *out) { PrintTo(row.name, out); }
+};
+
+/// Declares Suite, whose tests run the scripts of the table @p rows, each behind @p before.
+#define SCRIPTS(Suite, Base, before, rows)                                                         \
+    class Suite : public Base, public testing::WithParamInterface<Script> {};                      \
+    INSTANTIATE_TEST_SUITE_P(Rows, Suite, testing::ValuesIn(Script::table(rows)),                  \
+                             [](const auto &row) { return row.param.name.toStdString(); });        \
+    TEST_P(Suite, Tells)                                                                           \
+    {                                                                                              \
+        run(before);                                                                               \
+        EXPECT_EQ(run(GetParam().script), GetParam().told);                                        \
+    }
+
+/// The matrices and the GL viewport as OpenGL holds them.
+struct State {
+    GLdouble p[16], mv[16];
+    GLint viewport[4];
+
+    State();
+    QRect rect() const { return QRect(viewport[0], viewport[1], viewport[2], viewport[3]); }
+    /// What a projection without perspective shows: left, bottom, width and height.
+    QRectF shown() const
+    {
+        return QRectF((-1 - p[12]) / p[0], (-1 - p[13]) / p[5], 2 / p[0], 2 / p[5]);
+    }
+};
+
+#endif
