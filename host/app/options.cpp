@@ -23,6 +23,8 @@ public:
         "fps", Options::tr("Draw at most, or record, <rate> frames per second."), "rate"};
     const QCommandLineOption watch{"watch",
                                    Options::tr("Read files again when they change on disk.")};
+    const QCommandLineOption up{"up", Options::tr("Let this axis of the models' files point up."),
+                                "x|y|z"};
     const QCommandLineOption screenshot{
         "screenshot", Options::tr("Write a picture of what is shown to <file> and end."), "file"};
     const QCommandLineOption turntable{
@@ -43,7 +45,7 @@ public:
         QList<QCommandLineOption> options;
     };
     const QList<Group> groups{
-        {Options::tr("Window"), {size, fps, watch, module}},
+        {Options::tr("Window"), {size, fps, up, watch, module}},
         {Options::tr("Pictures and recordings"), {screenshot, turntable, seconds, transparent}},
         {Options::tr("Help"), {help, version}}};
 
@@ -145,6 +147,13 @@ Options parseOptions(const QStringList &arguments)
             return refuse(
                 Options::tr("--size takes WIDTHxHEIGHT with 16 to 16384 pixels each, not \"%1\"")
                     .arg(parser.value(parser.size)));
+    }
+    if (parser.isSet(parser.up)) {
+        const int axis = QStringList{"x", "y", "z"}.indexOf(parser.value(parser.up).toLower());
+        if (axis < 0)
+            return refuse(
+                Options::tr("--up takes x, y or z, not \"%1\"").arg(parser.value(parser.up)));
+        o.up = FileAxes::Axis(axis);
     }
     if (parser.isSet(parser.fps)) {
         bool number = false;

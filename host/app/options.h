@@ -2,10 +2,14 @@
 #ifndef HOST_APP_OPTIONS_H
 #define HOST_APP_OPTIONS_H
 
+#include <optional>
+
 #include <QCoreApplication>
 #include <QSize>
 #include <QString>
 #include <QStringList>
+
+#include "host/read/mesh.h"
 
 namespace host {
 
@@ -36,7 +40,8 @@ public:
     QString readModel;        ///< File that a reading process is to read.
     QSize size{1280, 800};    ///< Of the window in logical pixels, or of the picture in pixels.
     bool sizeGiven = false;   ///< Otherwise the size of the last run is preferred.
-    float fps = 60;           ///< Frames per second while something moves.
+    std::optional<FileAxes::Axis> up; ///< Of the files' axes; nothing: as their formats have it.
+    float fps = 60;                   ///< Frames per second while something moves.
 
     /// Whether a person is at the window, whose habits are worth keeping.
     bool isPersonal() const { return screenshot.isEmpty() && turntable.isEmpty(); }

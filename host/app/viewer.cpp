@@ -110,6 +110,7 @@ void Viewer::open(const QStringList &paths)
     view_ = makeView(opening);
     view_->setDisplay(display_);
     view_->setOrthographic(orthographic_);
+    view_->setUp(options_.up);
     connect(view_.get(), &View::framePainted, this, &Viewer::framePainted);
     connect(view_.get(), &View::menuOpening, this, &Viewer::fillMenu);
     connect(view_.get(), &View::titleChanged, this, [this] { window_.setTitle(view_->title()); });

@@ -10,6 +10,7 @@
 #include "GL/glw.h"
 #include "host/item/display.h"
 #include "host/item/steering.h"
+#include "host/read/mesh.h"
 
 class QPainter;
 
@@ -53,6 +54,14 @@ public:
     /// to be drawn anew.
     virtual bool pick3D(GLW *, const std::optional<QPointF> &) { return false; }
     virtual bool pick2D(GLW *, const std::optional<QPointF> &) { return false; }
+
+    /// Which axes of its file the world's are; nothing where there are no such axes.
+    virtual std::optional<FileAxes> axes() const { return {}; }
+    /// Lets the file's +@p up point up from now on, and shows all of it. Needs the GL context after
+    /// init().
+    virtual void standOn(GLW *, FileAxes::Axis) {}
+    /// What standOn() was last told; nothing: it stands as the rule for its format says.
+    virtual std::optional<FileAxes::Axis> chosenUp() const { return {}; }
 
     /// Whether it stands in three dimensions, so that one can look from the sides.
     virtual bool isSpatial() const { return false; }

@@ -30,12 +30,6 @@ void writePositions(QOpenGLBuffer &buffer, const Mesh &mesh, const QVector3D &ce
     }
 }
 
-float alphaOf(const MeshPart &part)
-{
-    // Several writers put 0 where they mean opaque; nobody means a part to be invisible.
-    return part.colour[3] < 0.02f ? 1.0f : part.colour[3];
-}
-
 void setColour(const MeshPart &part, const Display &display, bool marked)
 {
     const auto &c = part.colour;
@@ -45,7 +39,7 @@ void setColour(const MeshPart &part, const Display &display, bool marked)
     const float tint[3] = {float(accent.redF()), float(accent.greenF()), float(accent.blueF())};
     const float share = marked ? 0.45f : 0.0f;
     GLfloat emission[4] = {0, 0, 0, 1};
-    GLfloat colour[4] = {0, 0, 0, alphaOf(part)};
+    GLfloat colour[4] = {0, 0, 0, opacityOf(part)};
     for (int i = 0; i < 3; ++i) {
         emission[i] = lift * tint[i];
         colour[i] = c[std::size_t(i)] * (1 - share) + tint[i] * share;
@@ -77,6 +71,7 @@ void MeshBuffers::create(const Mesh &mesh, const QVector3D &centre, float scale)
     indices_.release();
     bytes_ = quint64(positions) + quint64(normals) + quint64(colours) +
              mesh.indices.size() * sizeof(quint32);
+    transparent_ = TransparentParts(mesh, centre, scale);
 }
 
 void MeshBuffers::destroy()
@@ -126,11 +121,11 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &ma
     if (!mesh.colours.empty())
         glColorPointer(4, GL_UNSIGNED_BYTE, 0, offset(colours));
 
-    drawParts(mesh, display, marked, false);
-    glEnable(GL_BLEND);
-    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-    glDepthMask(GL_FALSE);
-    drawParts(mesh, display, marked, true);
+    for (std::size_t i = 0; i < mesh.parts.size(); ++i)
+        if (opacityOf(mesh.parts[i]) >= 1)
+            drawPart(mesh, i, display, marked(i));
+    if (!transparent_.isEmpty())
+        drawTransparent(mesh, display, marked);
 
     indices_.release();
     vertices_.release();
@@ -138,23 +133,40 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &ma
     glPopAttrib();
 }
 
-void MeshBuffers::drawParts(const Mesh &mesh, const Display &display, const Marks &marked,
-                            bool transparent)
+/// Each part covers what lies farther away, its own far side too.
+void MeshBuffers::drawTransparent(const Mesh &mesh, const Display &display, const Marks &marked)
 {
-    for (std::size_t i = 0; i < mesh.parts.size(); ++i) {
-        const MeshPart &part = mesh.parts[i];
-        if ((alphaOf(part) < 1) != transparent || part.indexCount == 0)
-            continue;
-        const bool isMarked = marked(i);
-        // A marked part gives up its vertex colours: without lighting they would hide the mark.
-        if (!mesh.colours.empty() && !isMarked)
-            glEnableClientState(GL_COLOR_ARRAY);
-        else
-            glDisableClientState(GL_COLOR_ARRAY);
-        setColour(part, display, isMarked);
-        glDrawElements(GL_TRIANGLES, GLsizei(part.indexCount), GL_UNSIGNED_INT,
-                       offset(std::size_t(part.firstIndex) * sizeof(quint32)));
+    QMatrix4x4 view, projection; // as OpenGL keeps them, column by column
+    glGetFloatv(GL_MODELVIEW_MATRIX, view.data());
+    glGetFloatv(GL_PROJECTION_MATRIX, projection.data());
+    const bool parallel = qFuzzyIsNull(projection(3, 2)); // what makes far things small
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glDepthMask(GL_FALSE);
+    glFrontFace(GL_CCW);
+    glEnable(GL_CULL_FACE);
+    for (const std::size_t index : transparent_.farFirst(view, parallel)) {
+        for (const GLenum leftOut : {GL_FRONT, GL_BACK}) {
+            glCullFace(leftOut);
+            drawPart(mesh, index, display, marked(index));
+        }
     }
+}
+
+void MeshBuffers::drawPart(const Mesh &mesh, std::size_t index, const Display &display,
+                           bool isMarked)
+{
+    const MeshPart &part = mesh.parts[index];
+    if (part.indexCount == 0)
+        return;
+    // A marked part gives up its vertex colours: without lighting they would hide the mark.
+    if (!mesh.colours.empty() && !isMarked)
+        glEnableClientState(GL_COLOR_ARRAY);
+    else
+        glDisableClientState(GL_COLOR_ARRAY);
+    setColour(part, display, isMarked);
+    glDrawElements(GL_TRIANGLES, GLsizei(part.indexCount), GL_UNSIGNED_INT,
+                   offset(std::size_t(part.firstIndex) * sizeof(quint32)));
 }
 
 } // namespace host

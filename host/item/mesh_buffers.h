@@ -8,6 +8,7 @@
 #include <QVector3D>
 
 #include "host/item/display.h"
+#include "host/item/transparent_parts.h"
 #include "host/read/mesh.h"
 
 namespace host {
@@ -21,6 +22,7 @@ public:
     /// Copies @p mesh, each point p as (p - centre) * scale. Does nothing if that was done.
     void create(const Mesh &mesh, const QVector3D &centre, float scale);
     void destroy();
+    bool isCreated() const { return vertices_.isCreated(); }
 
     quint64 byteSize() const { return bytes_; }
 
@@ -35,14 +37,18 @@ public:
     };
 
     /// Draws the mesh that create() got; its @p marked parts stand out.
-    /// Expects the light's place and the matrices to be set. Leaves GL state as it was.
+    /// Opaque parts come first, then the transparent ones, the farthest first, of each the faces
+    /// that look away first. Expects the light's place and the matrices to be set. Leaves GL state
+    /// as it was.
     void draw(const Mesh &mesh, const Display &display, const Marks &marked);
 
 private:
-    void drawParts(const Mesh &mesh, const Display &display, const Marks &marked, bool transparent);
+    void drawPart(const Mesh &mesh, std::size_t index, const Display &display, bool isMarked);
+    void drawTransparent(const Mesh &mesh, const Display &display, const Marks &marked);
 
     QOpenGLBuffer vertices_{QOpenGLBuffer::VertexBuffer}; // positions, normals, colours
     QOpenGLBuffer indices_{QOpenGLBuffer::IndexBuffer};
+    TransparentParts transparent_;
     quint64 bytes_ = 0;
 };
 

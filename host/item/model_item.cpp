@@ -13,15 +13,23 @@ namespace host {
 ModelItem::ModelItem(const QString &name, MeshPtr mesh) : name_(name), mesh_(std::move(mesh))
 {
     measure();
-    QThreadPool::globalInstance()->start([build = build_, shared = mesh_] {
-        build->tree = std::make_unique<TriangleTree>(shared, build->cancel);
-        build->ready = true;
-    });
+    buildTree();
 }
 
 ModelItem::~ModelItem()
 {
     build_->cancel = true;
+}
+
+/// What the pointer was found with until now is given up.
+void ModelItem::buildTree()
+{
+    build_->cancel = true;
+    build_ = std::make_shared<TreeBuild>();
+    QThreadPool::globalInstance()->start([build = build_, shared = mesh_] {
+        build->tree = std::make_unique<TriangleTree>(shared, build->cancel);
+        build->ready = true;
+    });
 }
 
 /// Finds where the model stands in the world and which points outline it.
@@ -39,6 +47,7 @@ void ModelItem::measure()
         radius = std::max(radius, vertex(i).length());
     scale_ = radius > 0 ? CameraMotion::worldRadius / radius : 1;
     const std::size_t step = count / enough + 1;
+    outline_.clear();
     outline_.reserve(count / step + 1);
     for (std::size_t i = 0; i < count; i += step)
         outline_.push_back(vertex(i) * scale_);
@@ -46,15 +55,17 @@ void ModelItem::measure()
 
 QString ModelItem::details() const
 {
-    const QVector3D size = mesh_->max - mesh_->min;
+    const QVector3D size = mesh_->fileSize();
+    const FileAxes &axes = mesh_->axes;
     const QLocale locale;
     const auto length = [&](float v) { return locale.toString(double(v), 'g', 4); };
     const QString count =
         mesh_->triangleCount() == 1
             ? tr("1 triangle")
             : tr("%1 triangles").arg(locale.toString(qulonglong(mesh_->triangleCount())));
-    return QStringLiteral("%1  ·  %2 × %3 × %4")
-        .arg(count, length(size.x()), length(size.y()), length(size.z()));
+    const QString up = (axes.upIsNegative() ? tr("−%1 up") : tr("%1 up")).arg("XYZ"[axes.up()]);
+    return QStringLiteral("%1  ·  %2 × %3 × %4  ·  %5")
+        .arg(count, length(size.x()), length(size.y()), length(size.z()), up);
 }
 
 QString ModelItem::underPointer() const
@@ -89,6 +100,24 @@ void ModelItem::init(GLW *glw)
 {
     buffers_.create(*mesh_, centre_, scale_);
     steering_.init(glw);
+}
+
+void ModelItem::standOn(GLW *glw, FileAxes::Axis up)
+{
+    chosenUp_ = up;
+    if (mesh_->axes.up() == up && !mesh_->axes.upIsNegative())
+        return;
+    auto turned = std::make_shared<Mesh>(*mesh_); // others may hold the one that it was made of
+    turned->standOn(up);
+    mesh_ = std::move(turned);
+    hovered_ = -1;
+    measure();
+    buildTree();
+    if (!buffers_.isCreated())
+        return;
+    buffers_.destroy();
+    buffers_.create(*mesh_, centre_, scale_);
+    steering_.lookAlong(glw, glw->camera);
 }
 
 void ModelItem::release()

@@ -41,6 +41,9 @@ public:
 
     Steering &steering() override { return steering_; }
     bool isSpatial() const override { return true; }
+    std::optional<FileAxes> axes() const override { return mesh_->axes; }
+    void standOn(GLW *glw, FileAxes::Axis up) override;
+    std::optional<FileAxes::Axis> chosenUp() const override { return chosenUp_; }
     double unitsPerPixel(const GLW *glw) const override;
     bool isBusy() const override { return !build_->ready; }
     void init(GLW *glw) override;
@@ -64,6 +67,7 @@ private:
     };
 
     void measure();
+    void buildTree();
     std::optional<TriangleHit> hit(const Ray &world) const;
     int partOf(quint32 triangle) const;
 
@@ -72,9 +76,10 @@ private:
     QVector3D centre_;
     float scale_ = 1;
     std::vector<QVector3D> outline_;
+    std::optional<FileAxes::Axis> chosenUp_;
     CameraSteering steering_{*this};
     MeshBuffers buffers_;
-    std::shared_ptr<TreeBuild> build_ = std::make_shared<TreeBuild>();
+    std::shared_ptr<TreeBuild> build_ = std::make_shared<TreeBuild>(); // never null
     int hovered_ = -1;
     std::vector<bool> selected_; // by parts; empty: none
 };

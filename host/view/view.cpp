@@ -99,8 +99,14 @@ void View::setItem(GLW *glw, std::shared_ptr<Item> item)
     Slot &slot = slots_[glw];
     if (slot.item)
         slot.item->release();
+    // A file that is read again stays on the axis that a person chose for it.
+    std::optional<FileAxes::Axis> up = slot.item ? slot.item->chosenUp() : std::nullopt;
+    if (!up)
+        up = up_;
     slot = Slot();
     slot.item = std::move(item);
+    if (slot.item && up)
+        slot.item->standOn(glw, *up);
     // Before the window is first shown there is no context; Init comes then.
     if (slot.item && window_.widget()->isVisible())
         begin(glw, slot.item.get());

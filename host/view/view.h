@@ -47,6 +47,8 @@ public:
     void setLook(const GL::Camera &camera) { look_ = camera; }
     /// The projection of what is shown, or else of what will be.
     bool isOrthographic() const;
+    /// The file's axis that points up in what is shown from now on; nothing: as its format has it.
+    void setUp(std::optional<FileAxes::Axis> up) { up_ = up; }
     void setOrthographic(bool on) { orthographic_ = on; } ///< Of what is shown from now on.
 
     /// Reads the file @p path again, all if that is empty; who looked at it goes on looking so.
@@ -93,6 +95,7 @@ public slots:
     void PaintForeground(GLW *glw, QPainter *painter);
     void InitContextMenuTree(GLW *glw, QObject *tree);
 
+    void NextUp(GLW *glw); ///< Lets the next axis of the file point up.
     void ToggleLighting();
     void ToggleWireframe();
     void ToggleBackdrop();
@@ -147,6 +150,8 @@ private:
     };
 
     void begin(GLW *glw, Item *item) const;
+    void standOn(GLW *glw, FileAxes::Axis up);
+    void fillUpMenu(GLW *glw, MenuTree *tree);
     void bindDisplay();
     void paintOver(GLW *glw, QPainter *painter);
     bool pickIsDue(GLW *glw, Slot &slot, const std::optional<QPointF> &pointer);
@@ -160,6 +165,7 @@ private:
     Controls *controls_ = nullptr;
     Display display_;
     bool orthographic_ = false;
+    std::optional<FileAxes::Axis> up_;
     std::optional<GL::Camera> look_;
     bool showsBindings_ = false;
     std::unordered_map<GLW *, Slot> slots_;

@@ -45,12 +45,43 @@ void View::fillMenu(GLW *glw, MenuTree *tree)
             sides->add(text, QString::number(++key), controls_, steer(look));
         tree->addCheck(tr("Orthographic"), "O", shown->steering().isOrthographic(glw), controls_,
                        steer("ToggleProjection"));
+        fillUpMenu(glw, tree);
         tree->addSeparator();
     }
     tree->addCheck(tr("Lighting"), "G", display_.lighting, this, [this] { ToggleLighting(); });
     tree->addCheck(tr("Wireframe"), "W", display_.wireframe, this, [this] { ToggleWireframe(); });
     tree->addCheck(tr("Dark background"), "B", display_.dark, this, [this] { ToggleBackdrop(); });
     tree->addSeparator();
+}
+
+void View::fillUpMenu(GLW *glw, MenuTree *tree)
+{
+    const auto axes = item(glw)->axes();
+    if (!axes)
+        return;
+    const QPointer<GLW> target(glw);
+    MenuTree *ups = tree->addMenu(tr("Axis that points up"));
+    for (const auto up : {FileAxes::X, FileAxes::Y, FileAxes::Z})
+        ups->addCheck(QString("XYZ"[up]), {}, axes->up() == up, this,
+                      [this, target, up] { standOn(target, up); });
+    ups->add(tr("Next axis up"), "U", this, [this, target] { NextUp(target); });
+}
+
+void View::standOn(GLW *glw, FileAxes::Axis up)
+{
+    if (Item *shown = item(glw)) {
+        window_.widget()->makeCurrent();
+        shown->standOn(glw, up);
+        changed();
+    }
+}
+
+void View::NextUp(GLW *glw)
+{
+    GLW *target = item(glw) ? glw : mainGLW(); // an overlay passes on its keys
+    const auto axes = item(target) ? item(target)->axes() : std::nullopt;
+    if (axes)
+        standOn(target, FileAxes::Axis((axes->up() + 1) % 3));
 }
 
 void View::ToggleLighting()
@@ -94,6 +125,7 @@ void View::bindDisplay()
 {
     bindKey(scene_, "W", "wireframe", tr("Wireframe"), this, SLOT(ToggleWireframe()));
     bindKey(scene_, "G", "lighting", tr("Lighting"), this, SLOT(ToggleLighting()));
+    bindKey(scene_, "U", "up", tr("Next axis up"), this, SLOT(NextUp(GLW *)));
     bindKey(scene_, "B", "background", tr("Dark background"), this, SLOT(ToggleBackdrop()));
 }
 

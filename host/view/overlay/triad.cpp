@@ -51,21 +51,23 @@ bool Triad::isShown() const
 std::array<Triad::Arm, 6> Triad::arms(const QRectF &bounds) const
 {
     const CameraGeometry geometry(mainGLW()->camera, QSizeF(size(), size()));
+    const FileAxes axes = mainItem()->axes().value_or(FileAxes());
     using Side = Steering::Side;
     // Who looks from the right sees the end of +X come towards the eye.
     const Side sides[3][2] = {
         {Side::Right, Side::Left}, {Side::Top, Side::Bottom}, {Side::Front, Side::Back}};
     std::array<Arm, 6> all;
     for (int i = 0; i < 6; ++i) {
-        const int axis = i / 2;
+        const int axis = i / 2; // of the world
         const bool positive = i % 2 == 0;
+        const int ofFile = axes.of[std::size_t(axis)];
         QVector3D v;
         v[axis] = positive ? 1 : -1;
         const QPointF out(double(QVector3D::dotProduct(v, geometry.right())),
                           -double(QVector3D::dotProduct(v, geometry.up())));
-        all[std::size_t(i)] = {bounds.center() + out * reach(),
-                               -double(QVector3D::dotProduct(v, geometry.forward())), axis,
-                               positive, sides[axis][positive ? 0 : 1]};
+        all[std::size_t(i)] = {
+            bounds.center() + out * reach(), -double(QVector3D::dotProduct(v, geometry.forward())),
+            std::abs(ofFile) - 1, positive == (ofFile > 0), sides[axis][positive ? 0 : 1]};
     }
     std::sort(all.begin(), all.end(), [](const Arm &a, const Arm &b) { return a.depth < b.depth; });
     return all;

@@ -8,8 +8,8 @@
 
 namespace host {
 
-/// The axes of the world in the lower left corner. They turn with the camera of the main
-/// object; a click on an arm's end looks along that axis.
+/// The axes of the file in the lower left corner, as they stand in the world. They turn with the
+/// camera of the main object; a click on an arm's end looks along that axis.
 class Triad : public Overlay {
     Q_OBJECT
 public:
@@ -31,7 +31,7 @@ private:
     struct Arm {
         QPointF end;  ///< In the window's geometry.
         double depth; ///< Positive towards the viewer, of the unit axis.
-        int axis;     ///< 0 to 2.
+        int axis;     ///< Of the file, 0 to 2.
         bool positive;
         Steering::Side side; ///< From where a click looks.
     };

@@ -27,6 +27,7 @@ const OptionsCase optionsCases[] = {
     {"SizeWithoutHeight", "--size 800", Action::Refuse, "\"800\""},
     {"SizeTooSmall", "--size 800x9", Action::Refuse, "16"},
     {"RateOfNothing", "--fps 0", Action::Refuse, "\"0\""},
+    {"UpOfNoAxis", "--up w a.obj", Action::Refuse, "\"w\""},
     {"PictureOfNothing", "--screenshot a.png", Action::Refuse, "needs a file"},
     {"RecordingOfNothing", "--turntable a.mp4", Action::Refuse, "needs a file"},
     {"PictureAndRecording", "--turntable a --screenshot b a.obj", Action::Refuse, "at a time"},
@@ -52,11 +53,13 @@ TEST_P(OptionsLine, IsTakenOrRefused)
 TEST(OptionsTest, ValuesArrive)
 {
     const Options o = parseOptions(
-        QString("glview --size 640x480 --module m.so --fps 25 --screenshot p.png - -- -a.obj")
+        QString(
+            "glview --size 640x480 --module m.so --fps 25 --up z --screenshot p.png - -- -a.obj")
             .split(' '));
     EXPECT_EQ(o.size, QSize(640, 480));
     EXPECT_EQ(o.module, "m.so");
     EXPECT_EQ(o.fps, 25);
+    EXPECT_EQ(o.up, FileAxes::Z);
     EXPECT_EQ(o.screenshot, "p.png");
     EXPECT_EQ(o.files, QStringList({"-", "./-a.obj"}))
         << "no later reader may take it for an option";
