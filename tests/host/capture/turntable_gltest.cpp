@@ -139,6 +139,7 @@ TEST_F(Turntable, PicturesShowOneTurnWithoutItsEnd)
 TEST_F(Turntable, WhatCannotBeRecordedSaysWhyAndLeavesNothing)
 {
     QDir().mkdir(at("folder.mp4"));
+    frame.objects[0].draw3D = [](GLW *, float) { ADD_FAILURE() << "a frame was drawn"; };
     QFile file(at("file"));
     file.open(QIODevice::WriteOnly);
     const struct {

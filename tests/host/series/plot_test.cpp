@@ -321,6 +321,7 @@ TEST_P(PlotTexts, StandBesideWhatTheySpeakOf)
     EXPECT_NEAR(title.left(), area.left(), 1);
     EXPECT_NEAR(title.center().y(), layout.title.center().y(), 2);
     const Painting painted = paint();
+    EXPECT_TRUE(painted.find("0 samples selected").empty());
     ASSERT_EQ(painted.lines.size(), 2u); // the swatches of those that are shown
     for (const std::size_t i : {0u, 1u, 2u}) {
         const QRectF &place = layout.legend[i];
