@@ -117,8 +117,8 @@ int main(int argc, char *argv[])
         return Good;
     case host::Options::Action::Version:
         return printVersion(options);
-    case host::Options::Action::ReadModel:
-        return host::runReaderProcess(options.readModel);
+    case host::Options::Action::Reader:
+        return host::runReaderProcess();
     default:
         return refuse(options.error);
     }

@@ -38,7 +38,7 @@ public:
     const QCommandLineOption help{{"h", "help"}, Options::tr("List the options.")};
     const QCommandLineOption version{{"v", "version"},
                                      Options::tr("Name the program, its module and Qt's version.")};
-    const QCommandLineOption readModel{"read-model", {}, "file"}; ///< In no list: for ourselves.
+    const QCommandLineOption reader{"reader", {}}; ///< In no list: for ourselves.
 
     struct Group {
         QString title;
@@ -54,7 +54,7 @@ public:
         setSingleDashWordOptionMode(ParseAsLongOptions);
         for (const Group &group : groups)
             addOptions(group.options);
-        addOption(readModel);
+        addOption(reader);
     }
 };
 
@@ -133,13 +133,12 @@ Options parseOptions(const QStringList &arguments)
     o.screenshot = parser.value(parser.screenshot);
     o.turntable = parser.value(parser.turntable);
     o.transparent = parser.isSet(parser.transparent);
-    o.readModel = parser.value(parser.readModel);
     if (parser.isSet(parser.help))
         o.action = Options::Action::Help;
     else if (parser.isSet(parser.version))
         o.action = Options::Action::Version;
-    else if (parser.isSet(parser.readModel))
-        o.action = Options::Action::ReadModel;
+    else if (parser.isSet(parser.reader))
+        o.action = Options::Action::Reader;
     if (parser.isSet(parser.size)) {
         o.size = parseSize(parser.value(parser.size));
         o.sizeGiven = true;
@@ -190,7 +189,7 @@ QString optionsHelp()
     constexpr int column = 22;
     QString help =
         Options::tr("Usage: %1 [option...] [file or folder...]\n"
-                    "Shows 3D models and plots CSV files; several files or a folder, side by "
+                    "Shows 3D models and plots tables; several files or a folder, side by "
                     "side.\nThe file - is standard input; names that begin with a dash go after "
                     "--.\nIn the window, F1 lists the controls.\n")
             .arg(QFileInfo(QCoreApplication::applicationFilePath()).fileName());

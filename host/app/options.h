@@ -19,11 +19,11 @@ struct Options {
 public:
     /// What to do with it.
     enum class Action {
-        View,      ///< Open the window, or save a picture if `screenshot` is set.
-        Help,      ///< Print optionsHelp().
-        Version,   ///< Print the versions.
-        ReadModel, ///< Be the process that reads the model `readModel`.
-        Refuse,    ///< Print `error`; the command line makes no sense.
+        View,    ///< Open the window, or save a picture if `screenshot` is set.
+        Help,    ///< Print optionsHelp().
+        Version, ///< Print the versions.
+        Reader,  ///< Be a process that reads files.
+        Refuse,  ///< Print `error`; the command line makes no sense.
     };
 
     Action action = Action::View;
@@ -37,7 +37,6 @@ public:
     QString turntable;        ///< Recording to write; empty: none.
     double seconds = 6;       ///< Length of the recording.
     double recordedFps = 30;  ///< Frames per second of the recording.
-    QString readModel;        ///< File that a reading process is to read.
     QSize size{1280, 800};    ///< Of the window in logical pixels, or of the picture in pixels.
     bool sizeGiven = false;   ///< Otherwise the size of the last run is preferred.
     std::optional<FileAxes::Axis> up; ///< Of the files' axes; nothing: as their formats have it.

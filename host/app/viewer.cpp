@@ -63,7 +63,7 @@ Viewer::~Viewer()
 
 std::unique_ptr<View> Viewer::makeSingleView(const QString &path)
 {
-    auto single = std::make_unique<SingleView>(window_, path);
+    auto single = std::make_unique<SingleView>(window_, queue_, path);
     // Once the event that chose it is over: its view goes.
     connect(single.get(), &SingleView::fileChosen, this, &Viewer::openNeighbour,
             Qt::QueuedConnection);
@@ -74,7 +74,8 @@ std::unique_ptr<View> Viewer::makeView(const Opening &opening)
 {
     if (opening.single)
         return makeSingleView(opening.files.value(0));
-    auto sheet = std::make_unique<SheetView>(window_, opening.name, opening.files, opening.notice);
+    auto sheet = std::make_unique<SheetView>(window_, queue_, opening.name, opening.files);
+    connect(sheet.get(), &SheetView::filesFound, this, &Viewer::watch);
     connect(sheet.get(), &SheetView::pictureAsked, this, &Viewer::savePicture);
     return sheet;
 }
@@ -116,12 +117,18 @@ void Viewer::open(const QStringList &paths)
     connect(view_.get(), &View::titleChanged, this, [this] { window_.setTitle(view_->title()); });
     window_.setTitle(view_->title());
     remember(paths);
-    if (options_.watch) {
-        QStringList absolute;
-        for (const QString &file : opening.files)
-            absolute << QFileInfo(file).absoluteFilePath();
-        watch_.setFiles(absolute);
-    }
+    watch(opening.files);
+}
+
+/// Notices changes of the files, if that is asked for.
+void Viewer::watch(const QStringList &files)
+{
+    if (!options_.watch)
+        return;
+    QStringList absolute;
+    for (const QString &file : files)
+        absolute << QFileInfo(file).absoluteFilePath();
+    watch_.setFiles(absolute);
 }
 
 void Viewer::remember(const QStringList &paths)

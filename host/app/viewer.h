@@ -11,6 +11,7 @@
 
 #include "host/app/file_watch.h"
 #include "host/app/options.h"
+#include "host/read/read_queue.h"
 #include "host/view/view.h"
 #include "host/view/window/window.h"
 
@@ -62,12 +63,14 @@ private:
     std::unique_ptr<View> makeView(const Opening &opening);
     void openNeighbour(const QString &path);
     void takeLook();
+    void watch(const QStringList &files);
     void remember(const QStringList &paths);
     void savePicture(const QString &title, const QRect &crop);
     QString writeCrop(const QRect &crop, const PictureChoice &choice);
 
     Options options_;
     Window window_;
+    ReadQueue queue_; // outlives the views, so that its processes serve them all
     std::unique_ptr<View> view_;
     FileWatch watch_;
     // What stays when another file is opened.

@@ -82,7 +82,7 @@ void Viewer::fillMenu(MenuTree *tree)
 
 void Viewer::OpenFiles()
 {
-    QStringList patterns{"*.csv"};
+    QStringList patterns{"*.csv", "*.tsv", "*.txt"};
     for (const QString &suffix : modelSuffixes())
         patterns << "*." + suffix;
     const QString models = tr("Models and tables (%1)").arg(patterns.join(' '));

@@ -32,8 +32,7 @@ QString SeriesItem::details() const
 
 quint64 SeriesItem::byteSize() const
 {
-    // The pyramid of each column is about as large as the column.
-    return table_->rows() * sizeof(double) * (1 + 2 * table_->columns.size());
+    return table_->byteSize();
 }
 
 void SeriesItem::setTitled(bool titled)

@@ -26,7 +26,7 @@ constexpr double processed = 0.8;
 /// Passes on what assimp tells of its progress; the importer owns it.
 class ProgressRelay : public Assimp::ProgressHandler {
 public:
-    explicit ProgressRelay(const ImportProgress &sink) : sink_(sink) {}
+    explicit ProgressRelay(const ReadProgress &sink) : sink_(sink) {}
 
     bool Update(float) override { return true; }
 
@@ -48,7 +48,7 @@ private:
             sink_(from + (to - from) * done, stage);
     }
 
-    ImportProgress sink_;
+    ReadProgress sink_;
 };
 
 /// The words of a parser, made fit to be shown: one line, of bounded length, without folders.
@@ -132,7 +132,7 @@ void noteTextures(const aiScene &scene, CompanionFiles &files)
     }
 }
 
-Imported import(const QString &path, const ImportProgress &progress, const MeshLimits &limits,
+Imported import(const QString &path, const ReadProgress &progress, const MeshLimits &limits,
                 Companions companions)
 {
     Assimp::Importer importer;
@@ -167,12 +167,9 @@ Imported import(const QString &path, const ImportProgress &progress, const MeshL
 
 } // namespace
 
-Imported importMesh(const QString &path, const ImportProgress &progress, const MeshLimits &limits,
+Imported importMesh(const QString &path, const ReadProgress &progress, const MeshLimits &limits,
                     Companions companions)
 {
-    const QString objection = fileObjection(path);
-    if (!objection.isEmpty())
-        return {{}, objection};
     try {
         return import(path, progress, limits, companions);
     } catch (const std::bad_alloc &) {
@@ -180,28 +177,6 @@ Imported importMesh(const QString &path, const ImportProgress &progress, const M
     } catch (const std::exception &error) {
         return {{}, tidyReason(error.what(), path)};
     }
-}
-
-QString fileObjection(const QString &path)
-{
-    const QFileInfo info(path);
-    if (!info.exists())
-        return info.isSymLink() ? QStringLiteral("the link points to nothing")
-                                : QStringLiteral("there is no such file");
-    if (info.isDir())
-        return QStringLiteral("it is a folder");
-    if (!info.isFile())
-        return QStringLiteral("it is not a regular file");
-    if (!info.isReadable())
-        return QStringLiteral("there is no permission to read it");
-    if (info.size() == 0)
-        return QStringLiteral("the file is empty");
-    return {};
-}
-
-QString readFailure(const QString &path, const QString &reason)
-{
-    return QStringLiteral("cannot read %1: %2").arg(QFileInfo(path).fileName(), reason);
 }
 
 } // namespace host

@@ -2,17 +2,13 @@
 #ifndef HOST_READ_IMPORT_H
 #define HOST_READ_IMPORT_H
 
-#include <functional>
-
 #include <QString>
 
 #include "host/read/companions.h"
 #include "host/read/mesh.h"
+#include "host/read/read_limits.h"
 
 namespace host {
-
-/// Is told how far an import is: @p fraction from 0 to 1, @p stage in words for a person.
-using ImportProgress = std::function<void(double fraction, const QString &stage)>;
 
 /// What importMesh() gives: a mesh, or why there is none.
 struct Imported {
@@ -28,18 +24,12 @@ struct Imported {
 /// is not +Y are turned upright (see FileAxes). Files that the model names are read if
 /// @p companions lets them; notes of the mesh name those that were refused. Vertex colours are kept
 /// where the material says no more than a shade of grey. Returns a mesh of at least one triangle,
-/// or a reason.
+/// each of whose vertices is used, or a reason. Expects a file that fileObjection() has nothing
+/// against.
 ///
-/// A broken file can crash a parser, or keep it busy for ever: see MeshReader for the safe way.
-Imported importMesh(const QString &path, const ImportProgress &progress = {},
+/// A broken file can crash a parser, or keep it busy for ever: see ReadQueue for the safe way.
+Imported importMesh(const QString &path, const ReadProgress &progress = {},
                     const MeshLimits &limits = {}, Companions companions = Companions::InFolder);
-
-/// Why @p path cannot hold a model whatever its format: missing, a folder, not readable, empty.
-/// Returns an empty text if there is nothing against it.
-QString fileObjection(const QString &path);
-
-/// The message for a person: "cannot read NAME: REASON", with the name but not the folder.
-QString readFailure(const QString &path, const QString &reason);
 
 } // namespace host
 

@@ -5,14 +5,13 @@
 #include <array>
 #include <cstddef>
 #include <cstdlib>
+#include <memory>
 #include <vector>
 
-#include <QMetaType>
 #include <QString>
 #include <QStringList>
 #include <QVector3D>
 #include <QtGlobal>
-#include <memory>
 
 namespace host {
 
@@ -60,9 +59,9 @@ struct FileAxes {
 /// Frame: the world of the model, right-handed, +Y up; the transforms of all nodes are applied;
 /// axes leads back to the file's own.
 /// Units: those of the file. A triangle's front is counter-clockwise.
-/// A plain value. What importMesh() and MeshDecoder give keeps these promises: every index is below
-/// vertexCount(), every vertex is used, coordinates are finite and at most maxCoordinate in
-/// magnitude, normals are of unit length, and the parts cover all indices in order.
+/// A plain value. What importMesh() and ContentReceiver give keeps these promises: there is a
+/// triangle; every index is below vertexCount(); coordinates are finite and at most maxCoordinate
+/// in magnitude; normals are of unit length, to a thousandth; the parts cover all indices in order.
 struct Mesh {
     static constexpr float maxCoordinate = 1e15f; ///< Squares of sizes still fit into a float.
 
@@ -78,7 +77,7 @@ struct Mesh {
 
     std::size_t vertexCount() const { return positions.size() / 3; }
     std::size_t triangleCount() const { return indices.size() / 3; }
-    std::size_t byteSize() const; ///< Of the arrays, without the parts.
+    std::size_t byteSize() const; ///< Of the arrays, without parts and notes.
 
     QVector3D fileSize() const; ///< Along the file's own x, y and z.
 
@@ -99,7 +98,5 @@ struct MeshLimits {
 };
 
 } // namespace host
-
-Q_DECLARE_METATYPE(host::MeshPtr)
 
 #endif

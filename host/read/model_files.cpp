@@ -11,18 +11,22 @@
 
 #include <assimp/Importer.hpp>
 
+#include "host/read/csv_reader.h"
+
 namespace host {
 namespace {
 
 /// Formats of assimp's that hold no shape of their own.
 const char *const motionOnly[] = {"md5anim", "md5camera", "mot", "vta"};
 
-/// Whether the first bytes of a file, whose suffix says little, are those of a model.
-bool looksLikeModel(const QString &path, const QString &suffix)
+/// Whether the first bytes of a file, whose suffix says little, are those of a model or table.
+bool looksRight(const QString &path, const QString &suffix)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return true; // the reader will say what is wrong
+    if (suffix == QLatin1String("txt"))
+        return looksLikeTable(file.read(16 * 1024));
     const QByteArray head = file.read(1024);
     if (suffix == QLatin1String("xml"))
         return head.contains("<mesh");
@@ -36,7 +40,7 @@ bool looksLikeModel(const QString &path, const QString &suffix)
 bool isVague(const QString &suffix)
 {
     return suffix == QLatin1String("xml") || suffix == QLatin1String("prj") ||
-           suffix == QLatin1String("raw");
+           suffix == QLatin1String("raw") || suffix == QLatin1String("txt");
 }
 
 QSet<QString> collectedSuffixes()
@@ -45,7 +49,8 @@ QSet<QString> collectedSuffixes()
     QSet<QString> suffixes(all.begin(), all.end());
     for (const char *suffix : motionOnly)
         suffixes.remove(QLatin1String(suffix));
-    suffixes.insert(QStringLiteral("csv"));
+    for (const char *suffix : {"csv", "tsv", "txt"})
+        suffixes.insert(QLatin1String(suffix));
     return suffixes;
 }
 
@@ -54,7 +59,9 @@ class Collector {
 public:
     explicit Collector(const CollectLimits &limits) : limits_(limits) {}
 
-    CollectedFiles run(const QString &folder);
+    /// The files in @p folder, once.
+    QStringList run(const QString &folder);
+    bool isComplete() const { return complete_; } ///< No limit stopped the search.
 
 private:
     struct Folder {
@@ -69,7 +76,8 @@ private:
     QSet<QString> entered_; // canonical paths
     QList<Folder> ahead_;
     int entries_ = 0;
-    CollectedFiles out_;
+    bool complete_ = true;
+    QStringList files_;
 };
 
 void Collector::visit(const Folder &folder)
@@ -81,25 +89,25 @@ void Collector::visit(const Folder &folder)
     const QDir dir(folder.path);
     const auto entries = dir.entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QFileInfo &entry : entries) {
-        if (++entries_ > limits_.entries || out_.files.size() >= limits_.files) {
-            out_.complete = false;
+        if (++entries_ > limits_.entries || files_.size() >= limits_.files) {
+            complete_ = false;
             return;
         }
         if (entry.isDir()) {
             if (folder.depth < limits_.depth)
                 ahead_.append({entry.filePath(), folder.depth + 1});
             else
-                out_.complete = false;
+                complete_ = false;
             continue;
         }
         const QString suffix = entry.suffix().toLower();
         if (entry.isFile() && suffixes_.contains(suffix) &&
-            (!isVague(suffix) || looksLikeModel(entry.filePath(), suffix)))
-            out_.files.append(entry.filePath());
+            (!isVague(suffix) || looksRight(entry.filePath(), suffix)))
+            files_.append(entry.filePath());
     }
 }
 
-CollectedFiles Collector::run(const QString &folder)
+QStringList Collector::run(const QString &folder)
 {
     ahead_.append({QDir(folder).absolutePath(), 0});
     while (!ahead_.isEmpty())
@@ -112,8 +120,8 @@ CollectedFiles Collector::run(const QString &folder)
         const int order = collator.compare(a, b);
         return order != 0 ? order < 0 : a < b;
     };
-    std::sort(out_.files.begin(), out_.files.end(), before);
-    return out_;
+    std::sort(files_.begin(), files_.end(), before);
+    return files_;
 }
 
 } // namespace
@@ -134,9 +142,23 @@ QStringList modelSuffixes()
     return suffixes;
 }
 
-CollectedFiles collectModelFiles(const QString &folder, const CollectLimits &limits)
+FileList listFiles(const QStringList &paths, const CollectLimits &limits)
 {
-    return Collector(limits).run(folder);
+    FileList all;
+    for (const QString &path : paths) {
+        if (!QFileInfo(path).isDir()) {
+            all.files << path;
+            continue;
+        }
+        Collector collector(limits);
+        const QStringList found = collector.run(path);
+        all.files << found;
+        if (found.isEmpty())
+            all.empty << path;
+        else if (!collector.isComplete())
+            all.cut << path;
+    }
+    return all;
 }
 
 } // namespace host

@@ -4,28 +4,25 @@
 #include <algorithm>
 #include <clocale>
 #include <csignal>
+#include <cstdio>
 #include <new>
 
+#include <QDataStream>
 #include <QFile>
 #include <QFileInfo>
 
 #include <fcntl.h>
+#include <malloc.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include "host/read/content_send.h"
+#include "host/read/csv_reader.h"
+#include "host/read/file_kind.h"
 #include "host/read/import.h"
-#include "host/read/mesh_stream.h"
-
-// GCC defines the macro; Clang answers the question, which Qt's headers answer with no elsewhere.
-// Its shadow memory takes terabytes of address space.
-#if defined(__SANITIZE_ADDRESS__)
-#define HOST_ADDRESS_SANITIZER 1
-#elif defined(__has_feature)
-#define HOST_ADDRESS_SANITIZER __has_feature(address_sanitizer)
-#else
-#define HOST_ADDRESS_SANITIZER 0
-#endif
+#include "host/read/model_files.h"
+#include "host/read/sandbox.h"
 
 namespace host {
 namespace {
@@ -39,19 +36,44 @@ void limit(decltype(RLIMIT_AS) what, rlim_t soft, rlim_t hard)
     setrlimit(what, &now);
 }
 
-void limitSelf(const ReadLimits &limits)
+/// What the process gives up for good: all libraries are loaded, and no file was opened yet.
+/// Returns what stayed open against the rule, in words.
+QString closeIn()
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    if (canLimitMemory())
-        limit(RLIMIT_AS, limits.memory, limits.memory);
-    // The soft limit ends the process with a signal of its own; the hard one, if that is ignored.
-    limit(RLIMIT_CPU, rlim_t(limits.cpuSeconds), rlim_t(limits.cpuSeconds) + 1);
     limit(RLIMIT_CORE, 0, 0);
     limit(RLIMIT_FSIZE, 0, 0);
     std::set_new_handler([] { _exit(outOfMemoryExit); });
+    // Some parsers read numbers by the locale, and a comma for the point would spoil them.
+    std::setlocale(LC_NUMERIC, "C");
+    return enterSandbox();
 }
 
-/// Keeps standard output for the stream alone: from here on other writers reach standard error.
+/// What the next file may take. Processor time counts from the start of the process.
+void limitFile(const ReadLimits &limits)
+{
+    if (canLimitMemory())
+        limit(RLIMIT_AS, limits.memory, limits.memory);
+    rusage used{};
+    getrusage(RUSAGE_SELF, &used);
+    const rlim_t seconds = rlim_t(used.ru_utime.tv_sec + used.ru_stime.tv_sec) + 1;
+    limit(RLIMIT_CPU, seconds + rlim_t(limits.cpuSeconds), RLIM_INFINITY);
+}
+
+/// Whether more memory is kept than @p most bytes once all that was read is freed.
+bool hasGrown(quint64 most)
+{
+    malloc_trim(0);
+    long pages = 0;
+    if (FILE *file = std::fopen("/proc/self/statm", "re")) {
+        if (std::fscanf(file, "%*d %ld", &pages) != 1)
+            pages = 0;
+        std::fclose(file);
+    }
+    return quint64(pages) * quint64(sysconf(_SC_PAGESIZE)) > most;
+}
+
+/// Keeps standard output for the answers alone: from here on other writers reach standard error.
 int takeStandardOutput()
 {
     const int stream = dup(STDOUT_FILENO);
@@ -72,7 +94,7 @@ public:
         if (percent == percent_)
             return;
         percent_ = percent;
-        if (!writeProgress(out_, fraction, stage))
+        if (!sendProgress(out_, fraction, stage))
             _exit(1); // nobody listens
     }
 
@@ -81,51 +103,105 @@ private:
     int percent_ = -1;
 };
 
+struct Answer {
+    Content content;
+    QString reason; ///< Empty if there is content.
+};
+
+Answer readFile(const ReadRequest &request, const ReadLimits &limits, const ReadProgress &progress)
+{
+    const QString path = request.paths.value(0);
+    const QString objection = fileObjection(path, limits);
+    if (!objection.isEmpty())
+        return {{}, objection};
+    if (isTable(path)) {
+        CsvResult read = readCsv(path, progress);
+        return {{nullptr, read.table, nullptr}, read.error};
+    }
+    Imported read = importMesh(path, progress, {}, request.companions);
+    return {{std::make_shared<Mesh>(std::move(read.mesh)), nullptr, nullptr}, read.reason};
+}
+
+FileList list(const ReadRequest &request)
+{
+    CollectLimits limits;
+    if (request.kind == ReadRequest::Kind::List)
+        return listFiles(request.paths, limits);
+    limits.depth = 0;
+    return listFiles({QFileInfo(request.paths.value(0)).absolutePath()}, limits);
+}
+
+Answer answer(const ReadRequest &request, const ReadLimits &limits, const ReadProgress &progress)
+{
+    try {
+        if (request.kind != ReadRequest::Kind::File)
+            return {{nullptr, nullptr, std::make_shared<FileList>(list(request))}, {}};
+        return readFile(request, limits, progress);
+    } catch (const std::bad_alloc &) {
+        return {{}, QStringLiteral("it asks for more memory than there is")};
+    }
+}
+
+/// Returns whether another request may be served.
+bool serve(const ReadRequest &request, const ReadLimits &limits, QIODevice &out)
+{
+    const qint64 size = QFileInfo(request.paths.value(0)).size();
+    const ReadLimits now = limits.forSize(size);
+    limitFile(now);
+    if (!sendBegin(out, size))
+        return false;
+    Answer given = answer(request, now, ProgressWriter(out));
+    if (given.reason.isEmpty() && !sendContent(out, given.content))
+        return false;
+    given.content = {};
+    const bool last = hasGrown(limits.keptBytes);
+    const bool sent =
+        given.reason.isEmpty() ? sendEnd(out, last) : sendFailure(out, given.reason, last);
+    return sent && !last;
+}
+
+bool readRequest(QDataStream &in, ReadRequest &request, ReadLimits &limits)
+{
+    quint8 kind = 0, companions = 0;
+    qint32 cpu = 0, wall = 0;
+    in >> kind >> request.paths >> companions >> limits.memory >> limits.fileBytes >>
+        limits.keptBytes >> cpu >> wall;
+    request.kind = ReadRequest::Kind(kind);
+    request.companions = Companions(companions);
+    limits.cpuSeconds = cpu;
+    limits.wallSeconds = wall;
+    return in.status() == QDataStream::Ok;
+}
+
 } // namespace
 
-quint64 physicalMemory()
+void writeRequest(QDataStream &out, const ReadRequest &request, const ReadLimits &limits)
 {
-    const long pages = sysconf(_SC_PHYS_PAGES), size = sysconf(_SC_PAGESIZE);
-    return pages > 0 && size > 0 ? quint64(pages) * quint64(size) : quint64(1) << 30;
+    out << quint8(request.kind) << request.paths << quint8(request.companions) << limits.memory
+        << limits.fileBytes << limits.keptBytes << qint32(limits.cpuSeconds)
+        << qint32(limits.wallSeconds);
 }
 
-ReadLimits ReadLimits::forSize(qint64 bytes) const
+int runReaderProcess()
 {
-    constexpr int hour = 3600;
-    const int mebibytes = int(std::min<qint64>(bytes >> 20, hour));
-    ReadLimits limits = *this;
-    limits.cpuSeconds = std::min(hour, cpuSeconds + 2 * mebibytes);
-    limits.wallSeconds = std::min(hour, wallSeconds + 6 * mebibytes);
-    return limits;
-}
-
-bool canLimitMemory()
-{
-    return !HOST_ADDRESS_SANITIZER;
-}
-
-ReadLimits defaultReadLimits()
-{
+    QFile in, out;
+    const int stream = takeStandardOutput();
+    if (!out.open(stream, QIODevice::WriteOnly | QIODevice::Unbuffered) ||
+        !in.open(STDIN_FILENO, QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return 1;
+    const QString open = closeIn();
+    if (!hasListener(stream)) // the parent died before its death was to be told
+        return 1;
+    if (!open.isEmpty())
+        std::fprintf(stderr, "glview: %s\n", qUtf8Printable(open));
+    QDataStream requests(&in);
+    ReadRequest request;
     ReadLimits limits;
-    limits.memory = std::min(quint64(4) << 30, physicalMemory() / 2);
-    return limits;
-}
-
-int runReaderProcess(const QString &file, const ReadLimits &limits)
-{
-    limitSelf(limits.forSize(QFileInfo(file).size()));
-    // Some parsers read numbers by the locale, and a comma for the point would spoil them.
-    std::setlocale(LC_NUMERIC, "C");
-    QFile out;
-    if (!out.open(takeStandardOutput(), QIODevice::WriteOnly | QIODevice::Unbuffered) ||
-        !writeStreamStart(out))
-        return 1;
-    const Imported result = importMesh(file, ProgressWriter(out));
-    if (!result.ok()) {
-        writeFailure(out, result.reason);
-        return 1;
+    while (readRequest(requests, request, limits)) {
+        if (!serve(request, limits, out))
+            break;
     }
-    return writeMesh(out, result.mesh) ? 0 : 1;
+    return 0;
 }
 
 } // namespace host

@@ -2,41 +2,26 @@
 #ifndef HOST_READ_READER_PROCESS_H
 #define HOST_READ_READER_PROCESS_H
 
-#include <QString>
-#include <QtGlobal>
+class QDataStream;
 
 namespace host {
 
-/// What one reading process may take. The times are those of a small file; larger files get more.
-struct ReadLimits {
-    quint64 memory = 0;   ///< Bytes of address space.
-    int cpuSeconds = 20;  ///< Of processor time.
-    int wallSeconds = 60; ///< On the clock; for a reader that waits. Kept by the parent.
-
-    /// The limits for a file of @p bytes: two more seconds of processor time, and six on the clock,
-    /// for each MiB, up to an hour of either.
-    ReadLimits forSize(qint64 bytes) const;
-};
-
-/// 4 GiB of memory, but at most half of what the machine has.
-ReadLimits defaultReadLimits();
-
-/// The machine's physical memory in bytes.
-quint64 physicalMemory();
-
-/// Whether this build can limit its memory: a build with the address sanitizer cannot.
-bool canLimitMemory();
+struct ReadLimits;
+struct ReadRequest;
 
 /// How a reading process tells that its memory limit was reached, at a moment when it can say no
 /// more.
 constexpr int outOfMemoryExit = 77;
 
-/// Reads the model @p file and writes the stream of mesh_stream.h to standard output: what
-/// `glview --read-model FILE` does. Limits its own memory and processor time, writes no core, and
-/// is killed when its parent dies; what libraries print goes to standard error. Expects a
-/// QCoreApplication (for the names of files) and no second thread. Returns the exit code: 0 after a
-/// mesh, 1 after a failure that is told in the stream.
-int runReaderProcess(const QString &file, const ReadLimits &limits = defaultReadLimits());
+/// A request on its way to a reading process.
+void writeRequest(QDataStream &out, const ReadRequest &request, const ReadLimits &limits);
+
+/// Serves one request after the other from standard input and answers each on standard output with
+/// the messages of messages.h: what `glview --reader` does. Ends when standard input does, or when
+/// it has grown too large, which its last answer tells. Limits its own memory and processor time,
+/// writes no core, and is killed when its parent dies; what libraries print goes to standard error.
+/// Expects a QCoreApplication (for the names of files) and no second thread. Returns the exit code.
+int runReaderProcess();
 
 } // namespace host
 

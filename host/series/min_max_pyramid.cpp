@@ -41,13 +41,23 @@ void addEnds(Extent &sum, const std::vector<Item> &items, std::size_t &first, st
 
 } // namespace
 
-MinMaxPyramid::MinMaxPyramid(const std::vector<double> &values)
+MinMaxPyramid::MinMaxPyramid(const std::vector<double> &values) : rows_(values.size())
 {
     if (values.empty())
         return;
     levels_.push_back(grouped(values));
     while (levels_.back().size() > 1)
         levels_.push_back(grouped(levels_.back()));
+}
+
+std::size_t MinMaxPyramid::byteSize(std::size_t rows)
+{
+    std::size_t nodes = 0;
+    while (rows > 1 || (rows == 1 && nodes == 0)) {
+        rows = (rows + fan - 1) / fan;
+        nodes += rows;
+    }
+    return nodes * sizeof(Extent);
 }
 
 Extent MinMaxPyramid::extent(const std::vector<double> &values, std::size_t first,

@@ -36,6 +36,11 @@ struct Table {
     QStringList skipped; ///< Names of the columns that hold words or nothing, in file order.
 
     std::size_t rows() const { return x.size(); }
+    std::size_t byteSize() const { return byteSize(rows(), columns.size()); } ///< Memory held.
+    static std::size_t byteSize(std::size_t rows, std::size_t columns)
+    {
+        return rows * sizeof(double) * (columns + 1) + MinMaxPyramid::byteSize(rows) * columns;
+    }
 };
 
 } // namespace host

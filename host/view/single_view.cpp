@@ -4,6 +4,8 @@
 #include <QFileInfo>
 #include <QPainter>
 
+#include "host/item/content_item.h"
+#include "host/read/file_kind.h"
 #include "host/view/overlay/scale_bar.h"
 #include "host/view/overlay/triad.h"
 #include "host/view/window/binding.h"
@@ -12,16 +14,9 @@
 
 namespace host {
 
-SingleView::SingleView(Window &window, const QString &path)
-    : View(window, "GLWidget", true), path_(path)
+SingleView::SingleView(Window &window, ReadQueue &queue, const QString &path)
+    : View(window, "GLWidget", true), path_(path), queue_(queue)
 {
-    connect(&reader_, &FileReader::progressed, this, [this](double fraction, const QString &stage) {
-        fraction_ = fraction;
-        stage_ = stage;
-        changedSoon();
-    });
-    connect(&reader_, &FileReader::finished, this, &SingleView::show);
-    connect(&reader_, &FileReader::failed, this, &SingleView::fail);
     wire();
     if (path_.isEmpty())
         return;
@@ -32,7 +27,44 @@ SingleView::SingleView(Window &window, const QString &path)
     for (const auto &overlay : overlays_)
         overlay->shareKeys();
     controls().setPeers([this](GLW *) { return QList<GLW *>{glw()}; });
-    reader_.start(path_);
+    connectQueue();
+    job_ = queue_.add(path_, ReadQueue::Opened);
+    list_ = queue_.listNeighbours(path_);
+}
+
+SingleView::~SingleView()
+{
+    queue_.disconnect(this); // cancelling tells of totals
+    queue_.cancel(job_);
+    queue_.cancel(list_);
+}
+
+void SingleView::connectQueue()
+{
+    connect(&queue_, &ReadQueue::progressed, this,
+            [this](int job, double fraction, const QString &stage) {
+                if (job != job_)
+                    return;
+                fraction_ = fraction;
+                stage_ = stage;
+                changedSoon();
+            });
+    connect(&queue_, &ReadQueue::finished, this, [this](int job, const Content &content) {
+        if (job == job_)
+            show(itemOf(title(), content));
+    });
+    connect(&queue_, &ReadQueue::failed, this, [this](int job, const QString &reason) {
+        if (job != job_)
+            return;
+        fault_ = readFailure(path_, reason);
+        changed();
+    });
+    connect(&queue_, &ReadQueue::listed, this, [this](int job, const FileListPtr &list) {
+        if (job != list_)
+            return;
+        neighbours_->setFiles(list->files);
+        changed();
+    });
 }
 
 void SingleView::addOverlays()
@@ -79,14 +111,10 @@ void SingleView::show(const std::shared_ptr<Item> &item)
 /// What is shown stays until the new is there, or for good if that cannot be read.
 void SingleView::readAgain(const QString &)
 {
-    if (!path_.isEmpty())
-        reader_.start(path_);
-}
-
-void SingleView::fail(const QString &message)
-{
-    fault_ = message;
-    changed();
+    if (path_.isEmpty())
+        return;
+    queue_.cancel(job_);
+    job_ = queue_.add(path_, ReadQueue::Opened);
 }
 
 void SingleView::fillPicture(PictureContents &contents)

@@ -5,19 +5,20 @@
 #include <memory>
 #include <vector>
 
-#include "host/item/file_reader.h"
+#include "host/read/read_queue.h"
 #include "host/view/overlay/neighbours.h"
 #include "host/view/view.h"
 
 namespace host {
 
-/// One file in the whole window: read in the background, with its progress or the reason of its
-/// failure in the window.
+/// One file in the whole window: read in the background by a queue that outlives the view, with its
+/// progress or the reason of its failure in the window.
 class SingleView : public View {
     Q_OBJECT
 public:
     /// With an empty @p path it tells how to open a file.
-    SingleView(Window &window, const QString &path);
+    SingleView(Window &window, ReadQueue &queue, const QString &path);
+    ~SingleView() override;
 
     bool isSettled() const override;
     QString fault() const override { return fault_; }
@@ -37,8 +38,8 @@ protected:
     void clicked(GLW *glw) override;
 
 private:
+    void connectQueue();
     void show(const std::shared_ptr<Item> &item);
-    void fail(const QString &message);
     void addOverlays();
     void openNeighbour(int step);
     GLW *glw() const { return mainGLW(); }
@@ -49,7 +50,9 @@ private:
     QString fault_;
     QString stage_;
     double fraction_ = 0;
-    FileReader reader_;
+    ReadQueue &queue_;
+    int job_ = 0;  // that of the file
+    int list_ = 0; // that of its neighbours
 };
 
 } // namespace host

@@ -158,12 +158,14 @@ void View::advance(GLW *glw)
     if (found == slots_.end())
         return;
     Slot &slot = found->second;
-    const double seconds =
-        slot.sinceAdvance.isValid() ? double(slot.sinceAdvance.nsecsElapsed()) * 1e-9 : 0;
+    const bool first = !slot.sinceAdvance.isValid();
+    const double seconds = first ? 0 : double(slot.sinceAdvance.nsecsElapsed()) * 1e-9;
     slot.sinceAdvance.start();
-    if (slot.item->steering().advance(glw, seconds))
+    const bool moved = slot.item->steering().advance(glw, seconds);
+    if (moved && !first)
         changed();
-    if (slot.item->isBusy())
+    // Where an item finds its place at first nobody moved it, and hundreds may arrive.
+    if (moved || slot.item->isBusy())
         changedSoon();
 }
 

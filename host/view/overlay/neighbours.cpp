@@ -5,7 +5,6 @@
 #include <QFontMetricsF>
 #include <QPainter>
 
-#include "host/read/model_files.h"
 #include "host/ui/metrics.h"
 
 namespace host {
@@ -18,16 +17,15 @@ const QRectF place(0.25, -0.012, 0.5, 0.045);
 } // namespace
 
 Neighbours::Neighbours(const Underlay &under, Window &window, const QString &path)
-    : Overlay(under, window, "neighbours", place)
+    : Overlay(under, window, "neighbours", place), path_(QFileInfo(path).absoluteFilePath())
 {
-    const QFileInfo file(path);
-    CollectLimits here;
-    here.depth = 0;
-    files_ = collectModelFiles(file.absolutePath(), here).files;
-    current_ = files_.indexOf(file.absoluteFilePath());
-    if (current_ < 0)
-        files_.clear();
     bindClick(tr("Open the file"));
+}
+
+void Neighbours::setFiles(const QStringList &files)
+{
+    current_ = files.indexOf(path_);
+    files_ = current_ < 0 ? QStringList() : files;
 }
 
 QString Neighbours::next(int step) const

@@ -13,7 +13,11 @@ namespace host {
 class Neighbours : public Overlay {
     Q_OBJECT
 public:
+    /// Shows nothing until setFiles().
     Neighbours(const Underlay &under, Window &window, const QString &path);
+
+    /// Takes the files of the folder, in their order.
+    void setFiles(const QStringList &files);
 
     /// The path @p step files further in the folder, or empty beyond its ends.
     QString next(int step) const;
@@ -32,6 +36,7 @@ private:
     static constexpr int shown = 5; ///< The open file in the middle.
     QRectF cell(const QRectF &bounds, int index) const;
 
+    QString path_; // absolute
     QStringList files_;
     int current_ = -1;
 };

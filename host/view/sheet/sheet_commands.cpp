@@ -171,10 +171,8 @@ void SheetView::remove(const QList<int> &ids)
         const auto found = entries_.find(id);
         if (found == entries_.end())
             continue;
-        if (const int job = queue_.id(found->second.path)) {
-            queue_.cancel(job);
-            jobs_.remove(job);
-        }
+        queue_.cancel(found->second.job);
+        jobs_.remove(found->second.job);
         setItem(tiles_.take(id), nullptr);
         entries_.erase(found);
         linked_.remove(id);
@@ -182,6 +180,7 @@ void SheetView::remove(const QList<int> &ids)
         QMetaObject::invokeMethod(scene(), "RemoveTile", Q_ARG(int, id));
     }
     hovered_ = -1;
+    makeRoom();
     emit titleChanged();
     changed();
 }

@@ -29,6 +29,8 @@ struct SheetEntry {
     State state = State::Waiting;
     double fraction = 0; ///< 0 to 1.
     QString reason;
+    quint64 needed = 0;               ///< Bytes that there was no room for; 0 for another reason.
+    int job = 0;                      ///< Of the queue; 0 unless it waits or is read.
     quint64 count = 0;                ///< Triangles or samples; 0 until it was read.
     bool visible = true;              ///< As last heard.
     quint64 lastSeen = 0;             ///< Grows with each pass that showed it.

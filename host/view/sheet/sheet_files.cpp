@@ -4,9 +4,10 @@
 
 #include <algorithm>
 
+#include <QFileInfo>
 #include <QLocale>
 
-#include "host/item/model_item.h"
+#include "host/item/content_item.h"
 
 namespace host {
 
@@ -33,26 +34,52 @@ void SheetView::connectQueue()
             entry->fraction = fraction;
         changedSoon();
     });
-    connect(&queue_, &ReadQueue::finished, this, [this](int job, const MeshPtr &mesh) {
+    connect(&queue_, &ReadQueue::finished, this, [this](int job, const Content &content) {
         int id = 0;
         if (const SheetEntry *entry = entryOfJob(job, &id))
-            show(id, std::make_shared<ModelItem>(entry->name, mesh));
+            show(id, itemOf(entry->name, content));
         jobs_.remove(job);
     });
-    connect(&queue_, &ReadQueue::failed, this, [this](int job, const QString &reason) {
-        int id = 0;
-        if (entryOfJob(job, &id))
-            fail(id, reason);
-        jobs_.remove(job);
+    connect(&queue_, &ReadQueue::failed, this,
+            [this](int job, const QString &reason, quint64 needed) {
+                int id = 0;
+                if (job == list_) {
+                    list_ = 0;
+                    notice_ = tr("%1: %2").arg(name_, reason);
+                } else if (entryOfJob(job, &id))
+                    fail(id, reason, needed);
+                jobs_.remove(job);
+                changedSoon();
+            });
+    connect(&queue_, &ReadQueue::listed, this, [this](int job, const FileListPtr &list) {
+        if (job == list_)
+            takeList(*list);
     });
-    connect(&tableReader_, &FileReader::finished, this, [this](const std::shared_ptr<Item> &made) {
-        show(table_, made);
-        readNextTable();
-    });
-    connect(&tableReader_, &FileReader::failed, this, [this](const QString &message) {
-        fail(table_, message);
-        readNextTable();
-    });
+}
+
+/// Makes the tiles of files at once, and those of folders when these were looked through.
+void SheetView::open(const QStringList &paths)
+{
+    const auto isFolder = [](const QString &path) { return QFileInfo(path).isDir(); };
+    if (std::any_of(paths.begin(), paths.end(), isFolder))
+        list_ = queue_.list(paths);
+    else
+        addTiles(paths);
+}
+
+void SheetView::takeList(const FileList &list)
+{
+    list_ = 0;
+    QStringList notices;
+    for (const QString &folder : list.empty)
+        notices
+            << tr("%1: there is nothing to show in this folder, or it cannot be read").arg(folder);
+    for (const QString &folder : list.cut)
+        notices << tr("%1: only a part is shown; the folder holds more").arg(folder);
+    notice_ = notices.join('\n');
+    addTiles(list.files);
+    emit filesFound(list.files);
+    emit titleChanged();
 }
 
 SheetEntry *SheetView::entryOfJob(int job, int *id)
@@ -71,15 +98,9 @@ void SheetView::read(int id)
     SheetEntry &entry = entries_.at(id);
     entry.state = State::Waiting;
     entry.fraction = 0;
-    if (isTable(entry.path)) {
-        tables_.append(id);
-        if (table_ == 0)
-            readNextTable();
-        return;
-    }
-    const int job = queue_.add(entry.path, entry.visible ? 1 : 0);
-    if (job != 0)
-        jobs_[job] = id;
+    entry.needed = 0;
+    entry.job = queue_.add(entry.path, entry.visible ? ReadQueue::InView : ReadQueue::Background);
+    jobs_[entry.job] = id;
 }
 
 /// What is shown stays until the new is there.
@@ -90,35 +111,27 @@ void SheetView::readAgain(const QString &path)
             continue;
         if (const Item *shown = item(tiles_.value(id)); shown && shown->isSpatial())
             entry.camera = tiles_.value(id)->camera;
-        if (const int job = queue_.id(entry.path)) {
-            queue_.cancel(job);
-            jobs_.remove(job);
-        }
-        if (!tables_.contains(id))
-            read(id);
+        queue_.cancel(entry.job);
+        jobs_.remove(entry.job);
+        read(id);
     }
 }
 
-/// Tables are read one at a time, in a thread.
-void SheetView::readNextTable()
+void SheetView::setVisible(SheetEntry &entry, bool visible)
 {
-    table_ = 0;
-    while (table_ == 0 && !tables_.isEmpty()) {
-        const int id = tables_.takeFirst();
-        if (entries_.count(id))
-            table_ = id;
-    }
-    if (table_)
-        tableReader_.start(entries_.at(table_).path);
+    entry.visible = visible;
+    queue_.setPriority(entry.job, visible ? ReadQueue::InView : ReadQueue::Background);
 }
 
-void SheetView::fail(int id, const QString &reason)
+void SheetView::fail(int id, const QString &reason, quint64 needed)
 {
     const auto found = entries_.find(id);
     if (found == entries_.end())
         return;
     found->second.state = State::Failed;
     found->second.reason = reason;
+    found->second.needed = needed;
+    found->second.job = 0;
     changedSoon();
 }
 
@@ -129,6 +142,7 @@ void SheetView::show(int id, const std::shared_ptr<Item> &made)
         return;
     SheetEntry &entry = found->second;
     entry.state = State::Shown;
+    entry.job = 0;
     entry.count = made->count();
     GLW *glw = tiles_.value(id);
     made->setTitled(false); // the header names the file
@@ -138,9 +152,12 @@ void SheetView::show(int id, const std::shared_ptr<Item> &made)
         entry.camera.reset();
     }
     if (makeRoom() > budget_) {
+        const quint64 needed = bytesOf(id);
         setItem(glw, nullptr);
-        fail(id, tr("there is no memory left for it: all tiles in view together may take %1")
-                     .arg(QLocale().formattedDataSize(qint64(budget_))));
+        fail(id,
+             tr("there is no memory left for it: all tiles in view together may take %1")
+                 .arg(QLocale().formattedDataSize(qint64(budget_))),
+             needed);
         return;
     }
     changedSoon();
@@ -164,7 +181,19 @@ quint64 SheetView::makeRoom()
     quint64 held = 0;
     for (const auto &[id, entry] : entries_)
         held += bytesOf(id);
+    readRefused(held);
     return held;
+}
+
+/// Reads again what there was no room for, as far as there is now; @p held bytes are taken.
+void SheetView::readRefused(quint64 held)
+{
+    for (auto &[id, entry] : entries_) {
+        if (entry.needed == 0 || !entry.visible || held + entry.needed > budget_)
+            continue;
+        held += entry.needed;
+        read(id);
+    }
 }
 
 /// Gives back the memory of an item until its tile is looked at again.

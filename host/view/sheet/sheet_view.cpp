@@ -10,12 +10,9 @@
 
 namespace host {
 
-SheetView::SheetView(Window &window, const QString &name, const QStringList &paths,
-                     const QString &notice)
-    : View(window, "GLMultiWidget", false),
-      name_(name),
-      notice_(notice),
-      entries_(makeEntries(paths))
+SheetView::SheetView(Window &window, ReadQueue &queue, const QString &name,
+                     const QStringList &paths)
+    : View(window, "GLMultiWidget", false), name_(name), queue_(queue)
 {
     scene()->setProperty("header", TilePainter::header());
     scene()->setProperty("spacing", qRound(Metrics::px(4)));
@@ -26,16 +23,20 @@ SheetView::SheetView(Window &window, const QString &name, const QStringList &pat
     bindKeys();
     wire();
     connectQueue();
-    addTiles();
+    open(paths);
 }
 
 SheetView::~SheetView()
 {
-    queue_.cancelAll();
+    queue_.disconnect(this); // cancelling tells of totals
+    queue_.cancel(list_);
+    for (auto &[id, entry] : entries_)
+        queue_.cancel(entry.job);
 }
 
-void SheetView::addTiles()
+void SheetView::addTiles(const QStringList &files)
 {
+    entries_ = makeEntries(files);
     for (auto &[id, entry] : entries_) {
         QObject *made = nullptr;
         QMetaObject::invokeMethod(scene(), "AddTile", Q_RETURN_ARG(QObject *, made),
@@ -60,11 +61,8 @@ void SheetView::Update(GLW *glw)
     if (!entry)
         return;
     entry->lastSeen = ++passes_;
-    if (!entry->visible) {
-        entry->visible = true;
-        if (const int job = queue_.id(entry->path))
-            queue_.setPriority(job, 1);
-    }
+    if (!entry->visible)
+        setVisible(*entry, true);
     if (entry->state == State::Released)
         read(glw->id());
     hover(glw);
@@ -113,10 +111,9 @@ void SheetView::VisibilityChanged()
         const bool visible = tiles_.value(id)->property<bool>("visible");
         if (entry.visible == visible)
             continue;
-        entry.visible = visible;
-        if (const int job = queue_.id(entry.path))
-            queue_.setPriority(job, visible ? 1 : 0);
+        setVisible(entry, visible);
     }
+    makeRoom();
     changed();
 }
 
@@ -171,6 +168,10 @@ void SheetView::paintText(GLW *, QPainter *painter)
 {
     const Theme &theme = display().theme();
     const QRectF bounds = window().widget()->rect();
+    if (list_ != 0) {
+        paintMessage(painter, bounds, tr("Looking through %1").arg(name_), {}, -1, theme);
+        return;
+    }
     if (entries_.empty()) {
         paintMessage(painter, bounds, notice_.isEmpty() ? tr("The sheet is empty.") : notice_,
                      tr("Drop files or a folder here or press Ctrl+O."), -1, theme);

@@ -5,7 +5,6 @@
 #include <QHash>
 #include <QSet>
 
-#include "host/item/file_reader.h"
 #include "host/read/read_queue.h"
 #include "host/view/sheet/sheet_entry.h"
 #include "host/view/sheet/tile_painter.h"
@@ -19,15 +18,16 @@ namespace host {
 /// Memory: the items together hold at most memoryBudget() bytes in arrays and GL buffers. Beyond
 /// half of it, tiles out of view give theirs back, the one seen longest ago first, and are read
 /// again when they come into view; what passes the whole even so is refused, with a message in its
-/// tile. Meshes on their way from the readers and those that the items hold stay within
-/// memoryBudget() too, so that nothing larger arrives in the first place.
+/// tile, and read again when there is room. Contents on their way from the readers and those that
+/// the items hold stay within memoryBudget() too, so that nothing larger arrives in the first
+/// place.
 class SheetView : public View {
     Q_OBJECT
 public:
-    /// @p name is what the sheet is called, such as its folder; @p notice says what was left
-    /// out of it; empty for nothing.
-    SheetView(Window &window, const QString &name, const QStringList &paths,
-              const QString &notice = {});
+    /// @p name is what the sheet is called, such as its folder. @p paths are files and folders;
+    /// where there are folders, the tiles come when those were looked through. @p queue outlives
+    /// the sheet.
+    SheetView(Window &window, ReadQueue &queue, const QString &name, const QStringList &paths);
     ~SheetView() override;
 
     /// A quarter of the machine's memory, and not more than 2 GiB.
@@ -58,6 +58,7 @@ public slots:
     void VisibilityChanged();
 
 signals:
+    void filesFound(const QStringList &files); ///< The folders were looked through.
     /// A person wants a picture of @p crop, in the window's pixels, y downwards.
     void pictureAsked(const QString &name, const QRect &crop);
 
@@ -73,17 +74,20 @@ protected:
 private:
     using State = SheetEntry::State;
 
-    void addTiles();
+    void open(const QStringList &paths);
+    void addTiles(const QStringList &files);
+    void takeList(const FileList &list);
     void bindKeys();
     void connectQueue();
     SheetEntry *entryOf(const GLW *glw);
     SheetEntry *entryOfJob(int job, int *id = nullptr);
     void read(int id);
-    void readNextTable();
     void show(int id, const std::shared_ptr<Item> &made);
-    void fail(int id, const QString &reason);
+    void fail(int id, const QString &reason, quint64 needed = 0);
+    void setVisible(SheetEntry &entry, bool visible);
     void release(int id);
     quint64 makeRoom();
+    void readRefused(quint64 held);
     quint64 bytesOf(int id) const;
     void hover(const GLW *glw);
     void drawGround() const;
@@ -104,6 +108,7 @@ private:
     SheetEntries entries_;
     QHash<int, GLW *> tiles_;
     QHash<int, int> jobs_; // of the queue, to ids
+    int list_ = 0;         // the job that looks through folders; 0 if none does
     QSet<int> linked_;
     int hovered_ = -1;
     quint64 passes_ = 0;
@@ -112,10 +117,7 @@ private:
     bool sorted_ = false;
     bool reversed_ = false;
     TilePainter painter_;
-    ReadQueue queue_;   // of models
-    QList<int> tables_; // ids whose turn has not come
-    int table_ = 0;     // the id that tableReader_ is at; 0 when it rests
-    FileReader tableReader_;
+    ReadQueue &queue_;
 };
 
 } // namespace host

@@ -3,14 +3,28 @@
 
 #include <algorithm>
 
-#include <QElapsedTimer>
+#include <ctime>
 
 namespace host {
+namespace {
+
+/// Of this process, in milliseconds.
+qint64 processorTime()
+{
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return qint64(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
+}
+
+} // namespace
 
 FrameBudget::FrameBudget(QObject *parent) : QObject(parent)
 {
     soon_.setSingleShot(true);
-    connect(&soon_, &QTimer::timeout, this, &FrameBudget::due);
+    connect(&soon_, &QTimer::timeout, this, [this] {
+        begin_ = processorTime();
+        emit due();
+    });
 }
 
 void FrameBudget::request()
@@ -23,11 +37,12 @@ void FrameBudget::request()
 
 void FrameBudget::measure()
 {
-    // Until events come again, the frame is on the screen: what that takes is its cost.
-    QElapsedTimer rest;
-    rest.start();
+    if (begin_ < 0)
+        return;
+    // When events come again, the frame is on the screen.
     QMetaObject::invokeMethod(
-        this, [this, rest] { cost_ = rest.elapsed(); }, Qt::QueuedConnection);
+        this, [this, begin = begin_] { cost_ = processorTime() - begin; }, Qt::QueuedConnection);
+    begin_ = -1;
 }
 
 } // namespace host

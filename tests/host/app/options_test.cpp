@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The command line, and what it finds: options, paths, standard input, the desktop's wishes.
-#include <QFile>
+#include <QDir>
 #include <QTemporaryDir>
 
 #include "host/app/desktop.h"
@@ -22,6 +22,7 @@ struct OptionsCase {
 using Action = Options::Action;
 
 const OptionsCase optionsCases[] = {
+    {"Reader", "--reader", Action::Reader, ""},
     {"UnknownOption", "--colour", Action::Refuse, "--colour;"},
     {"FileWithADash", "a.obj -x.obj", Action::Refuse, "-x.obj; a file whose name"},
     {"SizeWithoutHeight", "--size 800", Action::Refuse, "\"800\""},
@@ -63,7 +64,6 @@ TEST(OptionsTest, ValuesArrive)
     EXPECT_EQ(o.screenshot, "p.png");
     EXPECT_EQ(o.files, QStringList({"-", "./-a.obj"}))
         << "no later reader may take it for an option";
-    EXPECT_EQ(parseOptions({"glview", "--read-model", "b.stl"}).readModel, "b.stl");
 }
 
 TEST(OptionsTest, TheWindowHasTheShapeOfThePicture)
@@ -102,18 +102,12 @@ TEST(StandardInputTest, FormatsAreKnownByTheirFirstBytes)
     EXPECT_EQ(StandardInput::suffixOf("these are words", 15), "");
 }
 
-TEST(OpeningTest, AFolderThatIsCutSaysSo)
+TEST(OpeningTest, OneFileFillsTheWindowAndAFolderMakesASheet)
 {
     const QTemporaryDir folder;
-    for (const char *name : {"a.obj", "b.obj", "c.obj"})
-        ASSERT_TRUE(QFile(folder.filePath(name)).open(QIODevice::WriteOnly));
-    CollectLimits two;
-    two.files = 2;
-    const Opening cut = openingOf({folder.path()}, two), whole = openingOf({folder.path()});
-    EXPECT_TRUE(cut.notice.contains("only 2")) << cut.notice.toStdString();
-    EXPECT_EQ(whole.files.size(), 3);
-    EXPECT_EQ(whole.notice, "");
-    EXPECT_TRUE(openingOf({"a.obj"}).single && !whole.single);
+    EXPECT_TRUE(openingOf({"a.obj"}).single && openingOf({}).single);
+    EXPECT_FALSE(openingOf({folder.path()}).single || openingOf({"a.obj", "b.obj"}).single);
+    EXPECT_EQ(openingOf({folder.path()}).name, QDir(folder.path()).dirName());
 }
 
 } // namespace

@@ -1,57 +1,78 @@
 // SPDX-License-Identifier: MIT
 // The test program as the child that a reader starts, and as one that misbehaves.
 #include <csignal>
-#include <cstdio>
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QStringList>
-#include <QThread>
 
 #include <unistd.h>
 
 #include "host/read/reader_process.h"
-#include "tests/host/read/support.h"
 
 int runAsChild(int argc, char **argv);
 
-namespace host {
+namespace {
 
-int misbehave(const QByteArray &how, const QString &file)
+int crash()
 {
-    ReadLimits limits = defaultReadLimits();
-    limits.cpuSeconds = 1;
-    limits.memory = 512u << 20;
-    if (how == "crash") {
-        std::signal(SIGSEGV, SIG_DFL); // a sanitizer would turn it into an exit
-        std::raise(SIGSEGV);
-    } else if (how == "sleep") {
-        QThread::sleep(100);
-    } else if (how == "garbage") {
-        std::puts("Segmentation fault is what this is not, but neither is it a mesh.");
-    } else if (how == "cut") {
-        // The first bytes of a good answer, then a good exit.
-        std::fputs("GLVM", stdout);
-    } else if (how == "briefly") {
-        return runReaderProcess(file, limits);
-    } else if (how == "silent") {
-        return 3;
-    } else if (how == "memory") {
-        return outOfMemoryExit;
-    }
-    return 0;
+    std::signal(SIGSEGV, SIG_DFL); // a sanitizer would turn it into an exit
+    return std::raise(SIGSEGV);
 }
 
-} // namespace host
+/// Serves the first request as it should, and crashes on the second.
+int serveOne()
+{
+    char request[4096];
+    const ssize_t size = read(STDIN_FILENO, request, sizeof request);
+    const int rest = dup(STDIN_FILENO);
+    int ends[2];
+    if (size <= 0 || pipe(ends) != 0 || write(ends[1], request, std::size_t(size)) != size)
+        return 1;
+    close(ends[1]);
+    dup2(ends[0], STDIN_FILENO);
+    host::runReaderProcess();
+    return read(rest, request, 1) == 1 ? crash() : 0;
+}
+
+int misbehave(const QString &how)
+{
+    char byte;
+    if (how == "one")
+        return serveOne();
+    if (read(STDIN_FILENO, &byte, 1) != 1)
+        return 0;
+    if (how == "crash")
+        return crash();
+    if (how == "sleep")
+        return pause();
+    const QByteArray garbage(100, 'x');
+    if (how == "garbage" && write(STDOUT_FILENO, garbage.data(), 100) == 100)
+        return pause();
+    return how == "memory" ? host::outOfMemoryExit : 3;
+}
+
+/// Leaves a byte in @p file for each process that was started.
+int count(const QString &file)
+{
+    QFile out(file);
+    if (!out.open(QIODevice::Append) || out.write("x") != 1)
+        return 1;
+    out.close();
+    return host::runReaderProcess();
+}
+
+} // namespace
 
 int runAsChild(int argc, char **argv)
 {
-    if (argc < 3 || argv[1][0] != '-' || qstrncmp(argv[1], "--gtest", 7) == 0)
+    if (argc < 2 || qstrncmp(argv[1], "--gtest", 7) == 0)
         return -1;
     const QCoreApplication app(argc, argv);
     const QStringList arguments = app.arguments();
-    if (arguments.size() == 3 && arguments[1] == QLatin1String("--read-model"))
-        return host::runReaderProcess(arguments[2]);
-    if (arguments.size() == 4 && arguments[1] == QLatin1String("--misbehave"))
-        return host::misbehave(arguments[2].toUtf8(), arguments[3]);
-    return -1;
+    if (arguments[1] == "--reader")
+        return host::runReaderProcess();
+    if (arguments[1] == "--count")
+        return count(arguments[2]);
+    return arguments[1] == "--misbehave" ? misbehave(arguments[2]) : -1;
 }

@@ -16,7 +16,7 @@ protected:
 
     void open(const QStringList &paths)
     {
-        sheet = std::make_unique<SheetView>(*window, "folder", paths);
+        sheet = std::make_unique<SheetView>(*window, queue, "folder", paths);
         show(*sheet);
     }
     void openSix()
@@ -201,7 +201,7 @@ TEST_F(SheetTest, WhatIsOutOfViewGivesItsMemoryBackAndReturnsAsItWasLeft)
 
 TEST_F(SheetTest, WhatPassesTheMemoryForAllIsRefusedInItsTile)
 {
-    sheet = std::make_unique<SheetView>(*window, "folder",
+    sheet = std::make_unique<SheetView>(*window, queue, "folder",
                                         QStringList{boxes("a.obj", 1), boxes("b.obj", 400)});
     sheet->setMemoryBudget(100000);
     show(*sheet);

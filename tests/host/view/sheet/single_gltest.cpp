@@ -17,7 +17,7 @@ protected:
 
     void open(const QString &path)
     {
-        view = std::make_unique<SingleView>(*window, path);
+        view = std::make_unique<SingleView>(*window, queue, path);
         show(*view);
     }
     void openFromTheFront(int count)

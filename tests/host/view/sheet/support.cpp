@@ -13,10 +13,10 @@
 int runAsChild(int argc, char **argv);
 int runAsChild(int argc, char **argv)
 {
-    if (argc != 3 || qstrcmp(argv[1], "--read-model") != 0)
+    if (argc != 2 || qstrcmp(argv[1], "--reader") != 0)
         return -1;
     const QCoreApplication application(argc, argv);
-    return host::runReaderProcess(application.arguments().at(2));
+    return host::runReaderProcess();
 }
 
 QCoreApplication *makeApplication(int &argc, char **argv);

@@ -9,6 +9,7 @@
 
 #include "GL/glw.h"
 #include "host/app/module_loader.h"
+#include "host/read/read_queue.h"
 #include "host/view/view.h"
 #include "host/view/window/window.h"
 
@@ -19,6 +20,7 @@ namespace host {
 class ViewTest : public testing::Test {
 protected:
     ModuleLoader loader;
+    ReadQueue queue;
     std::unique_ptr<Window> window;
     QTemporaryDir folder;
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "host/series/csv_reader.h"
+#include "host/read/csv_reader.h"
 
 #include <algorithm>
 #include <cstring>
@@ -8,8 +8,8 @@
 #include <QFileInfo>
 #include <csv.h>
 
-#include "host/series/csv_builder.h"
-#include "host/series/csv_fields.h"
+#include "host/read/csv_builder.h"
+#include "host/read/csv_fields.h"
 
 namespace host {
 namespace {
@@ -127,92 +127,71 @@ std::string_view withoutByteOrderMark(const QByteArray &bytes)
     return text.substr(0, 3) == "\xEF\xBB\xBF" ? text.substr(3) : text;
 }
 
-QString message(const QString &path, const CsvMistake &mistake)
+QString message(const CsvMistake &mistake)
 {
-    const QString reason = ": " + mistake.reason;
-    return mistake.line == 0 ? path + reason : path + ':' + QString::number(mistake.line) + reason;
+    return mistake.line == 0 ? mistake.reason
+                             : QStringLiteral("line %1: %2").arg(mistake.line).arg(mistake.reason);
 }
 
-} // namespace
-
-CsvResult readCsv(const QString &path, const CsvProgress &progress, const CsvLimits &limits)
+/// The separator that the kind of file is named for, or else the usual one.
+char separatorFor(const QString &suffix, std::string_view head)
 {
-    const auto failed = [&path](const CsvMistake &mistake) {
-        return CsvResult{{}, message(path, mistake)};
-    };
-    QFile file(path);
-    if (QFileInfo(path).isDir())
-        return failed({0, QStringLiteral("is a folder")});
-    if (!file.open(QIODevice::ReadOnly))
-        return failed({0, file.errorString()});
+    if (suffix == QLatin1String("tsv") && countOutsideQuotes(head, '\t') > 0)
+        return '\t';
+    return detectSeparator(head, suffix == QLatin1String("csv") ? ',' : '\t');
+}
 
+CsvResult readRows(QFile &file, const QString &suffix, const ReadProgress &progress,
+                   const CsvLimits &limits)
+{
     const qint64 chunkSize = 1 << 20;
     QByteArray chunk = file.read(chunkSize);
     std::string_view bytes = withoutByteOrderMark(chunk);
     if (bytes.substr(0, 2) == "\xFF\xFE" || bytes.substr(0, 2) == "\xFE\xFF")
-        return failed({1, QStringLiteral("the text is UTF-16; save it as UTF-8")});
-    const char separator = detectSeparator(bytes);
+        return {{}, QStringLiteral("the text is UTF-16; save it as UTF-8")};
+    const char separator = separatorFor(suffix, bytes);
     CsvBuilder builder(limits, separator == ';');
     CsvSplitter splitter(builder, separator, limits);
     while (!bytes.empty()) {
         if (!splitter.feed(bytes.data(), bytes.size()))
-            return failed(*splitter.mistake());
-        if (progress && !progress(file.pos(), file.size()))
-            return {};
+            return {{}, message(*splitter.mistake())};
+        if (progress)
+            progress(double(file.pos()) / double(std::max<qint64>(file.size(), file.pos())),
+                     QStringLiteral("reading rows"));
         chunk = file.read(chunkSize);
         bytes = {chunk.constData(), std::size_t(chunk.size())};
     }
     if (file.error() != QFileDevice::NoError)
-        return failed({0, file.errorString()});
+        return {{}, file.errorString()};
     if (!splitter.finish())
-        return failed(*splitter.mistake());
-    auto table = builder.take(QFileInfo(path).fileName());
-    return table ? CsvResult{table, {}} : failed(*builder.mistake());
+        return {{}, message(*splitter.mistake())};
+    auto table = builder.take(QFileInfo(file).fileName());
+    return table ? CsvResult{table, {}} : CsvResult{{}, message(*builder.mistake())};
 }
 
-CsvReader::~CsvReader()
+} // namespace
+
+CsvResult readCsv(const QString &path, const ReadProgress &progress, const CsvLimits &limits)
 {
-    stop();
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {{}, file.errorString()};
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    CsvResult result = readRows(file, suffix, progress, limits);
+    if (!result.table && suffix == QLatin1String("txt"))
+        result.error = QStringLiteral("the text is no table: ") + result.error;
+    return result;
 }
 
-void CsvReader::stop()
+bool looksLikeTable(const QByteArray &head)
 {
-    cancelled_ = true;
-    if (thread_.joinable())
-        thread_.join();
-}
-
-void CsvReader::start(const QString &path)
-{
-    stop();
-    cancelled_ = false;
-    const int read = ++read_;
-    thread_ = std::thread([this, path, read] {
-        int percent = -1;
-        const auto tell = [&](qint64 done, qint64 size) {
-            const int now = size > 0 ? int(std::min<qint64>(100, done * 100 / size)) : 100;
-            if (now > percent) {
-                percent = now;
-                QMetaObject::invokeMethod(
-                    this,
-                    [this, read, now] {
-                        if (read == read_)
-                            emit progressed(now);
-                    },
-                    Qt::QueuedConnection);
-            }
-            return !cancelled_;
-        };
-        const CsvResult result = readCsv(path, tell);
-        QMetaObject::invokeMethod(
-            this, [this, read, result] { report(read, result); }, Qt::QueuedConnection);
-    });
-}
-
-void CsvReader::report(int read, const CsvResult &result)
-{
-    if (read == read_)
-        emit finished(cancelled_ ? CsvResult{} : result);
+    const std::string_view all = withoutByteOrderMark(head);
+    const std::string_view lines = all.substr(0, all.rfind('\n') + 1);
+    const CsvLimits limits;
+    const char separator = detectSeparator(lines, '\t');
+    CsvBuilder builder(limits, separator == ';');
+    CsvSplitter splitter(builder, separator, limits);
+    return splitter.feed(lines.data(), lines.size()) && splitter.finish() && builder.take({});
 }
 
 } // namespace host

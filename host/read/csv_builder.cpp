@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "host/series/csv_builder.h"
+#include "host/read/csv_builder.h"
 
 #include <algorithm>
 #include <limits>
 #include <numeric>
 
-#include "host/series/csv_fields.h"
+#include "host/read/csv_fields.h"
 
 namespace host {
 namespace {
@@ -142,7 +142,7 @@ void CsvBuilder::addValue(RawColumn &column, std::string_view field, std::int64_
     }
 }
 
-std::shared_ptr<const Table> CsvBuilder::take(const QString &name)
+TablePtr CsvBuilder::take(const QString &name)
 {
     if (mistake_)
         return {};

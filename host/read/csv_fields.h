@@ -1,16 +1,20 @@
 // SPDX-License-Identifier: MIT
-#ifndef HOST_SERIES_CSV_FIELDS_H
-#define HOST_SERIES_CSV_FIELDS_H
+#ifndef HOST_READ_CSV_FIELDS_H
+#define HOST_READ_CSV_FIELDS_H
 
 #include <optional>
 #include <string_view>
 
 namespace host {
 
-/// The character between the fields of a CSV file, judged by its @p header (bytes from the start
-/// of the file): the most frequent of comma, semicolon and tab outside quotes in the first row.
-/// Where two are equally frequent, tab goes before semicolon before comma.
-char detectSeparator(std::string_view header);
+/// How often @p wanted stands outside quotes in the first row of @p header.
+int countOutsideQuotes(std::string_view header, char wanted);
+
+/// The character between the fields of a table, judged by its @p header (bytes from the start of
+/// the file): the most frequent of comma, semicolon and tab outside quotes in the first row; where
+/// there is none, @p usual. Of two that are equally frequent, tab goes before semicolon before
+/// comma.
+char detectSeparator(std::string_view header, char usual = ',');
 
 /// Whether @p field stands for no value: empty, "NA", "NaN" (upper or lower case) or "-".
 bool isMissing(std::string_view field);

@@ -2,33 +2,19 @@
 #include <cmath>
 #include <numeric>
 
-#include <QFile>
-#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include "host/series/csv_reader.h"
+#include "host/read/csv_reader.h"
+#include "tests/host/read/support.h"
 
 namespace host {
 namespace {
 
-class CsvFile {
-public:
-    explicit CsvFile(const QByteArray &bytes)
-    {
-        QFile file(path());
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-    }
-    QString path() const { return folder_.filePath("file.csv"); }
-
-private:
-    QTemporaryDir folder_;
-};
-
-/// A table as "x|column|column/skipped: row; row", or the error from behind the path on.
-std::string summary(const CsvResult &result, const QString &path)
+/// A table as "x|column|column/skipped: row; row", or the error.
+std::string summary(const CsvResult &result)
 {
     if (!result.table)
-        return result.error.mid(path.size()).toStdString();
+        return result.error.toStdString();
     const Table &table = *result.table;
     QString text = table.xName;
     for (const Column &column : table.columns)
@@ -56,7 +42,7 @@ const struct {
     {"t\ta\n1\t2\n3\t\n", "t|a: 1 2; 3 -"},
     {"t;a, b\n1,5;2,25\n2;-3.5\n", "t|a, b: 1.5 2.25; 2 -3.5"},
     {"t;a\n1;2\n3;1,2,3\n4;1,2.5\n5;6\n6;7\n7;8\n",
-     ":3: the value of a is \"1,2,3\", not a number"},
+     "line 3: the value of a is \"1,2,3\", not a number"},
     {"\"t, s\",\"a \"\"q\"\"\nz\"\n\"1\",\"2\"\n", "t, s|a \"q\" z: 1 2"},
     {"\"t;;;;\",a\n1,2\n", "t;;;;|a: 1 2"},
     {"t\ta,b\n1\t2\n", "t|a,b: 1 2"},
@@ -74,36 +60,37 @@ const struct {
      "1970-02,4\n1970-01-01T23:59:59Z,5\n1970-01-01T09:01+09,6\n",
      "d|a over time: 0 2; 1.5 1; 60 6; 1800 3; 86399 5; 2678400 4"},
 
-    {"", ": the file is empty"},
-    {"\n  \r\n\n", ": the file is empty"},
-    {"t,a\n", ": the file has names of columns but no rows"},
-    {"t,a,b\n1,2,3\n\n1,2\n", ":4: 2 fields where the first row has 3"},
-    {"t,a\n1,2,3\n", ":2: 3 fields where the first row has 2"},
-    {"t,\"a\nb\"\n1,2\n1\n", ":4: 1 fields where the first row has 2"},
-    {"t,a\nmon,2\n", ":2: x (t) is \"mon\", neither a number nor an ISO date"},
-    {"t,a\n1,2\nabc,2\n", ":3: x (t) is \"abc\", not a number like those above"},
-    {"t,a\n1,2\ninf,2\n", ":3: x (t) is \"inf\", not a number like those above"},
-    {"t,a\n1,2\n,2\n", ":3: the value of x (t) is missing"},
-    {"t,a,b\n1,2,3\n2,3,1.2.3\n3,x,4\n4,5,6\n", ":3: the value of b is \"1.2.3\", not a number"},
+    {"", "the file is empty"},
+    {"\n  \r\n\n", "the file is empty"},
+    {"t,a\n", "the file has names of columns but no rows"},
+    {"t,a,b\n1,2,3\n\n1,2\n", "line 4: 2 fields where the first row has 3"},
+    {"t,a\n1,2,3\n", "line 2: 3 fields where the first row has 2"},
+    {"t,\"a\nb\"\n1,2\n1\n", "line 4: 1 fields where the first row has 2"},
+    {"t,a\nmon,2\n", "line 2: x (t) is \"mon\", neither a number nor an ISO date"},
+    {"t,a\n1,2\nabc,2\n", "line 3: x (t) is \"abc\", not a number like those above"},
+    {"t,a\n1,2\ninf,2\n", "line 3: x (t) is \"inf\", not a number like those above"},
+    {"t,a\n1,2\n,2\n", "line 3: the value of x (t) is missing"},
+    {"t,a,b\n1,2,3\n2,3,1.2.3\n3,x,4\n4,5,6\n",
+     "line 3: the value of b is \"1.2.3\", not a number"},
     {"t,a\n1,2\n2,3\n3," + QByteArray(41, 'w') + '\n',
-     ":4: the value of a is \"" + std::string(40, 'w') + "…\", not a number"},
-    {"t,a,b\n1,x,y\n", ": no column after the first holds numbers (a, b)"},
-    {"t\n1\n", ":1: only one column; x and at least one series are needed, separated by comma, "
+     "line 4: the value of a is \"" + std::string(40, 'w') + "…\", not a number"},
+    {"t,a,b\n1,x,y\n", "no column after the first holds numbers (a, b)"},
+    {"t\n1\n", "line 1: only one column; x and at least one series are needed, separated by comma, "
                "semicolon or tab"},
-    {"t,a\n1,2\n3,\"4\n5,6\n", ":3: a quote opened in this row is never closed"},
-    {"t,a\n1,2\n3,4\"5\n", std::string(":3: ") + quoteInside},
-    {"t,a\n\"1\n2\"3,4\n", std::string(":3: ") + quoteInside + " (the row begins on line 2)"},
-    {QByteArray("t,a\n1,\0\n", 8), ":2: a zero byte: the file is binary or not UTF-8 text"},
-    {QByteArray("\xFF\xFEt\0,\0", 6), ":1: the text is UTF-16; save it as UTF-8"},
+    {"t,a\n1,2\n3,\"4\n5,6\n", "line 3: a quote opened in this row is never closed"},
+    {"t,a\n1,2\n3,4\"5\n", std::string("line 3: ") + quoteInside},
+    {"t,a\n\"1\n2\"3,4\n", std::string("line 3: ") + quoteInside + " (the row begins on line 2)"},
+    {QByteArray("t,a\n1,\0\n", 8), "line 2: a zero byte: the file is binary or not UTF-8 text"},
+    {QByteArray("\xFF\xFEt\0,\0", 6), "the text is UTF-16; save it as UTF-8"},
     // Within and beyond limits of 4 columns, 6 rows, 12 values and 200 bytes a row.
     {"t,a,b,c\n1,2,3,4\n", "t|a|b|c: 1 2 3 4"},
-    {"t,a,b,c,d\n1,2,3,4,5\n", ":1: 5 columns; at most 4 can be shown"},
+    {"t,a,b,c,d\n1,2,3,4,5\n", "line 1: 5 columns; at most 4 can be shown"},
     {"t,a\n1,1\n2,2\n3,3\n4,4\n5,5\n6,6\n7,7\n",
-     ":8: more than 6 rows, which is the most that can be shown"},
+     "line 8: more than 6 rows, which is the most that can be shown"},
     {"t,a,b\n1,1,1\n2,2,2\n3,3,3\n4,4,4\n5,5,5\n",
-     ":6: more than 12 values, which is the most that can be shown"},
+     "line 6: more than 12 values, which is the most that can be shown"},
     {"t,a\n1,2\n3,\"" + QByteArray(300, '\n') + "\"\n",
-     ":3: a row of more than 200 bytes; is a quote left open?"},
+     "line 3: a row of more than 200 bytes; is a quote left open?"},
 };
 
 TEST(Csv, IsATableOrAMessageWithFileLineAndReason)
@@ -113,15 +100,12 @@ TEST(Csv, IsATableOrAMessageWithFileLineAndReason)
     small.rows = 6;
     small.values = 12;
     small.rowBytes = 200;
+    const ModelFolder folder;
     for (const auto &c : files) {
         SCOPED_TRACE(c.bytes.toStdString());
-        const CsvFile file(c.bytes);
-        EXPECT_EQ(summary(readCsv(file.path(), {}, small), file.path()), c.summary);
+        const QString file = folder.write("file.csv", c.bytes);
+        EXPECT_EQ(summary(readCsv(file, {}, small)), c.summary);
     }
-    const QTemporaryDir folder;
-    EXPECT_EQ(readCsv(folder.path()).error, folder.path() + ": is a folder");
-    const QString missing = folder.filePath("gone.csv");
-    EXPECT_TRUE(readCsv(missing).error.startsWith(missing + ": No such file"));
 }
 
 TEST(Csv, DatesThatDoNotExistAreNone)
@@ -132,9 +116,10 @@ TEST(Csv, DatesThatDoNotExistAreNone)
           "2011-01-01T20", "2011-01-01T20:00:00.", "2011-01-01T20:00+15", "2011-01-01T20:00+01:60",
           "2011-01-01T20:00Zz", "2011-01-01x20:00", "2011-01T20:00", "20110101",
           "2011-01-01T20:0a"}) {
-        const CsvFile file("t,a\n2011-02-28,2\n" + date + ",2\n");
-        EXPECT_EQ(summary(readCsv(file.path()), file.path()),
-                  ":3: x (t) is \"" + date.toStdString() + "\", not an ISO date like those above");
+        const ModelFolder folder;
+        const QString file = folder.write("file.csv", "t,a\n2011-02-28,2\n" + date + ",2\n");
+        EXPECT_EQ(summary(readCsv(file)), "line 3: x (t) is \"" + date.toStdString() +
+                                              "\", not an ISO date like those above");
     }
 }
 
@@ -154,29 +139,47 @@ TEST(Csv, WeatherOfSeattle)
 }
 
 // Longer than the reader's blocks, in falling order of x, and with a mistake behind them.
-TEST(Csv, ALongFileIsReadWithProgressAndCanBeGivenUp)
+TEST(Csv, ALongFileIsReadWithProgress)
 {
     QByteArray bytes = "t,a\n";
     for (int i = 300000; i > 0; --i)
         bytes += QByteArray::number(i) + ',' + QByteArray::number(i % 7) + '\n';
-    const CsvFile file(bytes);
-    qint64 last = 0;
-    const CsvResult result = readCsv(file.path(), [&](qint64 done, qint64 size) {
-        EXPECT_TRUE(done > last && size == bytes.size());
-        last = done;
-        return true;
+    const ModelFolder folder;
+    const QString file = folder.write("file.csv", bytes),
+                  wrong = folder.write("w.csv", bytes + "1\n");
+    double last = 0;
+    const CsvResult result = readCsv(file, [&](double fraction, const QString &) {
+        EXPECT_GT(fraction, last);
+        last = fraction;
     });
-    EXPECT_EQ(last, bytes.size());
+    EXPECT_EQ(last, 1);
     ASSERT_TRUE(result.table) << result.error.toStdString();
     ASSERT_EQ(result.table->rows(), 300000u);
     for (std::size_t i = 0; i < result.table->rows(); ++i)
         ASSERT_TRUE(result.table->x[i] == double(i + 1) &&
                     result.table->columns[0].values[i] == double((i + 1) % 7));
-    const CsvResult givenUp = readCsv(file.path(), [](qint64, qint64) { return false; });
-    EXPECT_TRUE(!givenUp.table && givenUp.error.isEmpty());
-    const CsvFile wrong(bytes + "1\n");
-    EXPECT_EQ(summary(readCsv(wrong.path()), wrong.path()),
-              ":300002: 1 fields where the first row has 2");
+    EXPECT_EQ(summary(readCsv(wrong)), "line 300002: 1 fields where the first row has 2");
+}
+
+// Each by its name, and what is read as what then.
+TEST(Csv, TheSuffixTellsTheSeparator)
+{
+    const struct {
+        const char *file;
+        QByteArray bytes;
+        const char *summary;
+    } named[] = {
+        {"a.tsv", "t\ta,b,c\n1\t2\n", "t|a,b,c: 1 2"},
+        {"a.tsv", "t,a\n1,2\n", "t|a: 1 2"},
+        {"a.csv", "t\ta,b,c\n1\t1,2,3\n",
+         "line 2: x (t a) is \"1 1\", neither a number nor an ISO date"},
+        {"a.TXT", "t;a\n1,5;2\n", "t|a: 1.5 2"},
+        {"a.txt", "Dear diary,\nit rains\n",
+         "the text is no table: line 2: 1 fields where the first row has 2"},
+    };
+    const ModelFolder folder;
+    for (const auto &c : named)
+        EXPECT_EQ(summary(readCsv(folder.write(c.file, c.bytes))), c.summary);
 }
 
 } // namespace

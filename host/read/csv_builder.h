@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#ifndef HOST_SERIES_CSV_BUILDER_H
-#define HOST_SERIES_CSV_BUILDER_H
+#ifndef HOST_READ_CSV_BUILDER_H
+#define HOST_READ_CSV_BUILDER_H
 
 #include <cstdint>
 #include <optional>
@@ -10,7 +10,7 @@
 
 #include <QCoreApplication>
 
-#include "host/series/csv_reader.h"
+#include "host/read/csv_reader.h"
 
 namespace host {
 
@@ -35,7 +35,7 @@ public:
 
     /// The finished table, named @p name; null with mistake() set when the rows make none.
     /// Leaves the builder empty.
-    std::shared_ptr<const Table> take(const QString &name);
+    TablePtr take(const QString &name);
 
 private:
     struct RawColumn {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "host/series/csv_fields.h"
+#include "host/read/csv_fields.h"
 
 #include <algorithm>
 #include <charconv>
@@ -90,24 +90,32 @@ std::optional<double> takeZone(std::string_view &text)
 
 } // namespace
 
-char detectSeparator(std::string_view header)
+int countOutsideQuotes(std::string_view header, char wanted)
 {
-    const std::string_view candidates = "\t;,";
-    int counts[3] = {0, 0, 0};
+    int count = 0;
     bool quoted = false;
     for (const char c : header) {
         if (c == '"')
             quoted = !quoted;
-        if (quoted)
-            continue;
-        if (c == '\n' || c == '\r')
+        if (!quoted && (c == '\n' || c == '\r'))
             break;
-        const std::size_t which = candidates.find(c);
-        if (which != std::string_view::npos)
-            ++counts[which];
+        count += !quoted && c == wanted;
     }
-    const int *most = std::max_element(counts, counts + 3);
-    return *most == 0 ? ',' : candidates[std::size_t(most - counts)];
+    return count;
+}
+
+char detectSeparator(std::string_view header, char usual)
+{
+    char best = usual;
+    int most = 0;
+    for (const char c : {'\t', ';', ','}) {
+        const int count = countOutsideQuotes(header, c);
+        if (count > most) {
+            most = count;
+            best = c;
+        }
+    }
+    return best;
 }
 
 bool isMissing(std::string_view field)

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include "host/read/content_send.h"
+
+#include <algorithm>
+
+#include <QDataStream>
+#include <QIODevice>
+
+#include "host/read/messages.h"
+
+namespace host {
+namespace {
+
+using messages::Tag;
+
+bool writeAll(QIODevice &out, const char *data, qint64 size)
+{
+    while (size > 0) {
+        const qint64 written = out.write(data, size);
+        if (written <= 0)
+            return false;
+        data += written;
+        size -= written;
+    }
+    return true;
+}
+
+/// One message in one write: the device has no buffer.
+template <class... Fields> bool send(QIODevice &out, Tag tag, const Fields &...fields)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << quint8(tag);
+    (stream << ... << fields);
+    return writeAll(out, bytes.constData(), bytes.size());
+}
+
+template <class T> bool sendArray(QIODevice &out, quint32 number, const std::vector<T> &array)
+{
+    const char *data = reinterpret_cast<const char *>(array.data());
+    const std::size_t size = array.size() * sizeof(T);
+    for (std::size_t at = 0; at < size; at += messages::maxPiece) {
+        const quint32 piece = quint32(std::min<std::size_t>(messages::maxPiece, size - at));
+        if (!send(out, Tag::Piece, number, piece) || !writeAll(out, data + at, piece))
+            return false;
+    }
+    return true;
+}
+
+bool sendMesh(QIODevice &out, const Mesh &mesh)
+{
+    bool good = send(out, Tag::MeshHead, quint32(mesh.vertexCount()), quint32(mesh.indices.size()),
+                     quint32(mesh.parts.size()), !mesh.colours.empty(), mesh.axes.of[0],
+                     mesh.axes.of[1], mesh.axes.of[2], mesh.notes);
+    for (const MeshPart &part : mesh.parts) {
+        const auto &c = part.colour;
+        good = good && send(out, Tag::Item, part.indexCount, c[0], c[1], c[2], c[3], part.name,
+                            part.material);
+    }
+    return good && sendArray(out, messages::Positions, mesh.positions) &&
+           sendArray(out, messages::Normals, mesh.normals) &&
+           sendArray(out, messages::Colours, mesh.colours) &&
+           sendArray(out, messages::Indices, mesh.indices);
+}
+
+bool sendTable(QIODevice &out, const Table &table)
+{
+    bool good = send(out, Tag::TableHead, quint32(table.rows()), quint32(table.columns.size()),
+                     table.xName, table.xIsTime, table.skipped);
+    for (const Column &column : table.columns)
+        good = good && send(out, Tag::Item, column.name);
+    good = good && sendArray(out, 0, table.x);
+    for (std::size_t i = 0; i < table.columns.size(); ++i)
+        good = good && sendArray(out, quint32(i + 1), table.columns[i].values);
+    return good;
+}
+
+bool sendList(QIODevice &out, const FileList &list)
+{
+    bool good = send(out, Tag::ListHead, list.empty, list.cut);
+    for (const QString &file : list.files)
+        good = good && send(out, Tag::Item, file);
+    return good;
+}
+
+} // namespace
+
+bool sendBegin(QIODevice &out, qint64 fileSize)
+{
+    return send(out, Tag::Begin, messages::version, fileSize);
+}
+
+bool sendProgress(QIODevice &out, double fraction, const QString &stage)
+{
+    return send(out, Tag::Progress, fraction, stage);
+}
+
+bool sendFailure(QIODevice &out, const QString &reason, bool last)
+{
+    return send(out, Tag::Failure, reason, last);
+}
+
+bool sendContent(QIODevice &out, const Content &content)
+{
+    return content.mesh    ? sendMesh(out, *content.mesh)
+           : content.table ? sendTable(out, *content.table)
+                           : sendList(out, *content.list);
+}
+
+bool sendEnd(QIODevice &out, bool last)
+{
+    return send(out, Tag::End, last);
+}
+
+} // namespace host

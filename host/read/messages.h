@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_READ_MESSAGES_H
+#define HOST_READ_MESSAGES_H
+
+#include <QtGlobal>
+
+namespace host {
+namespace messages {
+
+/// What a reading process answers to one request, as QDataStream writes it: Begin; any number of
+/// Progress; then a Failure, or a head, its items, its arrays in pieces, and End. An array's bytes
+/// stand in the stream as they stand in memory, since they are the bulk of it.
+enum class Tag : quint8 {
+    Begin = 1, ///< quint32 version, qint64 size of the file in bytes
+    Progress,  ///< double fraction, QString stage
+    Failure,   ///< QString reason, bool last
+    MeshHead,  ///< quint32 vertices, indices, parts, bool coloured, 3 qint8 axes, QStringList notes
+    TableHead, ///< quint32 rows, columns, QString x name, bool time, QStringList skipped
+    ListHead,  ///< QStringList empty, cut
+    Item,      ///< Of a mesh, a part: quint32 indices, 4 floats, QString name, material.
+               ///< Of a table, a column: QString name. Of a list, a file: QString path.
+    Piece,     ///< quint32 array, quint32 size, that many bytes
+    End,       ///< bool last: the process serves no more
+};
+
+constexpr quint32 version = 3;
+/// Of a mesh the arrays are positions, normals, colours, indices; of a table x and the columns.
+enum MeshArray : quint32 { Positions, Normals, Colours, Indices };
+/// Also the most work that one message makes. Whole vertices, triangles and numbers fit into it.
+constexpr quint32 maxPiece = 256 * 1024 / 24 * 24;
+/// No message without arrays is larger.
+constexpr qint64 maxMessage = 8 << 20;
+
+} // namespace messages
+} // namespace host
+
+#endif

@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: MIT
+// Which files there are, what they are, and what is said of those that cannot be read.
+#include <QFile>
+#include <sys/stat.h>
+
+#include "host/read/file_kind.h"
+#include "host/read/model_files.h"
+#include "tests/GL/table.h"
+#include "tests/host/read/support.h"
+
+namespace host {
+namespace {
+
+QStringList namesIn(const ModelFolder &folder, const CollectLimits &limits = {})
+{
+    QStringList names;
+    for (const QString &file : listFiles({folder.path({})}, limits).files)
+        names << QDir(folder.path({})).relativeFilePath(file);
+    return names;
+}
+
+struct SuffixCase {
+    const char *name;
+    const char *file;
+    QByteArray content;
+    bool taken, table;
+};
+
+const SuffixCase suffixCases[] = {
+    {"Commas", "a.csv", "x", true, true},
+    {"Tabs", "a.TSV", "x", true, true},
+    {"TextThatIsATable", "a.txt", "t;a\n1;2\n3;", true, true},
+    {"TextThatIsNone", "a.txt", "Dear diary,\nit rains\n", false, true},
+    {"DottedName", "a.b.fbx", "x", true, false},
+    {"Picture", "a.png", "x", false, false},
+    {"NoSuffix", "obj", "x", false, false},
+    {"Hidden", ".a.obj", "x", false, false},
+    {"MotionAlone", "a.md5anim", "x", false, false},
+    {"XmlOfAMesh", "a.xml", "<?xml version=\"1.0\"?>\n<mesh>", true, false},
+    {"XmlOfSomethingElse", "a.xml", "<?xml version=\"1.0\"?>\n<note>", false, false},
+    {"RawTriangles", "a.raw", "0 0 0 1 0 0 0 1 0\n", true, false},
+    {"RawPhotograph", "a.raw", QByteArray("II*\0\x10", 5), false, false},
+    {"Empty", "a.obj", "", true, false}, // it is shown, with the reason
+};
+
+TABLE(FileKind, testing::Test, SuffixCase, suffixCases);
+
+TEST_P(FileKind, IsTakenOrLeft)
+{
+    const ModelFolder folder;
+    folder.write(GetParam().file, GetParam().content);
+    EXPECT_EQ(namesIn(folder).size(), GetParam().taken ? 1 : 0);
+    EXPECT_EQ(isTable(GetParam().file), GetParam().table);
+}
+
+TEST(FileList, IsSortedAsAPersonSortsAndEndsWhereLinksRunInACircle)
+{
+    const ModelFolder folder;
+    for (const char *name : {"part10.obj", "part2.OBJ", "Part1.stl", "b/2.ply", "a/wheel.glb"})
+        folder.write(name, "x");
+    ASSERT_TRUE(QFile::link(folder.path({}), folder.path("a/up")));
+    ASSERT_TRUE(QFile::link("nowhere.obj", folder.path("b.obj")));
+    EXPECT_EQ(namesIn(folder),
+              QStringList({"a/wheel.glb", "b/2.ply", "Part1.stl", "part2.OBJ", "part10.obj"}));
+}
+
+TEST(FileList, PutsFilesInThePlaceOfFoldersAndNamesThoseThatAreEmpty)
+{
+    const ModelFolder folder;
+    const QString inside = folder.write("full/a.obj", "x"), bare = folder.path("bare");
+    ASSERT_TRUE(QDir().mkdir(bare));
+    const FileList list = listFiles({"z.obj", folder.path("full"), bare, "a.obj"});
+    EXPECT_EQ(list.files, QStringList({"z.obj", inside, "a.obj"}));
+    EXPECT_EQ(list.empty, QStringList{bare});
+}
+
+TEST(FileList, LimitsStopTheSearchAndSaySo)
+{
+    const ModelFolder folder;
+    for (const char *name : {"a.obj", "b.obj", "1/c.obj", "1/2/d.obj"})
+        folder.write(name, "x");
+    CollectLimits limits;
+    EXPECT_TRUE(listFiles({folder.path({})}, limits).cut.isEmpty());
+    limits.depth = 1;
+    EXPECT_EQ(namesIn(folder, limits), QStringList({"1/c.obj", "a.obj", "b.obj"}));
+    EXPECT_EQ(listFiles({folder.path({})}, limits).cut, QStringList{folder.path({})});
+    limits.files = 2;
+    EXPECT_EQ(namesIn(folder, limits).size(), 2);
+    EXPECT_EQ(listFiles({folder.path({})}, limits).cut, QStringList{folder.path({})});
+}
+
+TEST(FileObjection, NamesWhatIsWrongWithoutOpening)
+{
+    const ModelFolder folder;
+    const QString pipe = folder.path("x.csv"), link = folder.path("link.obj");
+    ASSERT_EQ(mkfifo(QFile::encodeName(pipe), 0600), 0);
+    ASSERT_TRUE(QFile::link("nowhere.obj", link));
+    ReadLimits small;
+    small.fileBytes = 1024;
+    EXPECT_EQ(fileObjection(pipe), "it is not a regular file");
+    EXPECT_EQ(fileObjection(link), "the link points to nothing");
+    EXPECT_EQ(fileObjection(folder.path("a.obj")), "there is no such file");
+    EXPECT_EQ(fileObjection(folder.path({})), "it is a folder");
+    EXPECT_EQ(fileObjection(folder.write("a.obj", "")), "the file is empty");
+    EXPECT_EQ(fileObjection(folder.write("a.obj", QByteArray(1024, 'x')), small), "");
+    EXPECT_EQ(fileObjection(folder.write("a.obj", QByteArray(1025, 'x')), small),
+              "it is larger than 1.0 KiB, the most that is read");
+    EXPECT_EQ(readFailure("/some/where/cube.obj", "it is odd"), "cube.obj: it is odd");
+}
+
+} // namespace
+} // namespace host

@@ -1,0 +1,290 @@
+// SPDX-License-Identifier: MIT
+// The queue and its processes, good ones and bad ones.
+#include <algorithm>
+
+#include <QFileInfo>
+#include <QSignalSpy>
+#include <QTest>
+
+#include "host/read/read_queue.h"
+#include "tests/GL/table.h"
+#include "tests/host/read/support.h"
+
+namespace host {
+namespace {
+
+constexpr int timeout = 60000; // ms; a test that waits so long has failed
+
+/// What a queue did, in the order in which it did it.
+struct Log {
+    explicit Log(ReadQueue &q) : queue(q)
+    {
+        QObject::connect(&q, &ReadQueue::started, &q, [this](int id) {
+            order.push_back(id);
+            most = std::max(most, ++running);
+        });
+        QObject::connect(&q, &ReadQueue::finished, &q, [this](int, const Content &content) {
+            contents.push_back(content);
+            --running;
+        });
+        QObject::connect(&q, &ReadQueue::failed, &q, [this](int, const QString &why, quint64 n) {
+            reasons << why;
+            needed = n;
+            --running;
+        });
+        QObject::connect(&q, &ReadQueue::progressed, &q, [this](int, double fraction) {
+            rises = rises && fraction >= last;
+            last = fraction == 1 ? 0 : fraction;
+        });
+    }
+    bool waitUntilIdle() const
+    {
+        return QTest::qWaitFor([this] { return queue.isIdle(); }, timeout);
+    }
+
+    ReadQueue &queue;
+    std::vector<int> order;
+    std::vector<Content> contents;
+    QStringList reasons;
+    quint64 needed = 0;
+    int running = 0, most = 0;
+    bool rises = true;
+    double last = 0;
+};
+
+class ReadQueueTest : public testing::Test {
+protected:
+    ReadQueueTest() { queue.setMaxProcesses(1); }
+    QString file(int number) const
+    {
+        return folder.write(QString::number(number) + ".obj", objTriangle());
+    }
+
+    ModelFolder folder;
+    ReadQueue queue;
+    Log log{queue};
+};
+
+TEST_F(ReadQueueTest, OrderFollowsThePrioritiesAsTheyChange)
+{
+    std::vector<int> id;
+    for (int i = 0; i < 4; ++i)
+        id.push_back(queue.add(file(i), i == 1 ? ReadQueue::InView : ReadQueue::Background));
+    id.push_back(queue.add(file(4), ReadQueue::Opened));
+    queue.setPriority(id[3], ReadQueue::InView);
+    queue.setPriority(id[1], ReadQueue::Background);
+    queue.setPriority(12345, ReadQueue::Opened); // no such file
+    QObject::connect(&queue, &ReadQueue::started, &queue, [&](int started) {
+        if (started == id[4])
+            queue.setPriority(id[2], ReadQueue::InView);
+    });
+    const int list = queue.list({folder.path({})}); // before all files
+    ASSERT_TRUE(log.waitUntilIdle());
+    EXPECT_EQ(log.order, (std::vector<int>{list, id[4], id[2], id[3], id[0], id[1]}));
+    EXPECT_EQ(log.contents.size(), 5u);
+}
+
+TEST_F(ReadQueueTest, RunsAsManyAsAllowedReadsBothKindsAndCountsThem)
+{
+    queue.setMaxProcesses(3);
+    QSignalSpy totals(&queue, &ReadQueue::totals);
+    for (int i = 0; i < 6; ++i)
+        queue.add(file(i));
+    queue.add(folder.write(QStringLiteral("größe.obj"), objGrid(200)));
+    queue.add(folder.write("t.csv", "t,a\n" + QByteArray("1,2\n").repeated(100000)));
+    queue.add(folder.path("gone.obj"));
+    queue.add(folder.write("bad.tsv", "t\ta\n1\n"));
+    ASSERT_TRUE(log.waitUntilIdle());
+    EXPECT_EQ(log.most, 3);
+    log.reasons.sort();
+    EXPECT_EQ(log.reasons,
+              QStringList({"line 2: 1 fields where the first row has 2", "there is no such file"}));
+    EXPECT_EQ(totals.last(), QVariantList({8, 2, 10}));
+    std::size_t triangles = 0, rows = 0;
+    for (const Content &content : log.contents) {
+        triangles += content.mesh ? content.mesh->triangleCount() : 0;
+        rows += content.table ? content.table->rows() : 0;
+    }
+    EXPECT_EQ(triangles, 80006u);
+    EXPECT_EQ(rows, 100000u);
+    queue.add(file(7));
+    EXPECT_EQ(queue.total(), 1) << "a new count";
+}
+
+TEST_F(ReadQueueTest, ListsFoldersAndNeighbours)
+{
+    const QString a = file(1), b = folder.write("sub/b.obj", "x");
+    QSignalSpy listed(&queue, &ReadQueue::listed);
+    const int all = queue.list({folder.path({})}), near = queue.listNeighbours(a);
+    ASSERT_TRUE(log.waitUntilIdle());
+    ASSERT_EQ(listed.count(), 2);
+    EXPECT_EQ(listed[0][0].toInt(), all);
+    EXPECT_EQ(listed[0][1].value<FileListPtr>()->files, QStringList({a, b}));
+    EXPECT_EQ(listed[1][0].toInt(), near);
+    EXPECT_EQ(listed[1][1].value<FileListPtr>()->files, QStringList{a});
+    EXPECT_EQ(queue.total(), 0);
+}
+
+TEST_F(ReadQueueTest, CancelledFilesStayUnanswered)
+{
+    const int first = queue.add(file(0)), second = queue.add(file(1)), third = queue.add(file(2));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !log.order.empty(); }, timeout));
+    queue.cancel(first);
+    queue.cancel(second);
+    queue.cancel(second); // is no longer there
+    EXPECT_EQ(queue.total(), 1);
+    ASSERT_TRUE(log.waitUntilIdle());
+    EXPECT_EQ(log.order, (std::vector<int>{first, third}));
+    EXPECT_EQ(log.contents.size() + std::size_t(log.reasons.size()), 1u);
+}
+
+TEST_F(ReadQueueTest, WhatPassesTheMemoryIsRefusedWhileOthersAreHeld)
+{
+    queue.add(file(0));
+    ASSERT_TRUE(log.waitUntilIdle());
+    ASSERT_EQ(log.contents.size(), 1u);
+    const quint64 size = log.contents[0].byteSize();
+    EXPECT_EQ(queue.memoryInUse(), size);
+    queue.setMemoryLimit(size * 2 - 1);
+    queue.add(file(1));
+    ASSERT_TRUE(log.waitUntilIdle());
+    EXPECT_EQ(log.reasons.size(), 1);
+    EXPECT_EQ(log.needed, size);
+    log.contents.clear();
+    EXPECT_EQ(queue.memoryInUse(), 0u);
+    queue.add(file(1));
+    ASSERT_TRUE(log.waitUntilIdle());
+    EXPECT_EQ(log.contents.size(), 1u);
+}
+
+TEST_F(ReadQueueTest, MayBeDeletedFromItsOwnSignals)
+{
+    for (const bool early : {false, true}) {
+        auto *doomed = new ReadQueue;
+        QSignalSpy destroyed(doomed, &QObject::destroyed);
+        QObject scope;
+        const auto die = [doomed] { delete doomed; };
+        if (early)
+            QObject::connect(doomed, &ReadQueue::progressed, &scope, die);
+        else
+            QObject::connect(doomed, &ReadQueue::finished, &scope, die);
+        doomed->add(file(0));
+        doomed->add(file(1));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return destroyed.count() == 1; }, timeout)) << early;
+    }
+}
+
+struct ServiceCase {
+    const char *name;
+    int mostServed;
+    quint64 keptBytes;
+    int processes; // that five files take
+};
+
+const ServiceCase serviceCases[] = {
+    {"OneServesAll", 200, quint64(1) << 40, 1},
+    {"SomeServeTwo", 2, quint64(1) << 40, 3},
+    {"LargeOnesServeOne", 200, 1, 5},
+};
+
+TABLE(ReadService, testing::Test, ServiceCase, serviceCases);
+
+TEST_P(ReadService, TakesSoManyProcesses)
+{
+    const ModelFolder folder;
+    ReaderProgram program;
+    program.arguments = QStringList{"--count", folder.path("processes")};
+    program.mostServed = GetParam().mostServed;
+    program.limits.keptBytes = GetParam().keptBytes;
+    ReadQueue queue(nullptr, program);
+    queue.setMaxProcesses(1);
+    const Log log(queue);
+    for (int i = 0; i < 5; ++i)
+        queue.add(folder.write(QString::number(i) + ".obj", i == 2 ? "x" : objTriangle()));
+    ASSERT_TRUE(log.waitUntilIdle());
+    EXPECT_EQ(log.contents.size(), 4u);
+    EXPECT_EQ(log.reasons.size(), 1);
+    EXPECT_EQ(QFileInfo(folder.path("processes")).size(), GetParam().processes);
+}
+
+struct ChildCase {
+    const char *name;
+    const char *how; // the child is to behave; empty: as it should
+    const char *file;
+    QByteArray content;
+    const char *reason;
+};
+
+const ChildCase childCases[] = {
+    {"Crashes", "crash", "a.obj", "x", "the reader crashed (signal 11) on it"},
+    {"WaitsForEver", "sleep", "a.csv", "x", "reading it took longer than 1 s"},
+    {"TalksNonsense", "garbage", "a.obj", "x", "the reader's answer is broken"},
+    {"StopsWithoutAWord", "silent", "a.obj", "x",
+     "the reader stopped without an answer (exit code 3)"},
+    {"IsOutOfMemory", "memory", "a.csv", "x",
+     "the reader ran out of its memory limit of 512.0 MiB"},
+    // assimp 5.2 looks for the end of this header for ever.
+    {"IsKeptBusy", "", "a.ply", "ply\nformat ascii 1.0\nelement vertex 3\nprop",
+     "reading it took longer than 1 s"},
+    {"IsAskedForAllMemory", "", "a.off", "OFF\n60000000 60000000 0\n0 0 0\n",
+     "the reader ran out of its memory limit of 512.0 MiB"},
+};
+
+TABLE(ReadByAChildThat, testing::Test, ChildCase, childCases);
+
+TEST_P(ReadByAChildThat, FailsWithAReason)
+{
+    const ChildCase &c = GetParam();
+    if (qstrcmp(c.file, "a.off") == 0 && !canLimitMemory())
+        return; // this build has no limit, and the file would take gigabytes
+    const ModelFolder folder;
+    ReaderProgram program;
+    if (*c.how)
+        program.arguments = QStringList{"--misbehave", c.how};
+    program.limits.memory = 512u << 20;
+    program.limits.cpuSeconds = 1;
+    program.limits.wallSeconds = *c.how ? 1 : 60;
+    ReadQueue queue(nullptr, program);
+    const Log log(queue);
+    queue.add(folder.write(c.file, c.content));
+    ASSERT_TRUE(log.waitUntilIdle());
+    EXPECT_EQ(log.reasons, QStringList{c.reason});
+}
+
+TEST(ReadQueueChild, ThatServedOthersBeforeItCrashedIsReplacedAndTheFileReadAgain)
+{
+    const ModelFolder folder;
+    ReaderProgram program;
+    program.arguments = QStringList{"--misbehave", "one"};
+    ReadQueue queue(nullptr, program);
+    queue.setMaxProcesses(1);
+    const Log log(queue);
+    for (const char *name : {"a.obj", "b.obj", "c.obj"})
+        queue.add(folder.write(name, objTriangle()));
+    ASSERT_TRUE(log.waitUntilIdle());
+    EXPECT_EQ(log.contents.size(), 3u) << log.reasons.join('\n').toStdString();
+    EXPECT_TRUE(log.rises);
+}
+
+TEST(ReadQueueChild, ThatDoesNotStartIsNamed)
+{
+    ReaderProgram program;
+    program.path = "/no-such-program";
+    ReadQueue queue(nullptr, program);
+    const Log log(queue);
+    queue.add("a.obj");
+    ASSERT_TRUE(log.waitUntilIdle());
+    EXPECT_TRUE(log.reasons.value(0).contains("/no-such-program"));
+}
+
+TEST(ReadLimitsTest, LargerFilesGetMoreTimeButNotForEver)
+{
+    const ReadLimits limits;
+    EXPECT_EQ(limits.forSize(1000).cpuSeconds, limits.cpuSeconds);
+    EXPECT_EQ(limits.forSize(100 << 20).cpuSeconds, limits.cpuSeconds + 200);
+    EXPECT_EQ(limits.forSize(100 << 20).wallSeconds, limits.wallSeconds + 600);
+    EXPECT_EQ(limits.forSize(qint64(1) << 60).wallSeconds, 3600);
+}
+
+} // namespace
+} // namespace host

@@ -1,0 +1,217 @@
+// SPDX-License-Identifier: MIT
+// What travels between the processes, and what the receiver makes of processes that lie.
+#include <cmath>
+#include <limits>
+
+#include <QBuffer>
+
+#include "host/read/content_receive.h"
+#include "host/read/content_send.h"
+#include "tests/GL/table.h"
+#include "tests/host/read/support.h"
+
+namespace host {
+namespace {
+
+using State = ContentReceiver::State;
+
+/// Two triangles in two parts, with colours.
+Mesh mesh()
+{
+    Mesh m;
+    m.positions = {0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0, -3};
+    m.normals = {0, 0, 1, 0, 0, 1, 0, 0, 1, 1, 0, 0};
+    m.colours = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
+    m.indices = {0, 1, 2, 0, 2, 3};
+    m.parts.resize(2);
+    m.parts[0] = {"wheel", "rubber", {0, 0.5f, 1, 1}, 0, 3};
+    m.parts[1] = {QStringLiteral("räder"), {}, {1, 1, 1, 0.25f}, 3, 3};
+    m.min = {0, 0, -3};
+    m.max = {1, 2, 0};
+    m.axes.of = {{1, 3, -2}};
+    m.notes = QStringList{"a texture is missing"};
+    return m;
+}
+
+Table table()
+{
+    Table t;
+    t.xName = "day";
+    t.xIsTime = true;
+    t.x = {1, 2, 2};
+    t.columns.emplace_back("a", std::vector<double>{3, std::nan(""), 5});
+    t.columns.emplace_back("b", std::vector<double>{6, 7, 8});
+    t.skipped = QStringList{"word"};
+    return t;
+}
+
+QByteArray answerOf(const Content &content)
+{
+    QBuffer out;
+    out.open(QIODevice::WriteOnly);
+    EXPECT_TRUE(sendBegin(out, 77) && sendProgress(out, 0.5, "reading") &&
+                sendContent(out, content) && sendEnd(out, true));
+    return out.data();
+}
+
+QByteArray answerOf(const Mesh &m)
+{
+    return answerOf({std::make_shared<Mesh>(m), nullptr, nullptr});
+}
+
+QByteArray answerOf(const Table &t)
+{
+    return answerOf({nullptr, std::make_shared<Table>(t), nullptr});
+}
+
+/// Feeds @p answer in pieces.
+State feed(ContentReceiver &receiver, const QByteArray &answer, int piece)
+{
+    QBuffer in;
+    in.open(QIODevice::ReadOnly);
+    for (int at = 0; at < answer.size(); at += piece) {
+        EXPECT_NE(receiver.state(), State::Done);
+        in.buffer().append(answer.mid(at, piece));
+        receiver.take(in);
+    }
+    return receiver.state();
+}
+
+class InPieces : public testing::TestWithParam<int> {};
+
+TEST_P(InPieces, AMeshArrivesAsItWasSent)
+{
+    Mesh sent = mesh();
+    for (quint32 i = 0; i < 100000; ++i) // more than one message holds
+        sent.indices.insert(sent.indices.end(), {i % 4, (i + 1) % 4, (i + 2) % 4});
+    sent.parts[1].indexCount = quint32(sent.indices.size()) - 3;
+    ContentReceiver receiver;
+    ASSERT_EQ(feed(receiver, answerOf(sent), GetParam()), State::Done);
+    EXPECT_EQ(receiver.announcedBytes(), sent.byteSize());
+    EXPECT_EQ(receiver.fileSize(), 77);
+    EXPECT_TRUE(receiver.isLast());
+    const MeshPtr got = receiver.take().mesh;
+    ASSERT_TRUE(got);
+    EXPECT_TRUE(got->positions == sent.positions && got->normals == sent.normals);
+    EXPECT_TRUE(got->colours == sent.colours && got->indices == sent.indices);
+    EXPECT_TRUE(got->min == sent.min && got->max == sent.max);
+    EXPECT_TRUE(got->notes == sent.notes && got->axes.of == sent.axes.of);
+    ASSERT_EQ(got->parts.size(), 2u);
+    EXPECT_EQ(got->parts[0].material, "rubber");
+    EXPECT_EQ(got->parts[1].name, sent.parts[1].name);
+    EXPECT_EQ(got->parts[1].colour, sent.parts[1].colour);
+    EXPECT_EQ(got->parts[1].firstIndex, 3u);
+}
+
+TEST_P(InPieces, ATableArrivesAsItWasSent)
+{
+    ContentReceiver receiver("rain.csv");
+    ASSERT_EQ(feed(receiver, answerOf(table()), GetParam()), State::Done);
+    EXPECT_EQ(receiver.fraction(), 1);
+    const TablePtr got = receiver.take().table;
+    ASSERT_TRUE(got && got->columns.size() == 2u);
+    EXPECT_EQ(receiver.announcedBytes(), got->byteSize());
+    EXPECT_EQ(got->name + got->xName + got->columns[1].name + got->skipped[0], "rain.csvdaybword");
+    EXPECT_TRUE(got->xIsTime);
+    EXPECT_EQ(got->x, table().x);
+    EXPECT_TRUE(std::isnan(got->columns[0].values[1]));
+    EXPECT_EQ(got->columns[1].values, table().columns[1].values);
+    EXPECT_EQ(got->columns[1].pyramid.level(0)[0].max, 8);
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, InPieces, testing::Values(1, 1013, 1 << 30));
+
+TEST(ContentReceiverTest, CutAnywhereItIsNotDoneAndChangedAnywhereItKeepsItsPromises)
+{
+    for (const QByteArray &answer : {answerOf(mesh()), answerOf(table())}) {
+        for (int at = 0; at < answer.size(); ++at) {
+            ContentReceiver cut, changed;
+            EXPECT_EQ(feed(cut, answer.left(at), 1 << 20), State::Reading) << at;
+            QByteArray altered = answer;
+            altered[at] = char(~altered[at]);
+            const bool done = feed(changed, altered, 1 << 20) == State::Done;
+            const Content content = changed.take();
+            EXPECT_EQ(bool(content.mesh || content.table), done);
+            if (content.mesh)
+                expectPromises(*content.mesh);
+        }
+    }
+}
+
+TEST(ContentReceiverTest, ARefusalCarriesItsReasonAndALargeMeshIsRefusedBeforeItArrives)
+{
+    QBuffer out;
+    out.open(QIODevice::ReadWrite);
+    ASSERT_TRUE(sendBegin(out, 1) && sendFailure(out, "bad wheel"));
+    ContentReceiver refused;
+    EXPECT_EQ(feed(refused, out.data(), 1), State::Refused);
+    EXPECT_EQ(refused.reason(), "bad wheel");
+    MeshLimits limits;
+    limits.indices = 3;
+    ContentReceiver small({}, limits);
+    EXPECT_EQ(feed(small, answerOf(mesh()).left(120), 120), State::Broken);
+}
+
+struct MeshLie {
+    const char *name;
+    void (*spoil)(Mesh &);
+};
+
+const MeshLie meshLies[] = {
+    {"IndexBeyondTheVertices", [](Mesh &m) { m.indices[4] = 4; }},
+    {"NotFinite", [](Mesh &m) { m.positions[7] = std::nanf(""); }},
+    {"TooFarOut", [](Mesh &m) { m.positions[7] = 1e20f; }},
+    {"NormalNotFinite", [](Mesh &m) { m.normals[0] = std::nanf(""); }},
+    {"NormalTooShort", [](Mesh &m) { m.normals[11] = 0, m.normals[9] = 0.99f; }},
+    {"NormalsMissing", [](Mesh &m) { m.normals.resize(9); }},
+    {"ColoursTooMany", [](Mesh &m) { m.colours.resize(20); }},
+    {"HalfATriangle", [](Mesh &m) { m.indices.resize(5); }},
+    {"NoTriangles", [](Mesh &m) { m.indices.clear(); }},
+    {"PartsLeaveARest", [](Mesh &m) { m.parts.pop_back(); }},
+    {"PartsReachBeyond", [](Mesh &m) { m.parts[1].indexCount = 6; }},
+    {"PartsWrapAround", [](Mesh &m) { m.parts[1].indexCount = 0xffffffffu; }},
+    {"PartWithoutAName", [](Mesh &m) { m.parts[1].name.clear(); }},
+    {"AxisTwice", [](Mesh &m) { m.axes.of[1] = 1; }},
+    {"ColourOutOfRange", [](Mesh &m) { m.parts[0].colour[2] = 2; }},
+};
+
+TABLE(MeshOfALiar, testing::Test, MeshLie, meshLies);
+
+TEST_P(MeshOfALiar, IsRefused)
+{
+    Mesh m = mesh();
+    GetParam().spoil(m);
+    ContentReceiver receiver;
+    EXPECT_EQ(receiver.state(), State::Reading);
+    EXPECT_EQ(feed(receiver, answerOf(m), 1 << 20), State::Broken);
+    EXPECT_FALSE(receiver.reason().isEmpty() || receiver.take().mesh);
+}
+
+struct TableLie {
+    const char *name;
+    void (*spoil)(Table &);
+};
+
+const TableLie tableLies[] = {
+    {"XFalls", [](Table &t) { t.x[2] = 1; }},
+    {"XMissing", [](Table &t) { t.x[0] = std::nan(""); }},
+    {"ValueInfinite", [](Table &t) { t.columns[1].values[2] = HUGE_VAL; }},
+    {"ColumnTooShort", [](Table &t) { t.columns[0].values.pop_back(); }},
+    {"ColumnTooLong", [](Table &t) { t.columns[1].values.push_back(1); }},
+    {"ColumnWithoutAName", [](Table &t) { t.columns[0].name.clear(); }},
+    {"NoRows", [](Table &t) { t.x.clear(); }},
+    {"NoColumns", [](Table &t) { t.columns.clear(); }},
+};
+
+TABLE(TableOfALiar, testing::Test, TableLie, tableLies);
+
+TEST_P(TableOfALiar, IsRefused)
+{
+    Table t = table();
+    GetParam().spoil(t);
+    ContentReceiver receiver;
+    EXPECT_EQ(feed(receiver, answerOf(t), 1 << 20), State::Broken);
+}
+
+} // namespace
+} // namespace host
