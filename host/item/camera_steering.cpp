@@ -85,8 +85,16 @@ Pose CameraSteering::poseFor(const GLW *glw, const QVector3D &rot) const
 {
     GL::Camera turned = glw->camera;
     turned.rot = fromQt(rot);
-    const Framing framing = frameAll(turned, sizeOf(glw), {}, shape_.outline(), margin);
+    const Framing framing = frameAll(turned, sizeOf(glw), {}, shape_.outline(), margin, insets_);
     return {rot, framing.target, framing.radius};
+}
+
+void CameraSteering::setInsets(const QMarginsF &insets)
+{
+    if (insets == insets_)
+        return;
+    insets_ = insets;
+    fittedSize_ = {}; // what showed the whole is to do so again
 }
 
 bool CameraSteering::advance(GLW *glw, double seconds)
@@ -113,7 +121,7 @@ void CameraSteering::fit(GLW *glw)
 
 void CameraSteering::fitTurn(GLW *glw)
 {
-    const Framing framing = frameTurn(glw->camera, sizeOf(glw), shape_.outline(), margin);
+    const Framing framing = frameTurn(glw->camera, sizeOf(glw), shape_.outline(), margin, insets_);
     motion_.jumpTo(glw->camera, {toQt(glw->camera.rot), framing.target, framing.radius});
     placeLamp(glw);
 }

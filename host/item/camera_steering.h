@@ -5,6 +5,8 @@
 #include <optional>
 #include <vector>
 
+#include <QMarginsF>
+
 #include "host/item/camera_geometry.h"
 #include "host/item/camera_motion.h"
 #include "host/item/steering.h"
@@ -33,6 +35,8 @@ public:
 
     /// Puts the camera at the first pose and hangs the lamp. Expects a current context.
     void init(GLW *glw);
+    /// Pixels at the object's edges of which views of the whole keep clear.
+    void setInsets(const QMarginsF &insets);
     static CameraGeometry geometryOf(const GLW *glw);
 
     void restore(GLW *glw, const GL::Camera &camera) override;
@@ -56,6 +60,7 @@ private:
 
     const Shape &shape_;
     CameraMotion motion_;
+    QMarginsF insets_;
     QVector3D grabbed_;      // the point that a pan holds, world coordinates
     QSizeF fittedSize_;      // of the object when the whole was last shown
     bool showsWhole_ = true; // nothing but the object's size changed since

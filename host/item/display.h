@@ -23,6 +23,7 @@ struct Display {
     bool dark = false;
     bool lighting = true;
     bool wireframe = false;
+    bool hover = true; ///< Whether what the pointer is on is marked and named.
     // What a picture asks for.
     float scale = 1;          ///< Pixels drawn per window pixel: what widths are multiplied by.
     bool transparent = false; ///< Nothing is drawn that only stands behind.

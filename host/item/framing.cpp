@@ -13,20 +13,35 @@ namespace {
 
 constexpr double radiansPerDegree = 0.017453292519943295;
 
+/// How far what is shown may reach from the picture's middle, in halves of the picture.
+struct Room {
+    float low;
+    float high;
+};
+
+Room roomBetween(double lowInset, double highInset, double extent, float margin)
+{
+    const float low = float(1 - 2 * lowInset / extent), high = float(1 - 2 * highInset / extent);
+    const float middle = (high - low) / 2, half = (high + low) / 2 * (1 - margin);
+    return {half - middle, half + middle};
+}
+
 } // namespace
 
 Framing frameAll(const GL::Camera &camera, const QSizeF &size, const QVector3D &middle,
-                 const std::vector<QVector3D> &points, float margin)
+                 const std::vector<QVector3D> &points, float margin, const QMarginsF &insets)
 {
     if (points.empty())
         return {middle, 0};
     const CameraGeometry geometry(camera, size);
-    const float room = 1 - margin;
-    const float slope = float(std::tan(camera.fov * 0.5 * radiansPerDegree));
-    const float vertical = camera.ortho ? 0 : slope * room;
-    const float horizontal = vertical * float(size.width() / size.height());
+    const Room across = roomBetween(insets.left(), insets.right(), size.width(), margin);
+    const Room along = roomBetween(insets.bottom(), insets.top(), size.height(), margin);
+    const float aspect = float(size.width() / size.height());
+    const float slope = camera.ortho ? 0 : float(std::tan(camera.fov * 0.5 * radiansPerDegree));
     // Each side of the picture is a plane through the eye that leans outwards with the depth. Of
     // all parallel ones that hold the points, find the innermost: its offset where depth is zero.
+    const float right = slope * aspect * across.high, left = slope * aspect * across.low;
+    const float above = slope * along.high, below = slope * along.low;
     constexpr float none = std::numeric_limits<float>::lowest();
     float rightmost = none, leftmost = none, top = none, bottom = none;
     for (const QVector3D &point : points) {
@@ -34,18 +49,21 @@ Framing frameAll(const GL::Camera &camera, const QSizeF &size, const QVector3D &
         const float x = QVector3D::dotProduct(v, geometry.right());
         const float y = QVector3D::dotProduct(v, geometry.up());
         const float nearer = -QVector3D::dotProduct(v, geometry.forward());
-        rightmost = std::max(rightmost, x + horizontal * nearer);
-        leftmost = std::max(leftmost, -x + horizontal * nearer);
-        top = std::max(top, y + vertical * nearer);
-        bottom = std::max(bottom, -y + vertical * nearer);
+        rightmost = std::max(rightmost, x + right * nearer);
+        leftmost = std::max(leftmost, -x + left * nearer);
+        top = std::max(top, y + above * nearer);
+        bottom = std::max(bottom, -y + below * nearer);
     }
-    const float halfWidth = (rightmost + leftmost) / 2, halfHeight = (top + bottom) / 2;
-    const QVector3D target = middle + geometry.right() * ((rightmost - leftmost) / 2) +
-                             geometry.up() * ((top - bottom) / 2);
-    if (!camera.ortho)
-        return {target, std::max(halfWidth / horizontal, halfHeight / vertical)};
-    const float aspect = float(size.width() / size.height());
-    return {target, radiusShowing(camera, std::max(halfWidth / aspect, halfHeight) / room)};
+    const float width = rightmost + leftmost, height = top + bottom;
+    // Half the height of the picture where the target is.
+    const float half = camera.ortho
+                           ? std::max(width / (across.low + across.high) / aspect,
+                                      height / (along.low + along.high))
+                           : slope * std::max(width / (right + left), height / (above + below));
+    const float x = (rightmost - leftmost + half * aspect * (across.low - across.high)) / 2;
+    const float y = (top - bottom + half * (along.low - along.high)) / 2;
+    const QVector3D target = middle + geometry.right() * x + geometry.up() * y;
+    return {target, camera.ortho ? radiusShowing(camera, half) : half / slope};
 }
 
 namespace {
@@ -84,13 +102,14 @@ std::vector<QVector3D> swept(const std::vector<QVector3D> &points)
 } // namespace
 
 Framing frameTurn(const GL::Camera &camera, const QSizeF &size,
-                  const std::vector<QVector3D> &points, float margin)
+                  const std::vector<QVector3D> &points, float margin, const QMarginsF &insets)
 {
     if (points.empty())
         return {};
     GL::Camera level = camera;
     level.rot.y = 0; // with corners on either side alike
-    Framing framing = frameAll(level, size, {}, swept(points), margin);
+    Framing framing =
+        frameAll(level, size, {}, swept(points), margin, {0, insets.top(), 0, insets.bottom()});
     const QVector3D forward = CameraGeometry(level, size).forward();
     const float horizontal = forward.z() * forward.z();
     if (horizontal < 1e-6f) // from straight above or below there is no other place for it

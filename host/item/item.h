@@ -4,6 +4,7 @@
 
 #include <optional>
 
+#include <QMarginsF>
 #include <QPointF>
 #include <QString>
 
@@ -37,6 +38,10 @@ public:
 
     /// Whether its picture may name the file: not where something around it does. True at first.
     virtual void setTitled(bool) {}
+
+    /// Pixels at the object's edges over which something else lies: views of the whole keep clear
+    /// of them.
+    virtual void setInsets(const QMarginsF &) {}
 
     /// Whether something is under way that will show by itself, so that passes must go on.
     virtual bool isBusy() const { return false; }

@@ -33,7 +33,7 @@ void writePositions(QOpenGLBuffer &buffer, const Mesh &mesh, const QVector3D &ce
 void setColour(const MeshPart &part, const Display &display, bool marked)
 {
     const auto &c = part.colour;
-    // Emission lifts what the pointer is on, whatever colours its vertices have.
+    // Emission lifts what is selected, whatever colours its vertices have.
     const float lift = marked ? 0.22f : 0.0f;
     const QColor accent = display.theme().accent;
     const float tint[3] = {float(accent.redF()), float(accent.greenF()), float(accent.blueF())};

@@ -28,12 +28,8 @@ public:
 
     /// What stands out of a mesh.
     struct Marks {
-        int hovered;                       ///< Index of a part; -1 for none.
         const std::vector<bool> &selected; ///< By parts; empty: none.
-        bool operator()(std::size_t part) const
-        {
-            return int(part) == hovered || (part < selected.size() && selected[part]);
-        }
+        bool operator()(std::size_t part) const { return part < selected.size() && selected[part]; }
     };
 
     /// Draws the mesh that create() got; its @p marked parts stand out.

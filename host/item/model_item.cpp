@@ -127,7 +127,9 @@ void ModelItem::release()
 
 void ModelItem::draw3D(GLW *, const Display &display)
 {
-    buffers_.draw(*mesh_, display, {hovered_, selected_});
+    buffers_.draw(*mesh_, display, {selected_});
+    if (display.hover && hovered_ >= 0)
+        brackets_.draw(*mesh_, std::size_t(hovered_), centre_, scale_, display);
 }
 
 std::optional<TriangleHit> ModelItem::hit(const Ray &world) const

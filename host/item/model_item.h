@@ -10,6 +10,7 @@
 #include "host/item/camera_steering.h"
 #include "host/item/item.h"
 #include "host/item/mesh_buffers.h"
+#include "host/item/part_brackets.h"
 #include "host/item/triangle_tree.h"
 #include "host/read/mesh.h"
 
@@ -40,6 +41,7 @@ public:
     float scale() const { return scale_; }
 
     Steering &steering() override { return steering_; }
+    void setInsets(const QMarginsF &insets) override { steering_.setInsets(insets); }
     bool isSpatial() const override { return true; }
     std::optional<FileAxes> axes() const override { return mesh_->axes; }
     void standOn(GLW *glw, FileAxes::Axis up) override;
@@ -79,6 +81,7 @@ private:
     std::optional<FileAxes::Axis> chosenUp_;
     CameraSteering steering_{*this};
     MeshBuffers buffers_;
+    PartBrackets brackets_;
     std::shared_ptr<TreeBuild> build_ = std::make_shared<TreeBuild>(); // never null
     int hovered_ = -1;
     std::vector<bool> selected_; // by parts; empty: none

@@ -21,6 +21,8 @@ public:
     bool advance(GLW *glw, double seconds) override;
     void fit(GLW *glw) override;
     void home(GLW *glw) override { fit(glw); }
+    /// The axes moved within the object: what showed the whole is to do so again.
+    void layoutChanged() { fittedSize_ = {}; }
     void drag(GLW *glw, Drag kind, const QPointF &from, const QPointF &to) override;
     void zoom(GLW *glw, const QPointF &at, float steps, Qt::KeyboardModifiers) override;
 

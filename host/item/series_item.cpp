@@ -42,6 +42,16 @@ void SeriesItem::setTitled(bool titled)
     plot_.setOptions(options);
 }
 
+void SeriesItem::setInsets(const QMarginsF &insets)
+{
+    PlotOptions options = plot_.options();
+    if (options.insets == insets)
+        return;
+    options.insets = insets;
+    plot_.setOptions(options);
+    steering_.layoutChanged();
+}
+
 void SeriesItem::draw2D(GLW *glw, const Display &display)
 {
     plot_.setTheme(display.dark ? PlotTheme::Dark : PlotTheme::Light);
@@ -49,8 +59,9 @@ void SeriesItem::draw2D(GLW *glw, const Display &display)
     plot_.draw2D(glw);
 }
 
-void SeriesItem::paintForeground(GLW *glw, QPainter *painter, const Display &)
+void SeriesItem::paintForeground(GLW *glw, QPainter *painter, const Display &display)
 {
+    plot_.setCrosshair(display.hover ? crosshair_ : std::nullopt);
     plot_.paintForeground(glw, painter);
 }
 
@@ -62,7 +73,6 @@ bool SeriesItem::pick2D(GLW *glw, const std::optional<QPointF> &pointer)
     crosshair_.reset();
     if (pointer)
         crosshair_ = plot_.nearest(glw, PlotSteering::fromTop(glw, *pointer), reach);
-    plot_.setCrosshair(crosshair_);
     return !sameSample(before, crosshair_);
 }
 

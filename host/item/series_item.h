@@ -26,6 +26,7 @@ public:
     quint64 byteSize() const override;
     bool paintsTitle() const override { return true; }
     void setTitled(bool titled) override;
+    void setInsets(const QMarginsF &insets) override;
 
     Steering &steering() override { return steering_; }
     void init(GLW *glw) override { steering_.fit(glw); }

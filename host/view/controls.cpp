@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "host/view/controls.h"
 
+#include <algorithm>
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+
 #include "GL/glwindowbase.h"
 #include "host/ui/metrics.h"
-#include "host/view/window/binding.h"
 
 namespace host {
 
@@ -24,59 +28,70 @@ QPointF windowPointer(const GLW *fired)
 } // namespace
 
 Controls::Controls(QObject *scene, Lookup steering, bool single, QObject *parent)
-    : QObject(parent), steering_(std::move(steering))
+    : QObject(parent),
+      scene_(static_cast<GLW *>(scene)),
+      single_(single),
+      steering_(std::move(steering))
 {
-    bindPointer(scene, single);
+    bindPointer(scene);
     bindKeys(scene);
+    if (scene_->gl)
+        scene_->gl->installEventFilter(this);
 }
 
-void Controls::bindPointer(QObject *scene, bool single)
+/// What is pressed over one object may be let go over another, in a gap or outside of the window,
+/// where no binding hears of it.
+bool Controls::eventFilter(QObject *object, QEvent *event)
 {
-    const auto bind = [&](quint32 word, quint32 mask, const char *name, const QString &verb,
-                          const QString &text, const char *slot) {
-        if (QAction *action = bindMouse(scene, word, mask, name, text, this, slot))
-            action->setProperty("verb", verb);
-    };
-    const QString drag = tr("drag"), click = tr("click");
-    const QString orbit = tr("Orbit"), pan = tr("Pan"), rollText = tr("Roll");
-    const QString zoomText = tr("Zoom towards the pointer");
-    bind(LeftButton, 0, "orbit", drag, orbit, SLOT(Orbit(GLW *, bool)));
-    bind(MiddleButton, 0, "pan", drag, pan, SLOT(Pan(GLW *, bool)));
-    bind(LeftButton | Qt::ShiftModifier, 0, "pan-left", drag, pan, SLOT(Pan(GLW *, bool)));
-    if (single) {
-        bind(LeftButton | Qt::ControlModifier, 0, "roll", drag, rollText, SLOT(Roll(GLW *, bool)));
-        bind(LeftButton | DoubleClick, 0, "focus", {},
-             tr("Make the point under the pointer the centre"), SLOT(Focus(GLW *, bool)));
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+        pressedOn_ = nullptr;
+        break;
+    case QEvent::MouseButtonRelease:
+        endDrags();
+        break;
+    case QEvent::MouseMove:
+        if (static_cast<QMouseEvent *>(event)->buttons() == Qt::NoButton)
+            endDrags();
+        break;
+    case QEvent::KeyRelease:
+        if (static_cast<QKeyEvent *>(event)->key() == Qt::Key_R &&
+            !static_cast<QKeyEvent *>(event)->isAutoRepeat())
+            rollHeld_ = false;
+        break;
+    case QEvent::KeyPress:
+        bringPointerIn();
+        break;
+    case QEvent::FocusOut:
+        rollHeld_ = false;
+        break;
+    default:
+        break;
     }
-    bind(WheelUp, AnyModifier, "zoom-in", {}, zoomText, SLOT(ZoomIn(GLW *)));
-    bind(WheelDown, AnyModifier, "zoom-out", {}, zoomText, SLOT(ZoomOut(GLW *)));
-    bind(RightButton | Qt::ShiftModifier, 0, "select-area", drag,
-         tr("Select what a rectangle holds"), SLOT(SelectArea(GLW *, bool)));
-    bind(RightButton, 0, "menu", click, tr("Menu"), SLOT(Menu(GLW *, bool)));
+    return QObject::eventFilter(object, event);
 }
 
-void Controls::bindKeys(QObject *scene)
+void Controls::endDrags()
 {
-    struct Key {
-        const char *key;
-        const char *name;
-        QString text;
-        const char *slot;
-    };
-    const Key keys[] = {
-        {"R", "roll-key", tr("Roll, with a left drag"), SLOT(HoldRoll(GLW *, bool))},
-        {"F", "fit", tr("Fit to the window"), SLOT(Fit(GLW *))},
-        {"Home", "home", tr("Back to the first view"), SLOT(Home(GLW *))},
-        {"1", "front", tr("Look from the front"), SLOT(LookFront(GLW *))},
-        {"2", "back", tr("Look from the back"), SLOT(LookBack(GLW *))},
-        {"3", "left", tr("Look from the left"), SLOT(LookLeft(GLW *))},
-        {"4", "right", tr("Look from the right"), SLOT(LookRight(GLW *))},
-        {"5", "top", tr("Look from the top"), SLOT(LookTop(GLW *))},
-        {"6", "bottom", tr("Look from the bottom"), SLOT(LookBottom(GLW *))},
-        {"O", "projection", tr("Orthographic"), SLOT(ToggleProjection(GLW *))},
-    };
-    for (const Key &k : keys)
-        bindKey(scene, k.key, k.name, k.text, this, k.slot);
+    dragged_ = nullptr;
+    if (areaOf_ && areaOf_->gl && areaOf_->gl->mouse.area)
+        emit areaEnded(areaOf_);
+    areaOf_ = nullptr;
+}
+
+/// Keys are for the only object there is, though the pointer may have left the window: the record
+/// is left at the edge then.
+void Controls::bringPointerIn()
+{
+    if (!single_ || !scene_ || !scene_->gl || scene_->gl->mouse.button != 0)
+        return;
+    const QRectF r = scene_->geometry(false);
+    Mouse &mouse = scene_->gl->mouse;
+    const int height = scene_->gl->height();
+    if (r.contains(QPointF(mouse.x, height - mouse.y)) || r.width() < 1 || r.height() < 1)
+        return;
+    mouse.x = std::clamp(mouse.x, int(r.left()), int(r.right()) - 1);
+    mouse.y = height - std::clamp(height - mouse.y, int(r.top()), int(r.bottom()) - 1);
 }
 
 QPointF Controls::pointerIn(const GLW *glw, const Mouse &mouse)
@@ -115,6 +130,29 @@ void Controls::ToggleProjection(GLW *glw)
     forPeers(glw, [](Steering *steering, GLW *peer) { steering->toggleProjection(peer); });
 }
 
+/// A step of a key: a drag from the middle, as far as the key's action says.
+void Controls::Step(GLW *glw)
+{
+    const QObject *action = sender();
+    if (!action)
+        return;
+    constexpr double share = 16; // of the height
+    const QPointF way = action->property("way").toPointF();
+    const auto kind = Steering::Drag(action->property("drag").toInt());
+    forPeers(glw, [&](Steering *steering, GLW *peer) {
+        const QPointF middle(peer->width() / 2, peer->height() / 2);
+        steering->beginDrag(peer, kind, middle);
+        steering->drag(peer, kind, middle, middle + way * (peer->height() / share));
+    });
+}
+
+void Controls::zoomMiddle(GLW *glw, float steps)
+{
+    forPeers(glw, [steps](Steering *steering, GLW *peer) {
+        steering->zoom(peer, QPointF(peer->width() / 2, peer->height() / 2), steps, {});
+    });
+}
+
 void Controls::HoldRoll(GLW *, bool held)
 {
     rollHeld_ = held;
@@ -132,10 +170,13 @@ void Controls::tellClick(GLW *glw, bool held)
     const double tremble = Metrics::px(3);
     const QPointF now = windowPointer(glw);
     if (!held) {
-        if (!travelled_)
+        const bool here = pressedOn_ == glw;
+        pressedOn_ = nullptr;
+        if (here && !travelled_)
             emit clicked(glw, now - glw->glCorner());
     } else if (glw->gl->mouse.button != glw->gl->mouse.last_button) {
         pressedAt_ = now;
+        pressedOn_ = glw;
         travelled_ = false;
         emit pressed(glw);
     } else if ((now - pressedAt_).manhattanLength() > tremble) {
@@ -203,13 +244,11 @@ void Controls::SelectArea(GLW *glw, bool held)
     if (!glw->gl)
         return;
     Mouse &mouse = glw->gl->mouse;
-    if (!held) {
-        if (mouse.area)
-            emit areaEnded(glw);
-        return;
-    }
+    if (!held)
+        return; // its end was heard already
     if (mouse.button != mouse.last_button) {
         mouse.area = 1;
+        areaOf_ = glw;
         mouse.x0 = mouse.x;
         mouse.y0 = mouse.y;
     }
@@ -219,11 +258,9 @@ void Controls::SelectArea(GLW *glw, bool held)
 
 void Controls::Menu(GLW *glw, bool pressed)
 {
-    // Shift may be let go before the button.
-    if (!pressed && glw->gl && glw->gl->mouse.area) {
-        emit areaEnded(glw);
+    // Shift may be let go before the button: then it ends an area.
+    if (!pressed && glw->gl && glw->gl->mouse.area)
         return;
-    }
     // On release: the window would never hear of one that ends in the open menu.
     if (!pressed)
         emit menuAsked(glw);

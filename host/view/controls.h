@@ -11,6 +11,8 @@
 
 #include "host/item/steering.h"
 
+class QAction;
+
 namespace host {
 
 /// The person's hands on the items of one scene object: bindings, made by name, that turn keys,
@@ -23,8 +25,10 @@ public:
     using Peers = std::function<QList<GLW *>(GLW *)>;
 
     /// Binds everything on @p scene. @p steering gives that of a GLW, null where there is none yet.
-    /// On an object that is @p single, Control+drag rolls, as R+drag does anyway, and a double
-    /// click focuses; on one with tiles both belong to the selection.
+    /// On an object that is @p single, Control+drag rolls, as R+drag does anyway, a double click
+    /// focuses, arrows, + and - steer, and keys are heard with the pointer outside of the window
+    /// too; on one with tiles these belong to the tiles. Every drag ends where its button is let
+    /// go, be it over another object or none.
     Controls(QObject *scene, Lookup steering, bool single, QObject *parent);
 
     /// What moves along when a GLW is steered, that one included; by default just itself. With
@@ -33,6 +37,12 @@ public:
 
     bool isDragging() const { return bool(dragged_); }
 
+    /// What a person can do that no binding is for, as actions with texts, for the list of
+    /// bindings.
+    const QList<QAction *> &hints() const { return hints_; }
+
+    bool eventFilter(QObject *object, QEvent *event) override;
+
     /// The pointer in the pixels of @p glw: from its lower-left corner, y upwards, the middle of
     /// the pixel. @p mouse is the record as the window holds it between events.
     static QPointF pointerIn(const GLW *glw, const Mouse &mouse);
@@ -40,7 +50,8 @@ public:
 signals:
     void steered(GLW *glw);     ///< Something is to be drawn anew.
     void areaDragged(GLW *glw); ///< The record's rectangle has another size.
-    void areaEnded(GLW *glw);   ///< It is complete; the record holds it until somebody ends it.
+    void areaEnded(GLW *glw);   ///< It is complete, or will be once the event is over; the record
+                                ///< holds it until somebody ends it.
     void menuAsked(GLW *glw);   ///< The right button was released over @p glw.
     void pressed(GLW *glw);     ///< The left button alone went down.
     /// It went up where it had gone down, within a few pixels; @p at counts in the pixels of @p
@@ -58,6 +69,9 @@ public slots:
     void LookBottom(GLW *glw) { look(glw, Steering::Side::Bottom); }
     void ToggleProjection(GLW *glw);
     void HoldRoll(GLW *glw, bool held);
+    void Step(GLW *glw); ///< Orbits or pans by a step, as the action that fires says.
+    void Nearer(GLW *glw) { zoomMiddle(glw, 1); }
+    void Farther(GLW *glw) { zoomMiddle(glw, -1); }
 
     void Orbit(GLW *glw, bool held);
     void Pan(GLW *glw, bool held);
@@ -70,20 +84,29 @@ public slots:
 
 private:
     void bindKeys(QObject *scene);
-    void bindPointer(QObject *scene, bool single);
+    void bindPointer(QObject *scene);
+    void bindSteps(QObject *scene);
+    void endDrags();
+    void bringPointerIn();
+    void zoomMiddle(GLW *glw, float steps);
     void look(GLW *glw, Steering::Side side);
     void zoom(GLW *glw, float steps);
     void dragTo(GLW *glw, Steering::Drag kind, bool held);
     void tellClick(GLW *glw, bool held);
     void forPeers(GLW *glw, const std::function<void(Steering *, GLW *)> &steer);
 
+    QPointer<GLW> scene_;
+    bool single_;
     Lookup steering_;
     Peers peers_;
     bool rollHeld_ = false;
     QPointer<GLW> dragged_; // keeps the drag when the pointer passes over another object
     Steering::Drag kind_ = Steering::Drag::Orbit;
-    QPointF last_; // window pixels, y upwards
+    QPointF last_;            // window pixels, y upwards
+    QPointer<GLW> areaOf_;    // where a rectangle began that is still dragged
+    QPointer<GLW> pressedOn_; // where the left button went down
     QPointF pressedAt_;
+    QList<QAction *> hints_;
     bool travelled_ = false; // since the left button went down
 };
 

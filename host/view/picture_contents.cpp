@@ -6,6 +6,7 @@ namespace host {
 PictureContents::PictureContents(const Display &display, bool transparent) : display_(display)
 {
     display_.transparent = transparent;
+    display_.hover = false;
 }
 
 void PictureContents::addGround(GLW *glw, const QRectF &rect, std::function<void()> draw)

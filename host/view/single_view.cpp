@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "host/view/single_view.h"
 
+#include <algorithm>
+
 #include <QFileInfo>
 #include <QPainter>
 
 #include "host/item/content_item.h"
 #include "host/read/file_kind.h"
+#include "host/ui/metrics.h"
 #include "host/view/overlay/scale_bar.h"
-#include "host/view/overlay/triad.h"
 #include "host/view/window/binding.h"
 #include "host/view/window/panel.h"
 #include "host/view/window/window.h"
@@ -23,9 +25,6 @@ SingleView::SingleView(Window &window, ReadQueue &queue, const QString &path)
     addOverlays();
     bindKey(scene(), "PgDown", "next-file", tr("Next file in the folder"), this, SLOT(OpenNext()));
     bindKey(scene(), "PgUp", "previous-file", tr("File before it"), this, SLOT(OpenPrevious()));
-    // Over an overlay the pointer is on another object, and still the keys mean the main one.
-    for (const auto &overlay : overlays_)
-        overlay->shareKeys();
     controls().setPeers([this](GLW *) { return QList<GLW *>{glw()}; });
     connectQueue();
     job_ = queue_.add(path_, ReadQueue::Opened);
@@ -72,6 +71,7 @@ void SingleView::addOverlays()
     const Underlay under{glw(), [this] { return item(glw()); },
                          [this]() -> const Display & { return display(); }};
     auto triad = std::make_unique<Triad>(under, window());
+    triad_ = triad.get();
     connect(triad.get(), &Triad::sideChosen, this, &View::lookFrom);
     overlays_.push_back(std::move(triad));
     overlays_.push_back(std::make_unique<ScaleBar>(under, window()));
@@ -86,6 +86,46 @@ void SingleView::openNeighbour(int step)
     const QString path = neighbours_->next(step);
     if (!path.isEmpty())
         emit fileChosen(path);
+}
+
+QList<QAction *> SingleView::bindings() const
+{
+    QList<QAction *> all = View::bindings();
+    for (const auto &overlay : overlays_)
+        all = overlay->actions() + all;
+    return all;
+}
+
+/// Whether a window of this size has room for the name over what is shown.
+bool SingleView::hasHeading() const
+{
+    const Item *shown = item(glw());
+    return shown && !shown->paintsTitle() && window().widget()->width() >= Metrics::px(200) &&
+           window().widget()->height() >= Metrics::px(150);
+}
+
+/// The axes stand in a corner: room for them is made on the side where that takes less.
+QMarginsF SingleView::covered(GLW *) const
+{
+    const QSizeF size = window().widget()->size();
+    QMarginsF edges;
+    if (hasHeading())
+        edges.setTop(noteHeight(window().widget()->font(), 2));
+    // For the strip even before it is known whether there are other files: nothing jumps then.
+    for (const auto &overlay : overlays_)
+        if (overlay.get() != triad_ &&
+            (overlay.get() == neighbours_ ? overlay->hasRoom() : overlay->isThere()))
+            edges.setBottom(std::max(edges.bottom(), size.height() - overlay->bounds().top()));
+    if (!triad_ || !triad_->isThere())
+        return edges;
+    const QRectF corner = triad_->bounds();
+    const double height = size.height() - edges.top() - edges.bottom();
+    const double above = size.height() - corner.top();
+    if (corner.right() * height < (above - edges.bottom()) * size.width())
+        edges.setLeft(corner.right());
+    else
+        edges.setBottom(above);
+    return edges;
 }
 
 QString SingleView::title() const
@@ -136,14 +176,18 @@ void SingleView::paintText(GLW *, QPainter *painter)
     const Theme &theme = display().theme();
     const QRectF bounds = window().widget()->rect();
     if (const Item *shown = item(glw())) {
-        if (!shown->paintsTitle())
+        if (hasHeading())
             paintNote(painter, bounds, Qt::AlignTop | Qt::AlignLeft, shown->name(),
                       shown->details(), theme);
-        // Beside the triad, which has the corner, and above the strip of neighbours.
-        const QRectF free =
-            bounds.adjusted(Triad::size() + Triad::margin(), 0, 0, -bounds.height() * 0.06);
-        paintNote(painter, free, Qt::AlignBottom | Qt::AlignLeft, {},
-                  fault_.isEmpty() ? shown->underPointer() : fault_, theme);
+        const QMarginsF room = covered(glw());
+        // Beside the axes, which have the corner, and above the other overlays.
+        const double left = triad_ && triad_->isThere() ? triad_->bounds().right() : 0;
+        const QString under = display().hover ? shown->underPointer() : QString();
+        if (hasHeading() || !fault_.isEmpty())
+            paintNote(
+                painter,
+                bounds.adjusted(left, 0, 0, left > 0 && room.left() == 0 ? 0 : -room.bottom()),
+                Qt::AlignBottom | Qt::AlignLeft, {}, fault_.isEmpty() ? under : fault_, theme);
     } else if (!fault_.isEmpty()) {
         paintMessage(painter, bounds, fault_, tr("Drop another file here or press Ctrl+O."), -1,
                      theme);

@@ -7,6 +7,7 @@
 
 #include "host/read/read_queue.h"
 #include "host/view/overlay/neighbours.h"
+#include "host/view/overlay/triad.h"
 #include "host/view/view.h"
 
 namespace host {
@@ -25,6 +26,8 @@ public:
     QString title() const override;
     void readAgain(const QString &path) override;
 
+    QList<QAction *> bindings() const override;
+
 public slots:
     void OpenNext() { openNeighbour(1); }
     void OpenPrevious() { openNeighbour(-1); }
@@ -36,16 +39,19 @@ protected:
     void fillPicture(PictureContents &contents) override;
     void paintText(GLW *scene, QPainter *painter) override;
     void clicked(GLW *glw) override;
+    QMarginsF covered(GLW *glw) const override;
 
 private:
     void connectQueue();
     void show(const std::shared_ptr<Item> &item);
     void addOverlays();
+    bool hasHeading() const;
     void openNeighbour(int step);
     GLW *glw() const { return mainGLW(); }
 
     std::vector<std::unique_ptr<Overlay>> overlays_;
-    Neighbours *neighbours_ = nullptr; // among the overlays
+    Triad *triad_ = nullptr; // among the overlays, as is the next
+    Neighbours *neighbours_ = nullptr;
     QString path_;
     QString fault_;
     QString stage_;

@@ -5,10 +5,10 @@
 #include <QFontMetricsF>
 #include <QMetaMethod>
 #include <QPainter>
+#include <QScopedValueRollback>
 
 #include "host/view/window/binding.h"
 #include "host/view/window/menu_tree.h"
-#include "host/view/window/panel.h"
 #include "host/view/window/window.h"
 
 namespace host {
@@ -59,6 +59,7 @@ View::View(Window &window, const char *className, bool single) : window_(window)
             widget->update();
     });
     bindDisplay();
+    window.widget()->installEventFilter(this);
 }
 
 void View::wire()
@@ -117,6 +118,7 @@ void View::setItem(GLW *glw, std::shared_ptr<Item> item)
 /// Makes what the item draws with, and looks at it as the one before was looked at.
 void View::begin(GLW *glw, Item *item) const
 {
+    item->setInsets(covered(glw));
     item->init(glw);
     GL::Camera look = look_.value_or(glw->camera);
     look.ortho = orthographic_;
@@ -161,6 +163,7 @@ void View::advance(GLW *glw)
     const bool first = !slot.sinceAdvance.isValid();
     const double seconds = first ? 0 : double(slot.sinceAdvance.nsecsElapsed()) * 1e-9;
     slot.sinceAdvance.start();
+    slot.item->setInsets(covered(glw));
     const bool moved = slot.item->steering().advance(glw, seconds);
     if (moved && !first)
         changed();
@@ -221,8 +224,11 @@ void View::fillPicture(PictureContents &contents)
 
 void View::addTextTo(PictureContents &contents)
 {
-    contents.addText(mainGLW(), window_.widget()->rect(),
-                     [this](GLW *at, QPainter *painter) { paintOver(at, painter); });
+    contents.addText(mainGLW(), window_.widget()->rect(), [this](GLW *at, QPainter *painter) {
+        // Where the pointer happens to be is no part of a picture.
+        const QScopedValueRollback<bool> quiet(display_.hover, false);
+        paintOver(at, painter);
+    });
 }
 
 void View::PaintForeground(GLW *glw, QPainter *painter)
@@ -232,8 +238,7 @@ void View::PaintForeground(GLW *glw, QPainter *painter)
     if (area_.isTaking())
         endArea();
     if (showsBindings_)
-        paintBindings(painter, window_.widget()->rect(), tr("Controls"), bindingRows(bindings()),
-                      display_.theme());
+        paintList(painter);
     budget_.measure();
     painter->beginNativePainting();
     emit framePainted();

@@ -58,7 +58,9 @@ public:
     Item *item(GLW *glw) const; ///< Null if the GLW shows nothing yet.
 
     /// All bindings that apply here, the window's own included.
-    QList<QAction *> bindings() const;
+    virtual QList<QAction *> bindings() const;
+    /// The kinds of what is shown, bits of ContentBit; of what @p glw alone shows if not null.
+    int contents(GLW *glw = nullptr) const;
     bool showsBindings() const { return showsBindings_; }
     void showBindings(bool on);
 
@@ -70,6 +72,8 @@ public:
     virtual QStringList remarks() const { return {}; }
     /// A name for the window's title and for pictures; may be empty.
     virtual QString title() const = 0;
+
+    bool eventFilter(QObject *object, QEvent *event) override;
 
     /// What the window shows, as objects of a picture. Holds until the view changes.
     /// The list of bindings and the frame rate are left out.
@@ -99,6 +103,8 @@ public slots:
     void ToggleLighting();
     void ToggleWireframe();
     void ToggleBackdrop();
+    void ToggleHover();
+    void ShowMenu(); ///< The menu as the right button opens it, for who has a keyboard alone.
 
 protected:
     /// Makes a scene object of @p className in @p window, which outlives the view. The constructor
@@ -139,6 +145,10 @@ protected:
 
     /// A click that the item of @p glw has no use for.
     virtual void clicked(GLW *) {}
+    /// What keys mean that concern one object: the menu's, for example.
+    virtual GLW *keyTarget() const { return mainGLW(); }
+    /// Pixels at the edges of @p glw over which this view lays something.
+    virtual QMarginsF covered(GLW *) const { return {}; }
     /// Adds the entries for @p glw.
     virtual void fillMenu(GLW *glw, MenuTree *tree);
 
@@ -152,7 +162,11 @@ private:
     void begin(GLW *glw, Item *item) const;
     void standOn(GLW *glw, FileAxes::Axis up);
     void fillUpMenu(GLW *glw, MenuTree *tree);
+    QAction *bindViewKey(const QString &key, const char *name, const QString &text,
+                         QObject *receiver, const char *slot);
     void bindDisplay();
+    bool scrollBindings(QEvent *event);
+    void paintList(QPainter *painter);
     void paintOver(GLW *glw, QPainter *painter);
     bool pickIsDue(GLW *glw, Slot &slot, const std::optional<QPointF> &pointer);
     std::optional<QPointF> hoverPointer(const GLW *glw) const;
@@ -168,6 +182,7 @@ private:
     std::optional<FileAxes::Axis> up_;
     std::optional<GL::Camera> look_;
     bool showsBindings_ = false;
+    int firstBinding_ = 0; // the row of the list that comes first
     std::unordered_map<GLW *, Slot> slots_;
     QPointer<GLW> menuFor_;
     AreaSelection area_;

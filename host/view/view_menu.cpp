@@ -1,9 +1,15 @@
 // SPDX-License-Identifier: MIT
 // A view's context menu, its list of bindings and what a person switches.
+#include <algorithm>
+
 #include <QAction>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QWheelEvent>
 
 #include "host/view/view.h"
 #include "host/view/window/binding.h"
+#include "host/view/window/bindings_list.h"
 #include "host/view/window/menu_tree.h"
 #include "host/view/window/window.h"
 
@@ -12,8 +18,11 @@ namespace host {
 void View::InitContextMenuTree(GLW *glw, QObject *tree)
 {
     if (auto *menu = qobject_cast<MenuTree *>(tree)) {
-        fillMenu(menuFor_ ? menuFor_.data() : glw, menu);
+        GLW *target = menuFor_ ? menuFor_.data() : glw;
+        fillMenu(target, menu);
         emit menuOpening(menu);
+        const QList<QAction *> all = bindings();
+        menu->agreeWith(bindingRows(all), bindingRows(all, contents(target)));
     }
 }
 
@@ -22,6 +31,20 @@ void View::askMenu(GLW *glw)
     menuFor_ = glw;
     // Once the dispatch is over: the menu runs its own event loop.
     QMetaObject::invokeMethod(scene_, "ContextMenu", Qt::QueuedConnection);
+}
+
+void View::ShowMenu()
+{
+    // Not the module's: that opens menus under the pointer alone.
+    GLW *target = keyTarget();
+    menuFor_ = target;
+    MenuTree tree;
+    InitContextMenuTree(mainGLW(), &tree);
+    auto *menu = new QMenu(window_.widget());
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    tree.Build(menu);
+    menu->popup(window_.widget()->mapToGlobal(target->geometry(false).center().toPoint()));
+    menu->setActiveAction(menu->actions().value(0));
 }
 
 void View::fillMenu(GLW *glw, MenuTree *tree)
@@ -50,6 +73,8 @@ void View::fillMenu(GLW *glw, MenuTree *tree)
     }
     tree->addCheck(tr("Lighting"), "G", display_.lighting, this, [this] { ToggleLighting(); });
     tree->addCheck(tr("Wireframe"), "W", display_.wireframe, this, [this] { ToggleWireframe(); });
+    tree->addCheck(tr("Mark what the pointer is on"), "M", display_.hover, this,
+                   [this] { ToggleHover(); });
     tree->addCheck(tr("Dark background"), "B", display_.dark, this, [this] { ToggleBackdrop(); });
     tree->addSeparator();
 }
@@ -102,6 +127,12 @@ void View::ToggleBackdrop()
     changed();
 }
 
+void View::ToggleHover()
+{
+    display_.hover = !display_.hover;
+    changed();
+}
+
 void View::setDisplay(const Display &display)
 {
     display_ = display;
@@ -112,21 +143,87 @@ QList<QAction *> View::bindings() const
 {
     if (!scene_)
         return {};
-    return window_.widget()->actions() + mainGLW()->actions();
+    return window_.widget()->actions() + controls_->hints() + mainGLW()->actions();
+}
+
+int View::contents(GLW *glw) const
+{
+    int kinds = NoContent;
+    for (const auto &[each, slot] : slots_)
+        if (glw ? each == glw : each->property<bool>("visible"))
+            kinds |= slot.item->isSpatial() ? OnModel : OnPlot;
+    return kinds;
 }
 
 void View::showBindings(bool on)
 {
     showsBindings_ = on;
+    firstBinding_ = 0;
     changed();
+}
+
+void View::paintList(QPainter *painter)
+{
+    const int last =
+        paintBindings(painter, window_.widget()->rect(), tr("Controls"),
+                      bindingRows(bindings(), contents()), firstBinding_, display_.theme());
+    firstBinding_ = std::min(firstBinding_, last);
+}
+
+bool View::eventFilter(QObject *object, QEvent *event)
+{
+    if (showsBindings_ && scene_ && mainGLW()->property<bool>("visible") && scrollBindings(event))
+        return true;
+    return QObject::eventFilter(object, event);
+}
+
+/// While the list is shown, the wheel and the keys that move in a text are its own. Returns whether
+/// @p event was one of these.
+bool View::scrollBindings(QEvent *event)
+{
+    constexpr int step = 3, page = 8, all = 1000; // rows
+    int by = 0;
+    if (event->type() == QEvent::Wheel) {
+        by = static_cast<QWheelEvent *>(event)->angleDelta().y() > 0 ? -step : step;
+    } else if (event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride) {
+        const std::pair<int, int> keys[] = {{Qt::Key_Up, -1},        {Qt::Key_Down, 1},
+                                            {Qt::Key_PageUp, -page}, {Qt::Key_PageDown, page},
+                                            {Qt::Key_Home, -all},    {Qt::Key_End, all}};
+        const auto *key = static_cast<QKeyEvent *>(event);
+        for (const auto &[code, rows] : keys)
+            if (key->key() == code && key->modifiers() == Qt::NoModifier)
+                by = rows;
+    }
+    if (by == 0)
+        return false;
+    event->accept();
+    if (event->type() != QEvent::ShortcutOverride) { // which asks alone whose key it is
+        firstBinding_ = std::max(0, firstBinding_ + by);
+        changed();
+    }
+    return true;
+}
+
+QAction *View::bindViewKey(const QString &key, const char *name, const QString &text,
+                           QObject *receiver, const char *slot)
+{
+    return window_.bindKey(key, name, text, receiver, slot);
 }
 
 void View::bindDisplay()
 {
-    bindKey(scene_, "W", "wireframe", tr("Wireframe"), this, SLOT(ToggleWireframe()));
-    bindKey(scene_, "G", "lighting", tr("Lighting"), this, SLOT(ToggleLighting()));
-    bindKey(scene_, "U", "up", tr("Next axis up"), this, SLOT(NextUp(GLW *)));
-    bindKey(scene_, "B", "background", tr("Dark background"), this, SLOT(ToggleBackdrop()));
+    setContents(bindViewKey("W", "wireframe", tr("Wireframe"), this, SLOT(ToggleWireframe())),
+                OnModel);
+    setContents(bindViewKey("G", "lighting", tr("Lighting"), this, SLOT(ToggleLighting())),
+                OnModel);
+    setContents(
+        bindViewKey("M", "hover", tr("Mark what the pointer is on"), this, SLOT(ToggleHover())),
+        OnAny);
+    setContents(bindKey(scene_, "U", "up", tr("Next axis up"), this, SLOT(NextUp(GLW *))), OnModel);
+    bindViewKey("B", "background", tr("Dark background"), this, SLOT(ToggleBackdrop()));
+    const QString menu = tr("Menu");
+    bindViewKey("Menu", "menu-key", menu, this, SLOT(ShowMenu()));
+    bindViewKey("Shift+F10", "menu-shift", menu, this, SLOT(ShowMenu()));
 }
 
 } // namespace host

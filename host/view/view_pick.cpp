@@ -35,7 +35,7 @@ QVector<double> pickState(const GLW *glw, const std::optional<QPointF> &pointer)
 /// The pointer over @p glw while nothing is dragged, in its pixels.
 std::optional<QPointF> View::hoverPointer(const GLW *glw) const
 {
-    if (!glw->gl || !glw->gl->underMouse() || glw->gl->mouse.button != 0)
+    if (!display_.hover || !glw->gl || !glw->gl->underMouse() || glw->gl->mouse.button != 0)
         return {};
     const QPointF at = Controls::pointerIn(glw, glw->gl->mouse);
     if (!QRectF(0, 0, glw->width(), glw->height()).contains(at))

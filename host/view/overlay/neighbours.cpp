@@ -9,17 +9,18 @@
 
 namespace host {
 
-namespace {
-
-// Fractions of the window: in the middle of its lower edge, clear of both corners.
-const QRectF place(0.25, -0.012, 0.5, 0.045);
-
-} // namespace
-
 Neighbours::Neighbours(const Underlay &under, Window &window, const QString &path)
-    : Overlay(under, window, "neighbours", place), path_(QFileInfo(path).absoluteFilePath())
+    : Overlay(under, window, "neighbours", QSizeF(560, 320)),
+      path_(QFileInfo(path).absoluteFilePath())
 {
-    bindClick(tr("Open the file"));
+    bindClick(tr("left click on a name of the strip"), tr("Open that file"));
+}
+
+/// In the middle of the lower edge, clear of both corners.
+QRectF Neighbours::place(const QSizeF &size) const
+{
+    const double height = Metrics::type(28), margin = Metrics::px(8);
+    return QRectF(size.width() / 4, size.height() - margin - height, size.width() / 2, height);
 }
 
 void Neighbours::setFiles(const QStringList &files)
@@ -59,15 +60,24 @@ void Neighbours::paint(QPainter *painter, const QRectF &bounds)
     }
 }
 
+QString Neighbours::fileAt(const QPointF &at, const QRectF &bounds) const
+{
+    for (int i = 0; i < shown; ++i)
+        if (i != shown / 2 && cell(bounds, i).contains(at))
+            return next(i - shown / 2);
+    return {};
+}
+
+bool Neighbours::takes(const QPointF &at, const QRectF &bounds) const
+{
+    return !fileAt(at, bounds).isEmpty();
+}
+
 void Neighbours::click(const QPointF &at, const QRectF &bounds)
 {
-    for (int i = 0; i < shown; ++i) {
-        const QString path = next(i - shown / 2);
-        if (i != shown / 2 && !path.isEmpty() && cell(bounds, i).contains(at)) {
-            emit chosen(path);
-            return;
-        }
-    }
+    const QString path = fileAt(at, bounds);
+    if (!path.isEmpty())
+        emit chosen(path);
 }
 
 } // namespace host

@@ -28,13 +28,16 @@ signals:
     void chosen(const QString &path);
 
 protected:
+    QRectF place(const QSizeF &size) const override;
     bool isShown() const override { return files_.size() > 1; }
     void paint(QPainter *painter, const QRectF &bounds) override;
+    bool takes(const QPointF &at, const QRectF &bounds) const override;
     void click(const QPointF &at, const QRectF &bounds) override;
 
 private:
     static constexpr int shown = 5; ///< The open file in the middle.
     QRectF cell(const QRectF &bounds, int index) const;
+    QString fileAt(const QPointF &at, const QRectF &bounds) const; ///< Empty if none is there.
 
     QString path_; // absolute
     QStringList files_;

@@ -1,21 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "host/view/overlay/overlay.h"
 
+#include <QAction>
+#include <QMouseEvent>
 #include <QPainter>
 
+#include "host/ui/metrics.h"
 #include "host/view/window/binding.h"
-#include "host/view/window/window.h"
 
 namespace host {
 
-Overlay::Overlay(Underlay under, Window &window, const char *name, const QRectF &rect)
-    : under_(std::move(under)), window_(window)
+Overlay::Overlay(Underlay under, Window &window, const char *name, const QSizeF &least)
+    : under_(std::move(under)), window_(window), least_(least)
 {
     scene_ = window.addScene("GLWidget", name);
-    scene_->setProperty("geometry", rect);
     for (const char *pass : {"pick3d", "pick2d", "draw3d", "draw2d"})
         scene_->setProperty(pass, false);
+    listen(false);
     QMetaObject::invokeMethod(scene_, "Connect", Q_ARG(QObject *, this));
+    window.widget()->installEventFilter(this);
 }
 
 Overlay::~Overlay()
@@ -23,18 +26,68 @@ Overlay::~Overlay()
     window_.removeScene(scene_);
 }
 
-void Overlay::shareKeys()
+bool Overlay::hasRoom() const
 {
-    for (QAction *action : mainGLW()->actions())
-        if (action->property("key").isValid())
-            QMetaObject::invokeMethod(scene_, "AddAction", Q_ARG(QAction *, action));
+    const QSizeF size = window_.widget()->size();
+    return size.width() >= Metrics::px(least_.width()) &&
+           size.height() >= Metrics::px(least_.height());
 }
 
-void Overlay::bindClick(const QString &text)
+bool Overlay::isThere() const
+{
+    return hasRoom() && isShown();
+}
+
+QList<QAction *> Overlay::actions() const
+{
+    return isThere() ? glw()->actions() : QList<QAction *>();
+}
+
+void Overlay::bindClick(const QString &words, const QString &text)
 {
     if (QAction *action =
             bindMouse(scene_, LeftButton, 0, "click", text, this, SLOT(Click(GLW *, bool))))
-        action->setProperty("verb", tr("click"));
+        action->setProperty("words", words);
+}
+
+/// While it does not listen, the window finds what is behind it.
+void Overlay::listen(bool on)
+{
+    if (on)
+        scene_->setProperty("geometry", bounds());
+    scene_->setProperty("enabled", on);
+}
+
+/// Before the window looks for the object that an event is for.
+bool Overlay::eventFilter(QObject *object, QEvent *event)
+{
+    if (!scene_)
+        return QObject::eventFilter(object, event);
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick: {
+        const auto *press = static_cast<QMouseEvent *>(event);
+        const QPointF at = press->localPos();
+        pressed_ = press->buttons() == Qt::LeftButton && press->modifiers() == Qt::NoModifier &&
+                   mainGLW()->property<bool>("visible") && isThere() && bounds().contains(at) &&
+                   takes(at, bounds());
+        listen(pressed_);
+        break;
+    }
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonRelease:
+        listen(pressed_);
+        pressed_ = pressed_ && event->type() == QEvent::MouseMove;
+        break;
+    case QEvent::Wheel:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+        listen(false);
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(object, event);
 }
 
 PictureObject Overlay::pictured()
@@ -48,9 +101,7 @@ PictureObject Overlay::pictured()
 
 void Overlay::PaintForeground(GLW *, QPainter *painter)
 {
-    const bool shown = isShown();
-    glw()->setProperty("enabled", shown);
-    if (!shown)
+    if (!isThere() || !mainGLW()->property<bool>("visible"))
         return;
     painter->save();
     painter->setFont(window_.widget()->font());
@@ -68,7 +119,5 @@ void Overlay::Click(GLW *glw, bool pressed)
     const QRectF r = bounds();
     click(r.bottomLeft() + QPointF(mouse.x + 0.5, -mouse.y + 0.5), r);
 }
-
-void Overlay::click(const QPointF &, const QRectF &) {}
 
 } // namespace host

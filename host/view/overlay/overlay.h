@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include <QList>
 #include <QObject>
 #include <QPointer>
 #include <QRectF>
@@ -12,12 +13,12 @@
 #include "host/capture/picture.h"
 #include "host/item/display.h"
 #include "host/item/item.h"
+#include "host/view/window/window.h"
 
+class QAction;
 class QPainter;
 
 namespace host {
-
-class Window;
 
 /// What an overlay stands over, as it is at the moment.
 struct Underlay {
@@ -28,8 +29,9 @@ struct Underlay {
 
 /// A small scene object over the main one, with its own rectangle and its own bindings.
 ///
-/// It stands in front of the window's list, so that the pointer finds it first, and paints in
-/// PaintForeground, which comes after every object has painted. It has no passes of its own.
+/// It stands in front of the window's list, so that the pointer finds it first while it has a use
+/// for the event, and paints in PaintForeground, which comes after every object has painted. It
+/// has no passes of its own.
 /// The module finds the slots with capital letters by their names.
 class Overlay : public QObject {
     Q_OBJECT
@@ -41,17 +43,24 @@ public:
     /// Whether it says something of what is shown, and so belongs into a picture.
     virtual bool belongsInPicture() const { return true; }
 
-    /// Lets the keys that are bound on the main object be heard here too.
-    void shareKeys();
+    /// Whether it is there now: it has something to show, and the window is large enough. As a
+    /// window gets small, overlays leave one by one, so that what they lie over stays in sight.
+    bool isThere() const;
+    bool hasRoom() const; ///< Whether the window is large enough.
+    /// Its rectangle in the window's pixels, y downwards.
+    QRectF bounds() const { return place(window_.widget()->size()); }
+    /// What it does, for the list of bindings, while it is there.
+    QList<QAction *> actions() const;
+
+    bool eventFilter(QObject *object, QEvent *event) override;
 
 public slots:
     void PaintForeground(GLW *glw, QPainter *painter);
     void Click(GLW *glw, bool pressed);
 
 protected:
-    /// @p rect is as scene objects take it: fractions of the window, or pixels; a negative origin
-    /// counts from the far edge.
-    Overlay(Underlay under, Window &window, const char *name, const QRectF &rect);
+    /// It leaves a window that is smaller than @p least, in usual pixels.
+    Overlay(Underlay under, Window &window, const char *name, const QSizeF &least);
 
     GLW *mainGLW() const { return under_.glw; }
     const Item *mainItem() const { return under_.item(); }
@@ -59,21 +68,27 @@ protected:
     Window &window() const { return window_; }
     GLW *glw() const { return static_cast<GLW *>(scene_.data()); }
 
-    /// Whether there is anything to show now. What shows nothing is not hit either.
+    /// Where it stands in a window of @p size pixels, y downwards.
+    virtual QRectF place(const QSizeF &size) const = 0;
+    /// Whether there is anything to show now.
     virtual bool isShown() const = 0;
     /// Paints inside @p bounds: the object's rectangle in the window's pixels, y downwards.
     virtual void paint(QPainter *painter, const QRectF &bounds) = 0;
-    /// A click at a place in the window's pixels, y downwards.
-    virtual void click(const QPointF &at, const QRectF &bounds);
+    /// Whether it has a use for a click at a place in the window's pixels, y downwards. Whatever
+    /// else a person does there is for the main object.
+    virtual bool takes(const QPointF &, const QRectF &) const { return false; }
+    virtual void click(const QPointF &, const QRectF &) {} ///< A click that it takes.
 
-    /// Says what a click does, for the list of bindings, and lets it come.
-    void bindClick(const QString &text);
+    /// Lets clicks come. @p words and @p text say where and what it does, for the list of bindings.
+    void bindClick(const QString &words, const QString &text);
 
 private:
-    QRectF bounds() const { return glw()->geometry(false); }
+    void listen(bool on);
 
     Underlay under_;
     Window &window_;
+    QSizeF least_;
+    bool pressed_ = false; // the button that is down went down here
     QPointer<QObject> scene_;
 };
 

@@ -10,19 +10,15 @@
 
 namespace host {
 
-namespace {
-
-QRectF place()
+ScaleBar::ScaleBar(const Underlay &under, Window &window)
+    : Overlay(under, window, "scale-bar", QSizeF(360, 240))
 {
-    const double margin = Metrics::px(12);
-    return QRectF(-margin, -margin, Metrics::px(170), Metrics::px(34));
 }
 
-} // namespace
-
-ScaleBar::ScaleBar(const Underlay &under, Window &window)
-    : Overlay(under, window, "scale-bar", place())
+QRectF ScaleBar::place(const QSizeF &size) const
 {
+    const double margin = Metrics::px(12), width = Metrics::px(170), height = Metrics::px(34);
+    return QRectF(size.width() - margin - width, size.height() - margin - height, width, height);
 }
 
 double ScaleBar::roundLength(double unitsPerPixel, double most)

@@ -18,6 +18,7 @@ public:
     static double roundLength(double unitsPerPixel, double most);
 
 protected:
+    QRectF place(const QSizeF &size) const override;
     bool isShown() const override;
     void paint(QPainter *painter, const QRectF &bounds) override;
 };

@@ -37,9 +37,14 @@ double Triad::margin()
 }
 
 Triad::Triad(const Underlay &under, Window &window)
-    : Overlay(under, window, "triad", QRectF(margin(), -margin(), size(), size()))
+    : Overlay(under, window, "triad", QSizeF(260, 220))
 {
-    bindClick(tr("Look along the axis"));
+    bindClick(tr("left click on an arm of the axes"), tr("Look along it"));
+}
+
+QRectF Triad::place(const QSizeF &window) const
+{
+    return QRectF(margin(), window.height() - margin() - size(), size(), size());
 }
 
 bool Triad::isShown() const
@@ -102,17 +107,27 @@ void Triad::paint(QPainter *painter, const QRectF &bounds)
     }
 }
 
-void Triad::click(const QPointF &at, const QRectF &bounds)
+std::optional<Steering::Side> Triad::sideAt(const QPointF &at, const QRectF &bounds) const
 {
     const auto all = arms(bounds);
     // What is nearer to the viewer was painted last and covers the rest.
     for (auto arm = all.rbegin(); arm != all.rend(); ++arm) {
         const QPointF d = at - arm->end;
-        if (QPointF::dotProduct(d, d) <= endRadius() * endRadius() * 1.4) {
-            emit sideChosen(arm->side);
-            return;
-        }
+        if (QPointF::dotProduct(d, d) <= endRadius() * endRadius() * 1.4)
+            return arm->side;
     }
+    return {};
+}
+
+bool Triad::takes(const QPointF &at, const QRectF &bounds) const
+{
+    return sideAt(at, bounds).has_value();
+}
+
+void Triad::click(const QPointF &at, const QRectF &bounds)
+{
+    if (const auto side = sideAt(at, bounds))
+        emit sideChosen(*side);
 }
 
 } // namespace host

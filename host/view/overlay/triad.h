@@ -3,6 +3,7 @@
 #define HOST_VIEW_OVERLAY_TRIAD_H
 
 #include <array>
+#include <optional>
 
 #include "host/view/overlay/overlay.h"
 
@@ -22,8 +23,10 @@ signals:
     void sideChosen(host::Steering::Side side); ///< A person wants to look from there.
 
 protected:
+    QRectF place(const QSizeF &size) const override;
     bool isShown() const override;
     void paint(QPainter *painter, const QRectF &bounds) override;
+    bool takes(const QPointF &at, const QRectF &bounds) const override;
     void click(const QPointF &at, const QRectF &bounds) override;
 
 private:
@@ -36,6 +39,7 @@ private:
         Steering::Side side; ///< From where a click looks.
     };
     std::array<Arm, 6> arms(const QRectF &bounds) const; ///< The farthest first.
+    std::optional<Steering::Side> sideAt(const QPointF &at, const QRectF &bounds) const;
 };
 
 } // namespace host

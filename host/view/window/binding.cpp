@@ -76,8 +76,17 @@ QAction *bindMouse(QObject *scene, quint32 binding, quint32 mask, const char *na
     return action;
 }
 
+void setContents(QAction *action, int contents, const QString &plotText)
+{
+    action->setProperty("contents", contents);
+    action->setProperty("plotText", plotText);
+}
+
 QString bindingWords(const QAction *action)
 {
+    const QVariant words = action->property("words");
+    if (words.isValid())
+        return words.toString();
     const QVariant key = action->property("key");
     if (key.isValid())
         return keyWords(key.value<QKeySequence>());
@@ -87,7 +96,36 @@ QString bindingWords(const QAction *action)
     return keyWords(action->shortcut());
 }
 
-QVector<BindingRow> bindingRows(const QList<QAction *> &actions)
+namespace {
+
+/// What @p action does on @p contents: a text for each kind of them.
+QStringList textsOf(const QAction *action, int contents)
+{
+    const QVariant on = action->property("contents");
+    if (!on.isValid())
+        return {action->text()};
+    QStringList texts;
+    if (on.toInt() & contents & OnModel)
+        texts << action->text();
+    const QString plotText = action->property("plotText").toString();
+    if (on.toInt() & contents & OnPlot)
+        texts << (plotText.isEmpty() ? action->text() : plotText);
+    return texts;
+}
+
+void addTo(QVector<BindingRow> &rows, const QString &keys, const QString &text)
+{
+    const auto same = std::find_if(rows.begin(), rows.end(),
+                                   [&](const BindingRow &row) { return row.text == text; });
+    if (same == rows.end())
+        rows.append({keys, text});
+    else if (!same->keys.split(", ").contains(keys))
+        same->keys += ", " + keys;
+}
+
+} // namespace
+
+QVector<BindingRow> bindingRows(const QList<QAction *> &actions, int contents)
 {
     QVector<BindingRow> rows;
     for (auto it = actions.crbegin(); it != actions.crend(); ++it) {
@@ -95,13 +133,8 @@ QVector<BindingRow> bindingRows(const QList<QAction *> &actions)
         const QString keys = action ? bindingWords(action) : QString();
         if (keys.isEmpty() || action->text().isEmpty() || !action->isEnabled())
             continue;
-        const auto same = std::find_if(rows.begin(), rows.end(), [&](const BindingRow &row) {
-            return row.text == action->text();
-        });
-        if (same == rows.end())
-            rows.append({keys, action->text()});
-        else if (!same->keys.split(", ").contains(keys))
-            same->keys += ", " + keys;
+        for (const QString &text : textsOf(action, contents))
+            addTo(rows, keys, text);
     }
     return rows;
 }

@@ -31,8 +31,15 @@ QAction *bindKey(QObject *scene, const QString &key, const char *name, const QSt
 QAction *bindMouse(QObject *scene, quint32 binding, quint32 mask, const char *name,
                    const QString &text, QObject *receiver, const char *slot);
 
+/// Kinds of content on which a binding does something.
+enum ContentBit { NoContent = 0, OnModel = 0x1, OnPlot = 0x2, OnAny = 0x3 };
+
+/// Says that @p action does something on @p contents alone, bits of ContentBit; what nothing was
+/// said of always does. On a plot it does what @p plotText says, if that is not empty.
+void setContents(QAction *action, int contents, const QString &plotText = {});
+
 /// What a person does to fire @p action, in words, such as "Ctrl+S", "Shift+left drag",
-/// "double click" or "wheel". Empty if nothing is bound.
+/// "double click" or "wheel"; its property "words", if there is one. Empty if nothing is bound.
 QString bindingWords(const QAction *action);
 
 /// One row of the list of bindings.
@@ -43,9 +50,9 @@ public:
     QString text; ///< What it does.
 };
 
-/// A row for each different text among the enabled actions that have one, in the order in which
-/// they were bound, which is the reverse of the lists' order.
-QVector<BindingRow> bindingRows(const QList<QAction *> &actions);
+/// A row for each different text among the enabled actions that have one and that do something on
+/// @p contents, in the order in which they were bound, which is the reverse of the lists' order.
+QVector<BindingRow> bindingRows(const QList<QAction *> &actions, int contents = OnAny);
 
 } // namespace host
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/view/window/menu_tree.h"
 
+#include <algorithm>
+
 #include <QMenu>
 #include <QTimer>
 
@@ -33,6 +35,34 @@ MenuTree *MenuTree::addMenu(const QString &text)
 {
     add(text, {}, nullptr, {});
     return entries_.back().submenu = new MenuTree(this);
+}
+
+namespace {
+
+QString textOf(const QString &key, const QVector<BindingRow> &rows)
+{
+    for (const BindingRow &row : rows)
+        if (row.keys.split(", ").contains(key))
+            return row.text;
+    return {};
+}
+
+} // namespace
+
+void MenuTree::agreeWith(const QVector<BindingRow> &all, const QVector<BindingRow> &working)
+{
+    const auto useless = [&](Entry &entry) {
+        if (entry.submenu) {
+            entry.submenu->agreeWith(all, working);
+            return entry.submenu->entries_.empty();
+        }
+        if (entry.key.isEmpty() || textOf(entry.key, all).isEmpty())
+            return false;
+        const QString text = textOf(entry.key, working);
+        entry.text = text.isEmpty() ? entry.text : text;
+        return text.isEmpty();
+    };
+    entries_.erase(std::remove_if(entries_.begin(), entries_.end(), useless), entries_.end());
 }
 
 int MenuTree::Build(QMenu *menu)

@@ -8,6 +8,9 @@
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <QVector>
+
+#include "host/view/window/binding.h"
 
 class QMenu;
 
@@ -31,6 +34,10 @@ public:
     void addSeparator();
     /// A submenu; the tree returned is owned by this one.
     MenuTree *addMenu(const QString &text);
+
+    /// Lets every entry with a key say what @p all, the list of bindings, says of that key, and
+    /// takes out those whose key is not in @p working, the rows of what does something now.
+    void agreeWith(const QVector<BindingRow> &all, const QVector<BindingRow> &working);
 
 public slots:
     /// Fills @p menu. Returns the number of entries.

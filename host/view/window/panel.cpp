@@ -26,14 +26,6 @@ QFont bold(QFont font)
     return font;
 }
 
-void paintPanel(QPainter *painter, const QRectF &r, const Theme &theme)
-{
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(theme.panel);
-    painter->drawRoundedRect(r, Sizes().rounding, Sizes().rounding);
-}
-
 void paintText(QPainter *painter, const QFont &font, const QColor &colour, const QRectF &r,
                int flags, const QString &text)
 {
@@ -56,6 +48,20 @@ void paintBar(QPainter *painter, const QRectF &r, double fraction, const Theme &
 }
 
 } // namespace
+
+void paintPanel(QPainter *painter, const QRectF &r, const Theme &theme)
+{
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(theme.panel);
+    painter->drawRoundedRect(r, Sizes().rounding, Sizes().rounding);
+}
+
+double noteHeight(const QFont &font, int lines)
+{
+    const double line = std::ceil(QFontMetricsF(font).height() * 1.2);
+    return lines * line + Sizes().padding + Sizes().margin;
+}
 
 QRectF paintNote(QPainter *painter, const QRectF &bounds, Qt::Alignment corner,
                  const QString &heading, const QString &details, const Theme &theme)
@@ -128,47 +134,6 @@ void paintMessage(QPainter *painter, const QRectF &bounds, const QString &headin
     if (fraction >= 0)
         paintBar(painter, QRectF(text.left(), text.bottom() + padding, width, bar), fraction,
                  theme);
-    painter->restore();
-}
-
-void paintBindings(QPainter *painter, const QRectF &bounds, const QString &heading,
-                   const QVector<BindingRow> &rows, const Theme &theme)
-{
-    const QFont plain = painter->font(), strong = bold(plain);
-    const QFontMetricsF metrics(plain), strongMetrics(strong);
-    const double margin = Sizes().margin, padding = Sizes().padding;
-    const double line = std::ceil(metrics.height() * 1.35), gap = 2 * padding;
-    double keyWidth = 0, textWidth = 0;
-    for (const BindingRow &row : rows) {
-        keyWidth = std::max(keyWidth, std::ceil(strongMetrics.horizontalAdvance(row.keys)));
-        textWidth = std::max(textWidth, std::ceil(metrics.horizontalAdvance(row.text)));
-    }
-    const int fitting = std::max(1, int((bounds.height() - 2 * margin - 2 * gap) / line) - 2);
-    const int columns = std::max(1, (int(rows.size()) + fitting - 1) / fitting);
-    const int perColumn = (int(rows.size()) + columns - 1) / columns;
-    const double column = keyWidth + gap + textWidth;
-    QRectF r(0, 0, columns * column + (columns + 1) * gap, (perColumn + 1.5) * line + 2 * gap);
-    r.moveCenter(bounds.center());
-
-    painter->save();
-    // A small window shows all of it, smaller.
-    const double fit = std::min({1.0, bounds.width() / r.width(), bounds.height() / r.height()});
-    painter->translate(bounds.center());
-    painter->scale(fit, fit);
-    painter->translate(-bounds.center());
-    Theme solid = theme;
-    solid.panel.setAlpha(240);
-    paintPanel(painter, r, solid);
-    paintText(painter, strong, theme.accent, QRectF(r.left() + gap, r.top() + gap, column, line),
-              Qt::AlignVCenter, heading);
-    for (int i = 0; i < rows.size(); ++i) {
-        const double x = r.left() + gap + (i / perColumn) * (column + gap);
-        const double y = r.top() + gap + (i % perColumn + 1.5) * line;
-        paintText(painter, strong, theme.text, QRectF(x, y, keyWidth, line), Qt::AlignVCenter,
-                  rows[i].keys);
-        paintText(painter, plain, theme.text, QRectF(x + keyWidth + gap, y, textWidth, line),
-                  Qt::AlignVCenter, rows[i].text);
-    }
     painter->restore();
 }
 

@@ -2,12 +2,11 @@
 #ifndef HOST_VIEW_WINDOW_PANEL_H
 #define HOST_VIEW_WINDOW_PANEL_H
 
+#include <QFont>
 #include <QRectF>
 #include <QString>
-#include <QVector>
 
 #include "host/item/display.h"
-#include "host/view/window/binding.h"
 
 class QPainter;
 
@@ -26,10 +25,11 @@ QRectF paintNote(QPainter *painter, const QRectF &bounds, Qt::Alignment corner,
 void paintMessage(QPainter *painter, const QRectF &bounds, const QString &heading,
                   const QString &details, double fraction, const Theme &theme);
 
-/// The list of bindings below @p heading in the middle of @p bounds, in as many columns as its
-/// height asks for.
-void paintBindings(QPainter *painter, const QRectF &bounds, const QString &heading,
-                   const QVector<BindingRow> &rows, const Theme &theme);
+/// The height that a note of @p lines lines takes from the edge of its bounds on.
+double noteHeight(const QFont &font, int lines);
+
+/// The panel alone.
+void paintPanel(QPainter *painter, const QRectF &r, const Theme &theme);
 
 } // namespace host
 
