@@ -111,6 +111,7 @@ void ModelItem::standOn(GLW *glw, FileAxes::Axis up)
     turned->standOn(up);
     mesh_ = std::move(turned);
     hovered_ = -1;
+    brackets_ = {};
     measure();
     buildTree();
     if (!buffers_.isCreated())

@@ -20,9 +20,10 @@ void Controls::bindPointer(QObject *scene)
     setContents(bind(LeftButton, 0, "orbit", drag, tr("Orbit"), SLOT(Orbit(GLW *, bool))), OnAny,
                 move);
     setContents(bind(MiddleButton, 0, "pan", drag, pan, SLOT(Pan(GLW *, bool))), OnAny, move);
+    // On a plot, too, but there a plain drag does the same.
     setContents(
         bind(LeftButton | Qt::ShiftModifier, 0, "pan-left", drag, pan, SLOT(Pan(GLW *, bool))),
-        OnAny, move);
+        OnModel);
     if (single_) {
         setContents(bind(LeftButton | Qt::ControlModifier, 0, "roll", drag, tr("Roll"),
                          SLOT(Roll(GLW *, bool))),
@@ -90,18 +91,18 @@ void Controls::bindSteps(QObject *scene)
     const std::pair<const char *, QPointF> ways[] = {
         {"Left", {-1, 0}}, {"Right", {1, 0}}, {"Up", {0, 1}}, {"Down", {0, -1}}};
     const auto bindArrows = [&](const QString &modifier, Steering::Drag drag, const QString &words,
-                                const QString &text) {
+                                const QString &text, int contents) {
         for (const auto &[arrow, way] : ways) {
             const QString key = modifier + arrow;
             QAction *action = bindKey(scene, key, key.toLatin1(), text, this, SLOT(Step(GLW *)));
             action->setProperty("way", way);
             action->setProperty("drag", int(drag));
             action->setProperty("words", words);
-            setContents(action, OnAny, tr("Move the plot"));
+            setContents(action, contents, tr("Move the plot"));
         }
     };
-    bindArrows({}, Steering::Drag::Orbit, tr("arrows"), tr("Orbit"));
-    bindArrows("Shift+", Steering::Drag::Pan, tr("Shift+arrows"), tr("Pan"));
+    bindArrows({}, Steering::Drag::Orbit, tr("arrows"), tr("Orbit"), OnAny);
+    bindArrows("Shift+", Steering::Drag::Pan, tr("Shift+arrows"), tr("Pan"), OnModel);
     for (const char *key : {"+", "Shift++", "=", "Num++"}) {
         QAction *action = bindKey(scene, key, QByteArray("nearer") + key, tr("Zoom in"), this,
                                   SLOT(Nearer(GLW *)));

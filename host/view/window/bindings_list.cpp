@@ -71,8 +71,10 @@ BindingsLayout::BindingsLayout(const QRectF &bounds, const QFont &font,
         columns.keyWidth = std::max(columns.keyWidth, strongMetrics.horizontalAdvance(row.keys));
         textWidth = std::max(textWidth, metrics.horizontalAdvance(row.text));
     }
-    columns.keyWidth = std::ceil(columns.keyWidth) + 1;
-    columns.width = columns.keyWidth + columns.gap + std::ceil(textWidth) + 1;
+    // A few long rows are wrapped rather than all columns be as wide as they.
+    columns.keyWidth = std::min(std::ceil(columns.keyWidth) + 1, Metrics::type(200));
+    textWidth = std::min(std::ceil(textWidth) + 1, Metrics::type(240));
+    columns.width = columns.keyWidth + columns.gap + textWidth;
 
     const QRectF room = bounds.adjusted(edge, edge, -edge, -edge);
     const double inside = room.width() - 2 * columns.gap;
@@ -86,8 +88,9 @@ BindingsLayout::BindingsLayout(const QRectF &bounds, const QFont &font,
     }
     const double wrapped = columns.width - columns.keyWidth - columns.gap;
     for (const BindingRow &row : rows)
-        columns.rows.append(std::max({line, heightOf(strong, columns.keyWidth, row.keys),
-                                      heightOf(font, wrapped, row.text)}));
+        columns.rows.append(line - metrics.height() +
+                            std::max(heightOf(strong, columns.keyWidth, row.keys),
+                                     heightOf(font, wrapped, row.text)));
     // As few columns as hold all, and then as low as that allows.
     while (columns.count < most && columns.fill(0, {}, nullptr) < rows.size())
         ++columns.count;

@@ -6,10 +6,9 @@
 
 namespace host {
 
-FrameClock::FrameClock(QWidget *window, float rate, QObject *parent)
+FrameClock::FrameClock(QWidget *window, float rate, QObject *parent, int restAfter)
     : QObject(parent), window_(window), rate_(rate)
 {
-    constexpr int restAfter = 500; // milliseconds
     restTimeout_.setSingleShot(true);
     restTimeout_.setInterval(restAfter);
     connect(&restTimeout_, &QTimer::timeout, this, &FrameClock::rest);

@@ -16,8 +16,9 @@ namespace host {
 class FrameClock : public QObject {
     Q_OBJECT
 public:
-    /// @p rate in frames per second. Expects @p window to outlive its last event only.
-    FrameClock(QWidget *window, float rate, QObject *parent);
+    /// @p rate in frames per second; it rests @p restAfter milliseconds after the last touch.
+    /// Expects @p window to outlive its last event only.
+    FrameClock(QWidget *window, float rate, QObject *parent, int restAfter = 500);
 
     void touch();        ///< Keeps the timer running for a while.
     void requestFrame(); ///< Lets the next tick draw.

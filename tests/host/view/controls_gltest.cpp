@@ -43,192 +43,164 @@ private:
 };
 
 /// A window of 400 x 300 pixels. The object with the controls is 200 x 100 pixels large and stands
-/// 150 pixels from the left, 20 from the top.
+/// 150 pixels from the left, 20 from the top; in front of its left half stands another.
 class ControlsTest : public testing::Test {
 protected:
     QGLWindow window{nullptr, "window"};
-    GLWidget scene{nullptr, "scene"};
+    GLWidget scene{nullptr, "scene"}, front{nullptr, "front"};
     Recorder item;
-    Controls controls{&scene, [this](GLW *) { return &item; }, true, nullptr};
-    QStringList menus;
+    std::unique_ptr<Controls> controls;
 
     ControlsTest()
     {
         window.fps(0);
         window.resize(400, 300);
         scene.setGeometry(QRectF(150, 20, 200, 100));
+        front.setGeometry(QRectF(150, 20, 20, 100));
         window.AddGLWidget(&scene);
-        QObject::connect(&controls, &Controls::menuAsked,
-                         [this](GLW *glw) { menus << glw->objectName(); });
+        window.AddGLWidget(&front);
         window.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
         window.setProperty("clampMouseToFrame", false);
     }
-    ~ControlsTest() override { window.RemoveGLWidget(&scene); }
+    ~ControlsTest() override
+    {
+        window.RemoveGLWidget(&scene);
+        window.RemoveGLWidget(&front);
+    }
 
-    using Buttons = Qt::MouseButtons;
-    using Modifiers = Qt::KeyboardModifiers;
+    void control(bool single)
+    {
+        controls = std::make_unique<Controls>(
+            &scene, [this](GLW *) { return &item; }, single, nullptr);
+        const auto log = [this](const char *word) {
+            return [this, word](GLW *glw) { item.log << word + glw->objectName(); };
+        };
+        QObject::connect(controls.get(), &Controls::menuAsked, log("menu "));
+        QObject::connect(controls.get(), &Controls::areaEnded, log("area "));
+        QObject::connect(controls.get(), &Controls::clicked, log("click "));
+    }
 
-    /// Pixels of the window from its upper left corner.
-    void event(QEvent::Type type, int x, int y, Qt::MouseButton button, Buttons held,
-               Modifiers modifiers = {})
+    /// Words, apart by blanks: what is held ("left", "shift"), events at the place (down, move, up,
+    /// twice, wheel, back), keys (+R, -R, F), places (160,30) from the upper left corner.
+    void run(const QString &script)
     {
-        QMouseEvent e(type, QPointF(x, y), window.mapToGlobal(QPoint(x, y)), button, held,
-                      modifiers);
-        QCoreApplication::sendEvent(&window, &e);
+        const QHash<QString, Qt::MouseButton> buttons{
+            {"left", Qt::LeftButton}, {"middle", Qt::MiddleButton}, {"right", Qt::RightButton}};
+        const QHash<QString, Qt::KeyboardModifier> held{{"none", Qt::NoModifier},
+                                                        {"shift", Qt::ShiftModifier},
+                                                        {"ctrl", Qt::ControlModifier},
+                                                        {"alt", Qt::AltModifier}};
+        const QHash<QString, QEvent::Type> events{{"down", QEvent::MouseButtonPress},
+                                                  {"move", QEvent::MouseMove},
+                                                  {"up", QEvent::MouseButtonRelease},
+                                                  {"twice", QEvent::MouseButtonDblClick}};
+        for (const QString &word : script.split(' ')) {
+            const QPoint global = window.mapToGlobal(at.toPoint());
+            if (buttons.contains(word)) {
+                button = buttons[word];
+            } else if (held.contains(word)) {
+                modifiers = held[word];
+            } else if (word.contains(',')) {
+                at = {word.section(',', 0, 0).toDouble(), word.section(',', 1).toDouble()};
+            } else if (word == "wheel" || word == "back") {
+                QWheelEvent e(at, global, {}, {0, word == "wheel" ? 120 : -120}, Qt::NoButton,
+                              modifiers, Qt::NoScrollPhase, false);
+                QCoreApplication::sendEvent(&window, &e);
+            } else if (events.contains(word)) {
+                const QEvent::Type type = events[word];
+                down = type == QEvent::MouseMove ? down : type != QEvent::MouseButtonRelease;
+                QMouseEvent e(type, at, global, type == QEvent::MouseMove ? Qt::NoButton : button,
+                              down ? button : Qt::NoButton, modifiers);
+                QCoreApplication::sendEvent(&window, &e);
+            } else {
+                const int key = QKeySequence(word.mid(word.size() > 1 && word[0] < 'A'))[0];
+                if (word[0] != '-' || word.size() == 1)
+                    QTest::keyPress(&window, Qt::Key(key), modifiers);
+                if (word[0] != '+' || word.size() == 1)
+                    QTest::keyRelease(&window, Qt::Key(key), modifiers);
+            }
+        }
     }
-    void press(int x, int y, Qt::MouseButton button, Modifiers modifiers = {})
-    {
-        event(QEvent::MouseButtonPress, x, y, button, button, modifiers);
-    }
-    void move(int x, int y, Buttons held = {}, Modifiers modifiers = {})
-    {
-        event(QEvent::MouseMove, x, y, Qt::NoButton, held, modifiers);
-    }
-    void release(int x, int y, Qt::MouseButton button, Modifiers modifiers = {})
-    {
-        event(QEvent::MouseButtonRelease, x, y, button, Qt::NoButton, modifiers);
-    }
-    void wheel(int x, int y, int delta)
-    {
-        QWheelEvent e(QPointF(x, y), window.mapToGlobal(QPoint(x, y)), {}, {0, delta}, Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(&window, &e);
-    }
-    QString take()
-    {
-        const QString text = item.log.join("; ");
-        item.log.clear();
-        return text;
-    }
+
+private:
+    QPointF at;
+    Qt::MouseButton button = Qt::LeftButton;
+    Qt::KeyboardModifier modifiers = Qt::NoModifier;
+    bool down = false;
 };
 
-struct GestureCase {
+struct HandsCase {
     const char *name;
-    Qt::MouseButton button;
-    int modifiers;
-    const char *kind; // empty: nothing happens
-};
-
-const GestureCase gestureCases[] = {
-    {"LeftOrbits", Qt::LeftButton, Qt::NoModifier, "orbit"},
-    {"MiddlePans", Qt::MiddleButton, Qt::NoModifier, "pan"},
-    {"ShiftLeftPans", Qt::LeftButton, Qt::ShiftModifier, "pan"},
-    {"ControlLeftRolls", Qt::LeftButton, Qt::ControlModifier, "roll"},
-    {"RightDragsNothing", Qt::RightButton, Qt::NoModifier, ""},
-    {"AltIsFree", Qt::LeftButton, Qt::AltModifier, ""},
-};
-
-TABLE(DragGesture, ControlsTest, GestureCase, gestureCases);
-
-TEST_P(DragGesture, ReachesTheItemInItsOwnPixels)
-{
-    const GestureCase &c = GetParam();
-    const Qt::KeyboardModifiers modifiers(c.modifiers);
-    move(10, 290); // far away: the press itself must not count as a motion from here
-    press(160, 30, c.button, modifiers);
-    move(163, 35, c.button, modifiers);
-    release(163, 35, c.button, modifiers);
-    const QString kind = c.kind;
-    EXPECT_EQ(take().toStdString(), kind.isEmpty() ? std::string()
-                                                   : ("grab " + kind + " at 10.5,89.5; " + kind +
-                                                      " from 10.5,89.5 to 13.5,84.5")
-                                                         .toStdString());
-    move(170, 40);
-    EXPECT_EQ(take(), "") << "the drag goes on after its release";
-}
-
-TEST_F(ControlsTest, ALateReleaseDoesNotJumpIntoTheNextDrag)
-{
-    press(200, 50, Qt::LeftButton);
-    release(10, 290, Qt::LeftButton); // outside of the object: it hears nothing of it
-    take();
-    press(300, 100, Qt::LeftButton);
-    EXPECT_EQ(take(), "grab orbit at 150.5,19.5");
-}
-
-TEST_F(ControlsTest, RTurnsALeftDragIntoARoll)
-{
-    move(200, 50);
-    QTest::keyPress(&window, Qt::Key_R);
-    press(200, 50, Qt::LeftButton);
-    move(200, 51, Qt::LeftButton);
-    EXPECT_EQ(take(), "grab roll at 50.5,69.5; roll from 50.5,69.5 to 50.5,68.5");
-    QTest::keyRelease(&window, Qt::Key_R);
-    move(200, 52, Qt::LeftButton);
-    move(200, 53, Qt::LeftButton);
-    EXPECT_EQ(take(), "grab orbit at 50.5,67.5; orbit from 50.5,67.5 to 50.5,66.5");
-}
-
-TEST_F(ControlsTest, WheelZoomsWhereThePointerIs)
-{
-    wheel(349, 119, 120);
-    EXPECT_EQ(take(), "zoom 1 at 199.5,0.5");
-    wheel(150, 20, -120);
-    EXPECT_EQ(take(), "zoom -1 at 0.5,99.5");
-    wheel(149, 140, 120);
-    EXPECT_EQ(take(), "") << "outside of the object";
-}
-
-TEST_F(ControlsTest, DoubleClickFocusesOnce)
-{
-    press(250, 70, Qt::LeftButton);
-    release(250, 70, Qt::LeftButton);
-    take();
-    event(QEvent::MouseButtonDblClick, 250, 70, Qt::LeftButton, Qt::LeftButton);
-    move(252, 70, Qt::LeftButton);
-    release(252, 70, Qt::LeftButton);
-    EXPECT_EQ(take(), "focus 100.5,49.5");
-}
-
-TEST_F(ControlsTest, MenuComesWithTheReleaseOfTheRightButton)
-{
-    press(250, 70, Qt::RightButton);
-    EXPECT_TRUE(menus.isEmpty());
-    release(250, 70, Qt::RightButton);
-    EXPECT_EQ(menus, QStringList{"scene"});
-}
-
-struct KeyCase {
-    const char *name;
-    Qt::Key key;
+    const char *script;
     const char *steering;
+    bool single = true;
 };
 
-const KeyCase keyCases[] = {
-    {"Fit", Qt::Key_F, "fit"},
-    {"Home", Qt::Key_Home, "home"},
-    {"Front", Qt::Key_1, "from 0"},
-    {"Back", Qt::Key_2, "from 1"},
-    {"Left", Qt::Key_3, "from 2"},
-    {"Right", Qt::Key_4, "from 3"},
-    {"Top", Qt::Key_5, "from 4"},
-    {"Bottom", Qt::Key_6, "from 5"},
-    {"Projection", Qt::Key_O, "projection"},
+const HandsCase handsCases[] = {
+    // The motion from far away to the press is none of the drag, nor is one after the release.
+    {"LeftOrbits", "10,290 move 180,30 left down 190,35 move up 195,40 move",
+     "grab orbit at 30.5,89.5; orbit from 30.5,89.5 to 40.5,84.5"},
+    {"MiddlePans", "180,30 middle down 183,35 move up",
+     "grab pan at 30.5,89.5; pan from 30.5,89.5 to 33.5,84.5"},
+    {"ShiftLeftPans", "180,30 shift down 183,35 move up",
+     "grab pan at 30.5,89.5; pan from 30.5,89.5 to 33.5,84.5"},
+    {"ControlLeftRolls", "180,30 ctrl down 183,35 move up",
+     "grab roll at 30.5,89.5; roll from 30.5,89.5 to 33.5,84.5"},
+    {"ControlLeftIsTheTiles", "180,30 ctrl down 183,35 move up", "", false},
+    {"AltIsFree", "180,30 alt down 183,35 move up", ""},
+    {"ALateReleaseDoesNotJump", "180,30 down 10,290 up 190,30 down",
+     "grab orbit at 30.5,89.5; grab orbit at 40.5,89.5"},
+    {"ReleasedOverAnother", "180,30 down 190,30 move 160,30 up 190,30 left none move",
+     "grab orbit at 30.5,89.5; orbit from 30.5,89.5 to 40.5,89.5"},
+    {"AClick", "180,30 down 181,31 move up",
+     "grab orbit at 30.5,89.5; orbit from 30.5,89.5 to 31.5,88.5; click scene"},
+    {"AClickThatBeganElsewhere", "160,30 down 180,30 up", ""},
+    {"AreaReleasedInAGap", "180,30 shift right down 200,50 move 10,290 move up", "area scene"},
+    {"AreaWithoutItsShift", "180,30 shift right down 200,50 move none up", "area scene"},
+    {"RRolls", "200,50 move +R left down 200,51 move -R 200,52 move 200,53 move",
+     "grab roll at 50.5,69.5; roll from 50.5,69.5 to 50.5,68.5; grab orbit at 50.5,67.5; "
+     "orbit from 50.5,67.5 to 50.5,66.5"},
+    {"RLetGoInAGap", "200,50 move +R 10,290 move -R 200,50 move down", "grab orbit at 50.5,69.5",
+     false},
+    {"WheelZoomsWhereThePointerIs", "349,119 wheel 170,20 back 149,140 wheel",
+     "zoom 1 at 199.5,0.5; zoom -1 at 20.5,99.5"},
+    {"ADoubleClickFocusesOnce", "250,70 twice 252,70 move up", "focus 100.5,49.5"},
+    {"TheMenuComesWithTheRelease", "250,70 right down 250,72 move", ""},
+    {"TheMenu", "250,70 right down up", "menu scene"},
+    {"Keys", "250,70 move F Home 1 2 3 4 5 6 O",
+     "fit; home; from 0; from 1; from 2; from 3; from 4; from 5; projection"},
+    {"KeysOutside", "10,10 move F", "fit"},
+    {"KeysInAGap", "10,10 move F Left", "", false},
+    {"ArrowsOrbit", "10,10 move Left Up",
+     "grab orbit at 100,50; orbit from 100,50 to 93.75,50; grab orbit at 100,50; "
+     "orbit from 100,50 to 100,56.25"},
+    {"ShiftArrowsPan", "250,70 move shift Right Down",
+     "grab pan at 100,50; pan from 100,50 to 106.25,50; grab pan at 100,50; "
+     "pan from 100,50 to 100,43.75"},
+    {"PlusAndMinusZoom", "250,70 move + = - none",
+     "zoom 1 at 100,50; zoom 1 at 100,50; zoom -1 at 100,50"},
 };
 
-TABLE(KeyBinding, ControlsTest, KeyCase, keyCases);
+TABLE(Hands, ControlsTest, HandsCase, handsCases);
 
-TEST_P(KeyBinding, SteersTheItemUnderThePointer)
+TEST_P(Hands, SteerTheItemInItsOwnPixels)
 {
-    move(250, 70);
-    QTest::keyClick(&window, GetParam().key);
-    EXPECT_EQ(take(), GetParam().steering);
-    move(10, 10);
-    QTest::keyClick(&window, GetParam().key);
-    EXPECT_EQ(take(), "") << "the pointer is elsewhere";
+    control(GetParam().single);
+    run(GetParam().script);
+    EXPECT_EQ(item.log.join("; "), GetParam().steering);
 }
 
 TEST_F(ControlsTest, PeersMoveAlong)
 {
+    control(true);
     GLWidget other(nullptr, "other");
-    controls.setPeers([&](GLW *glw) { return QList<GLW *>{glw, &other}; });
+    controls->setPeers([&](GLW *glw) { return QList<GLW *>{glw, &other}; });
     QStringList steered;
-    QObject::connect(&controls, &Controls::steered,
+    QObject::connect(controls.get(), &Controls::steered,
                      [&](GLW *glw) { steered << glw->objectName(); });
-    move(250, 70);
-    QTest::keyClick(&window, Qt::Key_F);
-    EXPECT_EQ(take(), "fit; fit");
+    run("250,70 move F");
+    EXPECT_EQ(item.log.join("; "), "fit; fit");
     EXPECT_EQ(steered.join(' '), "scene other");
 }
 

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The list of bindings: what a person reads.
+#include <QFontMetricsF>
+#include <QSet>
+
 #include "GL/action.h"
-#include "host/view/window/binding.h"
+#include "host/view/window/bindings_list.h"
 #include "tests/GL/table.h"
 
 namespace host {
@@ -46,7 +49,23 @@ TEST_P(BindingInWords, ReadsAsAPersonWouldSayIt)
     EXPECT_EQ(bindingWords(c.binding ? static_cast<QAction *>(&mouse) : &key), c.words);
 }
 
-TEST(BindingRows, GathersWhatDoesTheSameInTheOrderOfBinding)
+struct RowsCase {
+    const char *name;
+    int contents;
+    const char *rows;
+};
+
+const RowsCase rowsCases[] = {
+    {"Nothing", NoContent, "F1, ?: Help; Ctrl+Q: Quit"},
+    {"AModel", OnModel, "F, arrows: Fit; G: Lit; F1, ?: Help; Ctrl+Q: Quit"},
+    {"APlot", OnPlot, "F: Fit; arrows: Shift it; Y: Along y; F1, ?: Help; Ctrl+Q: Quit"},
+    {"Both", OnAny,
+     "F, arrows: Fit; arrows: Shift it; G: Lit; Y: Along y; F1, ?: Help; Ctrl+Q: Quit"},
+};
+
+TABLE(BindingRows, testing::Test, RowsCase, rowsCases);
+
+TEST_P(BindingRows, GathersWhatDoesTheSameAndListsWhatDoesSomething)
 {
     QObject scene;
     QList<QAction *> actions; // as the module keeps them: the newest first
@@ -57,7 +76,12 @@ TEST(BindingRows, GathersWhatDoesTheSameInTheOrderOfBinding)
         actions.prepend(action);
         return action;
     };
-    add("F", "Fit");
+    setContents(add("F", "Fit"), OnAny);
+    QAction *arrows = add("Left", "Fit");
+    arrows->setProperty("words", "arrows");
+    setContents(arrows, OnAny, "Shift it");
+    setContents(add("G", "Lit"), OnModel);
+    setContents(add("Y", "Along y"), OnPlot);
     add("F1", "Help");
     add("Shift+?", "Help");
     add("?", "Help");
@@ -68,9 +92,57 @@ TEST(BindingRows, GathersWhatDoesTheSameInTheOrderOfBinding)
     actions.prepend(window);
 
     QStringList rows;
-    for (const BindingRow &row : bindingRows(actions))
+    for (const BindingRow &row : bindingRows(actions, GetParam().contents))
         rows << row.keys + ": " + row.text;
-    EXPECT_EQ(rows.join("; "), "F: Fit; F1, ?: Help; Ctrl+Q: Quit");
+    EXPECT_EQ(rows.join("; "), GetParam().rows);
+}
+
+struct ListCase {
+    const char *name;
+    QSizeF window;
+    int columns; // 0: nothing is painted
+    bool scrolls;
+};
+
+const ListCase listCases[] = {
+    {"Large", {1280, 800}, 1, false},
+    {"Low", {1280, 400}, 2, false},
+    {"Small", {400, 300}, 1, true},
+    {"Thumb", {60, 40}, 0, false},
+};
+
+TABLE(BindingsList, testing::Test, ListCase, listCases);
+
+TEST_P(BindingsList, ShowsEveryRowInFullInColumnsOrByScrolling)
+{
+    QVector<BindingRow> rows;
+    for (int i = 0; i < 20; ++i)
+        rows.append({"middle drag, Shift+left drag", "Make the point the centre"});
+    QFont font;
+    font.setPixelSize(13);
+    const QRectF bounds(QPointF(), GetParam().window);
+    const BindingsLayout top(bounds, font, rows, -5), end(bounds, font, rows, 1000);
+    QSet<double> columns;
+    for (const BindingsLayout &layout : {top, end}) {
+        double below = 0;
+        for (const auto &place : layout.places) {
+            columns.insert(place.keys.left());
+            EXPECT_TRUE(layout.panel.contains(place.keys) && layout.panel.contains(place.text));
+            EXPECT_FALSE(place.keys.intersects(place.text));
+            EXPECT_TRUE(place.keys.top() >= below || place.keys.top() < below - 100);
+            EXPECT_GE(place.text.height(), QFontMetricsF(font)
+                                               .boundingRect(QRectF(0, 0, place.text.width(), 999),
+                                                             Qt::TextWordWrap, rows[0].text)
+                                               .height());
+            below = place.keys.bottom();
+        }
+        EXPECT_TRUE(bounds.contains(layout.panel));
+    }
+    EXPECT_EQ(top.first, 0);
+    EXPECT_EQ(columns.size(), GetParam().columns);
+    EXPECT_EQ(end.first > 0, GetParam().scrolls);
+    if (GetParam().columns)
+        EXPECT_EQ(end.first + end.places.size(), rows.size());
 }
 
 } // namespace
