@@ -29,8 +29,9 @@ protected:
         boxes("a.obj", 1);
         const QString path = plot ? file("b.csv", weather()) : boxes("b.obj", 1);
         boxes("c.obj", 1);
-        view = std::make_unique<SingleView>(*window, path);
+        view = std::make_unique<SingleView>(*window, queue, path);
         show(*view);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !list().filter("strip").isEmpty(); }, 20000));
         view->lookFrom(Steering::Side::Front);
         settle(glw());
     }

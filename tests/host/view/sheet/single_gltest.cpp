@@ -45,7 +45,7 @@ TEST_F(SingleTest, ARectangleSelectsThePartsThatItMeets)
     ASSERT_TRUE(model);
     drag({150, 80}, {250, 320}, Qt::RightButton, Qt::ShiftModifier);
     EXPECT_EQ(model->selectedParts(), (std::vector<bool>{true, false}));
-    drag({250, 120}, {370, 320}, Qt::RightButton, Qt::ShiftModifier);
+    drag({250, 120}, {430, 320}, Qt::RightButton, Qt::ShiftModifier);
     EXPECT_EQ(model->selectedParts(), (std::vector<bool>{true, true}));
     drag({450, 320}, {350, 80}, Qt::RightButton, Qt::ShiftModifier);
     EXPECT_EQ(model->selectedParts(), (std::vector<bool>{false, true}));
