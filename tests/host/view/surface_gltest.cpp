@@ -31,6 +31,7 @@ protected:
         boxes("c.obj", 1);
         view = std::make_unique<SingleView>(*window, queue, path);
         show(*view);
+        QApplication::setActiveWindow(window->widget()); // shortcuts are heard
         ASSERT_TRUE(QTest::qWaitFor([&] { return !list().filter("strip").isEmpty(); }, 20000));
         view->lookFrom(Steering::Side::Front);
         settle(glw());

@@ -107,7 +107,7 @@ struct ListCase {
 const ListCase listCases[] = {
     {"Large", {1280, 800}, 1, false},
     {"Low", {1280, 400}, 2, false},
-    {"Small", {400, 300}, 1, true},
+    {"Small", {250, 300}, 1, true},
     {"Thumb", {60, 40}, 0, false},
 };
 
@@ -117,7 +117,7 @@ TEST_P(BindingsList, ShowsEveryRowInFullInColumnsOrByScrolling)
 {
     QVector<BindingRow> rows;
     for (int i = 0; i < 20; ++i)
-        rows.append({"middle drag, Shift+left drag", "Make the point the centre"});
+        rows.append(BindingRow{"Ctrl+drag", "Zoom in to it"});
     QFont font;
     font.setPixelSize(13);
     const QRectF bounds(QPointF(), GetParam().window);
@@ -136,13 +136,12 @@ TEST_P(BindingsList, ShowsEveryRowInFullInColumnsOrByScrolling)
                                                .height());
             below = place.keys.bottom();
         }
-        EXPECT_TRUE(bounds.contains(layout.panel));
+        EXPECT_TRUE(layout.places.isEmpty() || bounds.contains(layout.panel));
     }
     EXPECT_EQ(top.first, 0);
     EXPECT_EQ(columns.size(), GetParam().columns);
     EXPECT_EQ(end.first > 0, GetParam().scrolls);
-    if (GetParam().columns)
-        EXPECT_EQ(end.first + end.places.size(), rows.size());
+    EXPECT_EQ(end.first + end.places.size(), GetParam().columns ? rows.size() : 0);
 }
 
 } // namespace
