@@ -45,8 +45,8 @@ public:
     /// null. Other kinds of action are passed over.
     static KeyAction *find(const QList<QAction *> &actions, int key);
 
-    /// Emits the signals for a press (@p state) or release. Stops if a slot deletes the action or
-    /// @p glw.
+    /// Emits the signals for a press (@p state) or release. Stops if a slot deletes the action,
+    /// @p glw or the window of @p glw.
     void activate(GLW *glw, bool state, bool repeat);
 
 Q_SIGNALS:
@@ -106,7 +106,7 @@ Q_SIGNALS:
     void triggered(GLW *glw, bool state);
 };
 
-/// Connects the first of @p signals (in `SIGNAL()` form) whose arguments fit @p obj's @p slot (in
+/// Connects the first of @p overloads (in `SIGNAL()` form) whose arguments fit @p obj's @p slot (in
 /// `SLOT()` form) to it; @p action dies with @p obj. Returns false if an argument is null or none
 /// fits; in the latter case the action still dies with @p obj.
 inline bool connectFirst(QAction *action, std::initializer_list<const char *> overloads,

@@ -196,9 +196,13 @@ void GLMultiWidget::Connected()
         tile->gl = gl;
     constexpr uint left = Qt::LeftButton;
     constexpr uint doubleClick = 0x100;
+    // Whoever hears of the end of those from an earlier insertion may delete the view.
+    const QPointer<GLMultiWidget> self(this);
     NewMouseAction(left | doubleClick, 0, makeName("leftdoublemouse"), this,
                    SLOT(LeftDoubleMouse(GLW *, bool)));
-    NewMouseAction(left, 0, makeName("leftmouse"), this, SLOT(LeftMouse(GLW *, bool)));
-    NewMouseAction(left | uint(Qt::ControlModifier), 0, makeName("ctrlleftmouse"), this,
-                   SLOT(CtrlLeftMouse(GLW *, bool)));
+    if (self)
+        NewMouseAction(left, 0, makeName("leftmouse"), this, SLOT(LeftMouse(GLW *, bool)));
+    if (self)
+        NewMouseAction(left | uint(Qt::ControlModifier), 0, makeName("ctrlleftmouse"), this,
+                       SLOT(CtrlLeftMouse(GLW *, bool)));
 }

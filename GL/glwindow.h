@@ -26,7 +26,8 @@ class QMenu;
 /// "verbose" (int), "drawfps" and "clampMouseToFrame" (bool) are read; "fpsString" and "cpuString"
 /// (QString) and "swRendering" (bool) are written.
 /// A host's slot may delete objects and actions at any time, and the window itself except in a
-/// repaint that Qt asked for and while GL is initialised; deleteLater() works there too.
+/// repaint or a resize (Resized) that Qt asked for and while GL is initialised; deleteLater() works
+/// there too.
 class GLWINDOW_EXPORT QGLWindow : public GLWindow {
     Q_OBJECT
     Q_PROPERTY(float fps READ fps WRITE fps)

@@ -48,8 +48,8 @@ inline void qUnsetParentProperty(QObject *o, const QByteArray &name)
         return;
     o->setProperty("parent", QVariant());
     const QVariant held = parent->property(name);
-    // By address and exact type: an object that another variant holds may be gone.
-    if (held.userType() == QMetaType::QObjectStar &&
+    // By address alone: an object that the variant holds may be gone.
+    if (QMetaType::typeFlags(held.userType()) & QMetaType::PointerToQObject &&
         *static_cast<QObject *const *>(held.constData()) == o)
         parent->setProperty(name, QVariant());
 }
