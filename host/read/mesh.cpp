@@ -77,8 +77,15 @@ QVector3D FileAxes::fromFile(const QVector3D &inFile) const
 
 std::size_t Mesh::byteSize() const
 {
-    return positions.size() * sizeof(float) + normals.size() * sizeof(float) + colours.size() +
-           indices.size() * sizeof(quint32);
+    return byteSize(vertexCount(), !colours.empty(), indices.size(), parts.size());
+}
+
+std::size_t Mesh::byteSize(std::size_t vertices, bool coloured, std::size_t indices,
+                           std::size_t parts)
+{
+    constexpr std::size_t names = 2 * 48; // of a part: two short texts
+    return vertices * (6 * sizeof(float) + (coloured ? 4 : 0)) + indices * sizeof(quint32) +
+           parts * (sizeof(MeshPart) + names);
 }
 
 QVector3D Mesh::fileSize() const

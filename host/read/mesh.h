@@ -77,7 +77,9 @@ struct Mesh {
 
     std::size_t vertexCount() const { return positions.size() / 3; }
     std::size_t triangleCount() const { return indices.size() / 3; }
-    std::size_t byteSize() const; ///< Of the arrays, without parts and notes.
+    std::size_t byteSize() const; ///< Memory held; that of names and notes by rule of thumb.
+    static std::size_t byteSize(std::size_t vertices, bool coloured, std::size_t indices,
+                                std::size_t parts); ///< Of a mesh of so many.
 
     QVector3D fileSize() const; ///< Along the file's own x, y and z.
 

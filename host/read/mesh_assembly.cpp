@@ -27,7 +27,11 @@ public:
     MeshAssembly(const Counts &wanted, const FileAxes &axes, const QStringList &notes);
 
     quint64 byteSize() const override;
-    double arrived() const override { return double(mesh_->byteSize()) / double(byteSize()); }
+    double arrived() const override
+    {
+        return double(mesh_->positions.size() + mesh_->normals.size() + mesh_->indices.size()) /
+               (6.0 * wanted_.vertices + wanted_.indices);
+    }
     bool takeItem(QDataStream &in) override;
     char *room(quint32 array, quint32 size) override;
     bool check(quint32 array, quint32 size) override;
@@ -55,7 +59,7 @@ MeshAssembly::MeshAssembly(const Counts &wanted, const FileAxes &axes, const QSt
 
 quint64 MeshAssembly::byteSize() const
 {
-    return quint64(wanted_.vertices) * (wanted_.coloured ? 28 : 24) + quint64(wanted_.indices) * 4;
+    return Mesh::byteSize(wanted_.vertices, wanted_.coloured, wanted_.indices, wanted_.parts);
 }
 
 bool MeshAssembly::takeItem(QDataStream &in)
@@ -148,7 +152,10 @@ bool MeshAssembly::checkNormals(std::size_t from) const
 
 Content MeshAssembly::finish()
 {
-    if (mesh_->byteSize() != byteSize() || mesh_->parts.size() != wanted_.parts)
+    const std::size_t vertices = wanted_.vertices;
+    if (mesh_->positions.size() != vertices * 3 || mesh_->normals.size() != vertices * 3 ||
+        mesh_->colours.size() != (wanted_.coloured ? vertices * 4 : 0) ||
+        mesh_->indices.size() != wanted_.indices || mesh_->parts.size() != wanted_.parts)
         return {};
     const MeshPart &last = mesh_->parts.back();
     if (last.firstIndex + last.indexCount != wanted_.indices)

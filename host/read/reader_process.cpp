@@ -60,17 +60,24 @@ void limitFile(const ReadLimits &limits)
     limit(RLIMIT_CPU, seconds + rlim_t(limits.cpuSeconds), RLIM_INFINITY);
 }
 
-/// Whether more memory is kept than @p most bytes once all that was read is freed.
-bool hasGrown(quint64 most)
+quint64 residentBytes()
 {
-    malloc_trim(0);
     long pages = 0;
     if (FILE *file = std::fopen("/proc/self/statm", "re")) {
         if (std::fscanf(file, "%*d %ld", &pages) != 1)
             pages = 0;
         std::fclose(file);
     }
-    return quint64(pages) * quint64(sysconf(_SC_PAGESIZE)) > most;
+    return quint64(pages) * quint64(sysconf(_SC_PAGESIZE));
+}
+
+/// Whether more memory is kept than @p most bytes, now that all that was read is freed.
+bool hasGrown(quint64 most)
+{
+    if (residentBytes() <= most)
+        return false;
+    malloc_trim(0);
+    return residentBytes() > most;
 }
 
 /// Keeps standard output for the answers alone: from here on other writers reach standard error.

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Which files there are, what they are, and what is said of those that cannot be read.
 #include <QFile>
+#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include "host/read/file_kind.h"
 #include "host/read/model_files.h"
-#include "tests/GL/table.h"
 #include "tests/host/read/support.h"
 
 namespace host {
@@ -19,38 +19,34 @@ QStringList namesIn(const ModelFolder &folder, const CollectLimits &limits = {})
     return names;
 }
 
-struct SuffixCase {
-    const char *name;
-    const char *file;
-    QByteArray content;
-    bool taken, table;
-};
-
-const SuffixCase suffixCases[] = {
-    {"Commas", "a.csv", "x", true, true},
-    {"Tabs", "a.TSV", "x", true, true},
-    {"TextThatIsATable", "a.txt", "t;a\n1;2\n3;", true, true},
-    {"TextThatIsNone", "a.txt", "Dear diary,\nit rains\n", false, true},
-    {"DottedName", "a.b.fbx", "x", true, false},
-    {"Picture", "a.png", "x", false, false},
-    {"NoSuffix", "obj", "x", false, false},
-    {"Hidden", ".a.obj", "x", false, false},
-    {"MotionAlone", "a.md5anim", "x", false, false},
-    {"XmlOfAMesh", "a.xml", "<?xml version=\"1.0\"?>\n<mesh>", true, false},
-    {"XmlOfSomethingElse", "a.xml", "<?xml version=\"1.0\"?>\n<note>", false, false},
-    {"RawTriangles", "a.raw", "0 0 0 1 0 0 0 1 0\n", true, false},
-    {"RawPhotograph", "a.raw", QByteArray("II*\0\x10", 5), false, false},
-    {"Empty", "a.obj", "", true, false}, // it is shown, with the reason
-};
-
-TABLE(FileKind, testing::Test, SuffixCase, suffixCases);
-
-TEST_P(FileKind, IsTakenOrLeft)
+TEST(FileList, TakesFilesByNameAndByTheirFirstBytesWhereTheNameSaysLittle)
 {
-    const ModelFolder folder;
-    folder.write(GetParam().file, GetParam().content);
-    EXPECT_EQ(namesIn(folder).size(), GetParam().taken ? 1 : 0);
-    EXPECT_EQ(isTable(GetParam().file), GetParam().table);
+    const struct {
+        const char *file;
+        QByteArray content;
+        bool taken, table;
+    } rows[] = {
+        {"a.csv", "x", true, true},
+        {"a.TSV", "x", true, true},
+        {"a.txt", "t;a\n1;2\n3;", true, true},
+        {"a.txt", "Dear diary,\nit rains\n", false, true},
+        {"a.b.fbx", "x", true, false},
+        {"a.png", "x", false, false},
+        {"obj", "x", false, false},
+        {".a.obj", "x", false, false},
+        {"a.md5anim", "x", false, false},
+        {"a.xml", "<?xml version=\"1.0\"?>\n<mesh>", true, false},
+        {"a.xml", "<?xml version=\"1.0\"?>\n<note>", false, false},
+        {"a.raw", "0 0 0 1 0 0 0 1 0\n", true, false},
+        {"a.raw", QByteArray("II*\0\x10", 5), false, false},
+        {"a.obj", "", true, false}, // it is shown, with the reason
+    };
+    for (const auto &c : rows) {
+        const ModelFolder folder;
+        folder.write(c.file, c.content);
+        EXPECT_EQ(namesIn(folder).size(), c.taken ? 1 : 0) << c.file << c.content.toStdString();
+        EXPECT_EQ(isTable(c.file), c.table) << c.file;
+    }
 }
 
 TEST(FileList, IsSortedAsAPersonSortsAndEndsWhereLinksRunInACircle)

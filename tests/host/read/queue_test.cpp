@@ -5,9 +5,9 @@
 #include <QFileInfo>
 #include <QSignalSpy>
 #include <QTest>
+#include <gtest/gtest.h>
 
 #include "host/read/read_queue.h"
-#include "tests/GL/table.h"
 #include "tests/host/read/support.h"
 
 namespace host {
@@ -174,81 +174,67 @@ TEST_F(ReadQueueTest, MayBeDeletedFromItsOwnSignals)
     }
 }
 
-struct ServiceCase {
-    const char *name;
-    int mostServed;
-    quint64 keptBytes;
-    int processes; // that five files take
-};
-
-const ServiceCase serviceCases[] = {
-    {"OneServesAll", 200, quint64(1) << 40, 1},
-    {"SomeServeTwo", 2, quint64(1) << 40, 3},
-    {"LargeOnesServeOne", 200, 1, 5},
-};
-
-TABLE(ReadService, testing::Test, ServiceCase, serviceCases);
-
-TEST_P(ReadService, TakesSoManyProcesses)
+TEST(ReadQueueChild, ServesUntilItHasServedEnoughOrHasGrown)
 {
-    const ModelFolder folder;
-    ReaderProgram program;
-    program.arguments = QStringList{"--count", folder.path("processes")};
-    program.mostServed = GetParam().mostServed;
-    program.limits.keptBytes = GetParam().keptBytes;
-    ReadQueue queue(nullptr, program);
-    queue.setMaxProcesses(1);
-    const Log log(queue);
-    for (int i = 0; i < 5; ++i)
-        queue.add(folder.write(QString::number(i) + ".obj", i == 2 ? "x" : objTriangle()));
-    ASSERT_TRUE(log.waitUntilIdle());
-    EXPECT_EQ(log.contents.size(), 4u);
-    EXPECT_EQ(log.reasons.size(), 1);
-    EXPECT_EQ(QFileInfo(folder.path("processes")).size(), GetParam().processes);
+    const struct {
+        int mostServed;
+        quint64 keptBytes;
+        int processes; // that five files take
+    } rows[] = {{200, quint64(1) << 40, 1}, {2, quint64(1) << 40, 3}, {200, 1, 5}};
+    for (const auto &c : rows) {
+        const ModelFolder folder;
+        ReaderProgram program;
+        program.arguments = QStringList{"--count", folder.path("processes")};
+        program.mostServed = c.mostServed;
+        program.limits.keptBytes = c.keptBytes;
+        ReadQueue queue(nullptr, program);
+        queue.setMaxProcesses(1);
+        const Log log(queue);
+        for (int i = 0; i < 5; ++i)
+            queue.add(folder.write(QString::number(i) + ".obj", i == 2 ? "x" : objTriangle()));
+        ASSERT_TRUE(log.waitUntilIdle());
+        EXPECT_EQ(log.contents.size(), 4u);
+        EXPECT_EQ(log.reasons.size(), 1);
+        EXPECT_EQ(QFileInfo(folder.path("processes")).size(), c.processes);
+    }
 }
 
-struct ChildCase {
-    const char *name;
-    const char *how; // the child is to behave; empty: as it should
-    const char *file;
-    QByteArray content;
-    const char *reason;
-};
-
-const ChildCase childCases[] = {
-    {"Crashes", "crash", "a.obj", "x", "the reader crashed (signal 11) on it"},
-    {"WaitsForEver", "sleep", "a.csv", "x", "reading it took longer than 1 s"},
-    {"TalksNonsense", "garbage", "a.obj", "x", "the reader's answer is broken"},
-    {"StopsWithoutAWord", "silent", "a.obj", "x",
-     "the reader stopped without an answer (exit code 3)"},
-    {"IsOutOfMemory", "memory", "a.csv", "x",
-     "the reader ran out of its memory limit of 512.0 MiB"},
-    // assimp 5.2 looks for the end of this header for ever.
-    {"IsKeptBusy", "", "a.ply", "ply\nformat ascii 1.0\nelement vertex 3\nprop",
-     "reading it took longer than 1 s"},
-    {"IsAskedForAllMemory", "", "a.off", "OFF\n60000000 60000000 0\n0 0 0\n",
-     "the reader ran out of its memory limit of 512.0 MiB"},
-};
-
-TABLE(ReadByAChildThat, testing::Test, ChildCase, childCases);
-
-TEST_P(ReadByAChildThat, FailsWithAReason)
+TEST(ReadQueueChild, ThatFailsLeavesAReason)
 {
-    const ChildCase &c = GetParam();
-    if (qstrcmp(c.file, "a.off") == 0 && !canLimitMemory())
-        return; // this build has no limit, and the file would take gigabytes
-    const ModelFolder folder;
-    ReaderProgram program;
-    if (*c.how)
-        program.arguments = QStringList{"--misbehave", c.how};
-    program.limits.memory = 512u << 20;
-    program.limits.cpuSeconds = 1;
-    program.limits.wallSeconds = *c.how ? 1 : 60;
-    ReadQueue queue(nullptr, program);
-    const Log log(queue);
-    queue.add(folder.write(c.file, c.content));
-    ASSERT_TRUE(log.waitUntilIdle());
-    EXPECT_EQ(log.reasons, QStringList{c.reason});
+    const char *const slow = "reading it took longer than 1 s";
+    const char *const memory = "the reader ran out of its memory limit of 512.0 MiB";
+    const struct {
+        const char *how; // the child is to behave; empty: as it should
+        const char *file;
+        QByteArray content;
+        const char *reason;
+    } rows[] = {
+        {"crash", "a.obj", "x", "the reader crashed (signal 11) on it"},
+        {"sleep", "a.csv", "x", slow},
+        {"garbage", "a.obj", "x", "the reader's answer is broken"},
+        {"silent", "a.obj", "x", "the reader stopped without an answer (exit code 3)"},
+        {"memory", "a.csv", "x", memory},
+        // assimp 5.2 looks for the end of this header for ever.
+        {"", "a.ply", "ply\nformat ascii 1.0\nelement vertex 3\nprop", slow},
+        {"", "a.off", "OFF\n60000000 60000000 0\n0 0 0\n", memory},
+    };
+    for (const auto &c : rows) {
+        SCOPED_TRACE(c.reason);
+        if (!*c.how && c.reason == memory && !canLimitMemory())
+            continue; // this build has no limit, and the file would take gigabytes
+        const ModelFolder folder;
+        ReaderProgram program;
+        if (*c.how)
+            program.arguments = QStringList{"--misbehave", c.how};
+        program.limits.memory = 512u << 20;
+        program.limits.cpuSeconds = 1;
+        program.limits.wallSeconds = *c.how ? 1 : 60;
+        ReadQueue queue(nullptr, program);
+        const Log log(queue);
+        queue.add(folder.write(c.file, c.content));
+        ASSERT_TRUE(log.waitUntilIdle());
+        EXPECT_EQ(log.reasons, QStringList{c.reason});
+    }
 }
 
 TEST(ReadQueueChild, ThatServedOthersBeforeItCrashedIsReplacedAndTheFileReadAgain)

@@ -208,6 +208,9 @@ TEST_F(SheetTest, WhatPassesTheMemoryForAllIsRefusedInItsTile)
     EXPECT_EQ(sheet->entries().at(1).state, SheetEntry::State::Shown);
     EXPECT_EQ(sheet->entries().at(2).state, SheetEntry::State::Failed);
     EXPECT_NE(sheet->entries().at(2).reason, "");
+    sheet->setMemoryBudget(10000000);
+    show(*sheet);
+    EXPECT_EQ(sheet->entries().at(2).state, SheetEntry::State::Shown) << "there is room now";
 }
 
 } // namespace
