@@ -2,47 +2,67 @@
 #ifndef TESTS_HOST_CAPTURE_SCENE_H
 #define TESTS_HOST_CAPTURE_SCENE_H
 
-#include <memory>
-
-#include <sys/resource.h>
-
-#include <gtest/gtest.h>
-
 #include "GL/glwidget.h"
-#include "GL/glwindow.h"
 #include "host/capture/picture.h"
+#include "tests/GL/fixture.h"
 
 namespace host {
 
-/// A shown window of 320 x 200 pixels with two objects: `main` fills it, `inset` stands at (200,
-/// 20) with 100 x 80 pixels. Both show, from 3 in front, a slanted band of colours, a wide frame of
-/// lines and fat points in the plane z = 0, and in 2D a cross of 3-pixel lines through the origin.
-class Scene : public testing::Test {
+/// A window of 320 x 200 pixels with two objects: `main` fills it, `inset` stands at (200, 20) with
+/// 100 x 80 pixels. Both show, from 3 in front, a slanted band of colours, a frame of wide lines
+/// and fat points in the plane z = 0, and in 2D a cross of 3-pixel lines through the origin.
+class Scene : public WindowTest {
 protected:
-    Scene();
-    ~Scene() override;
+    Scene() : WindowTest({320, 200})
+    {
+        request.window = request.size = QSize(320, 200);
+        request.objects = {{main, {0, 0, 320, 200}, {}, draw3D, draw2D, {}},
+                           {inset, {200, 20, 100, 80}, {}, draw3D, draw2D, {}}};
+        for (GLWidget *object : {main, inset}) {
+            object->camera.radius = 3;
+            object->camera.rot = Vector(20, 30, 0);
+            object->camera.Update(0);
+            QObject::connect(object, &GLWidget::Draw3D, [](GLW *glw) { draw3D(glw, 1); });
+            QObject::connect(object, &GLWidget::Draw2D, [](GLW *glw) { draw2D(glw, 1); });
+        }
+    }
+    static void draw3D(GLW *, float scale)
+    {
+        glEnable(GL_DEPTH_TEST);
+        glBegin(GL_TRIANGLE_STRIP);
+        for (int i = 0; i <= 12; ++i) {
+            glColor3f(float(i % 3) / 2, float(i % 4) / 3, 1 - float(i) / 12);
+            glVertex3f(float(i) / 4 - 1.5f, i % 2 ? 0.9f : -0.7f, float(i) / 12 - 1.6f);
+        }
+        glEnd();
+        glColor3f(1, 1, 0);
+        glLineWidth(9 * scale);
+        glBegin(GL_LINE_LOOP);
+        for (const int i : {0, 1, 3, 2})
+            glVertex2f(i % 2 ? 1.3f : -1.3f, i / 2 ? 1 : -1);
+        glEnd();
+        glPointSize(13 * scale);
+        glBegin(GL_POINTS);
+        for (int i = 0; i < 40; ++i)
+            glVertex3f(float(i % 8) / 3 - 1.2f, float(i / 8) / 2.5f - 0.8f, 0);
+        glEnd();
+    }
+    static void draw2D(GLW *, float scale)
+    {
+        glDisable(GL_DEPTH_TEST);
+        glColor3f(0, 1, 1);
+        glLineWidth(3 * scale);
+        glBegin(GL_LINES);
+        glVertex2f(-40, 0);
+        glVertex2f(40, 0);
+        glVertex2f(0, -30);
+        glVertex2f(0, 30);
+        glEnd();
+    }
 
-    PictureRequest request() const; ///< What the window shows, in the window's size.
-    QImage shown();                 ///< A frame of the window itself.
-
-    std::unique_ptr<QGLWindow> window;
-    GLWidget main{nullptr, "main"};
-    GLWidget inset{nullptr, "inset"};
+    GLWidget *main = add("main"), *inset = add("inset", QRectF(200, 20, 100, 80));
+    PictureRequest request; ///< What the window shows, in the window's size.
 };
-
-/// No file grows beyond some bytes, as on a disk that is full, while this lives.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes);
-    ~FileSizeLimit();
-
-private:
-    rlimit before_;
-};
-
-/// Pixels of which a channel differs by more than @p tolerance. Pictures of other sizes differ
-/// everywhere.
-int differing(const QImage &a, const QImage &b, int tolerance);
 
 } // namespace host
 

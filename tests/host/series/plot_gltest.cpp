@@ -1,35 +1,27 @@
 // SPDX-License-Identifier: MIT
-#include <QPainter>
-#include <QPixmap>
-#include <QScreen>
-#include <QTest>
-#include <QWindow>
-#include <gtest/gtest.h>
+// What a plot draws in a real window, over red.
+#include <cmath>
 
-#include "GL/glwidget.h"
-#include "GL/glwindow.h"
 #include "host/series/plot.h"
+#include "tests/GL/fixture.h"
 
 namespace host {
 namespace {
 
-const double none = std::numeric_limits<double>::quiet_NaN();
-
-// Lines from x = 0 to 100: "high" at 8, without the samples 40 to 60, "low" at 3, the slope y = x,
-// and a dashed and a dotted one at 5 and 7. All but the first two are hidden at first.
+// Lines from x = 0 to 100: 0 at 8, without the samples 40 to 60, 1 at 3, 2 is the slope y = x, and
+// those from 3 on at 5 or, from 7 on, at 7. All but the first two are hidden at first.
 std::shared_ptr<const Table> levels(double step)
 {
     auto table = std::make_shared<Table>();
     std::vector<double> high;
     for (double x = 0; x <= 100; x += step) {
         table->x.push_back(x);
-        high.push_back(x >= 40 && x <= 60 ? none : 8);
+        high.push_back(x >= 40 && x <= 60 ? std::nan("") : 8);
     }
-    table->columns.emplace_back("high", high);
-    table->columns.emplace_back("low", std::vector<double>(high.size(), 3.0));
+    table->columns = {{"high", high}, {"low", std::vector<double>(high.size(), 3)}};
     table->columns.emplace_back("slope", table->x);
     for (int i = 3; i < 13; ++i)
-        table->columns.emplace_back("level", std::vector<double>(high.size(), i < 7 ? 5.0 : 7.0));
+        table->columns.emplace_back("level", std::vector<double>(high.size(), i < 7 ? 5 : 7));
     return table;
 }
 
@@ -41,33 +33,24 @@ struct DrawCase {
     double step;  // between rows: few rows are drawn as they are, many are decimated
     double scale;
 };
-
-const int leftTop = GL::Viewport::AlignLeft | GL::Viewport::AlignTop;
-const int leftBottom = GL::Viewport::AlignLeft | GL::Viewport::AlignBottom;
-
-const DrawCase drawCases[] = {
-    {"WholeWindow", GL::Viewport::AlignCenter, {0, 0, 1, 1}, {0, 0, 640, 480}, 1, 1},
-    {"ManyRows", GL::Viewport::AlignCenter, {0, 0, 1, 1}, {0, 0, 640, 480}, 1.0 / 1024, 1.5},
-    {"TileAtTheBottom", leftTop, {0.375, 0.25, 0.625, 0.75}, {240, 120, 400, 360}, 1, 1},
-    {"FromTheFarEdge", leftBottom, {-20, -10, 500, 400}, {120, 70, 500, 400}, 0.0625, 1},
-};
-
 void PrintTo(const DrawCase &c, std::ostream *out)
 {
     *out << c.name;
 }
+using V = GL::Viewport;
+const DrawCase drawCases[] = {
+    {"Window", V::AlignCenter, {0, 0, 1, 1}, {0, 0, 640, 480}, 1, 1},
+    {"ManyRows", V::AlignCenter, {0, 0, 1, 1}, {0, 0, 640, 480}, 1.0 / 1024, 1.5},
+    {"Bottom", V::AlignLeft | V::AlignTop, {.375, .25, .625, .75}, {240, 120, 400, 360}, 1, 1},
+    {"Far", V::AlignLeft | V::AlignBottom, {-20, -10, 500, 400}, {120, 70, 500, 400}, 0.0625, 1},
+};
 
-/// A plot in a real window, wired by signals, over a red background.
-class PlotDrawing : public testing::TestWithParam<DrawCase> {
+class PlotDrawing : public WindowTest, public testing::WithParamInterface<DrawCase> {
 protected:
-    void SetUp() override
+    PlotDrawing() : WindowTest({640, 480}), object(add("object", GetParam().rect))
     {
-        window.resize(640, 480);
-        object.setGeometry(GetParam().rect);
-        object.viewport.align = GetParam().align;
-        window.AddGLWidget(&object);
-        window.setProperty("drawfps", false);
-        QObject::connect(&object, &GLWidget::Draw2D, [this](GLW *glw) {
+        object->viewport.align = GetParam().align;
+        QObject::connect(object, &GLWidget::Draw2D, [this](GLW *glw) {
             while (glGetError() != GL_NO_ERROR) {
             } // Qt's, from text of the frame before
             glEnable(GL_LIGHTING);
@@ -76,185 +59,146 @@ protected:
             plot.draw2D(glw);
             GLint mode[2] = {};
             glGetIntegerv(GL_POLYGON_MODE, mode);
-            stateKept = glIsEnabled(GL_LIGHTING) && glIsEnabled(GL_DEPTH_TEST) &&
+            EXPECT_TRUE(glIsEnabled(GL_LIGHTING) && glIsEnabled(GL_DEPTH_TEST) &&
                         !glIsEnabled(GL_CLIP_PLANE0) && !glIsEnabled(GL_BLEND) &&
-                        mode[0] == GL_LINE;
+                        mode[0] == GL_LINE);
             glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
             glDisable(GL_LIGHTING);
-            error = glGetError();
+            EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
         });
-        QObject::connect(&object, &GLWidget::PaintForeground, [this](GLW *glw, QPainter *painter) {
+        QObject::connect(object, &GLWidget::PaintForeground, [this](GLW *glw, QPainter *painter) {
             plot.paintForeground(glw, painter);
         });
-        plot.setOptions(layoutOptions);
+        plot.setOptions(options);
         for (int i = 2; i < 13; ++i)
             plot.toggle(i);
-        window.show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
-        ASSERT_TRUE(window.context() && window.context()->isValid()) << "no GL context";
-        window.makeCurrent();
         glClearColor(1, 0, 0, 1);
-        plot.fit(&object, {10, 10, 80, -10}); // x 10 to 90, y 0 to 10
+        plot.fit(object, {10, 10, 80, -10}); // x 10 to 90, y 0 to 10
     }
 
-    void draw()
+    QColor color(const QPointF &local) const
     {
-        window.updateGL();
-        glFinish();
-        picture = window.screen()->grabWindow(window.winId()).toImage();
-        ASSERT_EQ(picture.size(), QSize(640, 480));
-        EXPECT_EQ(error, GLenum(GL_NO_ERROR));
-        EXPECT_TRUE(stateKept);
+        const QPointF at = GetParam().pixels.topLeft() + local;
+        return pixel(int(at.x()), int(at.y()));
     }
-
-    // The window's pixel at shares (0 to 1) of the plot's area, x to the right and y upwards.
-    QColor atShare(double x, double y) const
+    // Which colour is seen there, more or less: a palette's number, b for the background, or ?.
+    char seen(const QPointF &local) const
     {
-        return atLocal({area.left() + x * area.width(), area.bottom() - y * area.height()});
+        const QColor c = color(local);
+        std::pair<int, char> nearest(120, '?');
+        for (int i = 0; i <= paletteSize; ++i) {
+            const bool line = i < paletteSize;
+            const QColor o =
+                line ? seriesStyle(i, plot.theme()).color : plotColors(plot.theme()).background;
+            const int apart = std::abs(c.red() - o.red()) + std::abs(c.green() - o.green()) +
+                              std::abs(c.blue() - o.blue());
+            nearest = std::min(nearest, {apart, line ? char('0' + i) : 'b'});
+        }
+        return nearest.second;
     }
-    QColor atLocal(const QPointF &local) const
+    // Draws a frame; what is seen at shares "x,y" (0 to 1) of the plot's area, y upwards.
+    std::string look(const QString &points)
     {
-        const QPointF pixel = GetParam().pixels.topLeft() + local;
-        return QColor(picture.pixel(int(pixel.x()), int(pixel.y())));
+        frame();
+        std::string all;
+        for (const QString &point : points.split(' ')) {
+            const double x = point.section(',', 0, 0).toDouble(),
+                         y = point.section(',', 1).toDouble();
+            all += seen({area.left() + x * area.width(), area.bottom() - y * area.height()});
+        }
+        return all;
     }
-    static bool near(const QColor &a, const QColor &b)
+    /// How many of 25 pixels above and below a data point have the colour @p of.
+    int thickness(char of, double x, double y) const
     {
-        return std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) +
-                   std::abs(a.blue() - b.blue()) <
-               120;
-    }
-    QColor color(int column) const { return seriesStyle(column, plot.theme()).color; }
-    QColor background() const { return plotColors(plot.theme()).background; }
-
-    /// The pixels above and below a data point, of 25, that have about the colour of @p column.
-    int thickness(int column, double x, double y) const
-    {
-        const QPointF at = plot.toLocal(&object, {x, y});
         int count = 0;
         for (int dy = -12; dy <= 12; ++dy)
-            count += near(atLocal({at.x(), at.y() + dy}), color(column));
+            count += seen(plot.toLocal(object, {x, y}) + QPointF(0, dy)) == of;
         return count;
     }
 
-    QGLWindow window{nullptr, "window"};
-    GLWidget object{nullptr, "object"};
-    const PlotOptions layoutOptions{true, {}, GetParam().scale};
+    GLWidget *object;
+    const PlotOptions options{true, {}, GetParam().scale};
     SeriesPlot plot{levels(GetParam().step)};
-    PlotLayout layout{plot.table(), GetParam().pixels.size(), layoutOptions};
+    PlotLayout layout{plot.table(), GetParam().pixels.size(), options};
     QRectF area = layout.area;
-    QImage picture;
-    GLenum error = GL_NO_ERROR;
-    bool stateKept = false;
 };
 
+// In x, 10 to 90 fill the area: the gap from 40 to 60 lies between 3/8 and 5/8 of it.
 TEST_P(PlotDrawing, LinesStandWhereTheirDataAre)
 {
-    draw();
-    // In x, 10 to 90 fill the area: the gap from 40 to 60 lies between 3/8 and 5/8 of it.
-    for (const double share : {0.01, 0.2, 0.36, 0.64, 0.99}) {
-        EXPECT_TRUE(near(atShare(share, 0.8), color(0))) << share;
-        EXPECT_TRUE(near(atShare(share, 0.3), color(1))) << share;
-    }
-    for (const double share : {0.385, 0.44, 0.615}) {
-        EXPECT_TRUE(near(atShare(share, 0.8), background())) << "the gap at " << share;
-        EXPECT_TRUE(near(atShare(share, 0.3), color(1))) << share;
-    }
-    for (const double share : {0.05, 0.46, 0.72, 0.97})
-        EXPECT_TRUE(near(atShare(share, 0.83), background())) << "beside the line at " << share;
-    // The lines go on beyond the range, but not into the margins.
-    const double y = area.bottom() - 0.3 * area.height();
-    EXPECT_TRUE(near(atLocal({area.right() + 3, y}), background()));
-    EXPECT_TRUE(near(atLocal({area.left() - 3, y}), background()));
+    EXPECT_EQ(look("0.01,0.8 0.2,0.8 0.36,0.8 0.64,0.8 0.99,0.8"), "00000");
+    EXPECT_EQ(look("0.01,0.3 0.2,0.3 0.36,0.3 0.385,0.3 0.44,0.3 0.615,0.3 0.99,0.3"), "1111111");
+    EXPECT_EQ(look("0.385,0.8 0.44,0.8 0.615,0.8 0.05,0.83 0.46,0.83 0.72,0.83"), "bbbbbb");
+    const double y = area.bottom() - 0.3 * area.height(); // on beyond the range, not into margins
+    EXPECT_TRUE(seen({area.right() + 3, y}) == 'b' && seen({area.left() - 3, y}) == 'b');
     plot.toggle(1);
-    draw();
-    EXPECT_TRUE(near(atShare(0.2, 0.3), background()));
+    EXPECT_EQ(look("0.2,0.3"), "b");
+    plot.toggle(2);
+    plot.fit(object, {25.3, 25.30001, 0.00001, -0.00001}); // neighbours millions of pixels away
+    EXPECT_EQ(look("0.05,0.05 0.52,0.52 0.95,0.95"), "222");
+    EXPECT_EQ(look("0.05,0.08 0.52,0.55 0.95,0.98"), "bbb");
 }
 
 TEST_P(PlotDrawing, OnlyItsRectangleIsPainted)
 {
-    const QRect &pixels = GetParam().pixels;
+    const QRect &rect = GetParam().pixels;
     plot.setTheme(PlotTheme::Dark);
-    draw();
-    EXPECT_TRUE(near(atLocal({1, 1}), background()));
-    EXPECT_TRUE(near(atLocal({pixels.width() - 2.0, pixels.height() - 2.0}), background()));
-    for (const QPoint &outside :
-         {pixels.topLeft() - QPoint(2, 2), pixels.bottomRight() + QPoint(3, 3)}) {
-        if (window.rect().contains(outside)) {
-            EXPECT_EQ(QColor(picture.pixel(outside)), QColor(Qt::red));
-        }
-    }
+    frame();
+    EXPECT_EQ(seen({1, 1}), 'b');
+    EXPECT_EQ(seen({rect.width() - 2.0, rect.height() - 2.0}), 'b');
+    for (const QPoint &outside : {rect.topLeft() - QPoint(2, 2), rect.bottomRight() + QPoint(3, 3)})
+        EXPECT_EQ(machine.shown.rect().contains(outside),
+                  pixel(outside.x(), outside.y()) == QColor(Qt::red));
     plot.setBackground(false);
-    draw();
-    EXPECT_EQ(atLocal({1, 1}), QColor(Qt::red));
-}
-
-// Far into a zoom, the neighbours of the visible part lie millions of pixels away.
-TEST_P(PlotDrawing, LinesStayExactDeepInAZoom)
-{
-    plot.toggle(2);
-    plot.fit(&object, {25.3, 25.30001, 0.00001, -0.00001}); // from corner to corner
-    draw();
-    for (const double share : {0.05, 0.52, 0.95}) {
-        EXPECT_TRUE(near(atShare(share, share), color(2))) << share;
-        EXPECT_FALSE(near(atShare(share, share + 0.03), color(2))) << share;
-    }
+    frame();
+    EXPECT_EQ(color({1, 1}), QColor(Qt::red));
 }
 
 TEST_P(PlotDrawing, WhatIsNotSelectedFades)
 {
     const double y = area.bottom() - 0.3 * area.height();
-    plot.select(&object, QRectF(area.left(), y - 9, area.width() / 4, 18));
-    draw();
-    EXPECT_TRUE(near(atShare(0.2, 0.3), color(1)));
-    EXPECT_FALSE(near(atShare(0.36, 0.3), color(1)));
-    EXPECT_FALSE(near(atShare(0.2, 0.8), color(0)));
-    EXPECT_NE(atLocal({area.left() + area.width() / 4 - 1, y}), color(1)); // its edge
+    plot.select(object, QRectF(area.left(), y - 9, area.width() / 4, 18));
+    EXPECT_EQ(look("0.2,0.3"), "1");
+    EXPECT_EQ(look("0.36,0.3 0.2,0.8").find_first_of("01"), std::string::npos);
+    EXPECT_NE(seen({area.left() + area.width() / 4 - 1, y}), '1'); // its edge
     plot.clearSelection();
-    draw();
-    EXPECT_TRUE(near(atShare(0.36, 0.3), color(1)));
+    EXPECT_EQ(look("0.36,0.3 0.2,0.8"), "10");
 }
 
 TEST_P(PlotDrawing, GridLinesStandAtRoundValues)
 {
-    draw();
+    frame();
     const PlotColors colors = plotColors(plot.theme());
     int across = 0, up = 0;
-    for (int x = int(area.left()) + 1; x < int(area.right()); ++x) {
-        const double value = plot.toData(&object, {x + 0.5, 0}).x() / 10;
-        if (atLocal({double(x), area.bottom() - 8}) == colors.grid) {
-            EXPECT_NEAR(value, std::round(value), 0.03) << x;
-            ++across;
+    for (double x = int(area.left()) + 1; x < int(area.right()); ++x)
+        if (color({x, area.bottom() - 8}) == colors.grid && ++across) {
+            EXPECT_NEAR(std::remainder(plot.toData(object, {x + 0.5, 0}).x(), 10), 0, 0.3) << x;
         }
-    }
-    for (int y = int(area.top()) + 2; y < int(area.bottom()); ++y) {
-        const double value = plot.toData(&object, {0, y + 0.5}).y();
-        if (atLocal({area.left() + 3, double(y)}) == colors.grid) {
-            EXPECT_NEAR(value, std::round(value), 0.05) << y;
-            ++up;
+    for (double y = int(area.top()) + 2; y < int(area.bottom()); ++y)
+        if (color({area.left() + 3, y}) == colors.grid && ++up) {
+            EXPECT_NEAR(std::remainder(plot.toData(object, {0, y + 0.5}).y(), 1), 0, 0.05) << y;
         }
-    }
     EXPECT_TRUE(across > 0 && across < 30 && up > 1 && up < 30) << across << ' ' << up;
-    EXPECT_EQ(atLocal({area.left() + 3, std::floor(area.bottom())}), colors.axis);
+    EXPECT_EQ(color({area.left() + 3, std::floor(area.bottom())}), colors.axis);
 }
 
 TEST_P(PlotDrawing, LinesHaveTheirWidthsDashesAndDots)
 {
-    const double scale = GetParam().scale;
     plot.toggle(6);
     plot.toggle(12);
-    draw();
-    EXPECT_NEAR(thickness(1, 23.4, 3), (layout.small ? 1.2 : 1.6) * scale, 1);
-    for (const auto &[column, share] : {std::pair<int, double>{6, 9 / 14.0}, {12, 2 / 5.0}}) {
+    frame();
+    EXPECT_NEAR(thickness('1', 23.4, 3), (layout.small ? 1.2 : 1.6) * options.scale, 1);
+    for (const auto &[level, share] : {std::pair(5, 9 / 14.0), {7, 2 / 5.0}}) {
         int drawn = 0;
         for (int i = 0; i < 400; ++i)
-            drawn += thickness(column, 20 + i * 0.1, column < 12 ? 5 : 7) > 0;
-        EXPECT_NEAR(drawn / 400.0, share, 0.2) << column;
+            drawn += thickness('0', 20 + i * 0.1, level) > 0;
+        EXPECT_NEAR(drawn / 400.0, share, 0.2) << level;
     }
-    plot.fit(&object, {21, 10, 4, -10});
-    draw();
-    if (GetParam().step == 1) { // samples far apart are marked
-        EXPECT_GE(thickness(1, 23, 3), thickness(1, 23.4, 3) + 2);
-    }
+    plot.fit(object, {21, 10, 4, -10});
+    frame();
+    const int mark = GetParam().step == 1 ? 2 : -25; // samples far apart are marked
+    EXPECT_GE(thickness('1', 23, 3), thickness('1', 23.4, 3) + mark);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, PlotDrawing, testing::ValuesIn(drawCases),
