@@ -43,8 +43,11 @@ Viewer::Viewer(const ModuleLoader &loader, const Options &options)
     }
     bindKeys();
     connect(&window_, &Window::filesDropped, this, &Viewer::open);
-    connect(&watch_, &FileWatch::changed, this,
-            [this](const QString &path) { view_->readAgain(path); });
+    connect(&watch_, &FileWatch::changed, this, [this](const QString &path) {
+        view_->readAgain(path);
+        if (sheet_)
+            sheet_->readAgain(path);
+    });
     open(options.files);
 }
 
@@ -61,9 +64,10 @@ Viewer::~Viewer()
         last.setWindowSize(widget->size());
 }
 
-std::unique_ptr<View> Viewer::makeSingleView(const QString &path)
+std::unique_ptr<View> Viewer::makeSingleView(const QString &path, const std::shared_ptr<Item> &item)
 {
-    auto single = std::make_unique<SingleView>(window_, queue_, path);
+    auto single = std::make_unique<SingleView>(window_, queue_, path, item);
+    connectView(single.get());
     // Once the event that chose it is over: its view goes.
     connect(single.get(), &SingleView::fileChosen, this, &Viewer::openNeighbour,
             Qt::QueuedConnection);
@@ -77,7 +81,17 @@ std::unique_ptr<View> Viewer::makeView(const Opening &opening)
     auto sheet = std::make_unique<SheetView>(window_, queue_, opening.name, opening.files);
     connect(sheet.get(), &SheetView::filesFound, this, &Viewer::watch);
     connect(sheet.get(), &SheetView::pictureAsked, this, &Viewer::savePicture);
+    // Once the event is over: its keys are taken off the window.
+    connect(sheet.get(), &SheetView::openAsked, this, &Viewer::openFromSheet, Qt::QueuedConnection);
+    connectView(sheet.get());
     return sheet;
+}
+
+void Viewer::connectView(View *view)
+{
+    connect(view, &View::framePainted, this, &Viewer::framePainted);
+    connect(view, &View::menuOpening, this, &Viewer::fillMenu);
+    connect(view, &View::titleChanged, this, [this] { window_.setTitle(view_->title()); });
 }
 
 /// Takes over how the person looks at what is shown.
@@ -95,10 +109,47 @@ void Viewer::openNeighbour(const QString &path)
     if (const auto camera = view_->camera())
         look_ = camera;
     const std::optional<GL::Camera> look = look_;
-    open({path});
+    if (sheet_)
+        openFromSheet(path);
+    else
+        open({path});
     look_ = look;
-    if (look_)
-        view_->setLook(*look_);
+    if (!look_)
+        return;
+    view_->setLook(*look_);
+    if (Item *shown = view_->item(view_->mainGLW())) // lent: it is there already
+        shown->steering().lookAlong(view_->mainGLW(), *look_);
+}
+
+/// Shows a file of the sheet alone; the sheet waits behind it, as it is.
+void Viewer::openFromSheet(const QString &path)
+{
+    takeLook();
+    if (sheet_) {
+        view_.reset();
+    } else {
+        auto *sheet = qobject_cast<SheetView *>(view_.get());
+        if (!sheet) // gone meanwhile
+            return;
+        view_.release();
+        sheet_.reset(sheet);
+        sheet_->setShown(false);
+    }
+    const Loan loan = sheet_->lend(path);
+    adopt(makeSingleView(path, loan.item));
+    if (loan.item)
+        loan.item->restore(view_->mainGLW(), loan.state);
+}
+
+void Viewer::returnToSheet()
+{
+    if (!sheet_)
+        return;
+    takeLook();
+    view_.reset();
+    sheet_->setShown(true);
+    sheet_->takeBack();
+    adopt(std::move(sheet_));
 }
 
 void Viewer::open(const QStringList &paths)
@@ -106,16 +157,10 @@ void Viewer::open(const QStringList &paths)
     takeLook();
     look_.reset();
     view_.reset();
+    sheet_.reset();
     settledFrames_ = 0;
     const Opening opening = openingOf(paths);
-    view_ = makeView(opening);
-    view_->setDisplay(display_);
-    view_->setOrthographic(orthographic_);
-    view_->setUp(options_.up);
-    connect(view_.get(), &View::framePainted, this, &Viewer::framePainted);
-    connect(view_.get(), &View::menuOpening, this, &Viewer::fillMenu);
-    connect(view_.get(), &View::titleChanged, this, [this] { window_.setTitle(view_->title()); });
-    window_.setTitle(view_->title());
+    adopt(makeView(opening));
     remember(paths);
     watch(opening.files);
 }
@@ -129,6 +174,16 @@ void Viewer::watch(const QStringList &files)
     for (const QString &file : files)
         absolute << QFileInfo(file).absoluteFilePath();
     watch_.setFiles(absolute);
+}
+
+void Viewer::adopt(std::unique_ptr<View> view)
+{
+    view_ = std::move(view);
+    view_->setDisplay(display_);
+    view_->setOrthographic(orthographic_);
+    view_->setUp(options_.up);
+    window_.setTitle(view_->title());
+    nameKeys();
 }
 
 void Viewer::remember(const QStringList &paths)

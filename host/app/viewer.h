@@ -18,6 +18,7 @@
 namespace host {
 
 class ModuleLoader;
+class SheetView;
 struct PictureChoice;
 struct Opening;
 
@@ -46,22 +47,28 @@ public slots:
     void ToggleFullScreen();
     void ToggleFrameRate();
     void ToggleControls();
-    void HideControls();
+    void Back(); ///< Closes the list of controls, or else what was opened from a sheet.
     void Quit();
 
 private:
     struct Command;
     QList<Command> commands();
     void bindKeys();
+    void nameKeys();
     void fillMenu(MenuTree *tree);
     void framePainted();
     void finish();
     QString saveScreenshot();
     QString record();
     PictureRequest request(const QSize &size, bool transparent) const;
-    std::unique_ptr<View> makeSingleView(const QString &path);
+    std::unique_ptr<View> makeSingleView(const QString &path,
+                                         const std::shared_ptr<Item> &item = {});
     std::unique_ptr<View> makeView(const Opening &opening);
+    void connectView(View *view);
+    void adopt(std::unique_ptr<View> view);
     void openNeighbour(const QString &path);
+    void openFromSheet(const QString &path);
+    void returnToSheet();
     void takeLook();
     void watch(const QStringList &files);
     void remember(const QStringList &paths);
@@ -70,7 +77,8 @@ private:
 
     Options options_;
     Window window_;
-    ReadQueue queue_; // outlives the views, so that its processes serve them all
+    ReadQueue queue_;                  // outlives the views, so that its processes serve them all
+    std::unique_ptr<SheetView> sheet_; // behind the view of one of its files; else null
     std::unique_ptr<View> view_;
     FileWatch watch_;
     // What stays when another file is opened.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What a person does to the whole program: keys and menu, from one list, and the dialogs.
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
@@ -12,6 +13,7 @@
 #include "host/app/viewer.h"
 #include "host/capture/picture_file.h"
 #include "host/read/model_files.h"
+#include "host/view/sheet/sheet_view.h"
 #include "host/view/window/menu_tree.h"
 
 namespace host {
@@ -42,7 +44,7 @@ QList<Viewer::Command> Viewer::commands()
          tr("Controls"),
          "ToggleControls",
          view_ && view_->showsBindings()},
-        {{"Esc"}, "controls-close", {}, "HideControls"},
+        {{"Esc"}, "back", sheet_ ? tr("Back to the sheet") : QString(), "Back"},
         {{"Q", "Ctrl+Q"}, "quit", tr("Quit"), "Quit"}};
 }
 
@@ -57,6 +59,16 @@ void Viewer::bindKeys()
             window_.bindKey(key, name, command.text, this, slot);
         }
     }
+}
+
+/// Some keys do something else in another view.
+void Viewer::nameKeys()
+{
+    const QList<QAction *> actions = window_.widget()->actions();
+    for (const Command &command : commands())
+        for (QAction *action : actions)
+            if (action->objectName() == QLatin1String(command.name))
+                action->setText(command.text);
 }
 
 void Viewer::fillMenu(MenuTree *tree)
@@ -152,9 +164,12 @@ void Viewer::ToggleControls()
     view_->showBindings(!view_->showsBindings());
 }
 
-void Viewer::HideControls()
+void Viewer::Back()
 {
-    view_->showBindings(false);
+    if (view_->showsBindings())
+        view_->showBindings(false);
+    else if (sheet_)
+        returnToSheet();
 }
 
 void Viewer::ToggleFrameRate()

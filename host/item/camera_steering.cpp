@@ -62,11 +62,13 @@ void CameraSteering::init(GLW *glw)
     placeLamp(glw);
 }
 
-void CameraSteering::restore(GLW *glw, const GL::Camera &camera)
+void CameraSteering::restore(GLW *glw, const GL::Camera &camera, const QSizeF &wholeIn)
 {
-    glw->camera.ortho = camera.ortho;
+    if (bool(glw->camera.ortho) != bool(camera.ortho))
+        motion_.toggleProjection(glw->camera);
     motion_.jumpTo(glw->camera, {toQt(camera.rot), toQt(camera.setTarget), camera.radius});
-    showsWhole_ = false;
+    showsWhole_ = !wholeIn.isEmpty();
+    fittedSize_ = wholeIn;
 }
 
 /// The lamp follows the viewer, so that what one looks at is lit and still has shape.

@@ -39,11 +39,12 @@ public:
     void setInsets(const QMarginsF &insets);
     static CameraGeometry geometryOf(const GLW *glw);
 
-    void restore(GLW *glw, const GL::Camera &camera) override;
+    void restore(GLW *glw, const GL::Camera &camera, const QSizeF &wholeIn = {}) override;
     bool advance(GLW *glw, double seconds) override;
     void fit(GLW *glw) override;
     void fitTurn(GLW *glw) override;
     void home(GLW *glw) override;
+    QSizeF wholeIn() const override { return showsWhole_ ? fittedSize_ : QSizeF(); }
     void lookAlong(GLW *glw, const GL::Camera &other) override;
     void lookFrom(GLW *glw, Side side) override;
     void toggleProjection(GLW *glw) override;

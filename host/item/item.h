@@ -12,10 +12,20 @@
 #include "host/item/display.h"
 #include "host/item/steering.h"
 #include "host/read/mesh.h"
+#include "host/series/plot.h"
 
 class QPainter;
 
 namespace host {
+
+/// How a person left an item, as a value that outlives it: another item for the same file takes it
+/// up.
+struct ItemState {
+    GL::Camera camera;
+    QSizeF wholeIn;                   ///< The object's size, if all of it was shown; else empty.
+    std::optional<FileAxes::Axis> up; ///< If it was chosen.
+    std::optional<PlotState> plot;    ///< Of a plot.
+};
 
 /// What one drawing object (GLW) shows: a model, a plot. It draws and picks there; how it is
 /// steered is its steering's.
@@ -47,6 +57,17 @@ public:
     virtual bool isBusy() const { return false; }
 
     virtual Steering &steering() = 0;
+    virtual ItemState state(GLW *glw)
+    {
+        return {glw->camera, steering().wholeIn(), chosenUp(), {}};
+    }
+    /// Expects init() to have run. What was whole is whole in an object of any size.
+    virtual void restore(GLW *glw, const ItemState &state)
+    {
+        if (state.up)
+            standOn(glw, *state.up);
+        steering().restore(glw, state.camera, state.wholeIn);
+    }
 
     // With the GL context current.
     virtual void init(GLW *glw) = 0; ///< Makes what drawing needs; sets lights and the first pose.

@@ -20,6 +20,14 @@ void PlotSteering::fit(GLW *glw)
     showsWhole_ = true;
 }
 
+void PlotSteering::setState(GLW *glw, const PlotState &state, bool whole)
+{
+    plot_.restore(glw, state);
+    showsWhole_ = false;
+    if (whole)
+        fit(glw);
+}
+
 bool PlotSteering::advance(GLW *glw, double)
 {
     if (!showsWhole_ || fittedSize_ == QSizeF(glw->width(), glw->height()))

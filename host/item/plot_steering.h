@@ -23,6 +23,9 @@ public:
     void home(GLW *glw) override { fit(glw); }
     /// The axes moved within the object: what showed the whole is to do so again.
     void layoutChanged() { fittedSize_ = {}; }
+    QSizeF wholeIn() const override { return showsWhole_ ? fittedSize_ : QSizeF(); }
+    /// Shows what @p state says; all of the columns that it shows if @p whole.
+    void setState(GLW *glw, const PlotState &state, bool whole);
     void drag(GLW *glw, Drag kind, const QPointF &from, const QPointF &to) override;
     void zoom(GLW *glw, const QPointF &at, float steps, Qt::KeyboardModifiers) override;
 

@@ -29,6 +29,15 @@ public:
     void setInsets(const QMarginsF &insets) override;
 
     Steering &steering() override { return steering_; }
+    ItemState state(GLW *glw) override
+    {
+        return {glw->camera, steering_.wholeIn(), {}, plot_.state(glw)};
+    }
+    void restore(GLW *glw, const ItemState &state) override
+    {
+        if (state.plot)
+            steering_.setState(glw, *state.plot, !state.wholeIn.isEmpty());
+    }
     void init(GLW *glw) override { steering_.fit(glw); }
     void release() override {}
     void draw2D(GLW *glw, const Display &display) override;

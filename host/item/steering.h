@@ -3,6 +3,7 @@
 #define HOST_ITEM_STEERING_H
 
 #include <QPointF>
+#include <QSizeF>
 #include <Qt>
 
 #include "GL/glw.h"
@@ -33,8 +34,12 @@ public:
     virtual void fit(GLW *glw) = 0;  ///< Shows all of it, from where one looks.
     virtual void fitTurn(GLW *) {}   ///< At once, so that it stays whole while the azimuth turns.
     virtual void home(GLW *glw) = 0; ///< The pose that it opened with.
-    /// Takes up the pose in which an earlier item for the same file was left.
-    virtual void restore(GLW *, const GL::Camera &) {}
+    /// The object's size for which all of it is shown, and will be in any other; empty if it is
+    /// not.
+    virtual QSizeF wholeIn() const { return {}; }
+    /// Takes up the pose of a camera that another item was looked at with.
+    /// @p wholeIn is that of the other one.
+    virtual void restore(GLW *, const GL::Camera &, const QSizeF & = {}) {}
     /// Shows all of it at once, from where a camera looks and in its projection.
     virtual void lookAlong(GLW *, const GL::Camera &) {}
     virtual void lookFrom(GLW *, Side) {}

@@ -16,19 +16,25 @@
 
 namespace host {
 
-SingleView::SingleView(Window &window, ReadQueue &queue, const QString &path)
+SingleView::SingleView(Window &window, ReadQueue &queue, const QString &path,
+                       const std::shared_ptr<Item> &item)
     : View(window, "GLWidget", true), path_(path), queue_(queue)
 {
     wire();
     if (path_.isEmpty())
         return;
     addOverlays();
-    bindKey(scene(), "PgDown", "next-file", tr("Next file in the folder"), this, SLOT(OpenNext()));
-    bindKey(scene(), "PgUp", "previous-file", tr("File before it"), this, SLOT(OpenPrevious()));
+    bindViewKey("PgDown", "next-file", tr("Next file in the folder"), this, SLOT(OpenNext()));
+    bindViewKey("PgUp", "previous-file", tr("File before it"), this, SLOT(OpenPrevious()));
     controls().setPeers([this](GLW *) { return QList<GLW *>{glw()}; });
     connectQueue();
-    job_ = queue_.add(path_, ReadQueue::Opened);
     list_ = queue_.listNeighbours(path_);
+    if (!item) {
+        job_ = queue_.add(path_, ReadQueue::Opened);
+        return;
+    }
+    item->setTitled(true);
+    show(item);
 }
 
 SingleView::~SingleView()
@@ -140,18 +146,20 @@ bool SingleView::isSettled() const
 
 void SingleView::show(const std::shared_ptr<Item> &item)
 {
-    const auto before = camera(); // of the same file, read earlier
+    std::optional<ItemState> before;
+    if (Item *shown = View::item(glw())) // of the same file, read earlier
+        before = shown->state(glw());
     fault_.clear();
     setItem(glw(), item);
     if (before)
-        item->steering().restore(glw(), *before);
+        item->restore(glw(), *before);
     changed();
 }
 
 /// What is shown stays until the new is there, or for good if that cannot be read.
-void SingleView::readAgain(const QString &)
+void SingleView::readAgain(const QString &path)
 {
-    if (path_.isEmpty())
+    if (path_.isEmpty() || !(path.isEmpty() || path == QFileInfo(path_).absoluteFilePath()))
         return;
     queue_.cancel(job_);
     job_ = queue_.add(path_, ReadQueue::Opened);

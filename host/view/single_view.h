@@ -17,8 +17,10 @@ namespace host {
 class SingleView : public View {
     Q_OBJECT
 public:
-    /// With an empty @p path it tells how to open a file.
-    SingleView(Window &window, ReadQueue &queue, const QString &path);
+    /// With an empty @p path it tells how to open a file. With an @p item, which was made of the
+    /// file before, it reads nothing.
+    SingleView(Window &window, ReadQueue &queue, const QString &path,
+               const std::shared_ptr<Item> &item = {});
     ~SingleView() override;
 
     bool isSettled() const override;

@@ -81,6 +81,21 @@ View::~View()
             slot.item->release();
     slots_.clear();
     window_.removeScene(scene_);
+    for (const QPointer<QAction> &action : qAsConst(viewKeys_))
+        delete action.data();
+}
+
+void View::setShown(bool on)
+{
+    QWidget *widget = window_.widget();
+    scene_->setProperty("visible", on);
+    for (const QPointer<QAction> &action : qAsConst(viewKeys_)) {
+        if (action && on)
+            widget->insertAction(widget->actions().value(0), action); // as the window does
+        else if (action)
+            widget->removeAction(action);
+    }
+    changed();
 }
 
 void View::changed()
@@ -102,7 +117,7 @@ void View::setItem(GLW *glw, std::shared_ptr<Item> item)
         slot.item->release();
     // A file that is read again stays on the axis that a person chose for it.
     std::optional<FileAxes::Axis> up = slot.item ? slot.item->chosenUp() : std::nullopt;
-    if (!up)
+    if (!up && item && !item->chosenUp())
         up = up_;
     slot = Slot();
     slot.item = std::move(item);
@@ -138,6 +153,16 @@ bool View::isOrthographic() const
         if (slot.item && slot.item->isSpatial())
             return slot.item->steering().isOrthographic(glw);
     return orthographic_;
+}
+
+std::shared_ptr<Item> View::takeItem(GLW *glw)
+{
+    const auto found = slots_.find(glw);
+    if (found == slots_.end())
+        return nullptr;
+    const std::shared_ptr<Item> taken = found->second.item;
+    setItem(glw, nullptr);
+    return taken;
 }
 
 void View::lookFrom(Steering::Side side)
@@ -204,7 +229,7 @@ void View::paintOver(GLW *glw, QPainter *painter)
 {
     painter->setFont(window_.widget()->font());
     for (auto &[each, slot] : slots_)
-        if (slot.item)
+        if (slot.item && each->property<bool>("visible"))
             slot.item->paintForeground(each, painter, display_);
     paintText(glw, painter);
 }

@@ -57,6 +57,9 @@ public:
 
     Item *item(GLW *glw) const; ///< Null if the GLW shows nothing yet.
 
+    /// Takes the view off the window, with its keys, or puts it back; it keeps all that it holds.
+    void setShown(bool on);
+
     /// All bindings that apply here, the window's own included.
     virtual QList<QAction *> bindings() const;
     /// The kinds of what is shown, bits of ContentBit; of what @p glw alone shows if not null.
@@ -120,6 +123,8 @@ protected:
     /// must be set before a GLW is deleted ahead of the view.
     /// Asks for no frame: many may come at once.
     void setItem(GLW *glw, std::shared_ptr<Item> item);
+    /// Takes away what @p glw shows, to be shown elsewhere. Returns null if there is nothing.
+    std::shared_ptr<Item> takeItem(GLW *glw);
 
     /// Lets the item of @p glw forget what the pointer was on: its pick passes no longer come.
     void forgetPointer(GLW *glw);
@@ -129,6 +134,12 @@ protected:
     void advance(GLW *glw);
 
     void changed(); ///< Asks for a frame.
+
+    /// Binds a key that concerns the whole view: it is heard wherever the pointer is, in the window
+    /// and outside. The scene's own bindings are heard only where the pointer is on the scene.
+    QAction *bindViewKey(const QString &key, const char *name, const QString &text,
+                         QObject *receiver, const char *slot);
+    void askMenu(GLW *glw); ///< Opens the menu for @p glw.
 
     /// Whether @p glw is advanced by its pick pass. Views whose scene tells of each frame say no.
     virtual bool advancesInPick() const { return true; }
@@ -162,8 +173,6 @@ private:
     void begin(GLW *glw, Item *item) const;
     void standOn(GLW *glw, FileAxes::Axis up);
     void fillUpMenu(GLW *glw, MenuTree *tree);
-    QAction *bindViewKey(const QString &key, const char *name, const QString &text,
-                         QObject *receiver, const char *slot);
     void bindDisplay();
     bool scrollBindings(QEvent *event);
     void paintList(QPainter *painter);
@@ -171,7 +180,6 @@ private:
     bool pickIsDue(GLW *glw, Slot &slot, const std::optional<QPointF> &pointer);
     std::optional<QPointF> hoverPointer(const GLW *glw) const;
     void shadeFrameRate(const GLW *glw) const;
-    void askMenu(GLW *glw);
     void endArea();
 
     Window &window_;
@@ -183,6 +191,7 @@ private:
     std::optional<GL::Camera> look_;
     bool showsBindings_ = false;
     int firstBinding_ = 0; // the row of the list that comes first
+    QList<QPointer<QAction>> viewKeys_;
     std::unordered_map<GLW *, Slot> slots_;
     QPointer<GLW> menuFor_;
     AreaSelection area_;

@@ -207,7 +207,8 @@ bool View::scrollBindings(QEvent *event)
 QAction *View::bindViewKey(const QString &key, const char *name, const QString &text,
                            QObject *receiver, const char *slot)
 {
-    return window_.bindKey(key, name, text, receiver, slot);
+    viewKeys_.append(window_.bindKey(key, name, text, receiver, slot));
+    return viewKeys_.last();
 }
 
 void View::bindDisplay()

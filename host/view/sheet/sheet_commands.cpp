@@ -21,14 +21,14 @@ void SheetView::bindKeys()
         const char *slot;
     };
     const Key all[] = {
-        {"Ctrl+A", "select-all", tr("Select all, or none"), scene(), SLOT(SelectAll())},
+        {"Ctrl+A", "select-all", tr("Select all, or none"), this, SLOT(SelectAll())},
         {"V", "only-selected", tr("Only the selected, or all"), scene(), SLOT(ToggleVisible())},
         {"L", "link", tr("Link cameras"), this, SLOT(ToggleLink())},
         {"N", "sort-name", tr("Sort by name"), this, SLOT(SortByName())},
         {"S", "sort-size", tr("Sort by file size"), this, SLOT(SortBySize())},
         {"C", "sort-count", tr("Sort by triangles or rows"), this, SLOT(SortByCount())},
-        {"+ Shift++ = Num++", "wider", tr("More space between tiles"), this, SLOT(WiderSpacing())},
-        {"- Num+-", "narrower", tr("Less space"), this, SLOT(NarrowerSpacing())},
+        {"+ =", "wider", tr("More space between tiles"), this, SLOT(WiderSpacing())},
+        {"-", "narrower", tr("Less space"), this, SLOT(NarrowerSpacing())},
         {"Shift+Home", "reset-all", tr("All cameras back to the first view"), this,
          SLOT(ResetAll())},
     };
@@ -37,14 +37,17 @@ void SheetView::bindKeys()
         for (int i = 0; i < keys.size(); ++i) {
             // Further keys for the same thing are not listed.
             const QByteArray name = key.name + (i ? QByteArray::number(i) : QByteArray());
-            bindKey(scene(), keys[i], name, i ? QString() : key.text, key.receiver, key.slot);
+            bindViewKey(keys[i], name, i ? QString() : key.text, key.receiver, key.slot);
         }
     }
-    // The module's own bindings, which have no texts of their own.
+    // In the place of the module's, which hides all other tiles.
+    QMetaObject::invokeMethod(scene(), "DeleteAction",
+                              Q_ARG(const char *, "scene_leftdoublemouse"));
+    bindMouse(scene(), LeftButton | DoubleClick, 0, "open-tile", tr("Open alone"), this,
+              SLOT(OpenTile(GLW *, bool)));
+    // The module's other bindings, which have no texts of their own.
     const std::pair<const char *, QString> named[] = {
-        {"leftmouse", tr("Select")},
-        {"ctrlleftmouse", tr("Add to the selection, or take away")},
-        {"leftdoublemouse", tr("Open one, or show all again")}};
+        {"leftmouse", tr("Select")}, {"ctrlleftmouse", tr("Add to the selection, or take away")}};
     const QList<QAction *> actions = static_cast<GLW *>(scene())->actions();
     for (QAction *action : actions) {
         for (const auto &[name, text] : named) {
@@ -54,67 +57,6 @@ void SheetView::bindKeys()
             }
         }
     }
-}
-
-/// A click that steered nothing is the module's, which selects with it.
-void SheetView::passOn(GLW *glw, bool state)
-{
-    QMetaObject::invokeMethod(scene(), "LeftMouse", Q_ARG(GLW *, glw), Q_ARG(bool, state));
-}
-
-/// The tiles know which of them are selected.
-QList<int> SheetView::selected() const
-{
-    QList<int> ids;
-    QMetaObject::invokeMethod(scene(), "GetSelected", Q_RETURN_ARG(QList<int>, ids));
-    return ids;
-}
-
-/// Selects @p ids, and tells of it as the module does when it selects.
-void SheetView::select(const QList<int> &ids)
-{
-    for (auto it = tiles_.cbegin(); it != tiles_.cend(); ++it)
-        it.value()->setProperty("selected", ids.contains(it.key()));
-    QMetaObject::invokeMethod(scene(), "ValueChanged", Q_ARG(QList<int>, ids));
-}
-
-/// Selects the tiles in view that @p area meets; window pixels, y upwards.
-void SheetView::areaSelected(const QRectF &area)
-{
-    QRectF fromTop = area;
-    fromTop.moveTop(window().widget()->height() - area.bottom());
-    QList<int> ids;
-    for (const auto &[id, entry] : entries_)
-        if (entry.visible && tiles_.value(id)->orect.intersects(fromTop))
-            ids.append(id);
-    select(ids);
-}
-
-void SheetView::sortBy(SheetOrder order)
-{
-    reversed_ = sorted_ && order == order_ && !reversed_;
-    sorted_ = true;
-    order_ = order;
-    applyOrder();
-}
-
-void SheetView::applyOrder()
-{
-    QVariantList ids;
-    for (int id : sortedIds(entries_, order_, reversed_))
-        ids.append(id);
-    scene()->setProperty("order", ids);
-    changed();
-}
-
-void SheetView::changeSpacing(int pixels)
-{
-    constexpr int narrowest = 1; // cells have their far edges: at 0 neighbours would share a pixel
-    constexpr int widest = 40;
-    const int spacing = scene()->property("spacing").toInt() + pixels;
-    scene()->setProperty("spacing", std::clamp(spacing, narrowest, widest));
-    QMetaObject::invokeMethod(scene(), "UpdateLayout");
-    changed();
 }
 
 void SheetView::ToggleLink()
@@ -129,40 +71,43 @@ void SheetView::ToggleLink()
     changed();
 }
 
-/// What is steered along with @p glw.
-QList<GLW *> SheetView::peersOf(GLW *glw) const
+/// The linked cameras take the pose of the one that a hand moved last.
+void SheetView::lead(GLW *leader)
 {
-    if (!linked_.contains(glw->id()))
-        return {glw};
-    QList<GLW *> peers{glw};
-    for (int id : linked_)
-        if (id != glw->id() && tiles_.contains(id))
-            peers.append(tiles_.value(id));
-    return peers;
+    if (!isSpatial(leader))
+        return;
+    const GL::Camera &pose = leader->camera;
+    const auto same = [&](const GL::Camera &c) {
+        return c.rot == pose.rot && c.setTarget == pose.setTarget && c.radius == pose.radius &&
+               c.ortho == pose.ortho;
+    };
+    for (int id : qAsConst(linked_)) {
+        GLW *glw = tiles_.value(id);
+        if (glw == leader || !isSpatial(glw) || same(glw->camera))
+            continue;
+        item(glw)->steering().restore(glw, pose);
+        changed();
+    }
+}
+
+bool SheetView::isSpatial(GLW *glw) const
+{
+    const Item *shown = item(glw);
+    return shown && shown->isSpatial();
+}
+
+bool SheetView::isLinked(int id) const
+{
+    return linked_.contains(id) && isSpatial(tile(id));
 }
 
 void SheetView::ResetAll()
 {
+    leader_ = -1; // each goes its own way home
     for (GLW *glw : qAsConst(tiles_))
         if (Item *shown = item(glw))
             shown->steering().home(glw);
     changed();
-}
-
-/// What an entry of the menu over @p glw is for: the selection, if it is part of that.
-QList<int> SheetView::targetsOf(const GLW *glw) const
-{
-    const QList<int> chosen = selected();
-    return chosen.contains(glw->id()) ? chosen : QList<int>{glw->id()};
-}
-
-void SheetView::hide(const QList<int> &ids)
-{
-    QMetaObject::invokeMethod(scene(), "SetVisible", Q_ARG(QList<int>, ids), Q_ARG(bool, false));
-    // The module tells nobody of what it was told to hide.
-    QList<int> shown;
-    QMetaObject::invokeMethod(scene(), "GetVisible", Q_RETURN_ARG(QList<int>, shown));
-    QMetaObject::invokeMethod(scene(), "VisibleCountChanged", Q_ARG(int, shown.size()));
 }
 
 void SheetView::remove(const QList<int> &ids)
@@ -191,7 +136,10 @@ void SheetView::fillMenu(GLW *glw, MenuTree *tree)
     if (found != entries_.end()) {
         const QList<int> targets = targetsOf(glw);
         const QString what = targets.size() > 1 ? tr("%1 tiles").arg(targets.size()) : tr("tile");
+        const QString path = found->second.path;
+        tree->add(tr("Open alone"), {}, this, [this, path] { emit openAsked(path); });
         tree->add(tr("Fit %1").arg(what), {}, this, [this, targets] {
+            leader_ = -1;
             for (int id : targets)
                 if (Item *shown = item(tiles_.value(id)))
                     shown->steering().fit(tiles_.value(id));
@@ -206,8 +154,7 @@ void SheetView::fillMenu(GLW *glw, MenuTree *tree)
                   [this, name, cell] { emit pictureAsked(name, cell); });
         tree->addSeparator();
     }
-    tree->add(tr("Select all, or none"), "Ctrl+A", scene(),
-              [this] { QMetaObject::invokeMethod(scene(), "SelectAll"); });
+    tree->add(tr("Select all, or none"), "Ctrl+A", this, [this] { SelectAll(); });
     tree->add(tr("Only the selected, or all"), "V", scene(),
               [this] { QMetaObject::invokeMethod(scene(), "ToggleVisible"); });
     tree->addCheck(tr("Link cameras"), "L", !linked_.isEmpty(), this, [this] { ToggleLink(); });

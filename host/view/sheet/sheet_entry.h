@@ -9,7 +9,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "GL/camera.h"
+#include "host/item/item.h"
 
 namespace host {
 
@@ -29,12 +29,12 @@ struct SheetEntry {
     State state = State::Waiting;
     double fraction = 0; ///< 0 to 1.
     QString reason;
-    quint64 needed = 0;               ///< Bytes that there was no room for; 0 for another reason.
-    int job = 0;                      ///< Of the queue; 0 unless it waits or is read.
-    quint64 count = 0;                ///< Triangles or samples; 0 until it was read.
-    bool visible = true;              ///< As last heard.
-    quint64 lastSeen = 0;             ///< Grows with each pass that showed it.
-    std::optional<GL::Camera> camera; ///< As the person left it, while the item is released.
+    quint64 needed = 0;            ///< Bytes that there was no room for; 0 for another reason.
+    int job = 0;                   ///< Of the queue; 0 unless it waits or is read.
+    quint64 count = 0;             ///< Triangles or samples; 0 until it was read.
+    bool visible = true;           ///< As last heard.
+    quint64 lastSeen = 0;          ///< Grows with each pass that showed it.
+    std::optional<ItemState> left; ///< How the person left the item, while it is released.
 };
 
 /// The files of a sheet by the ids of their tiles, which start at 1.

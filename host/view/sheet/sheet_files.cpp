@@ -109,8 +109,8 @@ void SheetView::readAgain(const QString &path)
     for (auto &[id, entry] : entries_) {
         if ((!path.isEmpty() && entry.path != path) || entry.state == State::Released)
             continue;
-        if (const Item *shown = item(tiles_.value(id)); shown && shown->isSpatial())
-            entry.camera = tiles_.value(id)->camera;
+        if (Item *shown = item(tiles_.value(id)))
+            entry.left = shown->state(tiles_.value(id));
         queue_.cancel(entry.job);
         jobs_.remove(entry.job);
         read(id);
@@ -147,9 +147,9 @@ void SheetView::show(int id, const std::shared_ptr<Item> &made)
     GLW *glw = tiles_.value(id);
     made->setTitled(false); // the header names the file
     setItem(glw, made);
-    if (entry.camera) {
-        item(glw)->steering().restore(glw, *entry.camera);
-        entry.camera.reset();
+    if (entry.left) {
+        made->restore(glw, *entry.left);
+        entry.left.reset();
     }
     if (makeRoom() > budget_) {
         const quint64 needed = bytesOf(id);
@@ -201,7 +201,7 @@ void SheetView::release(int id)
 {
     SheetEntry &entry = entries_.at(id);
     GLW *glw = tiles_.value(id);
-    entry.camera = glw->camera;
+    entry.left = item(glw)->state(glw);
     entry.state = State::Released;
     entry.fraction = 0;
     setItem(glw, nullptr);

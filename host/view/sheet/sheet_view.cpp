@@ -5,6 +5,7 @@
 #include <QPainter>
 
 #include "host/ui/metrics.h"
+#include "host/view/window/binding.h"
 #include "host/view/window/panel.h"
 #include "host/view/window/window.h"
 
@@ -15,11 +16,18 @@ SheetView::SheetView(Window &window, ReadQueue &queue, const QString &name,
     : View(window, "GLMultiWidget", false), name_(name), queue_(queue)
 {
     scene()->setProperty("header", TilePainter::header());
-    scene()->setProperty("spacing", qRound(Metrics::px(4)));
+    spacing_ = qRound(Metrics::px(4));
+    scene()->setProperty("spacing", spacing_);
     connect(scene(), SIGNAL(ValueChanged(QList<int>)), this, SLOT(SelectionChanged()));
     connect(scene(), SIGNAL(VisibleCountChanged(int)), this, SLOT(VisibilityChanged()));
     connect(&controls(), &Controls::pressed, this, [this](GLW *glw) { passOn(glw, true); });
-    controls().setPeers([this](GLW *glw) { return peersOf(glw); });
+    connect(scene(), SIGNAL(TileResized(int, int)), this, SLOT(AdaptTo(int, int)));
+    connect(&controls(), &Controls::steered, this, [this](GLW *glw) {
+        if (linked_.contains(glw->id()))
+            leader_ = glw->id();
+    });
+    gaps_ = window.addScene("GLWidget", "gaps", Window::Behind);
+    bindMouse(gaps_, RightButton, 0, "menu", {}, this, SLOT(GapMenu(GLW *, bool)));
     bindKeys();
     wire();
     connectQueue();
@@ -28,6 +36,7 @@ SheetView::SheetView(Window &window, ReadQueue &queue, const QString &name,
 
 SheetView::~SheetView()
 {
+    window().removeScene(gaps_);
     queue_.disconnect(this); // cancelling tells of totals
     queue_.cancel(list_);
     for (auto &[id, entry] : entries_)
@@ -67,6 +76,8 @@ void SheetView::Update(GLW *glw)
         read(glw->id());
     hover(glw);
     advance(glw);
+    if (glw->id() == leader_)
+        lead(glw);
 }
 
 void SheetView::DrawBG(GLW *)
@@ -114,7 +125,15 @@ void SheetView::VisibilityChanged()
         setVisible(entry, visible);
     }
     makeRoom();
+    if (!isSeen(hovered_))
+        hovered_ = -1;
     changed();
+}
+
+void SheetView::GapMenu(GLW *, bool pressed)
+{
+    if (!pressed)
+        askMenu(mainGLW());
 }
 
 bool SheetView::isSettled() const
@@ -177,21 +196,42 @@ void SheetView::paintText(GLW *, QPainter *painter)
                      tr("Drop files or a folder here or press Ctrl+O."), -1, theme);
         return;
     }
+    const int count = seen().size();
+    if (count == 0)
+        paintMessage(painter, bounds, tr("All tiles are hidden."), tr("V shows them again."), -1,
+                     theme);
+    else if (cramped_)
+        paintMessage(painter, bounds, tr("%1 tiles have no room here.").arg(count), {}, -1, theme);
+    else
+        paintTiles(painter);
+    paintBottomNote(painter, bounds);
+}
+
+void SheetView::paintTiles(QPainter *painter)
+{
     for (const auto &[id, entry] : entries_) {
-        if (!entry.visible)
-            continue;
         const GLW *glw = tiles_.value(id);
-        painter_.paint(painter, id, entry, glw->orect,
-                       {glw->property<bool>("selected"), hovered_ == id, linked_.contains(id)},
-                       theme);
+        if (isSeen(id))
+            painter_.paint(painter, id, entry, {glw->orect, glw->rect},
+                           {glw->property<bool>("selected"), hovered_ == id, isLinked(id)},
+                           display().theme());
     }
-    QString note = progress();
-    if (note.isEmpty() && hovered_ > 0)
-        if (const Item *shown = item(tiles_.value(hovered_)))
+}
+
+/// What goes on, what the pointer is on, or else what was left out.
+void SheetView::paintBottomNote(QPainter *painter, const QRectF &bounds)
+{
+    QString name, note = progress();
+    if (note.isEmpty() && hovered_ > 0) {
+        if (const Item *shown = item(tile(hovered_)))
             note = shown->underPointer();
-    if (note.isEmpty())
+        if (scene()->property("header").toInt() == 0) // which would name it
+            name = entries_.at(hovered_).name;
+    }
+    if (note.isEmpty() && name.isEmpty())
         note = QString(notice_).replace('\n', "  ·  ");
-    paintNote(painter, bounds, Qt::AlignBottom | Qt::AlignLeft, {}, note, theme);
+    if (bounds.height() >= Metrics::type(90)) // else it would cover the tiles
+        paintNote(painter, bounds, Qt::AlignBottom | Qt::AlignLeft, name, note, display().theme());
 }
 
 } // namespace host

@@ -12,6 +12,12 @@
 
 namespace host {
 
+/// What a sheet lends: an item, and how it was left.
+struct Loan {
+    std::shared_ptr<Item> item;
+    ItemState state;
+};
+
 /// Many files side by side: a tile for each, with its own camera. Files are read in the background,
 /// those in view first; a file that cannot be read keeps its tile, with the reason in it.
 ///
@@ -41,12 +47,23 @@ public:
     QString title() const override;
     const SheetEntries &entries() const { return entries_; }
     GLW *tile(int id) const { return tiles_.value(id); } ///< Null if there is none.
-    bool isLinked(int id) const { return linked_.contains(id); }
+    /// Whether its camera is moved with others; plots have none.
+    bool isLinked(int id) const;
+
+    /// Gives the item of a file away, to be shown in another view, and takes back what it lent
+    /// before. Empty if the file has no item here. Expects that the other view is gone before
+    /// takeBack(), which puts the item back as it was left here.
+    Loan lend(const QString &path);
+    void takeBack();
 
 public slots:
     void Update(GLW *glw); ///< Called for every visible tile in every pass.
     void DrawBG(GLW *glw); ///< Called before the tiles are drawn.
 
+    void SelectAll(); ///< All that are seen, or none if all were.
+    void OpenTile(GLW *glw, bool pressed);
+    void GapMenu(GLW *glw, bool pressed);
+    void AdaptTo(int width, int height);
     void SortByName() { sortBy(SheetOrder::Name); }
     void SortBySize() { sortBy(SheetOrder::Size); }
     void SortByCount() { sortBy(SheetOrder::Count); }
@@ -61,6 +78,7 @@ signals:
     void filesFound(const QStringList &files); ///< The folders were looked through.
     /// A person wants a picture of @p crop, in the window's pixels, y downwards.
     void pictureAsked(const QString &name, const QRect &crop);
+    void openAsked(const QString &path); ///< A person wants to see a file alone.
 
 protected:
     bool advancesInPick() const override { return false; }
@@ -96,12 +114,17 @@ private:
     void changeSpacing(int pixels);
     QList<int> selected() const;
     void select(const QList<int> &ids);
-    QList<GLW *> peersOf(GLW *glw) const;
+    void lead(GLW *leader);
+    bool isSpatial(GLW *glw) const;
+    bool isSeen(int id) const;
+    QList<int> seen() const;
     QList<int> targetsOf(const GLW *glw) const;
     void hide(const QList<int> &ids);
     void remove(const QList<int> &ids);
     void passOn(GLW *glw, bool state);
     QString progress() const;
+    void paintTiles(QPainter *painter);
+    void paintBottomNote(QPainter *painter, const QRectF &bounds);
 
     QString name_;
     QString notice_;
@@ -110,7 +133,14 @@ private:
     QHash<int, int> jobs_; // of the queue, to ids
     int list_ = 0;         // the job that looks through folders; 0 if none does
     QSet<int> linked_;
+    int leader_ = -1;        // the linked tile whose camera was moved last
+    QList<int> beforePress_; // selected before the left button went down
+    int lent_ = 0;
+    std::shared_ptr<Item> lentItem_;
+    QPointer<QObject> gaps_; // behind the tiles: hears the pointer where there is none
     int hovered_ = -1;
+    int spacing_ = 0;      // as the person wants it, where there is room
+    bool cramped_ = false; // the tiles have no room for a drawing
     quint64 passes_ = 0;
     quint64 budget_ = memoryBudget();
     SheetOrder order_ = SheetOrder::Name;

@@ -51,14 +51,16 @@ void TilePainter::forget(int id)
     reasons_.remove(id);
 }
 
-void TilePainter::paint(QPainter *painter, int id, const SheetEntry &entry, const QRectF &cell,
+void TilePainter::paint(QPainter *painter, int id, const SheetEntry &entry, const Place &place,
                         const Marks &marks, const Theme &theme)
 {
+    const QRectF &cell = place.cell;
     painter->save();
-    paintHeader(painter, id, entry, cell, marks.linked, theme);
-    paintState(painter, id, entry, cell.adjusted(0, header(), 0, 0), theme);
+    if (place.drawing.top() - cell.top() >= header())
+        paintHeader(painter, id, entry, cell, marks.linked, theme);
+    paintState(painter, id, entry, place.drawing, theme);
     if (marks.selected || marks.hovered) {
-        const double width = Metrics::px(marks.selected ? 3 : 1);
+        const double width = std::min(Metrics::px(marks.selected ? 3 : 1), cell.height() / 8);
         painter->setBrush(Qt::NoBrush);
         painter->setPen(QPen(marks.selected ? theme.accent : theme.faint, width, Qt::SolidLine,
                              Qt::SquareCap, Qt::MiterJoin));
@@ -93,10 +95,12 @@ void TilePainter::paintState(QPainter *painter, int id, const SheetEntry &entry,
                              const QRectF &bounds, const Theme &theme)
 {
     using State = SheetEntry::State;
+    const double width = bounds.width() - 2 * inset();
+    if (width < inset())
+        return;
     if (entry.state == State::Waiting || entry.state == State::Reading ||
         entry.state == State::Released) {
-        QRectF bar(bounds.left() + inset(), bounds.center().y(), bounds.width() - 2 * inset(),
-                   Metrics::px(3));
+        QRectF bar(bounds.left() + inset(), bounds.center().y(), width, Metrics::px(3));
         QColor trough = theme.faint;
         trough.setAlphaF(0.25);
         painter->fillRect(bar, trough);
@@ -106,7 +110,6 @@ void TilePainter::paintState(QPainter *painter, int id, const SheetEntry &entry,
     }
     if (entry.state != State::Failed)
         return;
-    const double width = bounds.width() - 2 * inset();
     Laid &kept = reasons_[id];
     if (kept.width != width || kept.text != entry.reason) {
         kept.width = width;

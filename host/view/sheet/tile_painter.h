@@ -27,8 +27,12 @@ public:
         bool linked = false;
     };
 
-    /// @p cell is the whole tile, header included.
-    void paint(QPainter *painter, int id, const SheetEntry &entry, const QRectF &cell,
+    /// Where a tile stands. There is a name only where the drawing leaves room for it.
+    struct Place {
+        QRectF cell; ///< All of it.
+        QRectF drawing;
+    };
+    void paint(QPainter *painter, int id, const SheetEntry &entry, const Place &place,
                const Marks &marks, const Theme &theme);
     void forget(int id); ///< Drops the texts of a tile that is gone.
 

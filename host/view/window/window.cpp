@@ -51,11 +51,12 @@ void Window::setTitle(const QString &title)
     widget_->setWindowTitle(title);
 }
 
-QObject *Window::addScene(const char *className, const char *name)
+QObject *Window::addScene(const char *className, const char *name, Place place)
 {
     QObject *scene = factory_(className, nullptr, name);
     if (scene)
-        QMetaObject::invokeMethod(widget_, "AddGLWidget", Q_ARG(QObject *, scene));
+        QMetaObject::invokeMethod(widget_, "InsertGLWidget", Q_ARG(int, place == InFront ? 0 : -1),
+                                  Q_ARG(QObject *, scene));
     return scene;
 }
 

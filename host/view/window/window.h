@@ -34,9 +34,11 @@ public:
     void show();
     void setTitle(const QString &title); ///< Of the file; empty for none.
 
-    /// Makes a scene object of @p className, owned by the caller, and puts it in front of the
-    /// others. Returns null if the module has no such class.
-    QObject *addScene(const char *className, const char *name);
+    /// Where a scene object stands: the pointer finds those in front first.
+    enum Place { InFront, Behind };
+    /// Makes a scene object of @p className, owned by the caller, in front of all others or behind
+    /// them. Returns null if the module has no such class.
+    QObject *addScene(const char *className, const char *name, Place place = InFront);
     /// Takes a scene object out and deletes it.
     void removeScene(QObject *scene);
 

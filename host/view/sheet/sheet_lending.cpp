@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+// A sheet's item in another view, while that shows its file alone.
+#include <algorithm>
+
+#include "host/view/sheet/sheet_view.h"
+
+namespace host {
+
+Loan SheetView::lend(const QString &path)
+{
+    takeBack();
+    const auto found = std::find_if(entries_.begin(), entries_.end(),
+                                    [&](const auto &each) { return each.second.path == path; });
+    if (found == entries_.end() || found->second.state != State::Shown)
+        return {};
+    GLW *glw = tiles_.value(found->first);
+    SheetEntry &entry = found->second;
+    entry.left = item(glw)->state(glw);
+    entry.state = State::Released;
+    lent_ = found->first;
+    lentItem_ = takeItem(glw);
+    return {lentItem_, *entry.left};
+}
+
+void SheetView::takeBack()
+{
+    const std::shared_ptr<Item> item = std::move(lentItem_);
+    lentItem_.reset();
+    if (!item || !entries_.count(lent_) || entries_.at(lent_).state != State::Released)
+        return;
+    item->clearSelection();
+    show(lent_, item);
+    forgetPointer(tile(lent_)); // it was elsewhere
+}
+
+} // namespace host
