@@ -110,6 +110,11 @@ void TilePainter::paintState(QPainter *painter, int id, const SheetEntry &entry,
     }
     if (entry.state != State::Failed)
         return;
+    if (width < Metrics::type(60)) { // too narrow for words
+        painter->setPen(theme.fault);
+        painter->drawText(bounds, Qt::AlignCenter, QStringLiteral("!"));
+        return;
+    }
     Laid &kept = reasons_[id];
     if (kept.width != width || kept.text != entry.reason) {
         kept.width = width;

@@ -1,216 +1,374 @@
 // SPDX-License-Identifier: MIT
-// A sheet under a person's hands: which tile a click means, and what becomes of tiles.
+// A sheet under a person's hands: which tile a gesture means, and what becomes of tiles.
+#include <QApplication>
+#include <QKeySequence>
+#include <QMenu>
+#include <QMimeData>
 #include <QTest>
 
+#include "host/app/viewer.h"
 #include "host/item/model_item.h"
+#include "host/item/series_item.h"
 #include "host/view/sheet/sheet_view.h"
+#include "host/view/single_view.h"
+#include "host/view/window/menu_tree.h"
 #include "support.h"
+#include "tests/GL/table.h"
 
 namespace host {
 namespace {
 
-/// Six files in two rows or more; the names sort as the ids do.
+using State = SheetEntry::State;
+
+/// Six models, m1.obj to m6.obj, in two rows or more; the names sort as the ids do.
 class SheetTest : public ViewTest {
 protected:
-    std::unique_ptr<SheetView> sheet;
+    std::unique_ptr<SheetView> own;
+    SheetView *sheet = nullptr;
 
-    void open(const QStringList &paths)
+    void open(const QStringList &paths, quint64 budget = SheetView::memoryBudget())
     {
-        sheet = std::make_unique<SheetView>(*window, queue, "folder", paths);
+        own = std::make_unique<SheetView>(*window, queue, "folder", paths);
+        sheet = own.get();
+        sheet->setMemoryBudget(budget);
         show(*sheet);
     }
-    void openSix()
+    QStringList six() const
     {
         QStringList paths;
         for (int i = 1; i <= 6; ++i)
             paths << boxes(QString("m%1.obj").arg(i), i % 3 + 1);
-        open(paths);
+        return paths;
     }
-    void TearDown() override { sheet.reset(); }
+    void TearDown() override { own.reset(); }
 
     QPointF middle(int id) const { return sheet->tile(id)->orect.center(); }
+    QPointF gap() const { return sheet->tile(1)->orect.bottomRight() + QPointF(2, 2); }
     const GL::Camera &camera(int id) const { return sheet->tile(id)->camera; }
+    State state(int id) const { return sheet->entries().at(id).state; }
+    template <typename Kind> Kind *item(int id) const
+    {
+        return dynamic_cast<Kind *>(sheet->item(sheet->tile(id)));
+    }
 
     QString idsWith(const char *property) const
     {
-        QStringList ids;
+        QString ids;
         for (const auto &[id, entry] : sheet->entries())
             if (sheet->tile(id)->QObject::property(property).toBool())
-                ids << QString::number(id);
-        return ids.join(' ');
+                ids += QString::number(id);
+        return ids;
     }
-    QString selected() const { return idsWith("selected"); }
-    QString visible() const { return idsWith("visible"); }
-
-    /// The visible tiles as one reads: from the upper left.
-    QString inReadingOrder() const
+    /// Selected, visible, and all as one reads.
+    QString describe() const
     {
         std::map<std::pair<double, double>, QString> places;
-        for (const auto &[id, entry] : sheet->entries()) {
-            const QRectF r = sheet->tile(id)->orect;
-            places[{r.y(), r.x()}] = QString::number(id);
-        }
-        QStringList ids;
+        for (const auto &[id, entry] : sheet->entries())
+            if (sheet->tile(id)->QObject::property("visible").toBool())
+                places[{sheet->tile(id)->orect.y(), sheet->tile(id)->orect.x()}] =
+                    QString::number(id);
+        QString read;
         for (const auto &[place, id] : places)
-            ids << id;
-        return ids.join(' ');
+            read += id;
+        return idsWith("selected") + " of " + idsWith("visible") + " as " + read;
+    }
+
+    /// Chooses the entry of the menu over @p glw; returns whether there is one.
+    bool choose(GLW *glw, const QString &text)
+    {
+        MenuTree tree;
+        QMenu menu;
+        sheet->InitContextMenuTree(glw, &tree);
+        tree.Build(&menu);
+        const QList<QAction *> entries = menu.actions();
+        for (QAction *entry : entries) {
+            if (entry->text().section('\t', 0, 0) != text)
+                continue;
+            entry->trigger();
+            frame();
+            frame();
+            return true;
+        }
+        return false;
+    }
+
+    /// Steps: "c3" clicks tile 3, "C3" with Control, "m3" moves there, "a3-6" drags an area from 3
+    /// to 6, "3:Text" is an entry of its menu, "gap" and "out" where the pointer goes, else a key.
+    void run(const QString &steps)
+    {
+        for (const QString &step : steps.split("; ")) {
+            const int id = step.mid(1, 1).toInt();
+            if (step == "gap" || step == "out")
+                move(step == "gap" ? gap() : QPointF(-50, 900));
+            else if (step.mid(1, 1) == ":")
+                EXPECT_TRUE(choose(sheet->tile(step.left(1).toInt()), step.mid(2)))
+                    << step.toStdString();
+            else if (step[0] == 'c' || step[0] == 'C')
+                click(middle(id), step[0] == 'C' ? Qt::ControlModifier : Qt::NoModifier);
+            else if (step[0] == 'm')
+                move(middle(id));
+            else if (step[0] == 'a')
+                drag(middle(id), middle(step.mid(3).toInt()) + QPointF(9, 9), Qt::RightButton,
+                     Qt::ShiftModifier);
+            else
+                key(QKeySequence(step)[0]);
+        }
+        frame();
     }
 };
 
-TEST_F(SheetTest, AClickSelectsTheTileUnderThePointerInEveryRow)
+struct StepsCase {
+    const char *name, *steps, *expected;
+};
+
+const StepsCase stepsCases[] = {
+    {"ClickSelectsInTheLastRow", "c5", "5 of 123456 as 123456"},
+    {"ClickAgainTakesBack", "c2; c2", " of 123456 as 123456"},
+    {"ControlAddsAndTakes", "c1; C4; C6; C4", "16 of 123456 as 123456"},
+    {"OnlySelected", "c1; C6; V", "16 of 16 as 16"},
+    {"AllAgainFromOutside", "c1; C6; V; out; V", "16 of 123456 as 123456"},
+    {"AreaSelects", "a5-6", "56 of 123456 as 123456"},
+    {"AreaInThePlaceOfOthers", "c2; a1-4", "14 of 123456 as 123456"},
+    {"HideOne", "1:Hide tile", " of 23456 as 23456"},
+    {"HiddenIsNotChosen", "c1; C4; C6; 1:Hide 3 tiles; C2; C3; 2:Hide 2 tiles", " of 5 as 5"},
+    {"MenuOverAnotherMeansThat", "c1; C4; 2:Hide tile", "14 of 13456 as 13456"},
+    {"SelectAllMeansWhatIsSeen", "1:Hide tile; gap; Ctrl+A", "23456 of 23456 as 23456"},
+    {"SelectAllTwiceIsNone", "out; Ctrl+A; Ctrl+A", " of 123456 as 123456"},
+    {"NothingVisibleAndBack", "Ctrl+A; 1:Hide 6 tiles; V", " of 123456 as 123456"},
+    {"Remove", "c1; C4; 4:Remove 2 tiles from the sheet; V", " of 2356 as 2356"},
+    {"NameTwiceTurnsRound", "gap; N; N", " of 123456 as 123456"},
+    {"CountOfTriangles", "out; C", " of 123456 as 251436"},
+    {"SizeTheSmallestFirst", "out; S; S", " of 123456 as 634152"},
+};
+
+TABLE(SheetSteps, SheetTest, StepsCase, stepsCases);
+
+TEST_P(SheetSteps, LeadTo)
 {
-    openSix();
+    open(six());
     ASSERT_LT(middle(1).y(), middle(6).y()) << "one row would not tell up from down";
-    for (int id = 1; id <= 6; ++id) {
-        click(middle(id));
-        EXPECT_EQ(selected(), QString::number(id));
+    run(GetParam().steps);
+    EXPECT_EQ(describe().toStdString(), GetParam().expected);
+    EXPECT_EQ(widget->mouse.area, 0);
+}
+
+TEST_F(SheetTest, TheMenuOpensBesideTheTilesToo)
+{
+    open(six());
+    int opened = 0;
+    QObject::connect(sheet, &View::menuOpening, [&](MenuTree *) {
+        ++opened;
+        QTimer::singleShot(0, qApp, [] { delete QApplication::activePopupWidget(); });
+    });
+    for (const QPointF &at : {gap(), middle(3)}) {
+        press(at, Qt::RightButton);
+        release(at, Qt::RightButton);
+        QCoreApplication::processEvents();
     }
-    click(middle(1), Qt::ControlModifier);
-    click(middle(4), Qt::ControlModifier);
-    EXPECT_EQ(selected(), "1 4 6");
-    click(middle(4), Qt::ControlModifier);
-    EXPECT_EQ(selected(), "1 6");
-    key(Qt::Key_V);
-    EXPECT_EQ(visible(), "1 6");
-    key(Qt::Key_V);
-    EXPECT_EQ(visible(), "1 2 3 4 5 6");
+    EXPECT_EQ(opened, 2);
 }
 
 TEST_F(SheetTest, OnlyWhatIsUnderThePointerIsMarked)
 {
-    openSix();
-    window->widget()->setAttribute(Qt::WA_UnderMouse);
-    const auto marked = [&](int id) {
-        return static_cast<ModelItem *>(sheet->item(sheet->tile(id)))->hoveredPart() >= 0;
-    };
+    open(six());
+    widget->setAttribute(Qt::WA_UnderMouse);
     // To a tile that is visited later in a pass, and back to one that is visited earlier.
     for (const auto &[under, left] : {std::pair(2, 3), std::pair(3, 2), std::pair(2, 3)}) {
         move(middle(under));
         frame();
         frame();
-        EXPECT_TRUE(marked(under)) << under;
-        EXPECT_FALSE(marked(left)) << left;
+        EXPECT_GE(item<ModelItem>(under)->hoveredPart(), 0) << under;
+        EXPECT_LT(item<ModelItem>(left)->hoveredPart(), 0) << left;
     }
 }
 
-TEST_F(SheetTest, ADragOrbitsOneTileAndSelectsNone)
+TEST_F(SheetTest, LinkedCamerasTakeThePoseOfTheOneThatIsMoved)
 {
-    openSix();
-    const float before = camera(5).rot.y, other = camera(2).rot.y;
-    drag(middle(5), middle(5) + QPointF(40, 0), Qt::LeftButton);
-    EXPECT_NE(camera(5).rot.y, before);
-    EXPECT_EQ(camera(2).rot.y, other);
-    EXPECT_EQ(selected(), "");
-    click(middle(2));
-    EXPECT_EQ(selected(), "2") << "the press of the drag is still remembered";
-}
-
-TEST_F(SheetTest, ADoubleClickOpensOneAndAnotherReturns)
-{
-    openSix();
-    doubleClick(middle(5));
-    EXPECT_EQ(visible(), "5");
-    EXPECT_GT(sheet->tile(5)->orect.width(), 500);
-    doubleClick({300, 200});
-    EXPECT_EQ(visible(), "1 2 3 4 5 6");
-}
-
-TEST_F(SheetTest, LinkedCamerasMoveTogetherUntilUnlinked)
-{
-    openSix();
-    click(middle(1));
-    click(middle(4), Qt::ControlModifier);
-    key(Qt::Key_L);
-    EXPECT_TRUE(sheet->isLinked(1) && sheet->isLinked(4) && !sheet->isLinked(2));
-    const float alone = camera(2).rot.y;
-    const float first = camera(1).rot.y, second = camera(4).rot.y;
+    open(six() << file("m7.csv", weather()));
     drag(middle(4), middle(4) + QPointF(40, 0), Qt::LeftButton);
     settle(sheet->tile(4));
+    EXPECT_EQ(describe().left(3), " of") << "a drag selects nothing";
+    const auto same = [&](int a, int b) {
+        return camera(a).rot == camera(b).rot && camera(a).radius == camera(b).radius &&
+               camera(a).setTarget == camera(b).setTarget;
+    };
+    EXPECT_FALSE(same(1, 4));
+    run("c1; C4; C7; L");
+    EXPECT_TRUE(sheet->isLinked(1) && sheet->isLinked(4));
+    EXPECT_FALSE(sheet->isLinked(2) || sheet->isLinked(7));
+    const float plot = sheet->tile(7)->viewport.pos.x;
+    const Vector other = camera(2).rot;
+    drag(middle(1), middle(1) + QPointF(0, 20), Qt::LeftButton);
     settle(sheet->tile(1));
-    EXPECT_NE(camera(4).rot.y, second);
-    EXPECT_NEAR(camera(1).rot.y - first, camera(4).rot.y - second, 0.05);
-    EXPECT_EQ(camera(2).rot.y, alone);
+    settle(sheet->tile(4));
+    EXPECT_TRUE(same(1, 4));
+    EXPECT_EQ(sheet->tile(7)->viewport.pos.x, plot);
+    drag(middle(7), middle(7) + QPointF(40, 0), Qt::LeftButton);
+    EXPECT_NE(sheet->tile(7)->viewport.pos.x, plot);
+    EXPECT_TRUE(same(1, 4));
+    EXPECT_EQ(camera(2).rot, other);
 
-    key(Qt::Key_L);
-    EXPECT_FALSE(sheet->isLinked(1));
-    const float rest = camera(1).rot.y;
-    drag(middle(4), middle(4) + QPointF(40, 0), Qt::LeftButton);
-    EXPECT_EQ(camera(1).rot.y, rest);
+    run("Shift+Home");
+    settle(sheet->tile(4));
+    EXPECT_FALSE(same(1, 4)) << "each has a first view of its own";
+    run("L");
+    drag(middle(1), middle(1) + QPointF(0, 20), Qt::LeftButton);
+    settle(sheet->tile(1));
+    EXPECT_FALSE(sheet->isLinked(4) || camera(1).rot == camera(4).rot);
 }
 
-TEST_F(SheetTest, KeysSortAndPressedAgainTurnRound)
+TEST_F(SheetTest, OpenedAloneItIsASingleViewAndEscapeGoesBack)
 {
-    // Names against sizes against counts: comments make a file larger.
-    open({boxes("a.obj", 2), boxes("b.obj", 3),
-          file("c.obj", QByteArray(4000, '#') + "\nv 0 0 0\n"
-                                                "v 1 0 0\nv 0 1 0\nf 1 2 3\n")});
-    EXPECT_EQ(inReadingOrder(), "1 2 3");
-    move(middle(1)); // between tiles nobody hears keys
-    key(Qt::Key_C);
-    EXPECT_EQ(inReadingOrder(), "2 1 3");
-    key(Qt::Key_C);
-    EXPECT_EQ(inReadingOrder(), "3 1 2");
-    key(Qt::Key_S);
-    EXPECT_EQ(inReadingOrder(), "3 2 1");
-    key(Qt::Key_N);
-    EXPECT_EQ(inReadingOrder(), "1 2 3");
+    Options options;
+    options.files = six();
+    options.size = QSize(600, 400);
+    options.sizeGiven = true;
+    Viewer viewer(loader, options);
+    widget = viewer.view()->mainGLW()->gl;
+    widget->setProperty("clampMouseToFrame", false);
+    sheet = dynamic_cast<SheetView *>(viewer.view());
+    show(*sheet);
+    run("N; N; 6:Hide tile; c2; C3; m4");
+    drag(middle(4), middle(4) + QPointF(40, 9), Qt::LeftButton);
+    settle(sheet->tile(4));
+    const QString before = describe();
+    const GL::Camera pose = camera(4);
+    const Item *shown = sheet->item(sheet->tile(4));
+    doubleClick(middle(4));
+    frame();
+    const auto title = [&] {
+        return dynamic_cast<SingleView *>(viewer.view()) ? viewer.view()->title() : QString();
+    };
+    EXPECT_EQ(title(), "m4.obj");
+    EXPECT_EQ(viewer.view()->item(viewer.view()->mainGLW()), shown) << "it is read again";
+    EXPECT_EQ(viewer.view()->mainGLW()->camera.rot, pose.rot);
+    EXPECT_EQ(sheet->item(sheet->tile(4)), nullptr);
+    key(Qt::Key_V); // the sheet's
+    key(Qt::Key_B);
+    key(Qt::Key_PageDown);
+    EXPECT_EQ(title(), "m5.obj");
+    key(Qt::Key_F1);
+    key(Qt::Key_Escape);
+    EXPECT_EQ(title(), "m5.obj") << "the list of controls is closed first";
+    key(Qt::Key_Escape);
+    frame();
+    ASSERT_EQ(viewer.view(), sheet);
+    EXPECT_EQ(describe(), before);
+    EXPECT_EQ(sheet->item(sheet->tile(4)), shown);
+    EXPECT_TRUE(camera(4).rot == pose.rot && camera(4).radius == pose.radius);
+    EXPECT_TRUE(sheet->display().dark);
+    run("V");
+    EXPECT_EQ(idsWith("visible"), "23") << "the keys are back";
+    sheet = nullptr;
+}
+
+TEST_F(SheetTest, WhatIsHiddenGivesItsMemoryBackAndReturnsAsItWasLeft)
+{
+    open({boxes("m1.obj", 2), file("m2.csv", weather()), boxes("m3.obj", 2)});
+    drag(middle(1), middle(1) + QPointF(30, 10), Qt::LeftButton);
+    settle(sheet->tile(1));
+    drag(middle(2), middle(2) + QPointF(30, 10), Qt::LeftButton);
+    const auto plot = [&]() -> const SeriesPlot & { return item<SeriesItem>(2)->plot(); };
+    const GLW *tile = sheet->tile(2);
+    const PlotLayout layout(plot().table(), tile->glSize(), plot().options());
+    click(tile->rect.topLeft() + layout.legend[1].center());
+    ASSERT_FALSE(plot().enabled(1));
+    const QRectF range = plot().visibleRange(tile);
+    const float left = camera(1).rot.y;
+
+    run("1:Hide tile; 2:Hide tile");
+    sheet->setMemoryBudget(300); // too little for all
+    EXPECT_TRUE(state(1) == State::Released && state(2) == State::Released);
+    EXPECT_FALSE(sheet->item(sheet->tile(1)));
+    EXPECT_EQ(state(3), State::Shown) << "it is in view";
+    sheet->setMemoryBudget(SheetView::memoryBudget());
+    run("V");
+    show(*sheet);
+    EXPECT_FLOAT_EQ(camera(1).rot.y, left);
+    EXPECT_FALSE(plot().enabled(1));
+    EXPECT_NEAR(plot().visibleRange(tile).left(), range.left(), 0.01);
+    EXPECT_NEAR(plot().visibleRange(tile).top(), range.top(), 0.01);
 }
 
 TEST_F(SheetTest, AFileThatFailsKeepsItsTileAndTellsWhy)
 {
     open({boxes("a.obj", 1), file("b.ply", "these are words\n"), file("c.csv", "a,b\n1,\"2\n"),
-          folder.filePath("gone.stl")});
-    EXPECT_EQ(visible(), "1 2 3 4");
-    for (int id : {2, 3, 4}) {
-        EXPECT_EQ(sheet->entries().at(id).state, SheetEntry::State::Failed) << id;
+          folder.filePath("gone.stl"), boxes("e.obj", 400)},
+         100000);
+    EXPECT_EQ(idsWith("visible"), "12345");
+    EXPECT_EQ(state(1), State::Shown);
+    for (int id : {2, 3, 4, 5}) { // the last passes the memory for all
+        EXPECT_EQ(state(id), State::Failed) << id;
         EXPECT_NE(sheet->entries().at(id).reason, "") << id;
     }
-    EXPECT_EQ(sheet->entries().at(1).state, SheetEntry::State::Shown);
-}
-
-TEST_F(SheetTest, ARectangleSelectsTheTilesThatItMeets)
-{
-    openSix();
-    const QRectF lower = sheet->tile(6)->orect;
-    drag(middle(5), lower.center() + QPointF(0, 9), Qt::RightButton, Qt::ShiftModifier);
-    EXPECT_EQ(selected(), "5 6");
-    drag(middle(1), middle(4) + QPointF(9, 0), Qt::RightButton, Qt::ShiftModifier);
-    EXPECT_EQ(selected(), "1 4") << "in the place of what was selected before";
-    EXPECT_EQ(window->widget()->mouse.area, 0);
-}
-
-TEST_F(SheetTest, WhatIsOutOfViewGivesItsMemoryBackAndReturnsAsItWasLeft)
-{
-    openSix();
-    drag(middle(1), middle(1) + QPointF(30, 10), Qt::LeftButton);
-    settle(sheet->tile(1));
-    const float left = camera(1).rot.y;
-    doubleClick(middle(2));
-    sheet->setMemoryBudget(16384); // far too little for six
-    using State = SheetEntry::State;
-    EXPECT_EQ(sheet->entries().at(1).state, State::Released);
-    EXPECT_EQ(sheet->item(sheet->tile(1)), nullptr);
-    EXPECT_EQ(sheet->entries().at(2).state, State::Shown) << "it is in view";
-
-    sheet->setMemoryBudget(SheetView::memoryBudget());
-    doubleClick({300, 200});
-    show(*sheet);
-    EXPECT_EQ(sheet->entries().at(1).state, State::Shown);
-    EXPECT_FLOAT_EQ(camera(1).rot.y, left);
-}
-
-TEST_F(SheetTest, WhatPassesTheMemoryForAllIsRefusedInItsTile)
-{
-    sheet = std::make_unique<SheetView>(*window, queue, "folder",
-                                        QStringList{boxes("a.obj", 1), boxes("b.obj", 400)});
-    sheet->setMemoryBudget(100000);
-    show(*sheet);
-    EXPECT_EQ(sheet->entries().at(1).state, SheetEntry::State::Shown);
-    EXPECT_EQ(sheet->entries().at(2).state, SheetEntry::State::Failed);
-    EXPECT_NE(sheet->entries().at(2).reason, "");
     sheet->setMemoryBudget(10000000);
     show(*sheet);
-    EXPECT_EQ(sheet->entries().at(2).state, SheetEntry::State::Shown) << "there is room now";
+    EXPECT_EQ(state(5), State::Shown) << "there is room now";
+}
+
+struct RoomCase {
+    const char *name;
+    QSize window;
+    bool named, drawn;
+};
+
+const RoomCase roomCases[] = {
+    {"Usual", {600, 400}, true, true},
+    {"Small", {150, 100}, false, true},
+    {"Tiny", {60, 40}, false, true},
+    {"NoRoom", {9, 7}, false, false},
+};
+
+TABLE(SheetRoom, SheetTest, RoomCase, roomCases);
+
+TEST_P(SheetRoom, IsTheDrawingsFirst)
+{
+    open(six());
+    widget->resize(GetParam().window);
+    frame();
+    frame();
+    EXPECT_EQ(sheet->scene()->property("draw3d").toBool(), GetParam().drawn);
+    for (int id = 1; id <= 6 && GetParam().drawn; ++id) {
+        const GLW *tile = sheet->tile(id);
+        EXPECT_TRUE(QRectF({}, GetParam().window).contains(tile->orect));
+        EXPECT_EQ(tile->rect != tile->orect, GetParam().named);
+        EXPECT_GT(tile->rect.height(), 8) << "a share of the window, for the module";
+    }
+}
+
+TEST_F(SheetTest, NothingIsPaintedOfWhatIsHidden)
+{
+    open({file("a.csv", weather()), boxes("b.obj", 1)});
+    QImage picture;
+    const auto colours = [&] { // where the plot's numbers stand
+        QSet<QRgb> all;
+        const QRect strip(5, 30, 40, 340);
+        for (int y = strip.top(); y < strip.bottom(); ++y)
+            for (int x = strip.left(); x < strip.right(); ++x)
+                all.insert(picture.pixel(x, y));
+        return all.size();
+    };
+    QObject::connect(sheet, &View::framePainted, [&] { picture = widget->grabFrameBuffer(); });
+    frame();
+    EXPECT_GT(colours(), 2);
+    run("Ctrl+A; 1:Hide 2 tiles; out");
+    EXPECT_EQ(colours(), 1);
+}
+
+TEST_F(SheetTest, DroppedFilesAreTold)
+{
+    open(six());
+    QStringList told;
+    QObject::connect(window.get(), &Window::filesDropped,
+                     [&](const QStringList &paths) { told << paths; });
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile("/a/b.obj"), QUrl("http://c/d.obj")});
+    QDragEnterEvent enter({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(widget, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(QPointF(9, 9), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(widget, &drop);
+    EXPECT_EQ(told.join(' '), "/a/b.obj");
 }
 
 } // namespace

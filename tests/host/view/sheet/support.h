@@ -22,6 +22,7 @@ protected:
     ModuleLoader loader;
     ReadQueue queue;
     std::unique_ptr<Window> window;
+    QPointer<GLWindow> widget; ///< What the hand is at: that of the window, if not told otherwise.
     QTemporaryDir folder;
 
     void SetUp() override;
@@ -44,7 +45,7 @@ protected:
     void doubleClick(const QPointF &at);
     void drag(const QPointF &from, const QPointF &to, Qt::MouseButton button,
               Qt::KeyboardModifiers modifiers = {});
-    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
+    void key(int key); ///< Qt's, with its modifiers.
 
 private:
     void send(QEvent::Type type, const QPointF &at, Qt::MouseButton button, Qt::MouseButtons held,
