@@ -103,11 +103,11 @@ protected:
             else if (step.mid(1, 1) == ":")
                 EXPECT_TRUE(choose(sheet->tile(step.left(1).toInt()), step.mid(2)))
                     << step.toStdString();
-            else if (step[0] == 'c' || step[0] == 'C')
+            else if (id && (step[0] == 'c' || step[0] == 'C'))
                 click(middle(id), step[0] == 'C' ? Qt::ControlModifier : Qt::NoModifier);
-            else if (step[0] == 'm')
+            else if (id && step[0] == 'm')
                 move(middle(id));
-            else if (step[0] == 'a')
+            else if (id && step[0] == 'a')
                 drag(middle(id), middle(step.mid(3).toInt()) + QPointF(9, 9), Qt::RightButton,
                      Qt::ShiftModifier);
             else
@@ -185,36 +185,36 @@ TEST_F(SheetTest, OnlyWhatIsUnderThePointerIsMarked)
 TEST_F(SheetTest, LinkedCamerasTakeThePoseOfTheOneThatIsMoved)
 {
     open(six() << file("m7.csv", weather()));
-    drag(middle(4), middle(4) + QPointF(40, 0), Qt::LeftButton);
-    settle(sheet->tile(4));
+    drag(middle(5), middle(5) + QPointF(40, 0), Qt::LeftButton);
+    settle(sheet->tile(5));
     EXPECT_EQ(describe().left(3), " of") << "a drag selects nothing";
     const auto same = [&](int a, int b) {
         return camera(a).rot == camera(b).rot && camera(a).radius == camera(b).radius &&
                camera(a).setTarget == camera(b).setTarget;
     };
-    EXPECT_FALSE(same(1, 4));
-    run("c1; C4; C7; L");
-    EXPECT_TRUE(sheet->isLinked(1) && sheet->isLinked(4));
+    EXPECT_FALSE(same(1, 5));
+    run("c1; C5; C7; L");
+    EXPECT_TRUE(sheet->isLinked(1) && sheet->isLinked(5));
     EXPECT_FALSE(sheet->isLinked(2) || sheet->isLinked(7));
     const float plot = sheet->tile(7)->viewport.pos.x;
     const Vector other = camera(2).rot;
     drag(middle(1), middle(1) + QPointF(0, 20), Qt::LeftButton);
     settle(sheet->tile(1));
-    settle(sheet->tile(4));
-    EXPECT_TRUE(same(1, 4));
+    settle(sheet->tile(5));
+    EXPECT_TRUE(same(1, 5));
     EXPECT_EQ(sheet->tile(7)->viewport.pos.x, plot);
     drag(middle(7), middle(7) + QPointF(40, 0), Qt::LeftButton);
     EXPECT_NE(sheet->tile(7)->viewport.pos.x, plot);
-    EXPECT_TRUE(same(1, 4));
+    EXPECT_TRUE(same(1, 5));
     EXPECT_EQ(camera(2).rot, other);
 
     run("Shift+Home");
-    settle(sheet->tile(4));
-    EXPECT_FALSE(same(1, 4)) << "each has a first view of its own";
+    settle(sheet->tile(5));
+    EXPECT_FALSE(same(1, 5)) << "each has a first view of its own";
     run("L");
     drag(middle(1), middle(1) + QPointF(0, 20), Qt::LeftButton);
     settle(sheet->tile(1));
-    EXPECT_FALSE(sheet->isLinked(4) || camera(1).rot == camera(4).rot);
+    EXPECT_FALSE(sheet->isLinked(5) || camera(1).rot == camera(5).rot);
 }
 
 TEST_F(SheetTest, OpenedAloneItIsASingleViewAndEscapeGoesBack)
@@ -287,7 +287,7 @@ TEST_F(SheetTest, WhatIsHiddenGivesItsMemoryBackAndReturnsAsItWasLeft)
     EXPECT_FLOAT_EQ(camera(1).rot.y, left);
     EXPECT_FALSE(plot().enabled(1));
     EXPECT_NEAR(plot().visibleRange(tile).left(), range.left(), 0.01);
-    EXPECT_NEAR(plot().visibleRange(tile).top(), range.top(), 0.01);
+    EXPECT_NEAR(plot().visibleRange(tile).top(), range.top(), 0.1);
 }
 
 TEST_F(SheetTest, AFileThatFailsKeepsItsTileAndTellsWhy)
