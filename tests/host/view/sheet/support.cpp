@@ -157,10 +157,10 @@ void ViewTest::drag(const QPointF &from, const QPointF &to, Qt::MouseButton butt
     frame();
 }
 
-void ViewTest::key(int key)
+void ViewTest::key(int key, Qt::KeyboardModifiers modifiers)
 {
     QTest::keyClick(widget, Qt::Key(key & ~Qt::KeyboardModifierMask),
-                    Qt::KeyboardModifiers(key & int(Qt::KeyboardModifierMask)));
+                    modifiers | Qt::KeyboardModifiers(key & int(Qt::KeyboardModifierMask)));
     frame();
 }
 

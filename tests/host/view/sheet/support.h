@@ -45,7 +45,7 @@ protected:
     void doubleClick(const QPointF &at);
     void drag(const QPointF &from, const QPointF &to, Qt::MouseButton button,
               Qt::KeyboardModifiers modifiers = {});
-    void key(int key); ///< Qt's, with its modifiers.
+    void key(int key, Qt::KeyboardModifiers modifiers = {}); ///< Those within @p key count too.
 
 private:
     void send(QEvent::Type type, const QPointF &at, Qt::MouseButton button, Qt::MouseButtons held,
