@@ -29,6 +29,7 @@ SheetView::SheetView(Window &window, ReadQueue &queue, const QString &name,
     gaps_ = window.addScene("GLWidget", "gaps", Window::Behind);
     bindMouse(gaps_, RightButton, 0, "menu", {}, this, SLOT(GapMenu(GLW *, bool)));
     bindKeys();
+    bindChoosing();
     wire();
     connectQueue();
     open(paths);

@@ -70,7 +70,11 @@ public slots:
     void ToggleLink(); ///< The cameras of the selected tiles, or of all if fewer than two are.
     void WiderSpacing() { changeSpacing(2); }
     void NarrowerSpacing() { changeSpacing(-2); }
-    void ResetAll(); ///< Every camera back to its first view.
+    void ResetAll();       ///< Every camera back to its first view.
+    void ChooseNear();     ///< Selects the tile beside the chosen one, as the key's action says.
+    void ChooseNext();     ///< Selects the next in reading order.
+    void ChoosePrevious(); ///< Selects the one before.
+    void OpenChosen();     ///< Opens it alone.
     void SelectionChanged() { changed(); }
     void VisibilityChanged();
 
@@ -88,6 +92,7 @@ protected:
     bool itemsSelect() const override { return false; }
     void areaSelected(const QRectF &area) override;
     void fillMenu(GLW *glw, MenuTree *tree) override;
+    GLW *keyTarget() const override;
 
 private:
     using State = SheetEntry::State;
@@ -96,6 +101,10 @@ private:
     void addTiles(const QStringList &files);
     void takeList(const FileList &list);
     void bindKeys();
+    void bindChoosing();
+    QList<int> inReadingOrder() const;
+    int chosen() const;
+    void choose(int step);
     void connectQueue();
     SheetEntry *entryOf(const GLW *glw);
     SheetEntry *entryOfJob(int job, int *id = nullptr);

@@ -10,6 +10,7 @@
 
 #include "host/capture/picture.h"
 #include "host/item/series_item.h"
+#include "host/view/sheet/sheet_view.h"
 #include "host/view/single_view.h"
 #include "host/view/window/binding.h"
 #include "host/view/window/menu_tree.h"
@@ -254,6 +255,30 @@ TEST_F(SurfaceTest, WhatThePointerIsOnIsMarkedAtItsCornersAndNotInPictures)
     EXPECT_EQ(picture(), saved);
     key(Qt::Key_M);
     EXPECT_EQ(painted(), plain);
+}
+
+TEST_F(SurfaceTest, TilesAreChosenAndOpenedByKeys)
+{
+    SheetView sheet(*window, queue, "sheet",
+                    {boxes("a.obj", 1), boxes("b.obj", 1), boxes("c.obj", 1), boxes("d.obj", 1)});
+    show(sheet);
+    QApplication::setActiveWindow(window->widget());
+    move({-20, -20});
+    const auto ids = [&](const char *slot) {
+        QList<int> ids;
+        QMetaObject::invokeMethod(sheet.scene(), slot, Q_RETURN_ARG(QList<int>, ids));
+        return ids;
+    };
+    // Two rows of two.
+    const std::pair<Qt::Key, int> steps[] = {
+        {Qt::Key_Down, 1}, {Qt::Key_Down, 3},  {Qt::Key_Right, 4}, {Qt::Key_Right, 4},
+        {Qt::Key_Tab, 1},  {Qt::Key_Right, 2}, {Qt::Key_Left, 1},  {Qt::Key_Tab, 2}};
+    for (const auto &[code, chosen] : steps) {
+        key(code);
+        EXPECT_EQ(ids("GetSelected"), QList<int>{chosen}) << int(code);
+    }
+    key(Qt::Key_Return);
+    EXPECT_EQ(ids("GetVisible"), QList<int>{2});
 }
 
 } // namespace
