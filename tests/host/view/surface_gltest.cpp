@@ -265,9 +265,9 @@ TEST_F(SurfaceTest, TilesAreChosenAndOpenedByKeys)
     QApplication::setActiveWindow(window->widget());
     move({-20, -20});
     const auto ids = [&](const char *slot) {
-        QList<int> ids;
-        QMetaObject::invokeMethod(sheet.scene(), slot, Q_RETURN_ARG(QList<int>, ids));
-        return ids;
+        QList<int> told;
+        QMetaObject::invokeMethod(sheet.scene(), slot, Q_RETURN_ARG(QList<int>, told));
+        return told;
     };
     // Two rows of two.
     const std::pair<Qt::Key, int> steps[] = {
