@@ -156,9 +156,6 @@ protected:
 
     /// A click that the item of @p glw has no use for.
     virtual void clicked(GLW *) {}
-    /// Binds a key that concerns the whole view: it is heard wherever the pointer is.
-    QAction *bindViewKey(const QString &key, const char *name, const QString &text,
-                         QObject *receiver, const char *slot);
     /// What keys mean that concern one object: the menu's, for example.
     virtual GLW *keyTarget() const { return mainGLW(); }
     /// Pixels at the edges of @p glw over which this view lays something.

@@ -104,11 +104,9 @@ void SheetView::ChooseNear()
 /// As a double click does.
 void SheetView::OpenChosen()
 {
-    const int id = chosen();
-    if (id < 0)
-        return;
-    QMetaObject::invokeMethod(scene(), "LeftDoubleMouse", Q_ARG(GLW *, tiles_.value(id)),
-                              Q_ARG(bool, true));
+    const auto found = entries_.find(chosen());
+    if (found != entries_.end())
+        emit openAsked(found->second.path);
 }
 
 } // namespace host
