@@ -88,15 +88,15 @@ TEST_P(CommandLine, EndsAsAScriptExpects)
 // Larger than the screen: the same picture, finer. Transparent: nothing but model and text.
 TEST_F(CommandTest, LargePicturesAndRecordingsAreTakenAsAskedFor)
 {
-    run("--size 800x600 --screenshot $/small.png $/pyramid.obj", 0);
+    run("--size 1600x1200 --screenshot $/small.png $/pyramid.obj", 0);
     run("--size 3200x2400 --transparent --screenshot $/large.png $/pyramid.obj", 0);
     const QImage small(folder.filePath("small.png")), large(folder.filePath("large.png"));
     ASSERT_EQ(large.size(), QSize(3200, 2400));
     int apart = 0, covered = 0;
-    for (int y = 100; y < 460; ++y) { // between text, triad and scale bar, smaller in the large one
-        for (int x = 0; x < 800; ++x) {
-            const bool model = small.pixel(x, y) != small.pixel(799, y);
-            apart += model != (qAlpha(large.pixel(4 * x + 2, 4 * y + 2)) == 255);
+    for (int y = 100; y < 1000; ++y) { // between text, triad and scale bar
+        for (int x = 0; x < 1600; ++x) {
+            const bool model = small.pixel(x, y) != small.pixel(1599, y);
+            apart += model != (qAlpha(large.pixel(2 * x + 1, 2 * y + 1)) == 255);
             covered += model;
         }
     }
