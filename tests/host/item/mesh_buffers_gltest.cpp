@@ -92,7 +92,7 @@ TEST_P(DrawingOrder, ShowsWhatShinesThrough)
         glMatrixMode(GL_MODELVIEW);
         glLoadMatrixf(view.constData());
         const GLboolean culled = glIsEnabled(GL_CULL_FACE);
-        buffers.draw(mesh, display, {-1, {}});
+        buffers.draw(mesh, display, {std::vector<bool>()});
         EXPECT_EQ(glIsEnabled(GL_CULL_FACE), culled);
         quint8 p[3];
         glReadPixels(30, 30, 1, 1, GL_RGB, GL_UNSIGNED_BYTE, p);
