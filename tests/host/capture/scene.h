@@ -36,11 +36,6 @@ protected:
         }
         glEnd();
         glColor3f(1, 1, 0);
-        glLineWidth(9 * scale);
-        glBegin(GL_LINE_LOOP);
-        for (const int i : {0, 1, 3, 2})
-            glVertex2f(i % 2 ? 1.3f : -1.3f, i / 2 ? 1 : -1);
-        glEnd();
         glPointSize(13 * scale);
         glBegin(GL_POINTS);
         for (int i = 0; i < 40; ++i)
