@@ -115,7 +115,8 @@ struct Answer {
     QString reason; ///< Empty if there is content.
 };
 
-Answer readFile(const ReadRequest &request, const ReadLimits &limits, const ReadProgress &progress)
+Answer readFile(const ReadRequest &request, const ReadLimits &limits, const ModelParser &parser,
+                const ReadProgress &progress)
 {
     const QString path = request.paths.value(0);
     const QString objection = fileObjection(path, limits);
@@ -125,7 +126,7 @@ Answer readFile(const ReadRequest &request, const ReadLimits &limits, const Read
         CsvResult read = readCsv(path, progress);
         return {{nullptr, read.table, nullptr}, read.error};
     }
-    Imported read = importMesh(path, progress, {}, request.companions);
+    Imported read = parser(path, progress, request.companions);
     return {{std::make_shared<Mesh>(std::move(read.mesh)), nullptr, nullptr}, read.reason};
 }
 
@@ -138,26 +139,28 @@ FileList list(const ReadRequest &request)
     return listFiles({QFileInfo(request.paths.value(0)).absolutePath()}, limits);
 }
 
-Answer answer(const ReadRequest &request, const ReadLimits &limits, const ReadProgress &progress)
+Answer answer(const ReadRequest &request, const ReadLimits &limits, const ModelParser &parser,
+              const ReadProgress &progress)
 {
     try {
         if (request.kind != ReadRequest::Kind::File)
             return {{nullptr, nullptr, std::make_shared<FileList>(list(request))}, {}};
-        return readFile(request, limits, progress);
+        return readFile(request, limits, parser, progress);
     } catch (const std::bad_alloc &) {
         return {{}, QStringLiteral("it asks for more memory than there is")};
     }
 }
 
 /// Returns whether another request may be served.
-bool serve(const ReadRequest &request, const ReadLimits &limits, QIODevice &out)
+bool serve(const ReadRequest &request, const ReadLimits &limits, const ModelParser &parser,
+           QIODevice &out)
 {
     const qint64 size = QFileInfo(request.paths.value(0)).size();
     const ReadLimits now = limits.forSize(size);
     limitFile(now);
     if (!sendBegin(out, size))
         return false;
-    Answer given = answer(request, now, ProgressWriter(out));
+    Answer given = answer(request, now, parser, ProgressWriter(out));
     if (given.reason.isEmpty() && !sendContent(out, given.content))
         return false;
     given.content = {};
@@ -180,6 +183,18 @@ bool readRequest(QDataStream &in, ReadRequest &request, ReadLimits &limits)
     return in.status() == QDataStream::Ok;
 }
 
+/// Puts @p note before those of each mesh.
+ModelParser noting(const QString &note, const ModelParser &parser)
+{
+    return [=](const QString &path, const ReadProgress &progress, Companions companions) {
+        Imported read = parser ? parser(path, progress, companions)
+                               : importMesh(path, progress, {}, companions);
+        if (!note.isEmpty())
+            read.mesh.notes.prepend(note);
+        return read;
+    };
+}
+
 } // namespace
 
 void writeRequest(QDataStream &out, const ReadRequest &request, const ReadLimits &limits)
@@ -189,7 +204,7 @@ void writeRequest(QDataStream &out, const ReadRequest &request, const ReadLimits
         << qint32(limits.wallSeconds);
 }
 
-int runReaderProcess()
+int runReaderProcess(const ModelParser &parser)
 {
     QFile in, out;
     const int stream = takeStandardOutput();
@@ -199,13 +214,11 @@ int runReaderProcess()
     const QString open = closeIn();
     if (!hasListener(stream)) // the parent died before its death was to be told
         return 1;
-    if (!open.isEmpty())
-        std::fprintf(stderr, "glview: %s\n", qUtf8Printable(open));
     QDataStream requests(&in);
     ReadRequest request;
     ReadLimits limits;
     while (readRequest(requests, request, limits)) {
-        if (!serve(request, limits, out))
+        if (!serve(request, limits, noting(open, parser), out))
             break;
     }
     return 0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The test program as the child that a reader starts, and as one that misbehaves.
 #include <csignal>
+#include <string>
 
 #include <QCoreApplication>
 #include <QFile>
@@ -9,6 +10,7 @@
 #include <unistd.h>
 
 #include "host/read/reader_process.h"
+#include "tests/host/read/support.h"
 
 int runAsChild(int argc, char **argv);
 
@@ -46,8 +48,8 @@ int misbehave(const QString &how)
         return crash();
     if (how == "sleep")
         return pause();
-    const QByteArray garbage(100, 'x');
-    if (how == "garbage" && write(STDOUT_FILENO, garbage.data(), 100) == 100)
+    const std::string garbage(100, 'x');
+    if (how == "garbage" && write(STDOUT_FILENO, garbage.data(), garbage.size()) > 0)
         return pause();
     return how == "memory" ? host::outOfMemoryExit : 3;
 }
@@ -72,6 +74,9 @@ int runAsChild(int argc, char **argv)
     const QStringList arguments = app.arguments();
     if (arguments[1] == "--reader")
         return host::runReaderProcess();
+    if (arguments[1] == "--forbidden")
+        return host::runReaderProcess(
+            [](const QString &path, const auto &, auto) { return host::tryForbidden(path); });
     if (arguments[1] == "--count")
         return count(arguments[2]);
     return arguments[1] == "--misbehave" ? misbehave(arguments[2]) : -1;

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "host/read/companion_files.h"
 
+#include <QSignalSpy>
+
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include "host/read/import.h"
+#include "host/read/read_queue.h"
 #include "tests/host/read/support.h"
 
 namespace host {
@@ -70,6 +73,24 @@ TEST_P(CompanionOf, IsReadOrNoted)
 
 INSTANTIATE_TEST_SUITE_P(Rows, CompanionOf, testing::ValuesIn(companionCases),
                          [](const auto &row) { return std::string(row.param.name); });
+
+TEST(CompanionFilesTest, TheReadersProgramDecides)
+{
+    const ModelFolder folder;
+    folder.write("out.mtl", "newmtl red\nKd 1 0 0\n");
+    const QString model =
+        folder.write("model/a.obj", "mtllib ../out.mtl\nusemtl red\n" + objTriangle());
+    for (const Companions allowed : {Companions::InFolder, Companions::Anywhere}) {
+        ReaderProgram program;
+        program.companions = allowed;
+        ReadQueue queue(nullptr, program);
+        QSignalSpy finished(&queue, &ReadQueue::finished);
+        queue.add(model);
+        ASSERT_TRUE(finished.wait(60000));
+        const MeshPtr mesh = finished[0][1].value<Content>().mesh;
+        EXPECT_EQ(mesh->notes.isEmpty(), allowed == Companions::Anywhere);
+    }
+}
 
 TEST(CompanionFilesTest, NotesNameTexturesAndEnd)
 {

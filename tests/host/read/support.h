@@ -7,7 +7,7 @@
 #include <QString>
 #include <QTemporaryDir>
 
-#include "host/read/mesh.h"
+#include "host/read/import.h"
 
 namespace host {
 
@@ -27,6 +27,9 @@ QByteArray objGrid(int side);
 
 /// A triangle in the x-y plane with the corners (0,0,0), (2,0,0), (0,3,0), as an OBJ file.
 QByteArray objTriangle();
+
+/// What a test has in place of a parser: tries what none may do, and fails with what came of it.
+Imported tryForbidden(const QString &path);
 
 /// Fails the running test where @p mesh breaks a promise of Mesh.
 void expectPromises(const Mesh &mesh);
