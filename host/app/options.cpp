@@ -35,6 +35,9 @@ public:
         "seconds", Options::tr("Let the recording last <n> seconds, 0.1 to 600."), "n"};
     const QCommandLineOption transparent{
         "transparent", Options::tr("Leave the background out of the picture or the recording.")};
+    const QCommandLineOption companions{
+        "companions", Options::tr("Let models read files <where>: in their folder, or anywhere."),
+        "where"};
     const QCommandLineOption help{{"h", "help"}, Options::tr("List the options.")};
     const QCommandLineOption version{{"v", "version"},
                                      Options::tr("Name the program, its module and Qt's version.")};
@@ -46,6 +49,7 @@ public:
     };
     const QList<Group> groups{
         {Options::tr("Window"), {size, fps, up, watch, module}},
+        {Options::tr("Files"), {companions}},
         {Options::tr("Pictures and recordings"), {screenshot, turntable, seconds, transparent}},
         {Options::tr("Help"), {help, version}}};
 
@@ -153,6 +157,13 @@ Options parseOptions(const QStringList &arguments)
             return refuse(
                 Options::tr("--up takes x, y or z, not \"%1\"").arg(parser.value(parser.up)));
         o.up = FileAxes::Axis(axis);
+    }
+    if (parser.isSet(parser.companions)) {
+        const QString where = parser.value(parser.companions);
+        if (where != "anywhere" && where != "folder")
+            return refuse(Options::tr("--companions takes \"folder\" or \"anywhere\", not \"%1\"")
+                              .arg(where));
+        o.companions = where == "anywhere" ? Companions::Anywhere : Companions::InFolder;
     }
     if (parser.isSet(parser.fps)) {
         bool number = false;

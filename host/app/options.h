@@ -9,6 +9,7 @@
 #include <QString>
 #include <QStringList>
 
+#include "host/read/companions.h"
 #include "host/read/mesh.h"
 
 namespace host {
@@ -41,6 +42,7 @@ public:
     bool sizeGiven = false;   ///< Otherwise the size of the last run is preferred.
     std::optional<FileAxes::Axis> up; ///< Of the files' axes; nothing: as their formats have it.
     float fps = 60;                   ///< Frames per second while something moves.
+    Companions companions = Companions::InFolder; ///< What models may name.
 
     /// Whether a person is at the window, whose habits are worth keeping.
     bool isPersonal() const { return screenshot.isEmpty() && turntable.isEmpty(); }

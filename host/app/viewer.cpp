@@ -30,10 +30,19 @@ QSize startSize(const Options &options)
     return screen ? wanted.boundedTo(screen->availableSize()) : wanted;
 }
 
+ReaderProgram readerProgram(const Options &options)
+{
+    ReaderProgram program;
+    program.companions = options.companions;
+    return program;
+}
+
 } // namespace
 
 Viewer::Viewer(const ModuleLoader &loader, const Options &options)
-    : options_(options), window_(loader.factory(), startSize(options), options.fps)
+    : options_(options),
+      window_(loader.factory(), startSize(options), options.fps),
+      queue_(nullptr, readerProgram(options))
 {
     if (options.isPersonal()) {
         const Settings last;

@@ -40,7 +40,7 @@ public:
     virtual ~Item() = default;
 
     virtual QString name() const = 0;         ///< Of the file, without its folder.
-    virtual QString details() const = 0;      ///< Counts and sizes, in one line.
+    virtual QString details() const = 0;      ///< Counts and sizes, in one line; what was not read.
     virtual QString underPointer() const = 0; ///< What the pointer is on; may be empty.
     virtual quint64 count() const = 0;        ///< Triangles or samples: what sorting goes by.
     virtual quint64 byteSize() const = 0;     ///< Memory held, GL's included.

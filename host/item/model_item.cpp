@@ -64,8 +64,10 @@ QString ModelItem::details() const
             ? tr("1 triangle")
             : tr("%1 triangles").arg(locale.toString(qulonglong(mesh_->triangleCount())));
     const QString up = (axes.upIsNegative() ? tr("−%1 up") : tr("%1 up")).arg("XYZ"[axes.up()]);
-    return QStringLiteral("%1  ·  %2 × %3 × %4  ·  %5")
-        .arg(count, length(size.x()), length(size.y()), length(size.z()), up);
+    const QString counts =
+        QStringLiteral("%1  ·  %2 × %3 × %4  ·  %5")
+            .arg(count, length(size.x()), length(size.y()), length(size.z()), up);
+    return (QStringList(counts) + mesh_->notes).join(QStringLiteral("  ·  "));
 }
 
 QString ModelItem::underPointer() const

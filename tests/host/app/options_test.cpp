@@ -38,6 +38,7 @@ const OptionsCase optionsCases[] = {
     {"SecondsAlone", "--seconds 3 a.obj", Action::Refuse, "--turntable"},
     {"PictureWatched", "--watch --screenshot p.png a.obj", Action::Refuse, "window"},
     {"InputTwice", "- -", Action::Refuse, "once"},
+    {"CompanionsNowhere", "--companions nowhere a.obj", Action::Refuse, "\"nowhere\""},
 };
 
 TABLE(OptionsLine, testing::Test, OptionsCase, optionsCases);
@@ -54,11 +55,12 @@ TEST_P(OptionsLine, IsTakenOrRefused)
 TEST(OptionsTest, ValuesArrive)
 {
     const Options o = parseOptions(
-        QString(
-            "glview --size 640x480 --module m.so --fps 25 --up z --screenshot p.png - -- -a.obj")
+        QString("glview --size 640x480 --module m.so --fps 25 --up z --screenshot p.png "
+                "--companions anywhere - -- -a.obj")
             .split(' '));
     EXPECT_EQ(o.size, QSize(640, 480));
     EXPECT_EQ(o.module, "m.so");
+    EXPECT_EQ(o.companions, Companions::Anywhere);
     EXPECT_EQ(o.fps, 25);
     EXPECT_EQ(o.up, FileAxes::Z);
     EXPECT_EQ(o.screenshot, "p.png");
