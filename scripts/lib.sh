@@ -65,16 +65,17 @@ require() {
         fail 'apt-get could not install the packages above.'
 }
 
-# build PRESET: configures and builds, with ccache where it is installed.
+# build PRESET [TARGET...]: configures and builds all or the targets, with ccache where it is installed.
 build() {
-    local options=()
+    local options=() preset=$1
+    shift
     if command -v ccache >/dev/null; then
         options+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
     fi
-    say "configuring build/$1"
-    cmake --preset "$1" "${options[@]}" </dev/null
-    say "building build/$1"
-    cmake --build "build/$1" </dev/null
+    say "configuring build/$preset"
+    cmake --preset "$preset" "${options[@]}" </dev/null
+    say "building build/$preset"
+    cmake --build "build/$preset" ${1:+--target "$@"} </dev/null
 }
 
 # run_tests PRESET [OPTION...]: runs what was built, two programs at a time or as many as there are

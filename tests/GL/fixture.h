@@ -24,7 +24,8 @@ struct Machine {
     const char *renderer = nullptr; ///< What OpenGL calls itself; its own name while null.
     QImage shown;                   ///< The last frame that a window swapped.
     int swaps = 0;
-    QStringList texts; ///< Of renderText(): "x,y,text,colour".
+    int delivering = 0; ///< How deep Qt is in events that it delivers itself.
+    QStringList texts;  ///< Of renderText(): "x,y,text,colour".
     std::function<QObject *(const QString &type, QObject *parent, const QString &name)> newObject;
 };
 extern Machine machine;
@@ -82,11 +83,13 @@ protected:
     Recorder host;
     QPointer<QGLWindow> window;
     GLenum error = GL_NO_ERROR; ///< That the last frame left.
+    bool anyError = false;      ///< OpenGL may complain of what this test does.
 
 private:
     using Words = QStringList;
     void call(QObject *o, const QByteArray &slot, const Words &arguments);
     std::map<QString, std::function<void(const Words &)>> verbs;
+    QByteArray renderer;
 };
 
 /// A row of a table of scripts: "Name: script => words", one per line.

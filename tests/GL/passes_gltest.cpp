@@ -256,24 +256,12 @@ DrawFG:view 0,0,140,100=0,99,139,-99
     EXPECT_TRUE(host.take().startsWith("DrawEvent DrawBG:view Draw3D:1")) << "at once";
 }
 
-TEST_F(Passes, PickingLaysOutAndPaintingDoesNot)
-{
-    run("view 2; frame; set 2 visible false; view.AddTile 3; set view enabled false; frame");
-    GLTile *added = view()->tiles[3];
-    EXPECT_EQ(added->gl, window);
-    EXPECT_EQ(added->orect, QRectF(0, 0, 1, 1)) << "nor while disabled";
-    view()->tiles[2]->camera.d_rot.y = 1;
-    view()->setProperty("enabled", true);
-    view()->paintGL();
-    EXPECT_EQ(added->orect, QRectF(0, 0, 1, 1));
-    host.on["TileResized:100,100"] = [&] { view()->updateLayout = 7; };
-    EXPECT_TRUE(run("frame; stale").startsWith("TileResized:100,100 Update:1 Update:3 "));
-    EXPECT_EQ(run("stale; cells"), "+0 1:2,2,97,96 2:101,2,97,96 3:101,2,97,96");
-    EXPECT_EQ(view()->tiles[2]->camera.rot.y, 0) << "hidden";
-    EXPECT_FALSE(run("frame").contains("TileResized")) << "once";
-    EXPECT_FALSE(run("on Update:1 set view enabled false; frame").contains("Update:3"))
-        << "asked again for every tile";
-}
+const char *const layoutScripts = R"(
+PaintingDoesNot: set view enabled false; view.AddTile 3; frame; cells; stale => Init:3 TileAdded:3 3 DrawEvent DrawBG:view Draw3D:1 Draw2D:1 Draw3D:2 Draw2D:2 Draw3D:3 Draw2D:3 DrawFG:view PaintForeground:view 1:2,2,97,96 2:101,2,97,96 +1
+PickingDoes: view.AddTile 3; view.SetVisible [1] false; set view visible 0; frame; set view visible 1; set view draw2d 0; frame; cells; stale => Init:3 TileAdded:3 3 TileResized:100,100 Update:2 Pick3D:2 Pick2D:2 Update:3 DrawEvent DrawBG:view Draw3D:2 Draw3D:3 DrawFG:view PaintForeground:view 1:2,2,97,96 2:2,2,97,96 3:101,2,97,96 +0
+AskedForEveryTile: on Update:1 set view enabled false; frame => Update:1 Pick3D:1 Pick2D:1 DrawEvent DrawBG:view Draw3D:1 Draw2D:1 Draw3D:2 Draw2D:2 DrawFG:view PaintForeground:view
+)";
+SCRIPTS(LayingOut, WindowTest, "view 2; frame; point 5,50", layoutScripts)
 
 const struct {
     QRectF set; // by the host; what is 0 it leaves

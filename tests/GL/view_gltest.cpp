@@ -7,37 +7,32 @@
 
 namespace {
 
-struct GridCase {
-    double w, h;
-    int tiles, rows, cols;
-    QList<QSize> hints; // of the first tiles; the others want 1 x 1
-};
-
-const GridCase gridCases[] = {
-    {800, 600, 1, 1, 1, {}},           {200, 800, 2, 2, 1, {}},
-    {600, 400, 3, 1, 3, {}}, // a tie keeps fewer rows
-    {800, 600, 3, 2, 2, {}},           {800, 600, 5, 2, 3, {}},
-    {800, 600, 7, 2, 4, {}},           {200, 400, 7, 4, 2, {}},
-    {800, 600, 10, 2, 5, {}},          {200, 300, 16, 6, 3, {}}, // four rows are never tried
-    {300, 600, 20, 5, 4, {}},          {800, 600, 12, 4, 3, {{2, 1}}},
-    {800, 600, 5, 3, 2, {{400, 200}}}, {800, 600, 2, 1, 2, {{8, 1}, {1, 8}}},
-};
-
 using View = WindowTest;
+
+// Tiles in a width and height, size hints of the first tiles => rows and columns.
+const char *const gridRows = R"(
+One: 1 800 600 => 1 1
+TwoInATallView: 2 200 800 => 2 1
+ATieKeepsFewerRows: 3 600 400 => 1 3
+Three: 3 800 600 => 2 2
+Five: 5 800 600 => 2 3
+Seven: 7 800 600 => 2 4
+SevenRowsRoundedDown: 7 200 400 => 4 2
+Ten: 10 800 600 => 2 5
+FourRowsAreNeverTried: 16 200 300 => 6 3
+NorAreSeven: 20 300 600 => 5 4
+Wide: 12 800 600; set 1 sizeHint 2x1 => 4 3
+OnlyTheAspectCounts: 5 800 600; set 1 sizeHint 400x200 => 3 2
+WidestAndTallestMakeOneSize: 2 800 600; set 1 sizeHint 8x1; set 2 sizeHint 1x8 => 1 2
+)";
 
 TEST_F(View, GridIsLargeForTheAspect)
 {
-    for (const GridCase &c : gridCases) {
-        SCOPED_TRACE(testing::Message() << c.tiles << " in " << c.w << " x " << c.h);
-        run(QString("alone %1 %2 %3; view.AddTile 99; set 99 sizeHint 1x500; set 99 visible 5x5")
-                .arg(c.tiles)
-                .arg(c.w)
-                .arg(c.h));
-        for (int i = 0; i < c.hints.size(); ++i)
-            find(QString::number(i + 1))->setProperty("sizeHint", c.hints[i]);
-        EXPECT_EQ(run("view.SetOrder []; get view rows; get view cols").section(' ', 1),
-                  QString("%1 %2").arg(c.rows).arg(c.cols));
-        run("delete view");
+    for (const Script &row : Script::table(gridRows)) {
+        run("alone " + row.script +
+            "; view.AddTile 99; set 99 sizeHint 1x500; set 99 visible 5x5; view.SetOrder []");
+        EXPECT_EQ(run("get view rows; get view cols; delete view"), row.told)
+            << row.name.toStdString();
     }
 }
 
@@ -82,6 +77,8 @@ SelectAll: set view enableSelection 0; set 3 visible 0; set 1,2 selected 1; set 
 ToggleWithoutSelection: set 2 visible 0; view.ToggleVisible; view.GetVisible; stale => VisibleCountChanged:3 1,2,3 +1
 ToggleSelected: set 1,3 selected 1; view.ToggleVisible; view.GetVisible; view.ToggleVisible => VisibleCountChanged:2 1,3 VisibleCountChanged:3
 ToggleAsManyButOthers: set 3 selected 1; set 1,3 visible 0; view.ToggleVisible; view.GetVisible => VisibleCountChanged:1 3
+Hits: view.SetOrder []; hit view 5,5 305,5 298,5 299,5 300,5 1,5 => TileResized:300,300 o o o o - -
+HitAsksForTheSwitches: view.SetOrder []; set 1 visible 0; hit view 5,5; set 1 visible 1; hit view 5,5; set 1 enabled none; hit view 5,5 => TileResized:300,300 - o -
 Bindings: window.AddGLWidget view; actions view; actions 2; get view_leftdoublemouse binding; get view_leftmouse binding; get view_ctrlleftmouse binding; get view_ctrlleftmouse mask => view [view_ctrlleftmouse,view_leftmouse,view_leftdoublemouse] [view_ctrlleftmouse,view_leftmouse,view_leftdoublemouse] 257 1 67108865 0
 )";
 SCRIPTS(Operations, WindowTest, "alone 3 900 300", operationScripts)
@@ -109,49 +106,6 @@ TEST_F(View, TileHasNoBindingsOfItsOwn)
     EXPECT_EQ(run("view.Tiles"), "1,2") << "the end of the old one does not concern the new";
     view->updateLayout = 2147483646;
     EXPECT_EQ(run("view.UpdateLayout; view.UpdateLayout; stale"), "+2147483647");
-}
-
-/// A value that counts how often it is read as a bool.
-struct Counted {
-    static int reads;
-};
-int Counted::reads = 0;
-
-/// Keeps the news of a changed property from everybody.
-struct Silence : QObject {
-    bool eventFilter(QObject *, QEvent *e) override
-    {
-        return e->type() == QEvent::DynamicPropertyChange;
-    }
-};
-
-TEST_F(View, ReadsPropertiesAFixedNumberOfTimesAndExactly)
-{
-    QMetaType::registerConverter<Counted, bool>(
-        [](const Counted &) { return ++Counted::reads > 0; });
-    run("alone 500 1000 1000");
-    auto *view = static_cast<GLMultiWidget *>(find("view"));
-    for (GLTile *tile : view->tiles)
-        static_cast<QObject *>(tile)->setProperty("visible", QVariant::fromValue(Counted()));
-    run("view.SetOrder [500]");
-    EXPECT_GE(Counted::reads, 500);
-    EXPECT_LE(Counted::reads, 1500);
-    Counted::reads = 0;
-    EXPECT_EQ(view->hit(4, 4), view->tiles[500]);
-    EXPECT_EQ(view->hit(4, 4), view->tiles[500]);
-    EXPECT_EQ(Counted::reads, 1);
-    EXPECT_EQ(view->hit(1, 5), nullptr) << "the border";
-    Silence silence;
-    qApp->installEventFilter(&silence);
-    for (const char *property : {"visible", "enabled"})
-        for (const char *value : {"false", "true", "none", "1"}) {
-            run(QString("set 500 %1 %2").arg(property, value));
-            EXPECT_EQ(view->hit(5, 5),
-                      value[0] == 't' || *value == '1' ? view->tiles[500] : nullptr)
-                << property;
-            run("set 500 visible true; set 500 enabled true");
-        }
-    qApp->removeEventFilter(&silence);
 }
 
 // Clicks and double clicks on tiles; four stand in two rows, 0 is the border.
@@ -269,5 +223,3 @@ TEST_F(Gestures, DrawnPickedHitAndClickedAreOneTile)
 }
 
 } // namespace
-
-Q_DECLARE_METATYPE(Counted)

@@ -29,67 +29,34 @@ UnreadableTimerCountsAsFalse: set window timer none; tick => Pick3D:a Pick2D:a
 UpdateServesOne: set window timer false; window.Update; window.Update; tick; expose => Pick3D:a Pick2D:a Draw3D:a Draw2D:a PaintForeground:a Pick3D:a Pick2D:a Draw3D:a Draw2D:a PaintForeground:a
 UpdateIsServedOnce: set window timer false; window.Update; tick; delete a; tick => Pick3D:a Pick2D:a Draw3D:a Draw2D:a PaintForeground:a
 ExposePaintsWhenIdle: set window timer false; expose => Pick3D:a Pick2D:a Draw3D:a Draw2D:a PaintForeground:a
+TenPixelsWide: resize 10x200; window.Update; tick; swaps => 0
+TenPixelsHigh: resize 200x10; window.Update; tick; swaps => 0
+ElevenPixelsSquare: resize 11x11; tick; swaps => Pick3D:a Pick2D:a Draw3D:a Draw2D:a PaintForeground:a 1
 HostPaintsWhenIdle: set window timer false; frame => Pick3D:a Pick2D:a Draw3D:a Draw2D:a PaintForeground:a
 )";
 SCRIPTS(Gates, WindowTest, "add a", gateScripts)
 
-TEST_F(Gates, DependOnTheSize)
-{
-    add("a");
-    host.hear(window);
-    for (const auto &[size, paints] :
-         {std::pair(QSize(10, 200), false), {QSize(200, 10), false}, {QSize(11, 11), true}}) {
-        window->update = machine.swaps = 0;
-        host.log.clear();
-        window->resize(size);
-        EXPECT_EQ(host.log.filter("Resized").join(' '), "Resized:" + wordOf(size));
-        EXPECT_EQ(run("window.Update; tick").contains("Draw3D:a"), paints);
-        EXPECT_EQ(machine.swaps, paints);
-        EXPECT_EQ(window->update, !paints);
-    }
-    EXPECT_FALSE(window->timer_event);
-    window->hide();
-    EXPECT_EQ(run("tick"), "");
-}
-
-struct TextCase {
-    const char *name;
-    time_t interval, period, sum; // microseconds: since the last frame, of the period, worked in it
-    const char *text, *fps, *cpu;
-};
-
-const TextCase textCases[] = {
-    {"Sixty", 16667, 600000, 72000, "  60 fps 12%gfx", "  60 fps", "12%"},
-    {"SlowHasOneDecimal", 161000, 600000, 6000, " 6.2 fps  1%gfx", " 6.2 fps", " 1%"},
-    {"TenHasNone", 100000, 600000, 6000, "  10 fps  1%gfx", "  10 fps", " 1%"},
-    {"NoTimePassed", 0, 600000, 0, "1000000 fps  0%gfx", "1000000 fps", " 0%"},
-    {"FullLoadIsNotClamped", 5000, 600000, 1200000, " 200 fps 200%gfx", " 200 fps", "200%"},
-    {"HalfASecondIsTooEarly", 16667, 500000, 72000, "old", "", ""},
-    {"AndOneMoreIsNot", 20000, 500001, 0, "  50 fps  0%gfx", "  50 fps", " 0%"},
-};
-
 using Rate = WindowTest;
 
-TEST_F(Rate, TextsAreRefreshed)
-{
-    EXPECT_EQ(window->last_fps, " 0.0 fps  0%gfx") << "by the first frame";
-    machine.clock = time_t(2000000000) * 1000000;
-    for (const TextCase &c : textCases) {
-        SCOPED_TRACE(c.name);
-        run("set window fpsString ; set window cpuString ");
-        window->last_fps = "old";
-        window->last_draw = size_t(machine.clock - c.interval);
-        window->timer = {machine.clock - c.period, c.sum};
-        frame();
-        EXPECT_EQ(window->last_fps, c.text);
-        EXPECT_EQ(window->property("fpsString").toString(), c.fps);
-        EXPECT_EQ(window->property("cpuString").toString(), c.cpu);
-        EXPECT_EQ(time_t(window->last_draw), machine.clock);
-        const bool refreshed = window->last_fps != "old";
-        EXPECT_EQ(window->timer.start == machine.clock, refreshed);
-        EXPECT_EQ(window->timer.sum, refreshed ? 0 : c.sum);
-    }
-}
+// The texts, and what became of the period, its work and the last frame's time.
+const char *const textScripts = R"(
+Sixty: period 16667 600000 72000; frame; texts => __60_fps_12%gfx;__60_fps;12% 0,0,0
+SlowHasOneDecimal: period 161000 600000 6000; frame; texts => _6.2_fps__1%gfx;_6.2_fps;_1% 0,0,0
+TenHasNone: period 100000 600000 6000; frame; texts => __10_fps__1%gfx;__10_fps;_1% 0,0,0
+NoTimePassed: period 0 600000 0; frame; texts => 1000000_fps__0%gfx;1000000_fps;_0% 0,0,0
+FullLoadIsNotClamped: period 5000 600000 1200000; frame; texts => _200_fps_200%gfx;_200_fps;200% 0,0,0
+HalfASecondIsTooEarly: period 16667 500000 72000; frame; texts => old;_0.0_fps;_0% 500000,72000,0
+AndOneMoreIsNot: period 20000 500001 0; frame; texts => __50_fps__0%gfx;__50_fps;_0% 0,0,0
+TimerIsPrecise: set window fps 60; timer; set window fps 0; timer; set window fps -5; timer; set window fps 2000; timer => 16 60 on 60 off 60 off 0 2000 on
+TimerIsTruncated: set window fps 7; timer; set window fps 0.5; timer; set window fps 1e-9; timer => 142 7 on 2000 0.5 on 2147483647 1e-09 on
+Software: renderer A Software Rasterizer; context; frame; get window swRendering => 1
+CaseMatters: renderer software pipe; context; frame; get window swRendering => 0
+SoftwareStays: set window swRendering true; context; frame; get window swRendering => 1
+DefaultsOfAWindow: set window fpsString ; set window cpuString ; defaults window => verbose=0 timer=1 drawfps=1 fpsString= cpuString= swRendering=0 clampMouseToFrame=1
+DefaultsOfAView: view 0; set view drawbg 1; defaults view => enabled=1 visible=1 flags=0 pick3d=1 pick2d=1 draw3d=1 draw2d=1 drawbg=1 drawfg=1 rows=1 cols=1 spacing=2 padding=0 header=0 footer=0 enableSelection=1
+DefaultsOfATile: view 1; defaults 1 => enabled=1 visible=1 flags=0 pick3d=1 pick2d=1 draw3d=1 draw2d=1 sizeHint=1,1 selected=0 padding=20
+)";
+SCRIPTS(Texts, WindowTest, "", textScripts)
 
 TEST_F(Rate, IsShownAndMeasuresTheWorkWithoutTheSwap)
 {
@@ -117,74 +84,16 @@ TEST_F(Rate, IsShownAndMeasuresTheWorkWithoutTheSwap)
     }
 }
 
-TEST_F(Rate, TimerRunsPrecisely)
-{
-    const struct {
-        float rate;
-        int interval;
-        float kept;
-    } rows[] = {// milliseconds, -1 for none
-                {60, 16, 60},
-                {0, -1, 60},
-                {-5, -1, 60},
-                {2000, 0, 2000},
-                {7, 142, 7},
-                {0.5f, 2000, 0.5f},
-                {1e-9f, 2147483647, 1e-9f},
-                {NAN, -1, 1e-9f},
-                {30, 33, 30}};
-    for (const auto &row : rows) {
-        window->setProperty("fps", row.rate);
-        EXPECT_EQ(window->property("fps").toFloat(), row.kept);
-        const auto timers = QAbstractEventDispatcher::instance()->registeredTimers(window);
-        ASSERT_EQ(timers.size(), row.interval >= 0);
-        EXPECT_EQ(window->timerID, timers.isEmpty() ? 0 : timers[0].timerId);
-        if (!timers.isEmpty()) {
-            EXPECT_EQ(timers[0].interval, row.interval);
-            EXPECT_EQ(timers[0].timerType, Qt::PreciseTimer);
-        }
-    }
-    EXPECT_EQ(QAbstractEventDispatcher::instance()
-                  ->registeredTimers(new QGLWindow(window, nullptr))[0]
-                  .interval,
-              33);
-}
-
-TEST_F(Rate, RendererIsToldWithTheContext)
-{
-    const std::pair<const char *, const char *> rows[] = {
-        {"A Software Rasterizer", "1"}, {"software pipe", "0"}, {"A Graphics Card", "0"}};
-    for (const auto &[renderer, software] : rows) {
-        machine.renderer = renderer;
-        EXPECT_EQ(run("set window swRendering false; context; frame; get window swRendering"),
-                  software);
-    }
-}
-
-std::string defaults(const QObject &o)
-{
-    QStringList words;
-    for (const QByteArray &name : o.dynamicPropertyNames())
-        words << name + '=' + wordOf(o.property(name));
-    return words.join(' ').toStdString();
-}
-
-TEST(DefaultsTest, AreSetInTheirOrder)
+TEST(DefaultsTest, OfTheWidgetAndItsFields)
 {
     QGLWindow w(nullptr, nullptr);
-    EXPECT_EQ(
-        defaults(w),
-        "verbose=0 timer=1 drawfps=1 fpsString= cpuString= swRendering=0 clampMouseToFrame=1");
+    EXPECT_EQ(QAbstractEventDispatcher::instance()->registeredTimers(&w)[0].interval, 33);
     EXPECT_EQ(w.focusPolicy(), Qt::StrongFocus);
     EXPECT_EQ(w.sizePolicy(), QSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding));
     EXPECT_TRUE(w.hasMouseTracking() && !w.autoFillBackground());
     EXPECT_EQ(w.update + int(w.last_draw) + w.timer_event, 0);
-    const std::string drawable = "enabled=1 visible=1 flags=0 pick3d=1 pick2d=1 draw3d=1 draw2d=1";
     GLMultiWidget view(nullptr, nullptr);
-    EXPECT_EQ(defaults(view), drawable + " drawbg=1 drawfg=1 rows=1 cols=1 spacing=2 padding=0 "
-                                         "header=0 footer=0 enableSelection=1");
     EXPECT_EQ(view.updateLayout * 100 + view.tilePressed * 10 + view.doublePress, -10);
-    EXPECT_EQ(defaults(*view.AddTile(1)), drawable + " sizeHint=1,1 selected=0 padding=20");
 }
 
 /// A scene object that hears of its window and counts the passes that reach it.

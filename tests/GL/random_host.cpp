@@ -1,0 +1,233 @@
+// SPDX-License-Identifier: MIT
+// A host that does anything at any time: random_host SEED COUNT. Statements of scripts, made at
+// random, call slots, set properties of right and wrong types, send events, and make and delete
+// windows, objects, tiles and actions, also inside slots; numbers may be absurd. It ends with 0
+// unless something crashes; the sanitizers tell what. The same seed does the same from the start.
+#include <random>
+
+#include <QApplication>
+#include <QPainter>
+#include <QTimer>
+
+#include "tests/GL/fixture.h"
+
+static int seed = 1, operations = 20000;
+
+int runAsChild(int argc, char **argv);
+int runAsChild(int argc, char **argv)
+{
+    seed = argc > 1 ? std::atoi(argv[1]) : seed;
+    operations = argc > 2 ? std::atoi(argv[2]) : operations;
+    return -1;
+}
+
+namespace {
+
+/// Offers slots to Connect() and to bindings; each does something at random.
+class Slots : public QObject {
+    Q_OBJECT
+
+public:
+    std::function<void()> act;
+
+public Q_SLOTS:
+    void Init(GLW *) { act(); }
+    void Draw3D(GLW *) { act(); }
+    void Draw2D() { act(); }
+    void Connected(GLW *) { act(); }
+    void Heard(GLW *, bool) { act(); }
+    void PaintForeground(GLW *, QPainter *painter) { painter->drawText(9, 9, "text"), act(); }
+    void Range2D(QRectF *r, int) { *r = QRectF(3, 2, 1e30, 0), act(); }
+    int Build(QMenu *) { return act(), 0; }
+};
+
+class RandomHost : public WindowTest {
+protected:
+    int below(int n) { return int(chance() % unsigned(n)); }
+    QString any(const QString &words)
+    {
+        return words.section(' ', below(words.count(' ') + 1)).section(' ', 0, 0);
+    }
+    QString number()
+    {
+        return below(4) ? QString::number(below(3) ? below(300) - 50 : below(1000) / 1000.0)
+                        : any("0 -0.25 1e30 -1e30 1e300 1e-30 nan inf -inf 2147483647 -2147483648 "
+                              "-2147483649");
+    }
+    QString numbers(int n) { return n > 1 ? number() + ',' + numbers(n - 1) : number(); }
+    QString name()
+    {
+        const auto all = owner.findChildren<QObject *>();
+        const QString found =
+            all.isEmpty() || below(9) == 0 ? "window" : all[below(all.size())]->objectName();
+        return found.isEmpty() || found.contains(' ') ? "owner" : found;
+    }
+    QString slotCall(const QObject *o)
+    {
+        const QMetaMethod method = o->metaObject()->method(below(o->metaObject()->methodCount()));
+        const QByteArray of = method.enclosingMetaObject()->className();
+        if (method.methodType() != QMetaMethod::Slot || method.name() == "SetTarget" ||
+            (busy() && method.name() == "ContextMenu") ||
+            (of != "QGLWindow" && of != "GLWidget" && of != "GLMultiWidget"))
+            return "frame";
+        QString call = o->objectName() + '.' + method.name();
+        for (const QByteArray &type : method.parameterTypes())
+            call += ' ' + (method.name() == "Connect"                    ? "slots"
+                           : type.endsWith("*") && type != "const char*" ? name()
+                           : type == "const char*" ? any("a b größer none 1Heard(GLW*,bool) "
+                                                         "1Heard() 1deleteLater() 1Clear() nothing")
+                           : type.contains("List") ? '[' + QString::number(below(9)) + ',' +
+                                                         QString::number(below(99)) + ']'
+                           : type == "QString" ? any("K Ctrl+S nonsense+")
+                           : type == "uint"    ? QString::number(below(9))
+                                               : number());
+        return call;
+    }
+    QString statement()
+    {
+        const QString target = name(), at = numbers(2),
+                      modifiers = any("0 0 2000000 4000000 8000000 10000000");
+        const bool drawn = object(target), spared = target == "owner" || target == "slots" ||
+                                                    (machine.delivering && target == "window");
+        switch (below(20)) {
+        case 0:
+            return owner.children().size() > 40 ? "tick"
+                                                : "add " + any("a b c größer") + ' ' + numbers(4);
+        case 1:
+            return owner.children().size() > 40 || below(3) ? "frame"
+                                                            : "view " + QString::number(below(7));
+        case 2:
+            return spared || below(3) ? "frame" : "delete " + target;
+        case 3:
+            return below(9) || depth > 1 ? "tick" : any("leave expose context");
+        case 4:
+            return drawn ? "bind " + target + ' ' + any("x y") + ' ' + any("1 2 4 8 101") : "tick";
+        case 5:
+            return drawn ? "keybind " + target + ' ' + any("k l") + " K" : "tick";
+        case 6:
+        case 7:
+            return any("down up double move") + ' ' + at + ' ' + any("1 2 4") + ' ' + any("0 1 3") +
+                   ' ' + modifiers;
+        case 8:
+            return "wheel " + at + ' ' + numbers(2) + ' ' + modifiers;
+        case 9:
+            return any("key unkey") + ' ' + any("K L 1000020 1000023") + ' ' + modifiers;
+        case 10:
+            return "pointer " + QString::number(below(500)) + ',' + QString::number(below(400));
+        case 11:
+            return "point " + at + ' ' + numbers(2);
+        case 12:
+            return "resize " + QString::number(1 + below(200)) + 'x' +
+                   QString::number(1 + below(150));
+        case 13:
+        case 14:
+        case 15:
+            return find(target) ? slotCall(find(target)) : "frame";
+        default:
+            return "set " + target + ' ' +
+                   any("enabled visible flags pick3d pick2d draw3d draw2d drawbg drawfg rows cols "
+                       "spacing padding header footer enableSelection sizeHint selected "
+                       "zoom order pos size timer drawfps fpsString swRendering clampMouseToFrame "
+                       "key binding mask") +
+                   ' ' + any("true false none 5x6 [1,2,3] text " + number());
+        }
+    }
+    /// Within a frame, where no other one and no menu begins: Qt has one paint engine for all
+    /// windows.
+    bool busy() const { return drawing || machine.delivering; }
+    /// Writes into the records of an object and of the window.
+    void write(GLW *o)
+    {
+        using GL::Camera;
+        Vector Camera::*const vectors[] = {&Camera::pos,    &Camera::target,   &Camera::rot,
+                                           &Camera::bounds, &Camera::d_pos,    &Camera::d_target,
+                                           &Camera::d_rot,  &Camera::setTarget};
+        float Camera::*const floats[] = {
+            &Camera::radius,       &Camera::fov, &Camera::minRadius, &Camera::maxRadius,
+            &Camera::d_target_max, &Camera::dt,  &Camera::d_radius};
+        const auto real = [this] { return number().toFloat(); };
+        o->camera.mode = below(5);
+        o->camera.ortho = below(2);
+        o->camera.*vectors[below(8)] = Vector(real(), real(), real());
+        o->camera.*floats[below(7)] = real();
+        o->camera.m[below(16)] = real();
+        (below(2)   ? o->viewport.scale
+         : below(2) ? o->viewport.pos
+                    : o->viewport.minScale) = Vector(real(), real(), real());
+        o->viewport.align = below(256);
+        (below(2) ? o->rect : o->orect) = QRectF(number().toDouble(), number().toDouble(),
+                                                 number().toDouble(), number().toDouble());
+        o->lights.assign(size_t(below(3)), GL::Light(GLenum(GL_LIGHT0 + below(10)), 'x'));
+        o->camera.Unproject(real(), real());
+        window->mouse.area = below(2);
+        window->mouse.double_press = below(4);
+        window->update = int(chance());
+        o->hit(below(300), int(chance()));
+        const QPointer<GLW> self(o); // its host may delete it
+        o->NearestDataPos();
+        if (self)
+            o->Range2D(0);
+    }
+    /// Does one thing; not deep within itself, and where Qt delivers an event no window dies.
+    void act()
+    {
+        if (depth > 3 || (depth && below(12)))
+            return;
+        ++depth;
+        windows.removeAll(nullptr);
+        if (windows.isEmpty() || (depth == 1 && below(400) == 0 && windows.size() < 3)) {
+            open(QSize(1 + below(200), 1 + below(150)));
+            windows << window;
+        }
+        window = windows[below(windows.size())];
+        const QString next = statement();
+        GLW *o = object(name());
+        if (depth == 1 && below(9) == 0)
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        else if (below(300) == 0 && !machine.delivering)
+            delete window;
+        else if (o && below(4) == 0)
+            write(o);
+        else if (const bool draws = QString("frame tick expose").contains(next);
+                 !draws || !busy()) {
+            drawing += draws;
+            run(next);
+            drawing -= draws;
+        }
+        if (window)
+            window->fps(0);
+        --depth;
+    }
+
+    std::mt19937 chance{unsigned(seed)};
+    QList<QPointer<QGLWindow>> windows;
+    int depth = 0, drawing = 0;
+};
+
+TEST_F(RandomHost, Lives)
+{
+    anyError = true;
+    auto *slots_ = new Slots;
+    slots_->setParent(&owner);
+    slots_->setObjectName("slots");
+    slots_->act = [this] { act(); };
+    host.each = [this](auto &) { act(); };
+    machine.newObject = [](auto...) { return new QObject; };
+    QTimer closing; // a menu runs until somebody closes it
+    QObject::connect(&closing, &QTimer::timeout, [] {
+        if (QWidget *popup = QApplication::activePopupWidget())
+            popup->close();
+    });
+    closing.start(1);
+    for (int i = 0; i < operations; ++i)
+        act();
+    host.each = nullptr;
+    slots_->act = [] {};
+    for (const QPointer<QGLWindow> &each : qAsConst(windows))
+        delete each;
+    std::printf("%d operations with seed %d\n", operations, seed);
+}
+
+} // namespace
+
+#include "random_host.moc"
