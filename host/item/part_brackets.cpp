@@ -15,8 +15,10 @@ const PartBrackets::Box &PartBrackets::boxOf(const Mesh &mesh, std::size_t part)
     std::optional<Box> &box = boxes_[part];
     if (box)
         return *box;
-    if (mesh.parts.size() == 1)
-        return box.emplace(Box{mesh.min, mesh.max});
+    if (mesh.parts.size() == 1) {
+        box = Box{mesh.min, mesh.max};
+        return *box;
+    }
     box.emplace(Box{mesh.max, mesh.min});
     const MeshPart &p = mesh.parts[part];
     for (std::size_t i = p.firstIndex; i < std::size_t(p.firstIndex) + p.indexCount; ++i) {
