@@ -111,17 +111,24 @@ bool SingleView::hasHeading() const
 }
 
 /// The axes stand in a corner: room for them is made on the side where that takes less.
-QMarginsF SingleView::covered(GLW *) const
+/// What the strip of neighbours and the scale bar take of the height, at the lower edge.
+double SingleView::lowerRoom() const
 {
-    const QSizeF size = window().widget()->size();
-    QMarginsF edges;
-    if (hasHeading())
-        edges.setTop(noteHeight(window().widget()->font(), 2));
+    double room = 0;
     // For the strip even before it is known whether there are other files: nothing jumps then.
     for (const auto &overlay : overlays_)
         if (overlay.get() != triad_ &&
             (overlay.get() == neighbours_ ? overlay->hasRoom() : overlay->isThere()))
-            edges.setBottom(std::max(edges.bottom(), size.height() - overlay->bounds().top()));
+            room = std::max(room, window().widget()->height() - overlay->bounds().top());
+    return room;
+}
+
+QMarginsF SingleView::covered(GLW *) const
+{
+    const QSizeF size = window().widget()->size();
+    QMarginsF edges(0, 0, 0, lowerRoom());
+    if (hasHeading())
+        edges.setTop(noteHeight(window().widget()->font(), 2));
     if (!triad_ || !triad_->isThere())
         return edges;
     const QRectF corner = triad_->bounds();
@@ -187,15 +194,13 @@ void SingleView::paintText(GLW *, QPainter *painter)
         if (hasHeading())
             paintNote(painter, bounds, Qt::AlignTop | Qt::AlignLeft, shown->name(),
                       shown->details(), theme);
-        const QMarginsF room = covered(glw());
         // Beside the axes, which have the corner, and above the other overlays.
         const double left = triad_ && triad_->isThere() ? triad_->bounds().right() : 0;
         const QString under = display().hover ? shown->underPointer() : QString();
         if (hasHeading() || !fault_.isEmpty())
-            paintNote(
-                painter,
-                bounds.adjusted(left, 0, 0, left > 0 && room.left() == 0 ? 0 : -room.bottom()),
-                Qt::AlignBottom | Qt::AlignLeft, {}, fault_.isEmpty() ? under : fault_, theme);
+            paintNote(painter, bounds.adjusted(left, 0, 0, -lowerRoom()),
+                      Qt::AlignBottom | Qt::AlignLeft, {}, fault_.isEmpty() ? under : fault_,
+                      theme);
     } else if (!fault_.isEmpty()) {
         paintMessage(painter, bounds, fault_, tr("Drop another file here or press Ctrl+O."), -1,
                      theme);

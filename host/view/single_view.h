@@ -47,6 +47,7 @@ private:
     void connectQueue();
     void show(const std::shared_ptr<Item> &item);
     void addOverlays();
+    double lowerRoom() const;
     bool hasHeading() const;
     void openNeighbour(int step);
     GLW *glw() const { return mainGLW(); }
