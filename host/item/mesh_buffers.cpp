@@ -81,7 +81,7 @@ void MeshBuffers::destroy()
     bytes_ = 0;
 }
 
-void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &marked)
+void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &marks)
 {
     if (!vertices_.isCreated())
         return;
@@ -122,10 +122,10 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &ma
         glColorPointer(4, GL_UNSIGNED_BYTE, 0, offset(colours));
 
     for (std::size_t i = 0; i < mesh.parts.size(); ++i)
-        if (opacityOf(mesh.parts[i]) >= 1)
-            drawPart(mesh, i, display, marked(i));
+        if (opacityOf(mesh.parts[i]) >= 1 && !marks.isHidden(i))
+            drawPart(mesh, i, display, marks.isSelected(i));
     if (!transparent_.isEmpty())
-        drawTransparent(mesh, display, marked);
+        drawTransparent(mesh, display, marks);
 
     indices_.release();
     vertices_.release();
@@ -134,7 +134,7 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &ma
 }
 
 /// Each part covers what lies farther away, its own far side too.
-void MeshBuffers::drawTransparent(const Mesh &mesh, const Display &display, const Marks &marked)
+void MeshBuffers::drawTransparent(const Mesh &mesh, const Display &display, const Marks &marks)
 {
     QMatrix4x4 view, projection; // as OpenGL keeps them, column by column
     glGetFloatv(GL_MODELVIEW_MATRIX, view.data());
@@ -146,9 +146,11 @@ void MeshBuffers::drawTransparent(const Mesh &mesh, const Display &display, cons
     glFrontFace(GL_CCW);
     glEnable(GL_CULL_FACE);
     for (const std::size_t index : transparent_.farFirst(view, parallel)) {
+        if (marks.isHidden(index))
+            continue;
         for (const GLenum leftOut : {GL_FRONT, GL_BACK}) {
             glCullFace(leftOut);
-            drawPart(mesh, index, display, marked(index));
+            drawPart(mesh, index, display, marks.isSelected(index));
         }
     }
 }

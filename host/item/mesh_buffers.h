@@ -2,12 +2,11 @@
 #ifndef HOST_ITEM_MESH_BUFFERS_H
 #define HOST_ITEM_MESH_BUFFERS_H
 
-#include <vector>
-
 #include <QOpenGLBuffer>
 #include <QVector3D>
 
 #include "host/item/display.h"
+#include "host/item/part_marks.h"
 #include "host/item/transparent_parts.h"
 #include "host/read/mesh.h"
 
@@ -26,21 +25,17 @@ public:
 
     quint64 byteSize() const { return bytes_; }
 
-    /// What stands out of a mesh.
-    struct Marks {
-        const std::vector<bool> &selected; ///< By parts; empty: none.
-        bool operator()(std::size_t part) const { return part < selected.size() && selected[part]; }
-    };
+    using Marks = PartMarks;
 
-    /// Draws the mesh that create() got; its @p marked parts stand out.
+    /// Draws the mesh that create() got, without its hidden parts; the selected ones stand out.
     /// Opaque parts come first, then the transparent ones, the farthest first, of each the faces
     /// that look away first. Expects the light's place and the matrices to be set. Leaves GL state
     /// as it was.
-    void draw(const Mesh &mesh, const Display &display, const Marks &marked);
+    void draw(const Mesh &mesh, const Display &display, const Marks &marks);
 
 private:
     void drawPart(const Mesh &mesh, std::size_t index, const Display &display, bool isMarked);
-    void drawTransparent(const Mesh &mesh, const Display &display, const Marks &marked);
+    void drawTransparent(const Mesh &mesh, const Display &display, const Marks &marks);
 
     QOpenGLBuffer vertices_{QOpenGLBuffer::VertexBuffer}; // positions, normals, colours
     QOpenGLBuffer indices_{QOpenGLBuffer::IndexBuffer};

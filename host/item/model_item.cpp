@@ -10,7 +10,8 @@
 
 namespace host {
 
-ModelItem::ModelItem(const QString &name, MeshPtr mesh) : name_(name), mesh_(std::move(mesh))
+ModelItem::ModelItem(const QString &name, MeshPtr mesh)
+    : name_(name), mesh_(std::move(mesh)), marks_(mesh_->parts.size())
 {
     measure();
     buildTree();
@@ -73,7 +74,7 @@ QString ModelItem::details() const
 QString ModelItem::underPointer() const
 {
     if (hovered_ < 0) {
-        const auto count = std::count(selected_.begin(), selected_.end(), true);
+        const std::size_t count = marks_.selectedCount();
         return count == 0 ? QString()
                           : tr("%1 of %2 parts selected").arg(count).arg(mesh_->parts.size());
     }
@@ -130,7 +131,7 @@ void ModelItem::release()
 
 void ModelItem::draw3D(GLW *, const Display &display)
 {
-    buffers_.draw(*mesh_, display, {selected_});
+    buffers_.draw(*mesh_, display, marks_);
     if (display.hover && hovered_ >= 0)
         brackets_.draw(*mesh_, std::size_t(hovered_), centre_, scale_, display);
 }
@@ -139,7 +140,14 @@ std::optional<TriangleHit> ModelItem::hit(const Ray &world) const
 {
     if (!build_->ready)
         return {};
-    return build_->tree->nearest({world.origin / scale_ + centre_, world.direction});
+    return build_->tree->nearest({world.origin / scale_ + centre_, world.direction},
+                                 [this](const TriangleHit &hit) { return isThere(hit); });
+}
+
+/// Whether what the ray meets there is shown: nothing else is picked or measured.
+bool ModelItem::isThere(const TriangleHit &hit) const
+{
+    return marks_.hiddenCount() == 0 || !marks_.isHidden(std::size_t(partOf(hit.triangle)));
 }
 
 std::optional<QVector3D> ModelItem::surfaceAt(const Ray &ray) const
@@ -161,7 +169,7 @@ int ModelItem::partOf(quint32 triangle) const
 
 void ModelItem::selectArea3D(GLW *glw, const QRectF &)
 {
-    selected_ = partsInPick(glw->camera, *mesh_, centre_, scale_);
+    marks_.select(partsInPick(glw->camera, *mesh_, centre_, scale_, marks_));
 }
 
 bool ModelItem::pick3D(GLW *glw, const std::optional<QPointF> &pointer)

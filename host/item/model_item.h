@@ -11,6 +11,7 @@
 #include "host/item/item.h"
 #include "host/item/mesh_buffers.h"
 #include "host/item/part_brackets.h"
+#include "host/item/part_marks.h"
 #include "host/item/triangle_tree.h"
 #include "host/read/mesh.h"
 
@@ -54,8 +55,10 @@ public:
     bool pick3D(GLW *glw, const std::optional<QPointF> &pointer) override;
 
     void selectArea3D(GLW *glw, const QRectF &area) override;
-    void clearSelection() override { selected_.clear(); }
-    const std::vector<bool> &selectedParts() const { return selected_; } ///< May be empty: none.
+    void clearSelection() override { marks_.clearSelection(); }
+    /// What is selected and hidden; written to, it holds from the next frame on.
+    PartMarks &marks() { return marks_; }
+    const PartMarks &marks() const { return marks_; }
 
 private:
     std::optional<QVector3D> surfaceAt(const Ray &ray) const override;
@@ -71,6 +74,7 @@ private:
     void measure();
     void buildTree();
     std::optional<TriangleHit> hit(const Ray &world) const;
+    bool isThere(const TriangleHit &hit) const;
     int partOf(quint32 triangle) const;
 
     QString name_;
@@ -84,7 +88,7 @@ private:
     PartBrackets brackets_;
     std::shared_ptr<TreeBuild> build_ = std::make_shared<TreeBuild>(); // never null
     int hovered_ = -1;
-    std::vector<bool> selected_; // by parts; empty: none
+    PartMarks marks_; // of the mesh's parts
 };
 
 } // namespace host

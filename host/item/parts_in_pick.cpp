@@ -50,7 +50,7 @@ bool meetsSquare(const Projected &a, const Projected &b, const Projected &c)
 } // namespace
 
 std::vector<bool> partsInPick(const GL::Camera &camera, const Mesh &mesh, const QVector3D &centre,
-                              float scale)
+                              float scale, const PartMarks &marks)
 {
     GLdouble m[16];
     multiply(camera.proj_matrix, camera.model_matrix, m);
@@ -72,7 +72,7 @@ std::vector<bool> partsInPick(const GL::Camera &camera, const Mesh &mesh, const 
     std::vector<bool> met(mesh.parts.size());
     for (std::size_t i = 0; i < mesh.parts.size(); ++i) {
         const MeshPart &part = mesh.parts[i];
-        for (quint32 at = 0; at < part.indexCount && !met[i]; at += 3) {
+        for (quint32 at = 0; at < part.indexCount && !met[i] && !marks.isHidden(i); at += 3) {
             const quint32 *triangle = &mesh.indices[part.firstIndex + at];
             const Projected &p = points[triangle[0]], &q = points[triangle[1]],
                             &r = points[triangle[2]];

@@ -7,15 +7,17 @@
 #include <QVector3D>
 
 #include "GL/camera.h"
+#include "host/item/part_marks.h"
 #include "host/read/mesh.h"
 
 namespace host {
 
 /// Which parts of @p mesh have a triangle that meets what the camera's last pick pass looked at,
-/// whatever lies in front. Each point p of the mesh stands at (p - centre) * scale in the world.
+/// whatever lies in front; hidden
+/// ones have not. Each point p of the mesh stands at (p - centre) * scale in the world.
 /// Triangles that reach behind the eye are left out.
 std::vector<bool> partsInPick(const GL::Camera &camera, const Mesh &mesh, const QVector3D &centre,
-                              float scale);
+                              float scale, const PartMarks &marks = PartMarks());
 
 } // namespace host
 

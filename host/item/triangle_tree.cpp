@@ -125,7 +125,7 @@ double TriangleTree::meets(quint32 triangle, const double origin[3],
     return distance >= 0 ? distance : never;
 }
 
-std::optional<TriangleHit> TriangleTree::nearest(const Ray &ray) const
+std::optional<TriangleHit> TriangleTree::nearest(const Ray &ray, const Accept &accept) const
 {
     if (nodes_.empty())
         return {};
@@ -150,9 +150,9 @@ std::optional<TriangleHit> TriangleTree::nearest(const Ray &ray) const
             continue;
         for (quint32 i = 0; i < node.count; ++i) {
             const quint32 triangle = order_[node.first + i];
-            const double distance = meets(triangle, origin, direction);
-            if (distance < best.distance)
-                best = {triangle, distance};
+            const TriangleHit hit{triangle, meets(triangle, origin, direction)};
+            if (hit.distance < best.distance && accept(hit))
+                best = hit;
         }
         if (node.count > 0)
             continue;

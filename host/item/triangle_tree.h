@@ -3,6 +3,7 @@
 #define HOST_ITEM_TRIANGLE_TREE_H
 
 #include <atomic>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -26,7 +27,14 @@ public:
     explicit TriangleTree(MeshPtr mesh, const std::atomic<bool> &cancel);
 
     /// The first triangle in the ray's way, seen from either side.
-    std::optional<TriangleHit> nearest(const Ray &ray) const;
+    std::optional<TriangleHit> nearest(const Ray &ray) const
+    {
+        return nearest(ray, [](const TriangleHit &) { return true; });
+    }
+    /// The first one that @p accept does not refuse. It is asked in no order, only of what is
+    /// nearer than all that it accepted before, and must answer the same each time.
+    using Accept = std::function<bool(const TriangleHit &)>;
+    std::optional<TriangleHit> nearest(const Ray &ray, const Accept &accept) const;
 
     std::size_t byteSize() const;
 

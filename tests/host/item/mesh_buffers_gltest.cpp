@@ -24,6 +24,7 @@ struct OrderCase {
     std::vector<std::vector<Square>> parts; // in the file's order
     bool fromBehind;
     QColor seen; // over blue
+    std::size_t hidden = 9;
 };
 
 const OrderCase orderCases[] = {
@@ -35,6 +36,8 @@ const OrderCase orderCases[] = {
     {"OpacityOfNothingIsASlip", {{{'r', 0, 0}}}, false, {255, 0, 0}},
     {"BackFacesFirst", {{{'r', 0.5, 1}, {'g', 0.5, -1, true}}}, false, {128, 64, 64}},
     {"BackFacesFirstFromBehind", {{{'r', 0.5, 1}, {'g', 0.5, -1, true}}}, true, {64, 128, 64}},
+    {"HiddenOpaque", {{{'r', 1, -1}}, {{'g', 1, 1}}}, false, {255, 0, 0}, 1},
+    {"HiddenTransparent", {{{'r', 1, -1}}, {{'g', 0.5, 1}}}, false, {255, 0, 0}, 1},
 };
 
 Mesh meshOf(const std::vector<std::vector<Square>> &parts)
@@ -74,6 +77,8 @@ TEST_P(DrawingOrder, ShowsWhatShinesThrough)
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
     window.makeCurrent();
     const Mesh mesh = meshOf(GetParam().parts);
+    PartMarks marks(mesh.parts.size());
+    marks.setHidden(GetParam().hidden, true);
     Display display;
     display.lighting = false;
     for (const bool parallel : {false, true}) {
@@ -92,7 +97,7 @@ TEST_P(DrawingOrder, ShowsWhatShinesThrough)
         glMatrixMode(GL_MODELVIEW);
         glLoadMatrixf(view.constData());
         const GLboolean culled = glIsEnabled(GL_CULL_FACE);
-        buffers.draw(mesh, display, {std::vector<bool>()});
+        buffers.draw(mesh, display, marks);
         EXPECT_EQ(glIsEnabled(GL_CULL_FACE), culled);
         quint8 p[3];
         glReadPixels(30, 30, 1, 1, GL_RGB, GL_UNSIGNED_BYTE, p);

@@ -70,6 +70,12 @@ TEST(TriangleTreeTest, FindsEachOfMany)
         const QVector3D above = corners[i] + QVector3D(0.5f, 0.3f, 0.7f);
         const auto hit = tree.nearest({above, QVector3D(0.2f, 0.1f, -1).normalized()});
         EXPECT_TRUE(hit && hit->triangle == 2 * i) << i;
+        const auto refuse = [&](const TriangleHit &each) { return each.triangle != 2 * i; };
+        const auto next = tree.nearest({above, {0, 0, -1}}, refuse); // the square below
+        ASSERT_EQ(next.has_value(), i >= 49) << i;
+        if (next) {
+            EXPECT_EQ(next->triangle, 2 * (i - 49));
+        }
     }
 }
 

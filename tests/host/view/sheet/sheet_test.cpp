@@ -179,6 +179,9 @@ TEST_P(PartsInPick, MeetWhatThePickPassShows)
     mesh.parts.resize(2);
     mesh.parts[0].indexCount = mesh.parts[1].indexCount = mesh.parts[1].firstIndex = 3;
     EXPECT_EQ(partsInPick(camera, mesh, centre, 0.5f), (std::vector<bool>{c.met, false}));
+    PartMarks marks(2);
+    marks.setHidden(0, true);
+    EXPECT_EQ(partsInPick(camera, mesh, centre, 0.5f, marks), std::vector<bool>(2));
 }
 
 } // namespace

@@ -44,13 +44,13 @@ TEST_F(SingleTest, ARectangleSelectsThePartsThatItMeets)
     const auto *model = item<ModelItem>();
     ASSERT_TRUE(model);
     drag({150, 80}, {250, 320}, Qt::RightButton, Qt::ShiftModifier);
-    EXPECT_EQ(model->selectedParts(), (std::vector<bool>{true, false}));
+    EXPECT_EQ(model->marks().selected(), (std::vector<bool>{true, false}));
     drag({250, 120}, {430, 320}, Qt::RightButton, Qt::ShiftModifier);
-    EXPECT_EQ(model->selectedParts(), (std::vector<bool>{true, true}));
+    EXPECT_EQ(model->marks().selected(), (std::vector<bool>{true, true}));
     drag({450, 320}, {350, 80}, Qt::RightButton, Qt::ShiftModifier);
-    EXPECT_EQ(model->selectedParts(), (std::vector<bool>{false, true}));
+    EXPECT_EQ(model->marks().selected(), (std::vector<bool>{false, true}));
     drag({20, 20}, {60, 50}, Qt::RightButton, Qt::ShiftModifier);
-    EXPECT_EQ(model->selectedParts(), (std::vector<bool>{false, false}));
+    EXPECT_EQ(model->marks().selected(), (std::vector<bool>{false, false}));
 }
 
 TEST_F(SingleTest, ARectangleSelectsSamplesAndTheLegendTogglesColumns)
