@@ -16,13 +16,23 @@ struct Theme {
     QColor panel;  ///< Behind text; partly transparent.
     QColor accent; ///< What is chosen or under the pointer.
     QColor fault;  ///< What went wrong.
+    QColor ink;    ///< Lines of a model on the background.
 };
 
 /// How things are drawn; what a person switches.
 struct Display {
+    /// What of a model's surface is drawn, in the order in which a key goes round.
+    enum class Mode {
+        Shaded,      ///< The surface.
+        Edged,       ///< The surface, and its edges over it.
+        HiddenLines, ///< The outlines of its triangles, without those that lie behind others.
+        Wireframe    ///< The outlines of all of its triangles: one sees through.
+    };
+    static Mode after(Mode mode) { return Mode((int(mode) + 1) % 4); }
+
     bool dark = false;
     bool lighting = true;
-    bool wireframe = false;
+    Mode mode = Mode::Shaded;
     bool hover = true; ///< Whether what the pointer is on is marked and named.
     // What a picture asks for.
     float scale = 1;          ///< Pixels drawn per window pixel: what widths are multiplied by.

@@ -95,7 +95,7 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &ma
     glDisable(GL_TEXTURE_2D);
     glDisable(GL_BLEND);
     glShadeModel(GL_SMOOTH);
-    glPolygonMode(GL_FRONT_AND_BACK, display.wireframe ? GL_LINE : GL_FILL);
+    glPolygonMode(GL_FRONT_AND_BACK, display.mode == Display::Mode::Wireframe ? GL_LINE : GL_FILL);
     glLineWidth(display.scale * float(Metrics::px(1)));
     if (display.lighting) {
         const GLfloat none[4] = {0, 0, 0, 1}, shine[4] = {1, 1, 1, 1};
@@ -121,16 +121,48 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &ma
     if (!mesh.colours.empty())
         glColorPointer(4, GL_UNSIGNED_BYTE, 0, offset(colours));
 
-    for (std::size_t i = 0; i < mesh.parts.size(); ++i)
-        if (opacityOf(mesh.parts[i]) >= 1 && !marks.isHidden(i))
-            drawPart(mesh, i, display, marks.isSelected(i));
-    if (!transparent_.isEmpty())
-        drawTransparent(mesh, display, marks);
+    if (display.mode == Display::Mode::HiddenLines)
+        drawHiddenLines(mesh, display, marks);
+    else
+        drawSurfaces(mesh, display, marks);
 
     indices_.release();
     vertices_.release();
     glPopClientAttrib();
     glPopAttrib();
+}
+
+void MeshBuffers::drawSurfaces(const Mesh &mesh, const Display &display, const Marks &marks)
+{
+    for (std::size_t i = 0; i < mesh.parts.size(); ++i)
+        if (opacityOf(mesh.parts[i]) >= 1 && !marks.isHidden(i))
+            drawPart(mesh, i, display, marks.isSelected(i));
+    if (!transparent_.isEmpty())
+        drawTransparent(mesh, display, marks);
+}
+
+/// The opaque parts leave nothing but their depth, so that what lies behind them is hidden and the
+/// background shows; then come the outlines of all triangles.
+void MeshBuffers::drawHiddenLines(const Mesh &mesh, const Display &display, const Marks &marks)
+{
+    glDisable(GL_LIGHTING);
+    glDisableClientState(GL_COLOR_ARRAY);
+    glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
+    glEnable(GL_POLYGON_OFFSET_FILL); // a triangle does not hide its own outline
+    glPolygonOffset(1, 1);
+    for (std::size_t i = 0; i < mesh.parts.size(); ++i)
+        if (opacityOf(mesh.parts[i]) >= 1 && !marks.isHidden(i))
+            drawTriangles(mesh.parts[i]);
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+    const Theme &theme = display.theme();
+    for (std::size_t i = 0; i < mesh.parts.size(); ++i) {
+        if (marks.isHidden(i))
+            continue;
+        const QColor &c = marks.isSelected(i) ? theme.accent : theme.ink;
+        glColor4d(c.redF(), c.greenF(), c.blueF(), 1);
+        drawTriangles(mesh.parts[i]);
+    }
 }
 
 /// Each part covers what lies farther away, its own far side too.
@@ -167,6 +199,11 @@ void MeshBuffers::drawPart(const Mesh &mesh, std::size_t index, const Display &d
     else
         glDisableClientState(GL_COLOR_ARRAY);
     setColour(part, display, isMarked);
+    drawTriangles(part);
+}
+
+void MeshBuffers::drawTriangles(const MeshPart &part)
+{
     glDrawElements(GL_TRIANGLES, GLsizei(part.indexCount), GL_UNSIGNED_INT,
                    offset(std::size_t(part.firstIndex) * sizeof(quint32)));
 }

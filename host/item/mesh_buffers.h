@@ -34,6 +34,9 @@ public:
     void draw(const Mesh &mesh, const Display &display, const Marks &marks);
 
 private:
+    void drawSurfaces(const Mesh &mesh, const Display &display, const Marks &marks);
+    void drawHiddenLines(const Mesh &mesh, const Display &display, const Marks &marks);
+    static void drawTriangles(const MeshPart &part);
     void drawPart(const Mesh &mesh, std::size_t index, const Display &display, bool isMarked);
     void drawTransparent(const Mesh &mesh, const Display &display, const Marks &marks);
 

@@ -104,7 +104,7 @@ public slots:
 
     void NextUp(GLW *glw); ///< Lets the next axis of the file point up.
     void ToggleLighting();
-    void ToggleWireframe();
+    void NextMode(); ///< Draws surfaces in the next way.
     void ToggleBackdrop();
     void ToggleHover();
     void ShowMenu(); ///< The menu as the right button opens it, for who has a keyboard alone.
@@ -173,6 +173,7 @@ private:
     void begin(GLW *glw, Item *item) const;
     void standOn(GLW *glw, FileAxes::Axis up);
     void fillUpMenu(GLW *glw, MenuTree *tree);
+    void fillModeMenu(MenuTree *tree);
     void bindDisplay();
     bool scrollBindings(QEvent *event);
     void paintList(QPainter *painter);

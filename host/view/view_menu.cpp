@@ -72,11 +72,28 @@ void View::fillMenu(GLW *glw, MenuTree *tree)
         tree->addSeparator();
     }
     tree->addCheck(tr("Lighting"), "G", display_.lighting, this, [this] { ToggleLighting(); });
-    tree->addCheck(tr("Wireframe"), "W", display_.wireframe, this, [this] { ToggleWireframe(); });
+    if (contents(glw) & OnModel)
+        fillModeMenu(tree);
     tree->addCheck(tr("Mark what the pointer is on"), "M", display_.hover, this,
                    [this] { ToggleHover(); });
     tree->addCheck(tr("Dark background"), "B", display_.dark, this, [this] { ToggleBackdrop(); });
     tree->addSeparator();
+}
+
+void View::fillModeMenu(MenuTree *tree)
+{
+    using Mode = Display::Mode;
+    const std::pair<QString, Mode> modes[] = {{tr("Shaded"), Mode::Shaded},
+                                              {tr("Shaded with edges"), Mode::Edged},
+                                              {tr("Hidden lines removed"), Mode::HiddenLines},
+                                              {tr("Wireframe"), Mode::Wireframe}};
+    MenuTree *ways = tree->addMenu(tr("Draw surfaces"));
+    for (const auto &[text, mode] : modes)
+        ways->addCheck(text, {}, display_.mode == mode, this, [this, mode = mode] {
+            display_.mode = mode;
+            changed();
+        });
+    ways->add(tr("Shaded, edges, hidden lines, wireframe"), "W", this, [this] { NextMode(); });
 }
 
 void View::fillUpMenu(GLW *glw, MenuTree *tree)
@@ -115,9 +132,9 @@ void View::ToggleLighting()
     changed();
 }
 
-void View::ToggleWireframe()
+void View::NextMode()
 {
-    display_.wireframe = !display_.wireframe;
+    display_.mode = Display::after(display_.mode);
     changed();
 }
 
@@ -213,7 +230,8 @@ QAction *View::bindViewKey(const QString &key, const char *name, const QString &
 
 void View::bindDisplay()
 {
-    setContents(bindViewKey("W", "wireframe", tr("Wireframe"), this, SLOT(ToggleWireframe())),
+    setContents(bindViewKey("W", "mode", tr("Shaded, edges, hidden lines, wireframe"), this,
+                            SLOT(NextMode())),
                 OnModel);
     setContents(bindViewKey("G", "lighting", tr("Lighting"), this, SLOT(ToggleLighting())),
                 OnModel);

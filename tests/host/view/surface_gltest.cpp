@@ -158,13 +158,13 @@ struct ListsCase {
 
 const ListsCase listsCases[] = {
     {"Model", false,
-     "left drag, arrows: Orbit|left click on an arm of the axes: Look along it|W: Wireframe|"
+     "left drag, arrows: Orbit|left click on an arm of the axes: Look along it|W: Shaded, edges|"
      "M: Mark what|+: Zoom in|Menu, Shift+F10: Menu",
      "plot|along x|legend"},
     {"Plot", true,
      "arrows: Move the plot|Shift+wheel: Zoom along x alone|Ctrl+wheel: Zoom along y|"
      "legend: Show or hide its column|F: Fit",
-     "Orbit|Look|Wireframe|Lighting|Roll|arm of|Orthographic"},
+     "Orbit|Look|hidden lines|Lighting|Roll|arm of|Orthographic"},
 };
 
 TABLE(SurfaceLists, SurfaceTest, ListsCase, listsCases);
