@@ -21,13 +21,17 @@ const PartBrackets::Box &PartBrackets::boxOf(const Mesh &mesh, std::size_t part)
     }
     box.emplace(Box{mesh.max, mesh.min});
     const MeshPart &p = mesh.parts[part];
-    for (std::size_t i = p.firstIndex; i < std::size_t(p.firstIndex) + p.indexCount; ++i) {
-        const float *at = &mesh.positions[std::size_t(mesh.indices[i]) * 3];
+    const auto hold = [&mesh, &box](std::size_t vertex) {
+        const float *at = &mesh.positions[vertex * 3];
         for (int axis = 0; axis < 3; ++axis) {
             box->min[axis] = std::min(box->min[axis], at[axis]);
             box->max[axis] = std::max(box->max[axis], at[axis]);
         }
-    }
+    };
+    for (std::size_t i = p.firstIndex; i < std::size_t(p.firstIndex) + p.indexCount; ++i)
+        hold(mesh.indices[i]);
+    for (std::size_t i = 0; i < p.vertexCount; ++i)
+        hold(p.firstVertex + i);
     return *box;
 }
 

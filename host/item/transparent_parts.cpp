@@ -36,7 +36,8 @@ float opacityOf(const MeshPart &part)
 TransparentParts::TransparentParts(const Mesh &mesh, const QVector3D &centre, float scale)
 {
     for (std::size_t i = 0; i < mesh.parts.size(); ++i)
-        if (opacityOf(mesh.parts[i]) < 1 && mesh.parts[i].indexCount > 0)
+        if (mesh.parts[i].kind == MeshPart::Kind::Triangles && opacityOf(mesh.parts[i]) < 1 &&
+            mesh.parts[i].indexCount > 0)
             parts_.push_back({i, (middleOf(mesh, mesh.parts[i]) - centre) * scale});
 }
 

@@ -49,13 +49,16 @@ template <class T> bool sendArray(QIODevice &out, quint32 number, const std::vec
 
 bool sendMesh(QIODevice &out, const Mesh &mesh)
 {
-    bool good = send(out, Tag::MeshHead, quint32(mesh.vertexCount()), quint32(mesh.indices.size()),
-                     quint32(mesh.parts.size()), !mesh.colours.empty(), mesh.axes.of[0],
-                     mesh.axes.of[1], mesh.axes.of[2], mesh.notes);
+    bool good = send(out, Tag::MeshHead, quint32(mesh.vertexCount()), quint32(mesh.normalCount()),
+                     quint32(mesh.indices.size()), quint32(mesh.parts.size()),
+                     !mesh.colours.empty(), mesh.axes.of[0], mesh.axes.of[1], mesh.axes.of[2],
+                     mesh.origin[0], mesh.origin[1], mesh.origin[2], mesh.notes);
     for (const MeshPart &part : mesh.parts) {
         const auto &c = part.colour;
-        good = good && send(out, Tag::Item, part.indexCount, c[0], c[1], c[2], c[3], part.name,
-                            part.material);
+        const bool points = part.kind == MeshPart::Kind::Points;
+        good = good &&
+               send(out, Tag::Item, quint8(part.kind), points ? part.vertexCount : part.indexCount,
+                    c[0], c[1], c[2], c[3], part.name, part.material);
     }
     return good && sendArray(out, messages::Positions, mesh.positions) &&
            sendArray(out, messages::Normals, mesh.normals) &&

@@ -75,17 +75,47 @@ QVector3D FileAxes::fromFile(const QVector3D &inFile) const
     return v;
 }
 
-std::size_t Mesh::byteSize() const
+namespace {
+
+/// The first part of @p mesh that is of @p kind or a later one.
+const MeshPart *firstOf(const Mesh &mesh, MeshPart::Kind kind)
 {
-    return byteSize(vertexCount(), !colours.empty(), indices.size(), parts.size());
+    const auto found =
+        std::partition_point(mesh.parts.begin(), mesh.parts.end(),
+                             [kind](const MeshPart &part) { return part.kind < kind; });
+    return found == mesh.parts.end() ? nullptr : &*found;
 }
 
-std::size_t Mesh::byteSize(std::size_t vertices, bool coloured, std::size_t indices,
-                           std::size_t parts)
+} // namespace
+
+std::size_t Mesh::triangleCount() const
+{
+    const MeshPart *next = firstOf(*this, MeshPart::Kind::Lines);
+    return (next ? next->firstIndex : indices.size()) / 3;
+}
+
+std::size_t Mesh::lineCount() const
+{
+    return (indices.size() - triangleCount() * 3) / 2;
+}
+
+std::size_t Mesh::firstPoint() const
+{
+    const MeshPart *points = firstOf(*this, MeshPart::Kind::Points);
+    return points ? points->firstVertex : vertexCount();
+}
+
+std::size_t Mesh::byteSize() const
+{
+    return byteSize(vertexCount(), normalCount(), !colours.empty(), indices.size(), parts.size());
+}
+
+std::size_t Mesh::byteSize(std::size_t vertices, std::size_t normals, bool coloured,
+                           std::size_t indices, std::size_t parts)
 {
     constexpr std::size_t names = 2 * 48; // of a part: two short texts
-    return vertices * (6 * sizeof(float) + (coloured ? 4 : 0)) + indices * sizeof(quint32) +
-           parts * (sizeof(MeshPart) + names);
+    return (vertices + normals) * 3 * sizeof(float) + vertices * (coloured ? 4 : 0) +
+           indices * sizeof(quint32) + parts * (sizeof(MeshPart) + names);
 }
 
 QVector3D Mesh::fileSize() const

@@ -15,13 +15,18 @@
 
 namespace host {
 
-/// A run of triangles with one name and one material.
+/// A run of triangles, lines or points with one name and one material.
 struct MeshPart {
+    enum class Kind : quint8 { Triangles, Lines, Points };
+
     QString name;     ///< Of the mesh or its node in the file; never empty.
     QString material; ///< Empty if the file names none.
     std::array<float, 4> colour{0.8f, 0.8f, 0.8f, 1}; ///< Diffuse RGBA, each 0..1.
-    quint32 firstIndex = 0;                           ///< Into Mesh::indices, a multiple of three.
-    quint32 indexCount = 0;                           ///< A multiple of three.
+    quint32 firstIndex = 0;                           ///< Into Mesh::indices.
+    quint32 indexCount = 0;      ///< Three for a triangle, two for a line, none for a point.
+    Kind kind = Kind::Triangles; ///< Of all that is in it.
+    quint32 firstVertex = 0;     ///< Of points, which need no indices; else 0.
+    quint32 vertexCount = 0;     ///< The same.
 };
 
 /// Which axes of its file the axes of an upright mesh are.
@@ -54,31 +59,43 @@ struct FileAxes {
     QVector3D fromFile(const QVector3D &inFile) const;
 };
 
-/// The triangles of one model file, ready to be put into buffers.
+/// The triangles, lines and points of one model file, ready to be put into buffers.
 ///
 /// Frame: the world of the model, right-handed, +Y up; the transforms of all nodes are applied;
 /// axes leads back to the file's own.
 /// Units: those of the file. A triangle's front is counter-clockwise.
 /// A plain value. What importMesh() and ContentReceiver give keeps these promises: there is a
-/// triangle; every index is below vertexCount(); coordinates are finite and at most maxCoordinate
-/// in magnitude; normals are of unit length, to a thousandth; the parts cover all indices in order.
+/// triangle, a line or a point; parts of triangles come first, then those of lines, then those of
+/// points; the parts of triangles and lines cover all indices in order, those of points the last
+/// vertices in order; an index of a triangle is below normalCount(), one of a line below
+/// firstPoint(), and neither is beyond the other's end: normalCount() <= firstPoint(). Coordinates
+/// are finite and at most maxCoordinate in magnitude; normals are of unit length, to a thousandth.
+/// Many points of one part stand in such an order that each beginning of them is a fair sample.
 struct Mesh {
     static constexpr float maxCoordinate = 1e15f; ///< Squares of sizes still fit into a float.
 
     std::vector<float> positions; ///< x, y, z of each vertex.
-    std::vector<float> normals;   ///< x, y, z of each vertex.
+    std::vector<float> normals;   ///< x, y, z of each vertex of triangles; these come first.
     std::vector<quint8> colours;  ///< R, G, B, A of each vertex; empty: the parts' colours hold.
-    std::vector<quint32> indices; ///< Three for each triangle.
-    std::vector<MeshPart> parts;  ///< In the order of their indices.
+    std::vector<quint32> indices; ///< Three for each triangle, then two for each line.
+    std::vector<MeshPart> parts;  ///< In the order of their kinds, indices and vertices.
     QVector3D min{0, 0, 0};       ///< Lower corner of the box around all vertices.
     QVector3D max{0, 0, 0};       ///< Upper corner.
     FileAxes axes;                ///< Where the file's own axes are in all this.
-    QStringList notes;            ///< What a person should know of the reading, in phrases.
+    /// What is added to toFile() of a position to give the file's coordinates, which may be too
+    /// large for a float: surveyors count metres from the equator.
+    std::array<double, 3> origin{{0, 0, 0}};
+    QStringList notes; ///< What a person should know of the reading, in phrases.
 
     std::size_t vertexCount() const { return positions.size() / 3; }
-    std::size_t triangleCount() const { return indices.size() / 3; }
+    std::size_t normalCount() const { return normals.size() / 3; }
+    std::size_t triangleCount() const;
+    std::size_t lineCount() const;
+    std::size_t firstPoint() const; ///< The first vertex that is a point; else vertexCount().
+    std::size_t pointCount() const { return vertexCount() - firstPoint(); }
     std::size_t byteSize() const; ///< Memory held; that of names and notes by rule of thumb.
-    static std::size_t byteSize(std::size_t vertices, bool coloured, std::size_t indices,
+    static std::size_t byteSize(std::size_t vertices, std::size_t normals, bool coloured,
+                                std::size_t indices,
                                 std::size_t parts); ///< Of a mesh of so many.
 
     QVector3D fileSize() const; ///< Along the file's own x, y and z.

@@ -12,25 +12,25 @@ namespace host {
 namespace {
 
 struct Counts {
-    quint32 vertices = 0, indices = 0, parts = 0;
+    quint32 vertices = 0, normals = 0, indices = 0, parts = 0;
     bool coloured = false;
 
     bool within(const MeshLimits &limits) const
     {
-        return vertices > 0 && vertices <= limits.vertices && indices > 0 &&
-               indices <= limits.indices && indices % 3 == 0 && parts > 0 && parts <= limits.parts;
+        return vertices > 0 && vertices <= limits.vertices && normals <= vertices &&
+               indices <= limits.indices && parts > 0 && parts <= limits.parts;
     }
 };
 
 class MeshAssembly : public Assembly {
 public:
-    MeshAssembly(const Counts &wanted, const FileAxes &axes, const QStringList &notes);
+    MeshAssembly(const Counts &wanted, Mesh &&head);
 
     quint64 byteSize() const override;
     double arrived() const override
     {
         return double(mesh_->positions.size() + mesh_->normals.size() + mesh_->indices.size()) /
-               (6.0 * wanted_.vertices + wanted_.indices);
+               (3.0 * wanted_.vertices + 3.0 * wanted_.normals + wanted_.indices);
     }
     bool takeItem(QDataStream &in) override;
     char *room(quint32 array, quint32 size) override;
@@ -40,47 +40,68 @@ public:
 private:
     bool checkPositions(std::size_t from);
     bool checkNormals(std::size_t from) const;
+    bool checkIndices(std::size_t from) const;
+    bool hasAllParts() const;
 
     Counts wanted_;
-    std::shared_ptr<Mesh> mesh_ = std::make_shared<Mesh>();
+    quint32 triangleIndices_ = 0, indices_ = 0, points_ = 0; // of the parts that are here
+    std::shared_ptr<Mesh> mesh_;
 };
 
-MeshAssembly::MeshAssembly(const Counts &wanted, const FileAxes &axes, const QStringList &notes)
-    : wanted_(wanted)
+/// @p head is a mesh without arrays and parts.
+MeshAssembly::MeshAssembly(const Counts &wanted, Mesh &&head)
+    : wanted_(wanted), mesh_(std::make_shared<Mesh>(std::move(head)))
 {
-    mesh_->axes = axes;
-    mesh_->notes = notes;
     // Reserved memory costs nothing until it is written to, so a lie about the size gains nothing.
     mesh_->positions.reserve(std::size_t(wanted.vertices) * 3);
-    mesh_->normals.reserve(std::size_t(wanted.vertices) * 3);
+    mesh_->normals.reserve(std::size_t(wanted.normals) * 3);
     mesh_->colours.reserve(wanted.coloured ? std::size_t(wanted.vertices) * 4 : 0);
     mesh_->indices.reserve(wanted.indices);
 }
 
 quint64 MeshAssembly::byteSize() const
 {
-    return Mesh::byteSize(wanted_.vertices, wanted_.coloured, wanted_.indices, wanted_.parts);
+    return Mesh::byteSize(wanted_.vertices, wanted_.normals, wanted_.coloured, wanted_.indices,
+                          wanted_.parts);
 }
 
 bool MeshAssembly::takeItem(QDataStream &in)
 {
     MeshPart part;
-    in >> part.indexCount;
+    quint8 kind = 0;
+    quint32 count = 0;
+    in >> kind >> count;
     for (float &c : part.colour)
         in >> c;
     in >> part.name >> part.material;
     if (in.status() != QDataStream::Ok)
         return true;
     auto &parts = mesh_->parts;
-    part.firstIndex = parts.empty() ? 0 : parts.back().firstIndex + parts.back().indexCount;
-    const bool good = parts.size() < wanted_.parts && !part.name.isEmpty() && part.indexCount > 0 &&
-                      part.indexCount % 3 == 0 &&
-                      part.indexCount <= wanted_.indices - part.firstIndex &&
+    part.kind = MeshPart::Kind(kind);
+    const bool points = part.kind == MeshPart::Kind::Points;
+    // The members of one: three indices, two, or a vertex.
+    const quint32 step = part.kind == MeshPart::Kind::Triangles ? 3 : points ? 1 : 2;
+    const bool good = parts.size() < wanted_.parts && part.kind <= MeshPart::Kind::Points &&
+                      (parts.empty() || parts.back().kind <= part.kind) && !part.name.isEmpty() &&
+                      count > 0 && count % step == 0 &&
+                      count <= (points ? wanted_.vertices - wanted_.normals - points_
+                                       : wanted_.indices - indices_) &&
                       std::all_of(part.colour.begin(), part.colour.end(),
                                   [](float c) { return c >= 0 && c <= 1; });
-    if (good)
-        parts.push_back(part);
-    return good;
+    if (!good)
+        return false;
+    part.firstIndex = indices_;
+    (points ? part.vertexCount : part.indexCount) = count;
+    (points ? points_ : indices_) += count;
+    if (part.kind == MeshPart::Kind::Triangles)
+        triangleIndices_ = indices_;
+    parts.push_back(part);
+    return true;
+}
+
+bool MeshAssembly::hasAllParts() const
+{
+    return mesh_->parts.size() == wanted_.parts && indices_ == wanted_.indices;
 }
 
 char *MeshAssembly::room(quint32 array, quint32 size)
@@ -90,11 +111,11 @@ char *MeshAssembly::room(quint32 array, quint32 size)
     case messages::Positions:
         return extend(mesh_->positions, size, 12, vertices * 3);
     case messages::Normals:
-        return extend(mesh_->normals, size, 12, vertices * 3);
+        return extend(mesh_->normals, size, 12, std::size_t(wanted_.normals) * 3);
     case messages::Colours:
         return extend(mesh_->colours, size, 4, wanted_.coloured ? vertices * 4 : 0);
     case messages::Indices:
-        return extend(mesh_->indices, size, 4, wanted_.indices);
+        return hasAllParts() ? extend(mesh_->indices, size, 4, wanted_.indices) : nullptr;
     default:
         return nullptr;
     }
@@ -109,8 +130,7 @@ bool MeshAssembly::check(quint32 array, quint32 size)
     case messages::Normals:
         return checkNormals(mesh_->normals.size() - values);
     case messages::Indices:
-        return std::all_of(mesh_->indices.end() - std::ptrdiff_t(values), mesh_->indices.end(),
-                           [this](quint32 i) { return i < wanted_.vertices; });
+        return checkIndices(mesh_->indices.size() - values);
     default:
         return true;
     }
@@ -150,16 +170,32 @@ bool MeshAssembly::checkNormals(std::size_t from) const
     return true;
 }
 
+bool MeshAssembly::checkIndices(std::size_t from) const
+{
+    const auto begin = mesh_->indices.begin();
+    const auto middle = std::clamp<std::size_t>(triangleIndices_, from, mesh_->indices.size());
+    const auto below = [](quint32 end) { return [end](quint32 i) { return i < end; }; };
+    return std::all_of(begin + std::ptrdiff_t(from), begin + std::ptrdiff_t(middle),
+                       below(wanted_.normals)) &&
+           std::all_of(begin + std::ptrdiff_t(middle), mesh_->indices.end(),
+                       below(wanted_.vertices - points_));
+}
+
 Content MeshAssembly::finish()
 {
     const std::size_t vertices = wanted_.vertices;
-    if (mesh_->positions.size() != vertices * 3 || mesh_->normals.size() != vertices * 3 ||
+    if (mesh_->positions.size() != vertices * 3 ||
+        mesh_->normals.size() != std::size_t(wanted_.normals) * 3 ||
         mesh_->colours.size() != (wanted_.coloured ? vertices * 4 : 0) ||
-        mesh_->indices.size() != wanted_.indices || mesh_->parts.size() != wanted_.parts)
+        mesh_->indices.size() != wanted_.indices || !hasAllParts())
         return {};
-    const MeshPart &last = mesh_->parts.back();
-    if (last.firstIndex + last.indexCount != wanted_.indices)
-        return {};
+    quint32 next = wanted_.vertices - points_;
+    for (MeshPart &part : mesh_->parts) {
+        if (part.kind != MeshPart::Kind::Points)
+            continue;
+        part.firstVertex = next;
+        next += part.vertexCount;
+    }
     return {std::move(mesh_), nullptr, nullptr};
 }
 
@@ -168,13 +204,19 @@ Content MeshAssembly::finish()
 std::unique_ptr<Assembly> meshAssembly(QDataStream &head, const MeshLimits &limits)
 {
     Counts counts;
-    QStringList notes;
-    FileAxes axes;
-    head >> counts.vertices >> counts.indices >> counts.parts >> counts.coloured;
-    head >> axes.of[0] >> axes.of[1] >> axes.of[2] >> notes;
-    if (head.status() != QDataStream::Ok || !counts.within(limits) || !axes.isValid())
+    Mesh mesh;
+    auto &axes = mesh.axes.of;
+    head >> counts.vertices >> counts.normals >> counts.indices >> counts.parts >> counts.coloured;
+    head >> axes[0] >> axes[1] >> axes[2];
+    for (double &coordinate : mesh.origin)
+        head >> coordinate;
+    head >> mesh.notes;
+    const bool near = std::all_of(mesh.origin.begin(), mesh.origin.end(), [](double c) {
+        return std::abs(c) <= double(Mesh::maxCoordinate); // false for NaN
+    });
+    if (head.status() != QDataStream::Ok || !counts.within(limits) || !mesh.axes.isValid() || !near)
         return nullptr;
-    return std::make_unique<MeshAssembly>(counts, axes, notes);
+    return std::make_unique<MeshAssembly>(counts, std::move(mesh));
 }
 
 } // namespace host

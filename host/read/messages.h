@@ -14,16 +14,18 @@ enum class Tag : quint8 {
     Begin = 1, ///< quint32 version, qint64 size of the file in bytes
     Progress,  ///< double fraction, QString stage
     Failure,   ///< QString reason, bool last
-    MeshHead,  ///< quint32 vertices, indices, parts, bool coloured, 3 qint8 axes, QStringList notes
+    MeshHead,  ///< quint32 vertices, normals, indices, parts, bool coloured, 3 qint8 axes,
+               ///< 3 doubles origin, QStringList notes
     TableHead, ///< quint32 rows, columns, QString x name, bool time, QStringList skipped
     ListHead,  ///< QStringList empty, cut
-    Item,      ///< Of a mesh, a part: quint32 indices, 4 floats, QString name, material.
-               ///< Of a table, a column: QString name. Of a list, a file: QString path.
-    Piece,     ///< quint32 array, quint32 size, that many bytes
-    End,       ///< bool last: the process serves no more
+    Item,      ///< Of a mesh, a part: quint8 kind, quint32 indices or, of points, vertices,
+          ///< 4 floats, QString name, material; all come before the mesh's indices. Of a table, a
+          ///< column: QString name. Of a list, a file: QString path.
+    Piece, ///< quint32 array, quint32 size, that many bytes
+    End,   ///< bool last: the process serves no more
 };
 
-constexpr quint32 version = 3;
+constexpr quint32 version = 4;
 /// Of a mesh the arrays are positions, normals, colours, indices; of a table x and the columns.
 enum MeshArray : quint32 { Positions, Normals, Colours, Indices };
 /// Also the most work that one message makes. Whole vertices, triangles and numbers fit into it.

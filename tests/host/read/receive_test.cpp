@@ -14,19 +14,23 @@ namespace {
 
 using State = ContentReceiver::State;
 
-/// Two triangles in two parts, with colours.
+/// Two triangles in two parts, a line and two points, with colours.
 Mesh mesh()
 {
     Mesh m;
-    m.positions = {0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0, -3};
+    m.positions = {0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0, -3, 1, 1, 0, 5, 1, 0, 0, 7, 0};
     m.normals = {0, 0, 1, 0, 0, 1, 0, 0, 1, 1, 0, 0};
-    m.colours = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
-    m.indices = {0, 1, 2, 0, 2, 3};
-    m.parts.resize(2);
+    m.colours.assign(28, 9);
+    m.colours[27] = 4;
+    m.indices = {0, 1, 2, 0, 2, 3, 0, 4};
+    m.parts.resize(4);
     m.parts[0] = {"wheel", "rubber", {0, 0.5f, 1, 1}, 0, 3};
     m.parts[1] = {QStringLiteral("räder"), {}, {1, 1, 1, 0.25f}, 3, 3};
+    m.parts[2] = {"axle", {}, {1, 1, 1, 1}, 6, 2, MeshPart::Kind::Lines};
+    m.parts[3] = {"dust", {}, {1, 1, 1, 1}, 8, 0, MeshPart::Kind::Points, 5, 2};
+    m.origin = {1e7, -2, 0.5};
     m.min = {0, 0, -3};
-    m.max = {1, 2, 0};
+    m.max = {5, 7, 0};
     m.axes.of = {{1, 3, -2}};
     m.notes = QStringList{"a texture is missing"};
     return m;
@@ -81,9 +85,12 @@ class InPieces : public testing::TestWithParam<int> {};
 TEST_P(InPieces, AMeshArrivesAsItWasSent)
 {
     Mesh sent = mesh();
-    for (quint32 i = 0; i < 100000; ++i) // more than one message holds
-        sent.indices.insert(sent.indices.end(), {i % 4, (i + 1) % 4, (i + 2) % 4});
-    sent.parts[1].indexCount = quint32(sent.indices.size()) - 3;
+    std::vector<quint32> more; // than one message holds
+    for (quint32 i = 0; i < 100000; ++i)
+        more.insert(more.end(), {i % 4, (i + 1) % 4, (i + 2) % 4});
+    sent.indices.insert(sent.indices.begin() + 6, more.begin(), more.end());
+    sent.parts[1].indexCount += 300000;
+    sent.parts[2].firstIndex = sent.parts[3].firstIndex - 2;
     ContentReceiver receiver;
     ASSERT_EQ(feed(receiver, answerOf(sent), GetParam()), State::Done);
     EXPECT_EQ(receiver.announcedBytes(), sent.byteSize());
@@ -95,7 +102,12 @@ TEST_P(InPieces, AMeshArrivesAsItWasSent)
     EXPECT_TRUE(got->colours == sent.colours && got->indices == sent.indices);
     EXPECT_TRUE(got->min == sent.min && got->max == sent.max);
     EXPECT_TRUE(got->notes == sent.notes && got->axes.of == sent.axes.of);
-    ASSERT_EQ(got->parts.size(), 2u);
+    EXPECT_EQ(got->origin, sent.origin);
+    EXPECT_EQ(got->triangleCount(), 100002u);
+    EXPECT_TRUE(got->lineCount() == 1 && got->pointCount() == 2 && got->normalCount() == 4);
+    ASSERT_EQ(got->parts.size(), 4u);
+    EXPECT_TRUE(got->parts[2].kind == sent.parts[2].kind && got->parts[2].indexCount == 2);
+    EXPECT_TRUE(got->parts[3].firstVertex == 5 && got->parts[3].vertexCount == 2);
     EXPECT_EQ(got->parts[0].material, "rubber");
     EXPECT_EQ(got->parts[1].name, sent.parts[1].name);
     EXPECT_EQ(got->parts[1].colour, sent.parts[1].colour);
@@ -148,7 +160,7 @@ TEST(ContentReceiverTest, ARefusalCarriesItsReasonAndALargeMeshIsRefusedBeforeIt
     MeshLimits limits;
     limits.indices = 3;
     ContentReceiver small({}, limits);
-    EXPECT_EQ(feed(small, answerOf(mesh()).left(120), 120), State::Broken);
+    EXPECT_EQ(feed(small, answerOf(mesh()).left(180), 180), State::Broken);
 }
 
 /// Answers of processes that lie.
@@ -165,17 +177,31 @@ template <class T> void expectBroken(const T &honest, const std::vector<void (*)
 
 TEST(ContentReceiverTest, LiesAreRefused)
 {
-    expectBroken<Mesh>(
-        mesh(),
-        {[](Mesh &m) { m.indices[4] = 4; }, [](Mesh &m) { m.positions[7] = std::nanf(""); },
-         [](Mesh &m) { m.positions[7] = 1e20f; }, [](Mesh &m) { m.normals[0] = std::nanf(""); },
-         [](Mesh &m) { m.normals[9] = 0.99f; }, [](Mesh &m) { m.normals.resize(9); },
-         [](Mesh &m) { m.colours.resize(20); }, [](Mesh &m) { m.indices.resize(5); },
-         [](Mesh &m) { m.indices.clear(); }, [](Mesh &m) { m.parts.pop_back(); },
-         [](Mesh &m) { m.parts[1].indexCount = 6; },
-         [](Mesh &m) { m.parts[1].indexCount = 0xffffffffu; },
-         [](Mesh &m) { m.parts[1].name.clear(); }, [](Mesh &m) { m.parts[0].colour[2] = 2; },
-         [](Mesh &m) { m.axes.of[1] = 1; }});
+    expectBroken<Mesh>(mesh(), {[](Mesh &m) { m.indices[4] = 4; },
+                                [](Mesh &m) { m.positions[7] = std::nanf(""); },
+                                [](Mesh &m) { m.positions[7] = 1e20f; },
+                                [](Mesh &m) { m.normals[0] = std::nanf(""); },
+                                [](Mesh &m) { m.normals[9] = 0.99f; },
+                                [](Mesh &m) { m.normals.resize(9); },
+                                [](Mesh &m) { m.colours.resize(20); },
+                                [](Mesh &m) { m.indices.resize(5); },
+                                [](Mesh &m) { m.indices.clear(); },
+                                [](Mesh &m) { m.parts.erase(m.parts.begin()); },
+                                [](Mesh &m) { m.parts.clear(); },
+                                [](Mesh &m) { m.indices[7] = 5; },
+                                [](Mesh &m) { m.parts[2].kind = MeshPart::Kind::Triangles; },
+                                [](Mesh &m) { m.parts[3].kind = MeshPart::Kind(3); },
+                                [](Mesh &m) { std::swap(m.parts[2], m.parts[3]); },
+                                [](Mesh &m) { m.parts[2].indexCount = 1; },
+                                [](Mesh &m) { m.parts[3].vertexCount = 0; },
+                                [](Mesh &m) { m.parts[3].vertexCount = 4; },
+                                [](Mesh &m) { m.origin[2] = std::nan(""); },
+                                [](Mesh &m) { m.origin[0] = -1e300; },
+                                [](Mesh &m) { m.parts[1].indexCount = 6; },
+                                [](Mesh &m) { m.parts[1].indexCount = 0xffffffffu; },
+                                [](Mesh &m) { m.parts[1].name.clear(); },
+                                [](Mesh &m) { m.parts[0].colour[2] = 2; },
+                                [](Mesh &m) { m.axes.of[1] = 1; }});
     expectBroken<Table>(table(),
                         {[](Table &t) { t.x[2] = 1; }, [](Table &t) { t.x[0] = std::nan(""); },
                          [](Table &t) { t.columns[1].values[2] = HUGE_VAL; },

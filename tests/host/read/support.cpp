@@ -2,6 +2,7 @@
 #include "tests/host/read/support.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -55,33 +56,44 @@ QVector3D vectorAt(const std::vector<float> &a, std::size_t i)
 
 void expectPromises(const Mesh &mesh)
 {
-    ASSERT_FALSE(mesh.indices.empty());
-    ASSERT_EQ(mesh.positions.size(), mesh.normals.size());
-    quint32 covered = 0;
+    ASSERT_FALSE(mesh.parts.empty());
+    ASSERT_LE(mesh.normalCount(), mesh.firstPoint());
+    quint32 covered = 0, vertices = quint32(mesh.firstPoint());
+    auto kind = MeshPart::Kind::Triangles;
     for (const MeshPart &part : mesh.parts) {
+        const bool points = part.kind == MeshPart::Kind::Points;
+        EXPECT_GE(part.kind, std::exchange(kind, part.kind));
         EXPECT_EQ(part.firstIndex, covered);
         EXPECT_FALSE(part.name.isEmpty());
+        EXPECT_EQ(part.indexCount > 0, !points);
+        EXPECT_EQ(part.vertexCount > 0, points);
+        EXPECT_EQ(part.firstVertex, points ? vertices : 0);
         covered += part.indexCount;
+        vertices += part.vertexCount;
     }
     EXPECT_EQ(covered, mesh.indices.size());
+    EXPECT_EQ(vertices, mesh.vertexCount());
     QVector3D low = vectorAt(mesh.positions, 0), high = low;
     for (std::size_t i = 0; i < mesh.vertexCount(); ++i) {
-        EXPECT_NEAR(vectorAt(mesh.normals, i).length(), 1, 0.0011);
+        if (i < mesh.normalCount()) {
+            EXPECT_NEAR(vectorAt(mesh.normals, i).length(), 1, 0.0011);
+        }
         for (int axis = 0; axis < 3; ++axis) {
             low[axis] = std::min(low[axis], vectorAt(mesh.positions, i)[axis]);
             high[axis] = std::max(high[axis], vectorAt(mesh.positions, i)[axis]);
         }
     }
     EXPECT_TRUE(mesh.min == low && mesh.max == high);
-    for (const quint32 i : mesh.indices)
-        EXPECT_LT(i, mesh.vertexCount());
+    for (std::size_t i = 0; i < mesh.indices.size(); ++i)
+        EXPECT_LT(mesh.indices[i],
+                  i < mesh.triangleCount() * 3 ? mesh.normalCount() : mesh.firstPoint());
 }
 
 void expectSound(const Mesh &mesh)
 {
     expectPromises(mesh);
     std::vector<bool> used(mesh.vertexCount());
-    for (std::size_t t = 0; t < mesh.indices.size(); t += 3) {
+    for (std::size_t t = 0; t < mesh.triangleCount() * 3; t += 3) {
         QVector3D corners[3], normals;
         for (std::size_t k = 0; k < 3; ++k) {
             const quint32 i = mesh.indices[t + k];
@@ -93,7 +105,10 @@ void expectSound(const Mesh &mesh)
             QVector3D::crossProduct(corners[1] - corners[0], corners[2] - corners[0]);
         EXPECT_GT(QVector3D::dotProduct(facing, normals), 0) << "triangle " << t / 3;
     }
-    EXPECT_EQ(std::count(used.begin(), used.end(), false), 0);
+    for (std::size_t i = mesh.triangleCount() * 3; i < mesh.indices.size(); ++i)
+        used.at(mesh.indices[i]) = true;
+    const auto first = used.begin() + std::ptrdiff_t(mesh.firstPoint());
+    EXPECT_EQ(std::count(used.begin(), first, false), 0);
 }
 
 } // namespace host
