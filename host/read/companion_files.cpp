@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace host {
 namespace {
@@ -67,21 +68,62 @@ QString CompanionFiles::openable(const QString &path, Verdict *verdict) const
         if (*verdict == Verdict::Good)
             return absolute;
     }
-    const QString name = baseName(path);
-    const QString beside = given_ + '/' + name;
-    return !name.isEmpty() && judge(beside) == Verdict::Good ? beside : QString();
+    return nearby(path);
 }
 
-QString CompanionFiles::find(const QString &named)
+/// Returns what stands here where a path of another machine, or of another writing, leads to.
+QString CompanionFiles::nearby(const QString &path) const
+{
+    constexpr int mostFolders = 3;
+    QStringList names = path.split(QRegularExpression(QStringLiteral("[/\\\\]")));
+    names = names.mid(std::max(0, names.size() - mostFolders - 1));
+    while (!names.isEmpty()) {
+        const QString here = given_ + '/' + names.join('/');
+        if (!names.last().isEmpty() && judge(here) == Verdict::Good)
+            return here;
+        names.removeFirst();
+    }
+    const QString name = baseName(path);
+    if (beside_.isEmpty())
+        beside_ = QDir(given_).entryList(QDir::Files);
+    const auto same = std::find_if(beside_.begin(), beside_.end(), [&name](const QString &other) {
+        return other.compare(name, Qt::CaseInsensitive) == 0;
+    });
+    if (name.isEmpty() || same == beside_.end())
+        return {};
+    const QString here = given_ + '/' + *same;
+    return judge(here) == Verdict::Good ? here : QString();
+}
+
+QString CompanionFiles::find(const QString &named, Verdict *why)
 {
     if (named.isEmpty())
         return {};
-    const QString path = QDir(given_).filePath(named);
+    QString path = QDir(given_).filePath(named);
+    if (!QFileInfo::exists(path)) // a name may hold what separates folders elsewhere
+        path = QDir(given_).filePath(QString(named).replace('\\', '/'));
     Verdict verdict = Verdict::Good;
     const QString found = openable(path, &verdict);
     if (found.isEmpty())
         note(path, verdict);
+    if (why)
+        *why = verdict;
     return found;
+}
+
+QString CompanionFiles::skin() const
+{
+    const QString model = QFileInfo(model_).completeBaseName();
+    QStringList names = QDir(given_).entryList(QDir::Files, QDir::Name);
+    std::stable_sort(names.begin(), names.end(), // the shortest names the model alone
+                     [](const QString &a, const QString &b) { return a.size() < b.size(); });
+    for (const QString &name : names) {
+        const QString path = given_ + '/' + name;
+        if (isPicture(name) && name.startsWith(model, Qt::CaseInsensitive) &&
+            judge(path) == Verdict::Good)
+            return path;
+    }
+    return {};
 }
 
 void CompanionFiles::note(const QString &path, Verdict verdict) const

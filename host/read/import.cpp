@@ -154,14 +154,17 @@ Imported import(const QString &path, const ReadProgress &progress, const MeshLim
         return {{}, lack};
     if (!importer.ApplyPostProcessing(aiProcess_Triangulate))
         return {{}, whyNot(importer, path)};
+    if (asksForCoordinates(*scene) && !importer.ApplyPostProcessing(aiProcess_GenUVCoords))
+        return {{}, whyNot(importer, path)};
     if (progress)
         progress(processed, QStringLiteral("joining"));
+    const SceneTextures textures = readTextures(ours, format, *files, limits);
     finishScene(ours);
     const aiMatrix4x4 turn = uprightTurn(*scene, format);
-    Imported result = flattenScene(*scene, turn, limits);
+    Imported result = flattenScene(*scene, turn, limits, textures);
     result.mesh.axes = fileAxes(*scene, format, turn);
     noteTextures(*scene, *files);
-    result.mesh.notes = files->notes();
+    result.mesh.notes = textures.notes + files->notes();
     return result;
 }
 

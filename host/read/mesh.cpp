@@ -107,15 +107,26 @@ std::size_t Mesh::firstPoint() const
 
 std::size_t Mesh::byteSize() const
 {
-    return byteSize(vertexCount(), normalCount(), !colours.empty(), indices.size(), parts.size());
+    return byteSize(vertexCount(), normalCount(), !colours.empty(), indices.size(), parts.size(),
+                    !uvs.empty(), textureBytes());
+}
+
+std::size_t Mesh::textureBytes() const
+{
+    std::size_t sum = 0;
+    for (const TexturePtr &texture : textures)
+        sum += texture->pixels.size();
+    return sum;
 }
 
 std::size_t Mesh::byteSize(std::size_t vertices, std::size_t normals, bool coloured,
-                           std::size_t indices, std::size_t parts)
+                           std::size_t indices, std::size_t parts, bool covered,
+                           std::size_t textureBytes)
 {
     constexpr std::size_t names = 2 * 48; // of a part: two short texts
     return (vertices + normals) * 3 * sizeof(float) + vertices * (coloured ? 4 : 0) +
-           indices * sizeof(quint32) + parts * (sizeof(MeshPart) + names);
+           normals * (covered ? 2 * sizeof(float) : 0) + indices * sizeof(quint32) +
+           parts * (sizeof(MeshPart) + names) + textureBytes;
 }
 
 QVector3D Mesh::fileSize() const

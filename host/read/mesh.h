@@ -15,6 +15,31 @@
 
 namespace host {
 
+/// A picture that covers surfaces. Its rows run upwards, since the coordinates on it do.
+struct Texture {
+    static constexpr quint32 maxSide = 4096; ///< Finer ones show nothing more in a view.
+
+    quint32 width = 0, height = 0; ///< Pixels, each 1..maxSide.
+    std::vector<quint8> pixels;    ///< R, G, B, A of each; colours are not multiplied by alpha.
+};
+using TexturePtr = std::shared_ptr<const Texture>;
+
+/// How a texture covers a part: its colours multiply the part's.
+struct Cover {
+    enum Wrap : quint8 { Repeat, Mirror, Clamp }; ///< What lies beyond the picture.
+    enum Alpha : quint8 {
+        Ignored, ///< All of it is there.
+        Cutout,  ///< What has less than cutoff is not there, the rest is opaque.
+        Blended, ///< What lies behind shines through.
+    };
+
+    qint32 texture = -1; ///< Into Mesh::textures; negative: none.
+    Wrap wrapS = Repeat, wrapT = Repeat;
+    bool smooth = true; ///< Between the pixels of a picture that is seen larger.
+    Alpha alpha = Ignored;
+    float cutoff = 0.5f; ///< 0..1
+};
+
 /// A run of triangles, lines or points with one name and one material.
 struct MeshPart {
     enum class Kind : quint8 { Triangles, Lines, Points };
@@ -27,6 +52,7 @@ struct MeshPart {
     Kind kind = Kind::Triangles; ///< Of all that is in it.
     quint32 firstVertex = 0;     ///< Of points, which need no indices; else 0.
     quint32 vertexCount = 0;     ///< The same.
+    Cover cover{};               ///< Of triangles.
 };
 
 /// Which axes of its file the axes of an upright mesh are.
@@ -70,18 +96,22 @@ struct FileAxes {
 /// vertices in order; an index of a triangle is below normalCount(), one of a line below
 /// firstPoint(), and neither is beyond the other's end: normalCount() <= firstPoint(). Coordinates
 /// are finite and at most maxCoordinate in magnitude; normals are of unit length, to a thousandth.
+/// There are coordinates on textures where there are textures, each at most maxUv in magnitude.
 /// Many points of one part stand in such an order that each beginning of them is a fair sample.
 struct Mesh {
     static constexpr float maxCoordinate = 1e15f; ///< Squares of sizes still fit into a float.
+    static constexpr float maxUv = 1e6f;          ///< Beyond it a float does not tell pixels apart.
 
     std::vector<float> positions; ///< x, y, z of each vertex.
     std::vector<float> normals;   ///< x, y, z of each vertex of triangles; these come first.
     std::vector<quint8> colours;  ///< R, G, B, A of each vertex; empty: the parts' colours hold.
+    std::vector<float> uvs;       ///< On a texture, from its lower left, for each normal; or empty.
     std::vector<quint32> indices; ///< Three for each triangle, then two for each line.
     std::vector<MeshPart> parts;  ///< In the order of their kinds, indices and vertices.
-    QVector3D min{0, 0, 0};       ///< Lower corner of the box around all vertices.
-    QVector3D max{0, 0, 0};       ///< Upper corner.
-    FileAxes axes;                ///< Where the file's own axes are in all this.
+    std::vector<TexturePtr> textures; ///< Shared by copies of the mesh; none is null.
+    QVector3D min{0, 0, 0};           ///< Lower corner of the box around all vertices.
+    QVector3D max{0, 0, 0};           ///< Upper corner.
+    FileAxes axes;                    ///< Where the file's own axes are in all this.
     /// What is added to toFile() of a position to give the file's coordinates, which may be too
     /// large for a float: surveyors count metres from the equator.
     std::array<double, 3> origin{{0, 0, 0}};
@@ -94,9 +124,11 @@ struct Mesh {
     std::size_t firstPoint() const; ///< The first vertex that is a point; else vertexCount().
     std::size_t pointCount() const { return vertexCount() - firstPoint(); }
     std::size_t byteSize() const; ///< Memory held; that of names and notes by rule of thumb.
+    std::size_t textureBytes() const;
+    /// Of a mesh of so many.
     static std::size_t byteSize(std::size_t vertices, std::size_t normals, bool coloured,
-                                std::size_t indices,
-                                std::size_t parts); ///< Of a mesh of so many.
+                                std::size_t indices, std::size_t parts, bool covered = false,
+                                std::size_t textureBytes = 0);
 
     QVector3D fileSize() const; ///< Along the file's own x, y and z.
 
@@ -114,6 +146,8 @@ struct MeshLimits {
     quint64 parts = quint64(1) << 16;
     quint64 nodes = quint64(1) << 20;
     int depth = 4096; ///< Of the tree of nodes.
+    quint64 textures = 4096;
+    quint64 textureBytes = quint64(256) << 20; ///< Pictures are scaled down until all fit.
 };
 
 } // namespace host

@@ -13,12 +13,16 @@ namespace {
 
 struct Counts {
     quint32 vertices = 0, normals = 0, indices = 0, parts = 0;
-    bool coloured = false;
+    bool coloured = false, covered = false;
+    quint32 textures = 0;
+    quint64 textureBytes = 0;
 
     bool within(const MeshLimits &limits) const
     {
         return vertices > 0 && vertices <= limits.vertices && normals <= vertices &&
-               indices <= limits.indices && parts > 0 && parts <= limits.parts;
+               indices <= limits.indices && parts > 0 && parts <= limits.parts &&
+               textures <= limits.textures && textureBytes <= limits.textureBytes &&
+               covered == (textures > 0);
     }
 };
 
@@ -29,8 +33,10 @@ public:
     quint64 byteSize() const override;
     double arrived() const override
     {
-        return double(mesh_->positions.size() + mesh_->normals.size() + mesh_->indices.size()) /
-               (3.0 * wanted_.vertices + 3.0 * wanted_.normals + wanted_.indices);
+        const std::size_t here =
+            mesh_->positions.size() + mesh_->normals.size() + mesh_->indices.size() + texels_;
+        return double(here) / (3.0 * wanted_.vertices + 3.0 * wanted_.normals + wanted_.indices +
+                               double(wanted_.textureBytes) / 4);
     }
     bool takeItem(QDataStream &in) override;
     char *room(quint32 array, quint32 size) override;
@@ -38,34 +44,77 @@ public:
     Content finish() override;
 
 private:
+    bool takeTexture(QDataStream &in);
+    bool takePart(QDataStream &in);
     bool checkPositions(std::size_t from);
     bool checkNormals(std::size_t from) const;
     bool checkIndices(std::size_t from) const;
     bool hasAllParts() const;
+    bool isWhole() const;
 
     Counts wanted_;
     quint32 triangleIndices_ = 0, indices_ = 0, points_ = 0; // of the parts that are here
+    quint64 unclaimed_;                                      // bytes that no texture has taken
+    quint64 texels_ = 0;                                     // that are here
     std::shared_ptr<Mesh> mesh_;
+    std::vector<std::shared_ptr<Texture>> textures_; // the mesh's, while they are written
 };
 
 /// @p head is a mesh without arrays and parts.
 MeshAssembly::MeshAssembly(const Counts &wanted, Mesh &&head)
-    : wanted_(wanted), mesh_(std::make_shared<Mesh>(std::move(head)))
+    : wanted_(wanted),
+      unclaimed_(wanted.textureBytes),
+      mesh_(std::make_shared<Mesh>(std::move(head)))
 {
     // Reserved memory costs nothing until it is written to, so a lie about the size gains nothing.
     mesh_->positions.reserve(std::size_t(wanted.vertices) * 3);
     mesh_->normals.reserve(std::size_t(wanted.normals) * 3);
     mesh_->colours.reserve(wanted.coloured ? std::size_t(wanted.vertices) * 4 : 0);
     mesh_->indices.reserve(wanted.indices);
+    mesh_->uvs.reserve(wanted.covered ? std::size_t(wanted.normals) * 2 : 0);
 }
 
 quint64 MeshAssembly::byteSize() const
 {
     return Mesh::byteSize(wanted_.vertices, wanted_.normals, wanted_.coloured, wanted_.indices,
-                          wanted_.parts);
+                          wanted_.parts, wanted_.covered, wanted_.textureBytes);
 }
 
 bool MeshAssembly::takeItem(QDataStream &in)
+{
+    return textures_.size() < wanted_.textures ? takeTexture(in) : takePart(in);
+}
+
+bool MeshAssembly::takeTexture(QDataStream &in)
+{
+    auto texture = std::make_shared<Texture>();
+    in >> texture->width >> texture->height;
+    if (in.status() != QDataStream::Ok)
+        return true;
+    const auto fits = [](quint32 side) { return side > 0 && side <= Texture::maxSide; };
+    const quint64 bytes = quint64(texture->width) * texture->height * 4;
+    if (!fits(texture->width) || !fits(texture->height) || bytes > unclaimed_)
+        return false;
+    unclaimed_ -= bytes;
+    texture->pixels.reserve(bytes);
+    textures_.push_back(std::move(texture));
+    return true;
+}
+
+/// Reads how a part is covered. Returns whether it may be covered so, by one of so many textures.
+bool takeCover(QDataStream &in, Cover &cover, quint32 textures)
+{
+    quint8 wrapS = 0, wrapT = 0, alpha = 0;
+    in >> cover.texture >> wrapS >> wrapT >> cover.smooth >> alpha >> cover.cutoff;
+    cover.wrapS = Cover::Wrap(wrapS);
+    cover.wrapT = Cover::Wrap(wrapT);
+    cover.alpha = Cover::Alpha(alpha);
+    return wrapS <= Cover::Clamp && wrapT <= Cover::Clamp && alpha <= Cover::Blended &&
+           cover.texture >= -1 && cover.texture < qint64(textures) && cover.cutoff >= 0 &&
+           cover.cutoff <= 1;
+}
+
+bool MeshAssembly::takePart(QDataStream &in)
 {
     MeshPart part;
     quint8 kind = 0;
@@ -74,6 +123,7 @@ bool MeshAssembly::takeItem(QDataStream &in)
     for (float &c : part.colour)
         in >> c;
     in >> part.name >> part.material;
+    const bool coverable = takeCover(in, part.cover, wanted_.textures);
     if (in.status() != QDataStream::Ok)
         return true;
     auto &parts = mesh_->parts;
@@ -81,13 +131,14 @@ bool MeshAssembly::takeItem(QDataStream &in)
     const bool points = part.kind == MeshPart::Kind::Points;
     // The members of one: three indices, two, or a vertex.
     const quint32 step = part.kind == MeshPart::Kind::Triangles ? 3 : points ? 1 : 2;
-    const bool good = parts.size() < wanted_.parts && part.kind <= MeshPart::Kind::Points &&
-                      (parts.empty() || parts.back().kind <= part.kind) && !part.name.isEmpty() &&
-                      count > 0 && count % step == 0 &&
-                      count <= (points ? wanted_.vertices - wanted_.normals - points_
-                                       : wanted_.indices - indices_) &&
-                      std::all_of(part.colour.begin(), part.colour.end(),
-                                  [](float c) { return c >= 0 && c <= 1; });
+    const bool good =
+        coverable && (step == 3 || part.cover.texture < 0) && parts.size() < wanted_.parts &&
+        part.kind <= MeshPart::Kind::Points && (parts.empty() || parts.back().kind <= part.kind) &&
+        !part.name.isEmpty() && count > 0 && count % step == 0 &&
+        count <=
+            (points ? wanted_.vertices - wanted_.normals - points_ : wanted_.indices - indices_) &&
+        std::all_of(part.colour.begin(), part.colour.end(),
+                    [](float c) { return c >= 0 && c <= 1; });
     if (!good)
         return false;
     part.firstIndex = indices_;
@@ -116,9 +167,17 @@ char *MeshAssembly::room(quint32 array, quint32 size)
         return extend(mesh_->colours, size, 4, wanted_.coloured ? vertices * 4 : 0);
     case messages::Indices:
         return hasAllParts() ? extend(mesh_->indices, size, 4, wanted_.indices) : nullptr;
+    case messages::Uvs:
+        return extend(mesh_->uvs, size, 8, wanted_.covered ? std::size_t(wanted_.normals) * 2 : 0);
     default:
-        return nullptr;
+        break;
     }
+    const std::size_t number = array - messages::FirstTexture;
+    if (number >= textures_.size())
+        return nullptr;
+    Texture &texture = *textures_[number];
+    texels_ += size / 4;
+    return extend(texture.pixels, size, 4, std::size_t(texture.width) * texture.height * 4);
 }
 
 bool MeshAssembly::check(quint32 array, quint32 size)
@@ -131,6 +190,9 @@ bool MeshAssembly::check(quint32 array, quint32 size)
         return checkNormals(mesh_->normals.size() - values);
     case messages::Indices:
         return checkIndices(mesh_->indices.size() - values);
+    case messages::Uvs:
+        return std::all_of(mesh_->uvs.end() - std::ptrdiff_t(values), mesh_->uvs.end(),
+                           [](float v) { return std::abs(v) <= Mesh::maxUv; }); // false for NaN
     default:
         return true;
     }
@@ -181,14 +243,24 @@ bool MeshAssembly::checkIndices(std::size_t from) const
                        below(wanted_.vertices - points_));
 }
 
+bool MeshAssembly::isWhole() const
+{
+    const std::size_t vertices = wanted_.vertices, normals = wanted_.normals;
+    const auto isFull = [](const std::shared_ptr<Texture> &t) {
+        return t->pixels.size() == std::size_t(t->width) * t->height * 4;
+    };
+    return mesh_->positions.size() == vertices * 3 && mesh_->normals.size() == normals * 3 &&
+           mesh_->colours.size() == (wanted_.coloured ? vertices * 4 : 0) &&
+           mesh_->uvs.size() == (wanted_.covered ? normals * 2 : 0) &&
+           mesh_->indices.size() == wanted_.indices && hasAllParts() && unclaimed_ == 0 &&
+           std::all_of(textures_.begin(), textures_.end(), isFull);
+}
+
 Content MeshAssembly::finish()
 {
-    const std::size_t vertices = wanted_.vertices;
-    if (mesh_->positions.size() != vertices * 3 ||
-        mesh_->normals.size() != std::size_t(wanted_.normals) * 3 ||
-        mesh_->colours.size() != (wanted_.coloured ? vertices * 4 : 0) ||
-        mesh_->indices.size() != wanted_.indices || !hasAllParts())
+    if (!isWhole())
         return {};
+    mesh_->textures.assign(textures_.begin(), textures_.end());
     quint32 next = wanted_.vertices - points_;
     for (MeshPart &part : mesh_->parts) {
         if (part.kind != MeshPart::Kind::Points)
@@ -210,7 +282,7 @@ std::unique_ptr<Assembly> meshAssembly(QDataStream &head, const MeshLimits &limi
     head >> axes[0] >> axes[1] >> axes[2];
     for (double &coordinate : mesh.origin)
         head >> coordinate;
-    head >> mesh.notes;
+    head >> mesh.notes >> counts.covered >> counts.textures >> counts.textureBytes;
     const bool near = std::all_of(mesh.origin.begin(), mesh.origin.end(), [](double c) {
         return std::abs(c) <= double(Mesh::maxCoordinate); // false for NaN
     });

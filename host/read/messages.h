@@ -15,19 +15,23 @@ enum class Tag : quint8 {
     Progress,  ///< double fraction, QString stage
     Failure,   ///< QString reason, bool last
     MeshHead,  ///< quint32 vertices, normals, indices, parts, bool coloured, 3 qint8 axes,
-               ///< 3 doubles origin, QStringList notes
+               ///< 3 doubles origin, QStringList notes, bool covered, quint32 textures,
+               ///< quint64 bytes of these
     TableHead, ///< quint32 rows, columns, QString x name, bool time, QStringList skipped
     ListHead,  ///< QStringList empty, cut
-    Item,      ///< Of a mesh, a part: quint8 kind, quint32 indices or, of points, vertices,
-          ///< 4 floats, QString name, material; all come before the mesh's indices. Of a table, a
-          ///< column: QString name. Of a list, a file: QString path.
-    Piece, ///< quint32 array, quint32 size, that many bytes
-    End,   ///< bool last: the process serves no more
+    Item,      ///< Of a mesh, first each texture: quint32 width, height; then each part: quint8
+               ///< kind, quint32 indices or, of points, vertices, 4 floats, QString name, material,
+               ///< and its cover: qint32 texture, quint8 wrap, wrap, bool smooth, quint8 alpha,
+               ///< float cutoff; all come before the mesh's indices. Of a table, a column: QString
+               ///< name. Of a list, a file: QString path.
+    Piece,     ///< quint32 array, quint32 size, that many bytes
+    End,       ///< bool last: the process serves no more
 };
 
-constexpr quint32 version = 4;
-/// Of a mesh the arrays are positions, normals, colours, indices; of a table x and the columns.
-enum MeshArray : quint32 { Positions, Normals, Colours, Indices };
+constexpr quint32 version = 5;
+/// Of a mesh the arrays are positions, normals, colours, indices, coordinates on textures, and the
+/// pixels of one texture after the other; of a table x and the columns.
+enum MeshArray : quint32 { Positions, Normals, Colours, Indices, Uvs, FirstTexture };
 /// Also the most work that one message makes. Whole vertices, triangles and numbers fit into it.
 constexpr quint32 maxPiece = 256 * 1024 / 24 * 24;
 /// No message without arrays is larger.

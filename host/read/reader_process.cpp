@@ -20,6 +20,7 @@
 #include "host/read/content_send.h"
 #include "host/read/csv_reader.h"
 #include "host/read/file_kind.h"
+#include "host/read/image_read.h"
 #include "host/read/import.h"
 #include "host/read/model_files.h"
 #include "host/read/sandbox.h"
@@ -211,6 +212,7 @@ int runReaderProcess(const ModelParser &parser)
     if (!out.open(stream, QIODevice::WriteOnly | QIODevice::Unbuffered) ||
         !in.open(STDIN_FILENO, QIODevice::ReadOnly | QIODevice::Unbuffered))
         return 1;
+    ImageReader::loadPlugins();
     const QString open = closeIn();
     if (!hasListener(stream)) // the parent died before its death was to be told
         return 1;

@@ -7,6 +7,7 @@
 #include <assimp/scene.h>
 
 #include "host/read/import.h"
+#include "host/read/scene_textures.h"
 
 namespace host {
 
@@ -33,7 +34,8 @@ bool hasNormals(const aiMesh &mesh);
 /// zero.
 void makeNormals(aiMesh &mesh);
 
-/// Joins the vertices of a mesh that are equal in place, normal and first colour.
+/// Joins the vertices of a mesh that are equal in place, normal, first colour and first coordinates
+/// on textures.
 void joinVertices(aiMesh &mesh);
 
 /// The turn that makes a scene of the reader @p format stand upright (+Y up, right-handed), where
@@ -52,8 +54,10 @@ std::array<float, 4> materialColour(const aiMaterial &material);
 bool isBlack(float r, float g, float b);
 
 /// Joins all triangles that the nodes of @p scene show into one mesh, each through its transforms
-/// and then through @p turn. Expects triangles only where a face is to be kept.
-Imported flattenScene(const aiScene &scene, const aiMatrix4x4 &turn, const MeshLimits &limits);
+/// and then through @p turn. Expects triangles only where a face is to be kept, and coordinates
+/// only on @p textures.
+Imported flattenScene(const aiScene &scene, const aiMatrix4x4 &turn, const MeshLimits &limits,
+                      const SceneTextures &textures);
 
 } // namespace host
 

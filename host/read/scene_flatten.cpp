@@ -38,7 +38,11 @@ aiVector3D faceNormal(const aiVector3D &a, const aiVector3D &b, const aiVector3D
 /// Joins the instances of a scene's meshes, one after the other, into one mesh.
 class Flattener {
 public:
-    Flattener(const aiScene &scene, const MeshLimits &limits) : scene_(scene), limits_(limits) {}
+    Flattener(const aiScene &scene, const MeshLimits &limits, const SceneTextures &textures)
+        : scene_(scene), limits_(limits), covers_(textures.covers)
+    {
+        out_.textures = textures.textures;
+    }
 
     Imported run(const aiMatrix4x4 &turn);
 
@@ -61,6 +65,7 @@ private:
 
     const aiScene &scene_;
     const MeshLimits &limits_;
+    const std::vector<Cover> &covers_; // by materials
     std::vector<Instance> instances_;
     std::vector<quint32> seen_; // of the mesh in work: its vertex -> the vertex in out_
     bool coloured_ = false;     // some mesh shows the colours of its vertices
@@ -152,6 +157,8 @@ void Flattener::beginPart(const Instance &instance)
         const aiString material = scene_.mMaterials[instance.mesh->mMaterialIndex]->GetName();
         part.material = QString::fromUtf8(material.C_Str()).left(200);
     }
+    if (instance.mesh->mTextureCoords[0] && instance.mesh->mMaterialIndex < covers_.size())
+        part.cover = covers_[instance.mesh->mMaterialIndex];
     part.firstIndex = quint32(out_.indices.size());
     out_.parts.push_back(part);
 }
@@ -185,6 +192,10 @@ quint32 Flattener::addVertex(const Instance &instance, const aiMatrix3x3 &turn, 
     normal.NormalizeSafe();
     out_.positions.insert(out_.positions.end(), {position.x, position.y, position.z});
     out_.normals.insert(out_.normals.end(), {normal.x, normal.y, normal.z});
+    if (!out_.textures.empty()) {
+        const aiVector3D *uvs = instance.mesh->mTextureCoords[0];
+        out_.uvs.insert(out_.uvs.end(), {uvs ? uvs[index].x : 0, uvs ? uvs[index].y : 0});
+    }
     if (coloured_)
         addColour(*instance.mesh, index);
     return seen_[index];
@@ -282,9 +293,10 @@ Imported Flattener::run(const aiMatrix4x4 &turn)
 
 } // namespace
 
-Imported flattenScene(const aiScene &scene, const aiMatrix4x4 &turn, const MeshLimits &limits)
+Imported flattenScene(const aiScene &scene, const aiMatrix4x4 &turn, const MeshLimits &limits,
+                      const SceneTextures &textures)
 {
-    return Flattener(scene, limits).run(turn);
+    return Flattener(scene, limits, textures).run(turn);
 }
 
 } // namespace host

@@ -167,6 +167,7 @@ void makeNormals(aiMesh &mesh)
     }
     spread(mesh.mVertices, mesh);
     spread(mesh.mColors[0], mesh);
+    spread(mesh.mTextureCoords[0], mesh);
     replace(mesh.mNormals, normals);
     mesh.mNumVertices = faces * 3;
     for (unsigned f = 0; f < faces; ++f) {
@@ -179,15 +180,17 @@ void joinVertices(aiMesh &mesh)
 {
     const aiVector3D *at = mesh.mVertices, *normal = mesh.mNormals;
     const aiColor4D *colour = mesh.mColors[0];
+    const aiVector3D *uv = mesh.mTextureCoords[0];
     const std::vector<unsigned> first = firstOfEach(
         mesh.mNumVertices,
         [=](unsigned i) {
-            const quint64 sum = mix(mix(1, at[i]), normal ? normal[i] : aiVector3D());
+            quint64 sum = mix(mix(1, at[i]), normal ? normal[i] : aiVector3D());
+            sum = uv ? mix(sum, uv[i]) : sum;
             return colour ? mix(sum, {colour[i].r, colour[i].g, colour[i].b}) : sum;
         },
         [=](unsigned a, unsigned b) {
             return at[a] == at[b] && (!normal || normal[a] == normal[b]) &&
-                   (!colour || colour[a] == colour[b]);
+                   (!colour || colour[a] == colour[b]) && (!uv || uv[a] == uv[b]);
         });
     std::vector<unsigned> number(first.size());
     unsigned kept = 0;
@@ -196,6 +199,7 @@ void joinVertices(aiMesh &mesh)
     thin(mesh.mVertices, first);
     thin(mesh.mNormals, first);
     thin(mesh.mColors[0], first);
+    thin(mesh.mTextureCoords[0], first);
     mesh.mNumVertices = kept;
     for (unsigned f = 0; f < mesh.mNumFaces; ++f) {
         aiFace &face = mesh.mFaces[f];

@@ -65,8 +65,6 @@ void dropUnshown(aiMesh &mesh)
     drop(mesh.mBitangents);
     for (unsigned i = 1; i < AI_MAX_NUMBER_OF_COLOR_SETS; ++i)
         drop(mesh.mColors[i]);
-    for (aiVector3D *&coordinates : mesh.mTextureCoords)
-        drop(coordinates);
     for (unsigned i = 0; i < mesh.mNumBones; ++i)
         delete mesh.mBones[i];
     mesh.mNumBones = 0;

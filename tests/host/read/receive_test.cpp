@@ -14,6 +14,16 @@ namespace {
 
 using State = ContentReceiver::State;
 
+TexturePtr texture(quint32 width, quint32 height, std::size_t bytes)
+{
+    Texture t;
+    t.width = width;
+    t.height = height;
+    for (std::size_t i = 0; i < bytes; ++i)
+        t.pixels.push_back(quint8(i * 7));
+    return std::make_shared<Texture>(t);
+}
+
 /// Two triangles in two parts, a line and two points, with colours.
 Mesh mesh()
 {
@@ -28,6 +38,9 @@ Mesh mesh()
     m.parts[1] = {QStringLiteral("räder"), {}, {1, 1, 1, 0.25f}, 3, 3};
     m.parts[2] = {"axle", {}, {1, 1, 1, 1}, 6, 2, MeshPart::Kind::Lines};
     m.parts[3] = {"dust", {}, {1, 1, 1, 1}, 8, 0, MeshPart::Kind::Points, 5, 2};
+    m.parts[1].cover = {1, Cover::Mirror, Cover::Clamp, false, Cover::Blended, 0.25f};
+    m.uvs = {0, 0, 1, 0, 0, -1e6f, 0.5f, 3};
+    m.textures = {texture(3, 2, 24), texture(1, 4, 16)};
     m.origin = {1e7, -2, 0.5};
     m.min = {0, 0, -3};
     m.max = {5, 7, 0};
@@ -112,6 +125,15 @@ TEST_P(InPieces, AMeshArrivesAsItWasSent)
     EXPECT_EQ(got->parts[1].name, sent.parts[1].name);
     EXPECT_EQ(got->parts[1].colour, sent.parts[1].colour);
     EXPECT_EQ(got->parts[1].firstIndex, 3u);
+    const Cover &cover = got->parts[1].cover;
+    EXPECT_TRUE(cover.texture == 1 && cover.wrapS == Cover::Mirror && cover.wrapT == Cover::Clamp &&
+                !cover.smooth && cover.alpha == Cover::Blended && cover.cutoff == 0.25f);
+    EXPECT_EQ(got->parts[0].cover.texture, -1);
+    EXPECT_EQ(got->uvs, sent.uvs);
+    ASSERT_EQ(got->textures.size(), 2u);
+    EXPECT_TRUE(got->textures[0]->width == 3 && got->textures[0]->height == 2);
+    for (std::size_t i = 0; i < 2; ++i)
+        EXPECT_EQ(got->textures[i]->pixels, sent.textures[i]->pixels);
 }
 
 TEST_P(InPieces, ATableArrivesAsItWasSent)
@@ -201,7 +223,27 @@ TEST(ContentReceiverTest, LiesAreRefused)
                                 [](Mesh &m) { m.parts[1].indexCount = 0xffffffffu; },
                                 [](Mesh &m) { m.parts[1].name.clear(); },
                                 [](Mesh &m) { m.parts[0].colour[2] = 2; },
-                                [](Mesh &m) { m.axes.of[1] = 1; }});
+                                [](Mesh &m) { m.axes.of[1] = 1; },
+                                [](Mesh &m) { m.uvs[7] = 1.1e6f; },
+                                [](Mesh &m) { m.uvs[0] = std::nanf(""); },
+                                [](Mesh &m) { m.uvs.resize(6); },
+                                [](Mesh &m) { m.uvs.resize(10); },
+                                [](Mesh &m) { m.uvs.clear(); },
+                                [](Mesh &m) { m.textures.clear(); },
+                                [](Mesh &m) { m.parts[1].cover.texture = 2; },
+                                [](Mesh &m) { m.parts[1].cover.texture = -2; },
+                                [](Mesh &m) { m.parts[2].cover.texture = 0; },
+                                [](Mesh &m) { m.parts[0].cover.wrapS = Cover::Wrap(3); },
+                                [](Mesh &m) { m.parts[0].cover.wrapT = Cover::Wrap(3); },
+                                [](Mesh &m) { m.parts[0].cover.alpha = Cover::Alpha(3); },
+                                [](Mesh &m) { m.parts[0].cover.cutoff = 1.5f; },
+                                [](Mesh &m) { m.parts[0].cover.cutoff = std::nanf(""); },
+                                [](Mesh &m) { m.textures[0] = texture(3, 2, 20); },
+                                [](Mesh &m) { m.textures[1] = texture(1, 4, 20); },
+                                [](Mesh &m) { m.textures[1] = texture(1, 0, 0); },
+                                [](Mesh &m) { m.textures[1] = texture(0, 1, 0); },
+                                [](Mesh &m) { m.textures[1] = texture(4097, 1, 16388); },
+                                [](Mesh &m) { m.textures[1] = texture(1, 4097, 16388); }});
     expectBroken<Table>(table(),
                         {[](Table &t) { t.x[2] = 1; }, [](Table &t) { t.x[0] = std::nan(""); },
                          [](Table &t) { t.columns[1].values[2] = HUGE_VAL; },

@@ -87,6 +87,13 @@ void expectPromises(const Mesh &mesh)
     for (std::size_t i = 0; i < mesh.indices.size(); ++i)
         EXPECT_LT(mesh.indices[i],
                   i < mesh.triangleCount() * 3 ? mesh.normalCount() : mesh.firstPoint());
+    EXPECT_EQ(mesh.uvs.size(), mesh.textures.empty() ? 0 : mesh.normalCount() * 2);
+    for (const float v : mesh.uvs)
+        EXPECT_LE(std::abs(v), Mesh::maxUv);
+    for (const TexturePtr &t : mesh.textures)
+        EXPECT_EQ(t->pixels.size(), std::size_t(t->width) * t->height * 4);
+    for (const MeshPart &part : mesh.parts)
+        EXPECT_LT(part.cover.texture, qint32(mesh.textures.size()));
 }
 
 void expectSound(const Mesh &mesh)
