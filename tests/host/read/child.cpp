@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The test program as the child that a reader starts, and as one that misbehaves.
+#include <cerrno>
 #include <csignal>
 #include <string>
 
@@ -7,6 +8,7 @@
 #include <QFile>
 #include <QStringList>
 
+#include <seccomp.h>
 #include <unistd.h>
 
 #include "host/read/reader_process.h"
@@ -54,6 +56,14 @@ int misbehave(const QString &how)
     return how == "memory" ? host::outOfMemoryExit : 3;
 }
 
+/// Reads files where the kernel lets nobody be closed in.
+int runOpen()
+{
+    scmp_filter_ctx filter = seccomp_init(SCMP_ACT_ALLOW);
+    seccomp_rule_add(filter, SCMP_ACT_ERRNO(EACCES), SCMP_SYS(seccomp), 0);
+    return seccomp_load(filter) == 0 ? host::runReaderProcess() : 1;
+}
+
 /// Leaves a byte in @p file for each process that was started.
 int count(const QString &file)
 {
@@ -77,6 +87,8 @@ int runAsChild(int argc, char **argv)
     if (arguments[1] == "--forbidden")
         return host::runReaderProcess(
             [](const QString &path, const auto &, auto) { return host::tryForbidden(path); });
+    if (arguments[1] == "--open")
+        return runOpen();
     if (arguments[1] == "--count")
         return count(arguments[2]);
     return arguments[1] == "--misbehave" ? misbehave(arguments[2]) : -1;

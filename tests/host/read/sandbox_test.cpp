@@ -120,6 +120,21 @@ TEST(SandboxTest, AReaderCanReadAndNothingElse)
     EXPECT_EQ(failed[0][1].toString().toStdString(), "all as it should be");
 }
 
+TEST(SandboxTest, WhereTheKernelRefusesFilesAreReadAndItIsSaid)
+{
+    const ModelFolder folder;
+    ReaderProgram program;
+    program.arguments = QStringList{"--open"};
+    ReadQueue queue(nullptr, program);
+    QSignalSpy finished(&queue, &ReadQueue::finished);
+    queue.add(folder.write("a.obj", objTriangle()));
+    ASSERT_TRUE(finished.wait(60000));
+    const MeshPtr mesh = finished[0][1].value<Content>().mesh;
+    ASSERT_TRUE(mesh);
+    EXPECT_TRUE(mesh->notes.join("").startsWith("the reader was not closed in: "))
+        << mesh->notes.join("|").toStdString();
+}
+
 TEST(SandboxTest, AListenerIsMissedOnceItsEndIsClosed)
 {
     int ends[2];
