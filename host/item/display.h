@@ -33,10 +33,12 @@ struct Display {
     bool dark = false;
     bool lighting = true;
     Mode mode = Mode::Shaded;
-    bool hover = true; ///< Whether what the pointer is on is marked and named.
+    bool hover = true;     ///< Whether what the pointer is on is marked and named.
+    double pointScale = 1; ///< Points are so many times as wide as they would be.
     // What a picture asks for.
     float scale = 1;          ///< Pixels drawn per window pixel: what widths are multiplied by.
     bool transparent = false; ///< Nothing is drawn that only stands behind.
+    bool whole = false;       ///< All is drawn, however long it takes.
 
     const Theme &theme() const;
 };

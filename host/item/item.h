@@ -42,7 +42,7 @@ public:
     virtual QString name() const = 0;         ///< Of the file, without its folder.
     virtual QString details() const = 0;      ///< Counts and sizes, in one line; what was not read.
     virtual QString underPointer() const = 0; ///< What the pointer is on; may be empty.
-    virtual quint64 count() const = 0;        ///< Triangles or samples: what sorting goes by.
+    virtual quint64 count() const = 0;        ///< Triangles, points, samples: for sorting.
     virtual quint64 byteSize() const = 0;     ///< Memory held, GL's included.
     virtual bool paintsTitle() const { return false; } ///< Whether the name is part of its picture.
 
@@ -52,6 +52,10 @@ public:
     /// Pixels at the object's edges over which something else lies: views of the whole keep clear
     /// of them.
     virtual void setInsets(const QMarginsF &) {}
+
+    /// Called once a frame, after the steering advanced: whether that @p moved the view, and the
+    /// seconds since the last time.
+    virtual void passed(bool, double) {}
 
     /// Whether something is under way that will show by itself, so that passes must go on.
     virtual bool isBusy() const { return false; }
@@ -89,6 +93,7 @@ public:
     /// What standOn() was last told; nothing: it stands as the rule for its format says.
     virtual std::optional<FileAxes::Axis> chosenUp() const { return {}; }
 
+    virtual bool hasPoints() const { return false; } ///< Whether the width of points matters.
     /// Whether it stands in three dimensions, so that one can look from the sides.
     virtual bool isSpatial() const { return false; }
     /// The file's units per pixel at the point looked at; 0 where that means nothing.

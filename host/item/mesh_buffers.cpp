@@ -134,7 +134,7 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &ma
 
 void MeshBuffers::drawSurfaces(const Mesh &mesh, const Display &display, const Marks &marks)
 {
-    for (std::size_t i = 0; i < mesh.parts.size(); ++i)
+    for (std::size_t i = 0; i < mesh.trianglePartCount(); ++i)
         if (opacityOf(mesh.parts[i]) >= 1 && !marks.isHidden(i))
             drawPart(mesh, i, display, marks.isSelected(i));
     if (!transparent_.isEmpty())
@@ -150,19 +150,32 @@ void MeshBuffers::drawHiddenLines(const Mesh &mesh, const Display &display, cons
     glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
     glEnable(GL_POLYGON_OFFSET_FILL); // a triangle does not hide its own outline
     glPolygonOffset(1, 1);
-    for (std::size_t i = 0; i < mesh.parts.size(); ++i)
+    for (std::size_t i = 0; i < mesh.trianglePartCount(); ++i)
         if (opacityOf(mesh.parts[i]) >= 1 && !marks.isHidden(i))
             drawTriangles(mesh.parts[i]);
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
     glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
     const Theme &theme = display.theme();
-    for (std::size_t i = 0; i < mesh.parts.size(); ++i) {
+    for (std::size_t i = 0; i < mesh.trianglePartCount(); ++i) {
         if (marks.isHidden(i))
             continue;
         const QColor &c = marks.isSelected(i) ? theme.accent : theme.ink;
         glColor4d(c.redF(), c.greenF(), c.blueF(), 1);
         drawTriangles(mesh.parts[i]);
     }
+}
+
+void MeshBuffers::drawThin(const Mesh &mesh, const Display &display, const Marks &marks,
+                           const PointLook &look)
+{
+    if (!vertices_.isCreated() || mesh.trianglePartCount() == mesh.parts.size())
+        return;
+    vertices_.bind();
+    indices_.bind();
+    drawLinesAndPoints(mesh, (mesh.positions.size() + mesh.normals.size()) * sizeof(float), display,
+                       marks, look);
+    indices_.release();
+    vertices_.release();
 }
 
 /// Each part covers what lies farther away, its own far side too.

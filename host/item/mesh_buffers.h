@@ -6,6 +6,7 @@
 #include <QVector3D>
 
 #include "host/item/display.h"
+#include "host/item/mesh_points.h"
 #include "host/item/part_marks.h"
 #include "host/item/transparent_parts.h"
 #include "host/read/mesh.h"
@@ -32,6 +33,11 @@ public:
     /// that look away first. Expects the light's place and the matrices to be set. Leaves GL state
     /// as it was.
     void draw(const Mesh &mesh, const Display &display, const Marks &marks);
+
+    /// Draws its lines and points, as drawLinesAndPoints() does: before draw(), since transparent
+    /// parts cover what is there already.
+    void drawThin(const Mesh &mesh, const Display &display, const Marks &marks,
+                  const PointLook &look);
 
 private:
     void drawSurfaces(const Mesh &mesh, const Display &display, const Marks &marks);

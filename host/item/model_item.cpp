@@ -7,6 +7,7 @@
 #include <QThreadPool>
 
 #include "host/item/parts_in_pick.h"
+#include "host/ui/metrics.h"
 
 namespace host {
 
@@ -29,6 +30,8 @@ void ModelItem::buildTree()
     build_ = std::make_shared<TreeBuild>();
     QThreadPool::globalInstance()->start([build = build_, shared = mesh_] {
         build->tree = std::make_unique<TriangleTree>(shared, build->cancel);
+        if (shared->trianglePartCount() < shared->parts.size())
+            build->thin = std::make_unique<ThinTree>(shared, build->cancel);
         build->ready = true;
     });
 }
@@ -47,6 +50,7 @@ void ModelItem::measure()
     for (std::size_t i = 0; i < count; ++i)
         radius = std::max(radius, vertex(i).length());
     scale_ = radius > 0 ? CameraMotion::worldRadius / radius : 1;
+    spacing_ = pointSpacing(*mesh_) * double(scale_);
     const std::size_t step = count / enough + 1;
     outline_.clear();
     outline_.reserve(count / step + 1);
@@ -60,14 +64,18 @@ QString ModelItem::details() const
     const FileAxes &axes = mesh_->axes;
     const QLocale locale;
     const auto length = [&](float v) { return locale.toString(double(v), 'g', 4); };
-    const QString count =
-        mesh_->triangleCount() == 1
-            ? tr("1 triangle")
-            : tr("%1 triangles").arg(locale.toString(qulonglong(mesh_->triangleCount())));
+    QStringList kinds;
+    const auto tell = [&](std::size_t count, const QString &one, const QString &many) {
+        if (count > 0)
+            kinds << (count == 1 ? one : many.arg(locale.toString(qulonglong(count))));
+    };
+    tell(mesh_->triangleCount(), tr("1 triangle"), tr("%1 triangles"));
+    tell(mesh_->lineCount(), tr("1 line"), tr("%1 lines"));
+    tell(mesh_->pointCount(), tr("1 point"), tr("%1 points"));
     const QString up = (axes.upIsNegative() ? tr("−%1 up") : tr("%1 up")).arg("XYZ"[axes.up()]);
-    const QString counts =
-        QStringLiteral("%1  ·  %2 × %3 × %4  ·  %5")
-            .arg(count, length(size.x()), length(size.y()), length(size.z()), up);
+    const QString counts = QStringLiteral("%1  ·  %2 × %3 × %4  ·  %5")
+                               .arg(kinds.join(QStringLiteral("  ·  ")), length(size.x()),
+                                    length(size.y()), length(size.z()), up);
     return (QStringList(counts) + mesh_->notes).join(QStringLiteral("  ·  "));
 }
 
@@ -88,9 +96,11 @@ quint64 ModelItem::byteSize() const
     quint64 bytes = mesh_->byteSize() + buffers_.byteSize() + outline_.size() * sizeof(QVector3D);
     // Until the tree is there, about what it will take: a size that grew afterwards would pass
     // limits that were kept.
-    constexpr quint64 perTriangle = 36;
-    return bytes +
-           (build_->ready ? build_->tree->byteSize() : mesh_->triangleCount() * perTriangle);
+    constexpr quint64 perTriangle = 36, perThin = 6;
+    if (build_->ready)
+        return bytes + build_->tree->byteSize() + (build_->thin ? build_->thin->byteSize() : 0);
+    return bytes + mesh_->triangleCount() * perTriangle +
+           (mesh_->lineCount() + mesh_->pointCount()) * perThin;
 }
 
 double ModelItem::unitsPerPixel(const GLW *glw) const
@@ -129,8 +139,22 @@ void ModelItem::release()
     buffers_.destroy();
 }
 
-void ModelItem::draw3D(GLW *, const Display &display)
+/// Notes how large a pixel is that looks at the model.
+void ModelItem::measurePixel(const GLW *glw)
 {
+    const CameraGeometry geometry = CameraSteering::geometryOf(glw);
+    const double height = std::max(double(glw->height()), 1.0);
+    pixel_ = 2 * double(shownHalfHeight(glw->camera)) / height;
+    const bool parallel = glw->camera.ortho != 0;
+    aimRadius_ = parallel ? pixel_ : 0;
+    aimSlope_ = parallel ? 0 : 2 * double(geometry.halfHeight(1)) / height;
+}
+
+void ModelItem::draw3D(GLW *glw, const Display &display)
+{
+    measurePixel(glw);
+    const std::size_t most = display.whole ? mesh_->pointCount() : budget_.most();
+    buffers_.drawThin(*mesh_, display, marks_, {pixel_, spacing_, most});
     buffers_.draw(*mesh_, display, marks_);
     if (display.hover && hovered_ >= 0)
         brackets_.draw(*mesh_, std::size_t(hovered_), centre_, scale_, display);
@@ -150,9 +174,27 @@ bool ModelItem::isThere(const TriangleHit &hit) const
     return marks_.hiddenCount() == 0 || !marks_.isHidden(std::size_t(partOf(hit.triangle)));
 }
 
+/// The line or point that is within a few pixels of the ray and not behind @p surface.
+std::optional<ThinHit> ModelItem::thinHit(const Ray &world,
+                                          const std::optional<TriangleHit> &surface) const
+{
+    if (!build_->ready || !build_->thin)
+        return {};
+    const double reach = Metrics::px(4);
+    const Aim aim{{world.origin / scale_ + centre_, world.direction},
+                  reach * aimRadius_ / double(scale_),
+                  reach * aimSlope_};
+    return build_->thin->nearest(aim, [&](const ThinHit &hit) {
+        const double room = aim.radius + aim.slope * hit.distance; // it may lie on the surface
+        return !marks_.isHidden(hit.part) && (!surface || hit.distance < surface->distance + room);
+    });
+}
+
 std::optional<QVector3D> ModelItem::surfaceAt(const Ray &ray) const
 {
     const auto found = hit(ray);
+    if (const auto thin = thinHit(ray, found))
+        return (thin->at - centre_) * scale_;
     if (!found)
         return {};
     return ray.origin + ray.direction * float(found->distance * double(scale_));
@@ -177,7 +219,12 @@ bool ModelItem::pick3D(GLW *glw, const std::optional<QPointF> &pointer)
     const int before = hovered_;
     hovered_ = -1;
     if (pointer) {
-        if (const auto found = hit(CameraSteering::geometryOf(glw).ray(*pointer)))
+        measurePixel(glw);
+        const Ray ray = CameraSteering::geometryOf(glw).ray(*pointer);
+        const auto found = hit(ray);
+        if (const auto thin = thinHit(ray, found))
+            hovered_ = int(thin->part);
+        else if (found)
             hovered_ = partOf(found->triangle);
     }
     return hovered_ != before;

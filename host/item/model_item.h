@@ -12,18 +12,21 @@
 #include "host/item/mesh_buffers.h"
 #include "host/item/part_brackets.h"
 #include "host/item/part_marks.h"
+#include "host/item/point_budget.h"
+#include "host/item/thin_tree.h"
 #include "host/item/triangle_tree.h"
 #include "host/read/mesh.h"
 
 namespace host {
 
-/// A model: its triangles in GL buffers, lit, with the part under the pointer marked.
+/// A model: its triangles, lines and points in GL buffers, lit, with the part under the pointer
+/// marked. Of many points a frame may draw a sample: all of them once the view rests.
 ///
 /// World: the model is moved and scaled so that it fills CameraMotion::worldRadius.
 class ModelItem : public Item, private CameraSteering::Shape {
     Q_DECLARE_TR_FUNCTIONS(ModelItem)
 public:
-    /// @p mesh has at least one triangle. What the pointer needs to find triangles is built in a
+    /// @p mesh has a triangle, line or point. What the pointer needs to find them is built in a
     /// thread of its own; until then nothing is under the pointer.
     ModelItem(const QString &name, MeshPtr mesh);
     ~ModelItem() override;
@@ -31,7 +34,10 @@ public:
     QString name() const override { return name_; }
     QString details() const override;
     QString underPointer() const override;
-    quint64 count() const override { return mesh_->triangleCount(); }
+    quint64 count() const override
+    {
+        return mesh_->triangleCount() + mesh_->lineCount() + mesh_->pointCount();
+    }
     quint64 byteSize() const override;
     const Mesh &mesh() const { return *mesh_; }
     int hoveredPart() const { return hovered_; } ///< Into the mesh's parts; -1 for none.
@@ -48,7 +54,9 @@ public:
     void standOn(GLW *glw, FileAxes::Axis up) override;
     std::optional<FileAxes::Axis> chosenUp() const override { return chosenUp_; }
     double unitsPerPixel(const GLW *glw) const override;
-    bool isBusy() const override { return !build_->ready; }
+    void passed(bool moved, double seconds) override { budget_.advance(moved, seconds); }
+    bool isBusy() const override { return !build_->ready || budget_.most() < mesh_->pointCount(); }
+    bool hasPoints() const override { return mesh_->pointCount() > 0; }
     void init(GLW *glw) override;
     void release() override;
     void draw3D(GLW *glw, const Display &display) override;
@@ -69,11 +77,15 @@ private:
         std::atomic<bool> cancel{false};
         std::atomic<bool> ready{false};
         std::unique_ptr<TriangleTree> tree; // written before ready, read after
+        std::unique_ptr<ThinTree> thin;     // the same; null without lines and points
     };
 
     void measure();
     void buildTree();
+    void measurePixel(const GLW *glw);
     std::optional<TriangleHit> hit(const Ray &world) const;
+    std::optional<ThinHit> thinHit(const Ray &world,
+                                   const std::optional<TriangleHit> &surface) const;
     bool isThere(const TriangleHit &hit) const;
     int partOf(quint32 triangle) const;
 
@@ -85,6 +97,10 @@ private:
     std::optional<FileAxes::Axis> chosenUp_;
     CameraSteering steering_{*this};
     MeshBuffers buffers_;
+    PointBudget budget_;
+    double spacing_ = 0; // of points, in the world
+    double pixel_ = 0;   // of the object, in the world, at the depth that one looks at
+    double aimRadius_ = 0, aimSlope_ = 0; // of the room that a pixel sees: see Aim
     PartBrackets brackets_;
     std::shared_ptr<TreeBuild> build_ = std::make_shared<TreeBuild>(); // never null
     int hovered_ = -1;

@@ -65,18 +65,24 @@ std::vector<bool> partsInPick(const GL::Camera &camera, const Mesh &mesh, const 
         const double w = row(3);
         return w > 0 ? Projected{row(0) / w, row(1) / w, true} : Projected();
     };
-    std::vector<Projected> points(mesh.vertexCount());
+    std::vector<Projected> points(mesh.firstPoint());
     for (std::size_t i = 0; i < points.size(); ++i)
         points[i] = project(quint32(i));
 
     std::vector<bool> met(mesh.parts.size());
+    const auto meets = [&](const quint32 *corners, quint32 count) {
+        const Projected &p = points[corners[0]], &q = points[corners[1]],
+                        &r = points[corners[count - 1]]; // a line is a triangle without width
+        return p.inFront && q.inFront && r.inFront && meetsSquare(p, q, r);
+    };
     for (std::size_t i = 0; i < mesh.parts.size(); ++i) {
         const MeshPart &part = mesh.parts[i];
-        for (quint32 at = 0; at < part.indexCount && !met[i] && !marks.isHidden(i); at += 3) {
-            const quint32 *triangle = &mesh.indices[part.firstIndex + at];
-            const Projected &p = points[triangle[0]], &q = points[triangle[1]],
-                            &r = points[triangle[2]];
-            met[i] = p.inFront && q.inFront && r.inFront && meetsSquare(p, q, r);
+        const quint32 step = part.kind == MeshPart::Kind::Triangles ? 3 : 2;
+        for (quint32 at = 0; at < part.indexCount && !met[i] && !marks.isHidden(i); at += step)
+            met[i] = meets(&mesh.indices[part.firstIndex + at], step);
+        for (quint32 at = 0; at < part.vertexCount && !met[i] && !marks.isHidden(i); ++at) {
+            const Projected p = project(part.firstVertex + at);
+            met[i] = p.inFront && std::abs(p.x) <= 1 && std::abs(p.y) <= 1;
         }
     }
     return met;

@@ -12,10 +12,9 @@
 
 namespace host {
 
-/// Which parts of @p mesh have a triangle that meets what the camera's last pick pass looked at,
-/// whatever lies in front; hidden
-/// ones have not. Each point p of the mesh stands at (p - centre) * scale in the world.
-/// Triangles that reach behind the eye are left out.
+/// Which parts of @p mesh have a triangle, line or point that meets what the camera's last pick
+/// pass looked at, whatever lies in front; hidden ones have not. Each point p of the mesh stands at
+/// (p - centre) * scale in the world. Triangles and lines that reach behind the eye are left out.
 std::vector<bool> partsInPick(const GL::Camera &camera, const Mesh &mesh, const QVector3D &centre,
                               float scale, const PartMarks &marks = PartMarks());
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/read/import.h"
 
+#include <algorithm>
 #include <exception>
 #include <new>
 #include <stdexcept>
@@ -14,6 +15,7 @@
 #include <assimp/postprocess.h>
 
 #include "host/read/companion_files.h"
+#include "host/read/point_reader.h"
 #include "host/read/scene.h"
 
 namespace host {
@@ -97,23 +99,27 @@ std::string formatName(const Assimp::Importer &importer)
     return about && about->mName ? about->mName : "";
 }
 
-/// Returns what @p scene has instead of faces, or nothing if it has at least one;
+/// Returns why @p scene shows nothing, or nothing if it has a face or a cloud of points;
 /// @p dropped faces were taken out.
 QString lackOf(const aiScene &scene, quint64 dropped)
 {
-    bool any = false;
     for (unsigned i = 0; i < scene.mNumMeshes; ++i) {
-        const aiMesh &mesh = *scene.mMeshes[i];
-        any = any || mesh.mNumVertices > 0;
-        for (unsigned k = 0; k < mesh.mNumFaces; ++k) {
-            if (mesh.mFaces[k].mNumIndices >= 3)
-                return {};
-        }
+        if (scene.mMeshes[i]->mPrimitiveTypes != 0)
+            return {};
     }
-    if (dropped > 0)
-        return QStringLiteral("none of its faces has usable vertices");
-    return any ? QStringLiteral("there are no triangles in it, only points or lines")
-               : QStringLiteral("there are no triangles in it");
+    return dropped > 0 ? QStringLiteral("none of its faces has usable vertices")
+                       : QStringLiteral("there are no triangles, lines or points in it");
+}
+
+/// Whether some mesh has faces of more than one kind.
+bool isMixed(const aiScene &scene)
+{
+    return std::any_of(scene.mMeshes, scene.mMeshes + scene.mNumMeshes, [](const aiMesh *mesh) {
+        const unsigned kinds =
+            mesh->mPrimitiveTypes &
+            (aiPrimitiveType_POINT | aiPrimitiveType_LINE | aiPrimitiveType_TRIANGLE);
+        return (kinds & (kinds - 1)) != 0;
+    });
 }
 
 /// Asks for the pictures that the materials name, so that there is a note of what is refused.
@@ -152,7 +158,8 @@ Imported import(const QString &path, const ReadProgress &progress, const MeshLim
     const QString lack = lackOf(*scene, dropped);
     if (!lack.isEmpty())
         return {{}, lack};
-    if (!importer.ApplyPostProcessing(aiProcess_Triangulate))
+    if (!importer.ApplyPostProcessing(aiProcess_Triangulate) ||
+        (isMixed(*scene) && !importer.ApplyPostProcessing(aiProcess_SortByPType)))
         return {{}, whyNot(importer, path)};
     if (asksForCoordinates(*scene) && !importer.ApplyPostProcessing(aiProcess_GenUVCoords))
         return {{}, whyNot(importer, path)};
@@ -164,7 +171,7 @@ Imported import(const QString &path, const ReadProgress &progress, const MeshLim
     Imported result = flattenScene(*scene, turn, limits, textures);
     result.mesh.axes = fileAxes(*scene, format, turn);
     noteTextures(*scene, *files);
-    result.mesh.notes = textures.notes + files->notes();
+    result.mesh.notes += textures.notes + files->notes();
     return result;
 }
 
@@ -174,6 +181,8 @@ Imported importMesh(const QString &path, const ReadProgress &progress, const Mes
                     Companions companions)
 {
     try {
+        if (isPointFile(path))
+            return readPoints(path, progress, limits);
         return import(path, progress, limits, companions);
     } catch (const std::bad_alloc &) {
         return {{}, QStringLiteral("it asks for more memory than there is")};

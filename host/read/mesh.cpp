@@ -94,6 +94,12 @@ std::size_t Mesh::triangleCount() const
     return (next ? next->firstIndex : indices.size()) / 3;
 }
 
+std::size_t Mesh::trianglePartCount() const
+{
+    const MeshPart *next = firstOf(*this, MeshPart::Kind::Lines);
+    return next ? std::size_t(next - parts.data()) : parts.size();
+}
+
 std::size_t Mesh::lineCount() const
 {
     return (indices.size() - triangleCount() * 3) / 2;
@@ -127,6 +133,20 @@ std::size_t Mesh::byteSize(std::size_t vertices, std::size_t normals, bool colou
     return (vertices + normals) * 3 * sizeof(float) + vertices * (coloured ? 4 : 0) +
            normals * (covered ? 2 * sizeof(float) : 0) + indices * sizeof(quint32) +
            parts * (sizeof(MeshPart) + names) + textureBytes;
+}
+
+void Mesh::findBounds()
+{
+    min = max = {positions[0], positions[1], positions[2]};
+    for (int k = 0; k < 3; ++k) {
+        float low = min[k], high = max[k];
+        for (std::size_t i = std::size_t(k); i < positions.size(); i += 3) {
+            low = std::min(low, positions[i]);
+            high = std::max(high, positions[i]);
+        }
+        min[k] = low;
+        max[k] = high;
+    }
 }
 
 QVector3D Mesh::fileSize() const

@@ -123,6 +123,7 @@ struct Mesh {
     std::size_t lineCount() const;
     std::size_t firstPoint() const; ///< The first vertex that is a point; else vertexCount().
     std::size_t pointCount() const { return vertexCount() - firstPoint(); }
+    std::size_t trianglePartCount() const; ///< Of the parts, so many are of triangles.
     std::size_t byteSize() const; ///< Memory held; that of names and notes by rule of thumb.
     std::size_t textureBytes() const;
     /// Of a mesh of so many.
@@ -131,6 +132,8 @@ struct Mesh {
                                 std::size_t textureBytes = 0);
 
     QVector3D fileSize() const; ///< Along the file's own x, y and z.
+
+    void findBounds(); ///< Sets min and max. Expects a vertex.
 
     /// Turns all of it so that the file's @p up is on top, whatever it was.
     void standOn(FileAxes::Axis up);

@@ -12,6 +12,7 @@
 #include <assimp/Importer.hpp>
 
 #include "host/read/csv_reader.h"
+#include "host/read/point_reader.h"
 
 namespace host {
 namespace {
@@ -27,6 +28,8 @@ bool looksRight(const QString &path, const QString &suffix)
         return true; // the reader will say what is wrong
     if (suffix == QLatin1String("txt"))
         return looksLikeTable(file.read(16 * 1024));
+    if (pointSuffixes().contains(suffix))
+        return looksLikePoints(file.read(16 * 1024));
     const QByteArray head = file.read(1024);
     if (suffix == QLatin1String("xml"))
         return head.contains("<mesh");
@@ -40,7 +43,8 @@ bool looksRight(const QString &path, const QString &suffix)
 bool isVague(const QString &suffix)
 {
     return suffix == QLatin1String("xml") || suffix == QLatin1String("prj") ||
-           suffix == QLatin1String("raw") || suffix == QLatin1String("txt");
+           suffix == QLatin1String("raw") || suffix == QLatin1String("txt") ||
+           pointSuffixes().contains(suffix);
 }
 
 QSet<QString> collectedSuffixes()
@@ -135,6 +139,7 @@ QStringList modelSuffixes()
         const auto patterns = QString::fromLatin1(list.C_Str()).split(QLatin1Char(';'));
         for (const QString &pattern : patterns)
             found.append(pattern.mid(pattern.lastIndexOf(QLatin1Char('.')) + 1).toLower());
+        found += pointSuffixes();
         found.removeDuplicates();
         found.sort();
         return found;

@@ -6,8 +6,8 @@
 
 namespace host {
 
-/// The suffixes of the formats that assimp reads, lower case, without a dot, sorted: for file
-/// dialogs.
+/// The suffixes of the formats that assimp reads and of pointSuffixes(), lower case, without a dot,
+/// sorted: for file dialogs.
 QStringList modelSuffixes();
 
 /// What to gather from a folder, and where to stop.
@@ -19,7 +19,7 @@ struct CollectLimits {
 
 /// The files that @p paths stand for: a file for itself, a folder for the models and tables in it
 /// and in the folders below it, sorted by path as a person sorts: case aside, and 2 before 10.
-/// Judges by suffix; where a suffix is in wider use for other things (.xml, .txt, .raw, .prj ...),
+/// Judges by suffix; where a suffix is in wider use for other things (.xml, .txt, .raw, .asc ...),
 /// by the first bytes too. Leaves out hidden files, and formats that hold only motions or cameras.
 /// Follows links, but enters no folder twice. Blocks while it reads the folders: see
 /// ReadQueue::list().

@@ -19,10 +19,16 @@ void poseSkins(aiScene &scene, const std::string &format);
 /// Makes @p scene, as the reader @p format left it, fit for what follows: takes out the faces that
 /// no step can bear, with an index beyond the vertices or with a vertex that is not finite; all
 /// that is not shown; and normals that hide a mesh's creases. Returns how many faces it took out.
+/// Afterwards mPrimitiveTypes of a mesh says what is in it; without faces, that is points if
+/// nothing in the whole scene had a face, or if the reader said so: then each vertex is one.
 quint64 prepareScene(aiScene &scene, const std::string &format);
 
-/// Leaves only triangles in @p scene, gives normals to the vertices that have none, and joins
-/// vertices. Expects polygons to be triangles already, and prepareScene() to have been here.
+/// What is drawn of @p mesh. Expects finishScene() to have been here.
+MeshPart::Kind kindOf(const aiMesh &mesh);
+
+/// Leaves only triangles, lines or points in each mesh of @p scene, gives normals to the vertices
+/// of triangles that have none, and joins vertices. Expects polygons to be triangles already, each
+/// mesh to have faces of one kind, and prepareScene() to have been here.
 void finishScene(aiScene &scene);
 
 /// Whether each vertex has a normal that says something: not zero, and finite.
@@ -53,9 +59,9 @@ std::array<float, 4> materialColour(const aiMaterial &material);
 /// Whether no channel of a colour is more than a trace.
 bool isBlack(float r, float g, float b);
 
-/// Joins all triangles that the nodes of @p scene show into one mesh, each through its transforms
-/// and then through @p turn. Expects triangles only where a face is to be kept, and coordinates
-/// only on @p textures.
+/// Joins all triangles, lines and points that the nodes of @p scene show into one mesh, each
+/// through its transforms and then through @p turn. Expects finishScene() to have been here, and
+/// coordinates only on @p textures.
 Imported flattenScene(const aiScene &scene, const aiMatrix4x4 &turn, const MeshLimits &limits,
                       const SceneTextures &textures);
 

@@ -8,6 +8,8 @@
 
 #include <assimp/material.h>
 
+#include "host/read/point_order.h"
+
 namespace host {
 namespace {
 
@@ -56,12 +58,15 @@ private:
     QString collect(const aiMatrix4x4 &turn);
     QString measure() const;
     void add(const Instance &instance);
+    void addTriangles(const Instance &instance);
+    void addLines(const Instance &instance);
+    void addPoints(const Instance &instance);
     quint32 addVertex(const Instance &instance, const aiMatrix3x3 &turn, unsigned index,
                       const aiVector3D &position, const aiVector3D &facing);
+    quint32 addEnd(const Instance &instance, unsigned index, const aiVector3D &position);
     void beginPart(const Instance &instance);
     void addColour(const aiMesh &mesh, unsigned index);
     void lightenBlack();
-    void finishBounds();
 
     const aiScene &scene_;
     const MeshLimits &limits_;
@@ -70,6 +75,7 @@ private:
     std::vector<quint32> seen_; // of the mesh in work: its vertex -> the vertex in out_
     bool coloured_ = false;     // some mesh shows the colours of its vertices
     bool fromVertices_ = false; // the mesh in work does
+    quint64 leftOut_ = 0;       // points
     Mesh out_;
 };
 
@@ -134,10 +140,17 @@ QString Flattener::measure() const
 {
     quint64 indices = 0, vertices = 0;
     for (const Instance &instance : instances_) {
-        indices += quint64(instance.mesh->mNumFaces) * 3;
-        vertices += instance.mesh->mNumVertices;
+        const MeshPart::Kind kind = kindOf(*instance.mesh);
+        const quint64 faces = instance.mesh->mNumFaces;
+        const unsigned corners = kind == MeshPart::Kind::Triangles ? 3 : 2;
+        if (kind != MeshPart::Kind::Points)
+            indices += faces * corners;
+        vertices +=
+            kind == MeshPart::Kind::Points && faces > 0 ? faces : instance.mesh->mNumVertices;
         if (indices > limits_.indices)
-            return QStringLiteral("it shows more than %1 triangles").arg(limits_.indices / 3);
+            return (corners == 3 ? QStringLiteral("it shows more than %1 triangles")
+                                 : QStringLiteral("it shows more than %1 lines"))
+                .arg(limits_.indices / corners);
         if (vertices > limits_.vertices)
             return QStringLiteral("it has more than %1 vertices").arg(limits_.vertices);
     }
@@ -159,6 +172,7 @@ void Flattener::beginPart(const Instance &instance)
     }
     if (instance.mesh->mTextureCoords[0] && instance.mesh->mMaterialIndex < covers_.size())
         part.cover = covers_[instance.mesh->mMaterialIndex];
+    part.kind = kindOf(*instance.mesh);
     part.firstIndex = quint32(out_.indices.size());
     out_.parts.push_back(part);
 }
@@ -215,11 +229,78 @@ bool facesAway(const aiMesh &mesh, const aiMatrix3x3 &turn, const std::array<uns
 void Flattener::add(const Instance &instance)
 {
     const aiMesh &mesh = *instance.mesh;
-    aiMatrix3x3 turn(instance.world);
-    turn.Inverse().Transpose();
-    seen_.assign(mesh.mNumVertices, unseen);
     beginPart(instance);
     fromVertices_ = coloured_ && showsVertexColours(scene_, mesh);
+    if (kindOf(mesh) == MeshPart::Kind::Points) {
+        addPoints(instance);
+    } else {
+        seen_.assign(mesh.mNumVertices, unseen);
+        if (kindOf(mesh) == MeshPart::Kind::Lines)
+            addLines(instance);
+        else
+            addTriangles(instance);
+    }
+    MeshPart &part = out_.parts.back();
+    part.indexCount = quint32(out_.indices.size()) - part.firstIndex;
+    if (part.indexCount == 0 && part.vertexCount == 0)
+        out_.parts.pop_back();
+}
+
+/// The vertex of a line's end, which has no normal.
+quint32 Flattener::addEnd(const Instance &instance, unsigned index, const aiVector3D &position)
+{
+    if (seen_[index] != unseen)
+        return seen_[index];
+    seen_[index] = quint32(out_.vertexCount());
+    out_.positions.insert(out_.positions.end(), {position.x, position.y, position.z});
+    if (coloured_)
+        addColour(*instance.mesh, index);
+    return seen_[index];
+}
+
+void Flattener::addLines(const Instance &instance)
+{
+    const aiMesh &mesh = *instance.mesh;
+    for (unsigned i = 0; i < mesh.mNumFaces; ++i) {
+        const unsigned *ends = mesh.mFaces[i].mIndices;
+        const aiVector3D from = instance.world * mesh.mVertices[ends[0]];
+        const aiVector3D to = instance.world * mesh.mVertices[ends[1]];
+        if (!usable(from) || !usable(to) || from == to)
+            continue;
+        out_.indices.push_back(addEnd(instance, ends[0], from));
+        out_.indices.push_back(addEnd(instance, ends[1], to));
+    }
+}
+
+void Flattener::addPoints(const Instance &instance)
+{
+    const aiMesh &mesh = *instance.mesh;
+    MeshPart &part = out_.parts.back();
+    part.firstVertex = quint32(out_.vertexCount());
+    const unsigned count = mesh.mNumFaces > 0 ? mesh.mNumFaces : mesh.mNumVertices;
+    for (unsigned i = 0; i < count; ++i) {
+        const unsigned index = mesh.mNumFaces > 0 ? mesh.mFaces[i].mIndices[0] : i;
+        const aiVector3D at = instance.world * mesh.mVertices[index];
+        if (!usable(at)) {
+            ++leftOut_;
+            continue;
+        }
+        out_.positions.insert(out_.positions.end(), {at.x, at.y, at.z});
+        if (coloured_)
+            addColour(mesh, index);
+        ++part.vertexCount;
+    }
+    const PointOrder order(part.vertexCount);
+    order.apply(out_.positions, 3);
+    if (coloured_)
+        order.apply(out_.colours, 4);
+}
+
+void Flattener::addTriangles(const Instance &instance)
+{
+    const aiMesh &mesh = *instance.mesh;
+    aiMatrix3x3 turn(instance.world);
+    turn.Inverse().Transpose();
     for (unsigned i = 0; i < mesh.mNumFaces; ++i) {
         const aiFace &face = mesh.mFaces[i];
         if (face.mNumIndices != 3)
@@ -239,10 +320,6 @@ void Flattener::add(const Instance &instance)
         for (std::size_t k = 0; k < 3; ++k)
             out_.indices.push_back(addVertex(instance, turn, corners[k], at[k], facing));
     }
-    MeshPart &part = out_.parts.back();
-    part.indexCount = quint32(out_.indices.size()) - part.firstIndex;
-    if (part.indexCount == 0)
-        out_.parts.pop_back();
 }
 
 /// A model that is black all over is nearly always one whose colours its format does not carry,
@@ -258,18 +335,6 @@ void Flattener::lightenBlack()
         part.colour = {0.8f, 0.8f, 0.8f, part.colour[3]};
 }
 
-void Flattener::finishBounds()
-{
-    const std::vector<float> &p = out_.positions;
-    out_.min = out_.max = {p[0], p[1], p[2]};
-    for (std::size_t i = 0; i < p.size(); i += 3) {
-        for (int k = 0; k < 3; ++k) {
-            out_.min[k] = std::min(out_.min[k], p[i + std::size_t(k)]);
-            out_.max[k] = std::max(out_.max[k], p[i + std::size_t(k)]);
-        }
-    }
-}
-
 Imported Flattener::run(const aiMatrix4x4 &turn)
 {
     QString reason = collect(turn);
@@ -279,15 +344,22 @@ Imported Flattener::run(const aiMatrix4x4 &turn)
         return {{}, reason};
     for (const Instance &instance : instances_)
         coloured_ = coloured_ || showsVertexColours(scene_, *instance.mesh);
+    std::stable_sort(
+        instances_.begin(), instances_.end(),
+        [](const Instance &a, const Instance &b) { return kindOf(*a.mesh) < kindOf(*b.mesh); });
     for (const Instance &instance : instances_) {
         add(instance);
         if (out_.parts.size() > limits_.parts)
             return {{}, QStringLiteral("it has more than %1 parts").arg(limits_.parts)};
     }
-    if (out_.indices.empty())
-        return {{}, QStringLiteral("there are no triangles in it")};
+    if (out_.parts.empty())
+        return {{},
+                leftOut_ > 0 ? QStringLiteral("none of its points has usable coordinates")
+                             : QStringLiteral("there are no triangles, lines or points in it")};
+    if (leftOut_ > 0)
+        out_.notes << QStringLiteral("%1 points without usable coordinates left out").arg(leftOut_);
     lightenBlack();
-    finishBounds();
+    out_.findBounds();
     return {std::move(out_), {}};
 }
 

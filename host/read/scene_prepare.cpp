@@ -75,6 +75,20 @@ void dropUnshown(aiMesh &mesh)
     drop(mesh.mAnimMeshes);
 }
 
+/// What the faces of @p mesh are, as assimp says it.
+unsigned typesOf(const aiMesh &mesh)
+{
+    unsigned types = 0;
+    for (unsigned i = 0; i < mesh.mNumFaces; ++i) {
+        const unsigned corners = mesh.mFaces[i].mNumIndices;
+        types |= corners == 1   ? aiPrimitiveType_POINT
+                 : corners == 2 ? aiPrimitiveType_LINE
+                 : corners == 3 ? aiPrimitiveType_TRIANGLE
+                                : aiPrimitiveType_POLYGON;
+    }
+    return types;
+}
+
 /// Blender's files hold one normal for each vertex even of flat faces, so a cube looks like a ball.
 bool hidesCreases(const std::string &format)
 {
@@ -86,9 +100,15 @@ bool hidesCreases(const std::string &format)
 quint64 prepareScene(aiScene &scene, const std::string &format)
 {
     quint64 dropped = 0;
+    const bool faceless = std::all_of(scene.mMeshes, scene.mMeshes + scene.mNumMeshes,
+                                      [](const aiMesh *mesh) { return mesh->mNumFaces == 0; });
     for (unsigned i = 0; i < scene.mNumMeshes; ++i) {
         aiMesh &mesh = *scene.mMeshes[i];
-        dropped += scrubMesh(mesh);
+        const bool cloud = mesh.mNumFaces == 0 && mesh.mNumVertices > 0 && mesh.mVertices &&
+                           (faceless || mesh.mPrimitiveTypes == aiPrimitiveType_POINT);
+        if (!cloud) // of a cloud, what cannot be used is left out later
+            dropped += scrubMesh(mesh);
+        mesh.mPrimitiveTypes = cloud ? unsigned(aiPrimitiveType_POINT) : typesOf(mesh);
         dropUnshown(mesh);
         if (hidesCreases(format))
             drop(mesh.mNormals);
@@ -96,14 +116,30 @@ quint64 prepareScene(aiScene &scene, const std::string &format)
     return dropped;
 }
 
+MeshPart::Kind kindOf(const aiMesh &mesh)
+{
+    return mesh.mPrimitiveTypes & aiPrimitiveType_TRIANGLE ? MeshPart::Kind::Triangles
+           : mesh.mPrimitiveTypes & aiPrimitiveType_LINE   ? MeshPart::Kind::Lines
+                                                           : MeshPart::Kind::Points;
+}
+
 void finishScene(aiScene &scene)
 {
     for (unsigned i = 0; i < scene.mNumMeshes; ++i) {
         aiMesh &mesh = *scene.mMeshes[i];
-        keepFaces(mesh, [](const aiFace &face) { return face.mNumIndices == 3; });
-        if (!hasNormals(mesh))
+        const MeshPart::Kind kind = kindOf(mesh);
+        const unsigned corners = kind == MeshPart::Kind::Triangles ? 3
+                                 : kind == MeshPart::Kind::Lines   ? 2
+                                                                   : 1;
+        keepFaces(mesh, [corners](const aiFace &face) { return face.mNumIndices == corners; });
+        if (kind != MeshPart::Kind::Triangles) {
+            drop(mesh.mNormals);
+            drop(mesh.mTextureCoords[0]);
+        } else if (!hasNormals(mesh)) {
             makeNormals(mesh);
-        joinVertices(mesh);
+        }
+        if (kind != MeshPart::Kind::Points)
+            joinVertices(mesh);
     }
 }
 

@@ -7,6 +7,7 @@ PictureContents::PictureContents(const Display &display, bool transparent) : dis
 {
     display_.transparent = transparent;
     display_.hover = false;
+    display_.whole = true;
 }
 
 void PictureContents::addGround(GLW *glw, const QRectF &rect, std::function<void()> draw)

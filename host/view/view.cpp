@@ -190,6 +190,7 @@ void View::advance(GLW *glw)
     slot.sinceAdvance.start();
     slot.item->setInsets(covered(glw));
     const bool moved = slot.item->steering().advance(glw, seconds);
+    slot.item->passed(moved, seconds);
     if (moved && !first)
         changed();
     // Where an item finds its place at first nobody moved it, and hundreds may arrive.

@@ -105,6 +105,8 @@ public slots:
     void NextUp(GLW *glw); ///< Lets the next axis of the file point up.
     void ToggleLighting();
     void NextMode(); ///< Draws surfaces in the next way.
+    void WiderPoints();
+    void ThinnerPoints();
     void ToggleBackdrop();
     void ToggleHover();
     void ShowMenu(); ///< The menu as the right button opens it, for who has a keyboard alone.
@@ -175,6 +177,8 @@ private:
     void fillUpMenu(GLW *glw, MenuTree *tree);
     void fillModeMenu(MenuTree *tree);
     void bindDisplay();
+    void bindPoints();
+    void scalePoints(double factor);
     bool scrollBindings(QEvent *event);
     void paintList(QPainter *painter);
     void paintOver(GLW *glw, QPainter *painter);

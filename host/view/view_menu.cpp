@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A view's context menu, its list of bindings and what a person switches.
 #include <algorithm>
+#include <cmath>
 
 #include <QAction>
 #include <QKeyEvent>
@@ -74,6 +75,10 @@ void View::fillMenu(GLW *glw, MenuTree *tree)
     tree->addCheck(tr("Lighting"), "G", display_.lighting, this, [this] { ToggleLighting(); });
     if (contents(glw) & OnModel)
         fillModeMenu(tree);
+    if (contents(glw) & OnPoints) {
+        tree->add(tr("Wider points"), "Ctrl++", this, [this] { WiderPoints(); });
+        tree->add(tr("Thinner points"), "Ctrl+-", this, [this] { ThinnerPoints(); });
+    }
     tree->addCheck(tr("Mark what the pointer is on"), "M", display_.hover, this,
                    [this] { ToggleHover(); });
     tree->addCheck(tr("Dark background"), "B", display_.dark, this, [this] { ToggleBackdrop(); });
@@ -138,6 +143,22 @@ void View::NextMode()
     changed();
 }
 
+void View::scalePoints(double factor)
+{
+    display_.pointScale = std::clamp(display_.pointScale * factor, 1 / 8.0, 16.0);
+    changed();
+}
+
+void View::WiderPoints()
+{
+    scalePoints(std::sqrt(2));
+}
+
+void View::ThinnerPoints()
+{
+    scalePoints(std::sqrt(0.5));
+}
+
 void View::ToggleBackdrop()
 {
     display_.dark = !display_.dark;
@@ -168,7 +189,8 @@ int View::contents(GLW *glw) const
     int kinds = NoContent;
     for (const auto &[each, slot] : slots_)
         if (glw ? each == glw : each->property<bool>("visible"))
-            kinds |= slot.item->isSpatial() ? OnModel : OnPlot;
+            kinds |= (slot.item->isSpatial() ? OnModel : OnPlot) |
+                     (slot.item->hasPoints() ? OnPoints : NoContent);
     return kinds;
 }
 
@@ -240,9 +262,27 @@ void View::bindDisplay()
         OnAny);
     setContents(bindKey(scene_, "U", "up", tr("Next axis up"), this, SLOT(NextUp(GLW *))), OnModel);
     bindViewKey("B", "background", tr("Dark background"), this, SLOT(ToggleBackdrop()));
+    bindPoints();
     const QString menu = tr("Menu");
     bindViewKey("Menu", "menu-key", menu, this, SLOT(ShowMenu()));
     bindViewKey("Shift+F10", "menu-shift", menu, this, SLOT(ShowMenu()));
+}
+
+/// A plus sign has another key on each keyboard.
+void View::bindPoints()
+{
+    const auto bind = [this](const QString &key, const char *name, const QString &words,
+                             const QString &text, const char *slot) {
+        QAction *action = bindViewKey(key, name, text, this, slot);
+        action->setProperty("words", words);
+        setContents(action, OnPoints);
+    };
+    for (const char *key : {"Ctrl++", "Ctrl+Shift++", "Ctrl+=", "Ctrl+Num++"})
+        bind(key, QByteArray("points-wider") + key, "Ctrl++", tr("Wider points"),
+             SLOT(WiderPoints()));
+    for (const char *key : {"Ctrl+-", "Ctrl+Num+-"})
+        bind(key, QByteArray("points-thinner") + key, "Ctrl+-", tr("Thinner points"),
+             SLOT(ThinnerPoints()));
 }
 
 } // namespace host

@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+#include <QThreadPool>
+
 #include "GL/glwidget.h"
 #include "tests/GL/table.h"
 
@@ -48,6 +50,25 @@ TEST_P(ModelAxes, AreTheFilesOwn)
     EXPECT_EQ(item.mesh().max - item.mesh().min, row.world);
     EXPECT_EQ(item.centre(), (item.mesh().max + item.mesh().min) / 2);
     EXPECT_FLOAT_EQ(item.scale(), CameraMotion::worldRadius / std::sqrt(3.5f));
+}
+
+TEST(ModelItem, TellsOfLinesAndPointsAndIsBusyUntilAllAreDrawn)
+{
+    auto mesh = std::make_shared<Mesh>();
+    mesh->positions.assign(3 * 1200002, 0);
+    mesh->positions[0] = 2;
+    mesh->indices = {0, 1};
+    mesh->parts = {{"l", {}, {}, 0, 2, MeshPart::Kind::Lines},
+                   {"p", {}, {}, 2, 0, MeshPart::Kind::Points, 2, 1200000}};
+    mesh->findBounds();
+    ModelItem item("a", mesh);
+    EXPECT_EQ(item.details().toStdString(), "1 line  ·  1,200,000 points  ·  2 × 0 × 0  ·  Y up");
+    EXPECT_EQ(item.count(), 1200001u);
+    EXPECT_TRUE(item.hasPoints());
+    QThreadPool::globalInstance()->waitForDone();
+    EXPECT_TRUE(item.isBusy());
+    item.passed(false, 1);
+    EXPECT_FALSE(item.isBusy());
 }
 
 } // namespace

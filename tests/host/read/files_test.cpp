@@ -39,6 +39,8 @@ TEST(FileList, TakesFilesByNameAndByTheirFirstBytesWhereTheNameSaysLittle)
         {"a.xml", "<?xml version=\"1.0\"?>\n<note>", false, false},
         {"a.raw", "0 0 0 1 0 0 0 1 0\n", true, false},
         {"a.raw", QByteArray("II*\0\x10", 5), false, false},
+        {"a.xyz", "# scan\n1 2 3\n", true, false},
+        {"a.asc", "-----BEGIN\nPGP\nkey\nblock\n", false, false},
         {"a.obj", "", true, false}, // it is shown, with the reason
     };
     for (const auto &c : rows) {

@@ -110,11 +110,13 @@ std::string summaryOf(const Imported &got)
                        m.parts[0].colour[3]);
     else
         colour.setRgb(m.colours[0], m.colours[1], m.colours[2], m.colours[3]);
-    return QStringLiteral("%1/%2 (%3)..(%4) n(%5) %6")
+    const QString normal = m.normals.empty()
+                               ? QStringLiteral("%1l%2p").arg(m.lineCount()).arg(m.pointCount())
+                               : text({m.normals[0], m.normals[1], m.normals[2]});
+    return QStringLiteral("%1/%2 (%3)..(%4) n(%5) %6 %7")
         .arg(m.vertexCount())
         .arg(m.triangleCount())
-        .arg(text(m.min), text(m.max), text({m.normals[0], m.normals[1], m.normals[2]}),
-             colour.name(QColor::HexArgb))
+        .arg(text(m.min), text(m.max), normal, colour.name(QColor::HexArgb), m.notes.join(';'))
         .toStdString();
 }
 
@@ -155,8 +157,15 @@ const struct {
     {"z.dae", collada("Z_UP"), "3/1 (0 0 0)..(1 5 0) n(0 0 1) " GREY},
     {"y.dae", collada("Y_UP"), "3/1 (0 0 0)..(1 0 5) n(0 -1 0) " GREY},
 
-    {"line.obj", "v 0 0 0\nv 1 0 0\nl 1 2\n", "only points or lines"},
-    {"points.obj", "v 0 0 0\nv 1 0 0\nv 2 0 5\n", "only points or lines"},
+    {"line.obj", "v 0 0 0\nv 1 0 0\nv 1 0 0\nv 1 2 0\nl 1 2 3 4\n",
+     "3/0 (0 0 0)..(1 2 0) n(2l0p) " GREY},
+    {"mixed.obj", objTriangle() + "v 0 0 9\nl 1 4\n", "5/1 (0 0 0)..(2 3 9) n(0 0 1) " GREY},
+    {"points.obj", "v 0 0 0\nv 1 0 0\nv nan 0 0\nv 2 0 5\n",
+     "3/0 (0 0 0)..(2 0 5) n(0l3p) " GREY " 1 points without usable coordinates left out"},
+    {"p.gltf", gltf(R"([{"mesh":0,"scale":[2,3,4]}])", R"(},"mode":0,"extras":{)"),
+     "3/0 (0 0 0)..(2 3 0) n(0l3p) #ffff8000"},
+    {"l.gltf", gltf(R"([{"mesh":0}])", R"(},"mode":2,"extras":{)"),
+     "3/0 (0 0 0)..(1 1 0) n(3l0p) #ffff8000"},
     {"nans.obj", "v nan 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n", "none of its faces has usable vertices"},
     {"thin.obj", "v 0 0 0\nv 1 0 0\nv 2 0 0\nf 1 2 3\n", "no triangles"},
     {"index.obj", objTriangle() + "f 1 2 9\n", "index"},
