@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
 """Starting a program on the screen, using it with the pointer, and looking at what it shows."""
+import itertools
 import os
 import subprocess
 import time
@@ -41,10 +42,19 @@ class ScreenTest(unittest.TestCase):
                               stdout=subprocess.PIPE).stdout
 
     def pointer(self, point, *then):
-        self.xdotool("mousemove", "--sync", "--window", self.window, *map(str, point), *then)
+        self.xdotool("mousemove", "--window", self.window, *map(str, point), *then)
+
+    def image(self):
+        return application.primaryScreen().grabWindow(int(self.window)).toImage()
 
     def drag(self, button, begin, end):
+        """Drags from a place within a pixel of where it should begin. A host may ask where the pointer is now,
+        so that it has to have heard the press before the way begins: what is drawn follows the pointer then."""
+        before = self.image().copy(200, 100, 400, 400)  # without the frame rate
         self.pointer(begin, "mousedown", button)
+        aside = itertools.cycle((1, 0))
+        self.eventually(lambda image: image.copy(200, 100, 400, 400) != before
+                        or self.pointer((begin[0] + next(aside), begin[1])))
         self.pointer(end, "mouseup", button)
 
     def key(self, name):
@@ -53,7 +63,7 @@ class ScreenTest(unittest.TestCase):
     def eventually(self, shows):
         """Waits until the window shows what it should, and returns that image."""
         for _ in range(1200):
-            image = application.primaryScreen().grabWindow(int(self.window)).toImage()
+            image = self.image()
             if shows(image):
                 return image
             time.sleep(0.05)

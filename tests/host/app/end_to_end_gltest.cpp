@@ -94,7 +94,7 @@ protected:
 TEST_F(EndToEnd, AModelIsOpenedTurnedSavedReplacedAndClosedByTheMenu)
 {
     const QString window = windowOf("two.obj");
-    run({"mousemove", "--sync", "--window", window, "400", "150"});
+    run({"mousemove", "--window", window, "400", "150"});
     run({"key", "1"});
     double front = 1000; // until it is read
     for (int attempt = 0; attempt < 20 && front == 1000; ++attempt) {
@@ -107,8 +107,8 @@ TEST_F(EndToEnd, AModelIsOpenedTurnedSavedReplacedAndClosedByTheMenu)
 
     // Half around, by 200 and once more 250 pixels at 0.4 degrees each.
     for (const char *way : {"600", "650"}) {
-        run({"mousemove", "--sync", "--window", window, "400", "150", "mousedown", "1"});
-        run({"mousemove", "--sync", "--window", window, way, "150", "mouseup", "1"});
+        run({"mousemove", "--window", window, "400", "150", "mousedown", "1"});
+        run({"mousemove", "--window", window, way, "150", "mouseup", "1"});
     }
     EXPECT_GT(redOf("back.png"), 50);
 
@@ -119,7 +119,7 @@ TEST_F(EndToEnd, AModelIsOpenedTurnedSavedReplacedAndClosedByTheMenu)
         return run({"search", "--onlyvisible", "--class", "glview"}).count('\n');
     };
     ASSERT_TRUE(QTest::qWaitFor([&] { return windows() == 0; }, patience));
-    run({"mousemove", "--sync", "--window", window, "300", "60", "click", "3"});
+    run({"mousemove", "--window", window, "300", "60", "click", "3"});
     ASSERT_TRUE(QTest::qWaitFor([&] { return windows() > 0; }, patience)) << "no menu";
     run({"key", "Up", "Return"}); // its last entry
     EXPECT_TRUE(viewer.waitForFinished(patience));
