@@ -185,9 +185,10 @@ void View::advance(GLW *glw)
     if (found == slots_.end())
         return;
     Slot &slot = found->second;
-    const bool first = !slot.sinceAdvance.isValid();
-    const double seconds = first ? 0 : double(slot.sinceAdvance.nsecsElapsed()) * 1e-9;
-    slot.sinceAdvance.start();
+    const bool first = !slot.advanced;
+    const double now = window_.clock().seconds();
+    const double seconds = now - slot.advanced.value_or(now);
+    slot.advanced = now;
     slot.item->setInsets(covered(glw));
     const bool moved = slot.item->steering().advance(glw, seconds);
     slot.item->passed(moved, seconds);

@@ -6,7 +6,6 @@
 #include <optional>
 #include <unordered_map>
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
@@ -168,8 +167,8 @@ protected:
 private:
     struct Slot {
         std::shared_ptr<Item> item;
-        QElapsedTimer sinceAdvance;
-        QVector<double> picked; // pointer and camera of the last picking; empty: to be done
+        std::optional<double> advanced; // when it last was
+        QVector<double> picked;         // pointer and camera of the last picking; empty: to be done
     };
 
     void begin(GLW *glw, Item *item) const;

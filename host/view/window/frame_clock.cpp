@@ -1,13 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "host/view/window/frame_clock.h"
 
+#include <chrono>
+
 #include <QEvent>
 #include <QVariant>
 
 namespace host {
+namespace {
+
+double steadyTime()
+{
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
+
+} // namespace
 
 FrameClock::FrameClock(QWidget *window, float rate, QObject *parent, int restAfter)
-    : QObject(parent), window_(window), rate_(rate)
+    : QObject(parent), window_(window), time_(steadyTime), rate_(rate)
 {
     restTimeout_.setSingleShot(true);
     restTimeout_.setInterval(restAfter);

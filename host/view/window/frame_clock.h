@@ -2,6 +2,8 @@
 #ifndef HOST_VIEW_WINDOW_FRAME_CLOCK_H
 #define HOST_VIEW_WINDOW_FRAME_CLOCK_H
 
+#include <functional>
+
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
@@ -20,6 +22,11 @@ public:
     /// Expects @p window to outlive its last event only.
     FrameClock(QWidget *window, float rate, QObject *parent, int restAfter = 500);
 
+    /// Tells what @p seconds returns as the time from then on, in place of a steady clock's.
+    void setTime(std::function<double()> seconds) { time_ = std::move(seconds); }
+    /// The time in seconds; only differences say anything.
+    double seconds() const { return time_(); }
+
     void touch();        ///< Keeps the timer running for a while.
     void requestFrame(); ///< Lets the next tick draw.
 
@@ -33,6 +40,7 @@ private:
     void rest();
 
     QPointer<QWidget> window_;
+    std::function<double()> time_;
     float rate_;
     bool running_ = false;
     bool continuous_ = false;

@@ -63,7 +63,7 @@ protected:
         if (*variable)
             program.setEnvironment(QProcess::systemEnvironment() << variable);
         program.start(GLVIEW_PROGRAM, QString(arguments).replace('$', folder.path()).split(' '));
-        EXPECT_TRUE(program.waitForFinished());
+        EXPECT_TRUE(program.waitForFinished(-1));
         const QString output = QString::fromLocal8Bit(program.readAll());
         EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
         EXPECT_EQ(program.exitCode(), exitCode) << output.toStdString();

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int patience = 20000; // milliseconds; far more than anything takes
+constexpr int patience = 120000; // milliseconds; far more than anything takes
 
 /// A red square to the left of a green one, facing along Z.
 const char *const squares = "mtllib two.mtl\nv -2 -1 0\nv 0 -1 0\nv 0 1 0\nv -2 1 0\nv 2 -1 0\n"

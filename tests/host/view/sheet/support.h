@@ -24,6 +24,7 @@ protected:
     std::unique_ptr<Window> window;
     QPointer<GLWindow> widget; ///< What the hand is at: that of the window, if not told otherwise.
     QTemporaryDir folder;
+    double time = 0; ///< Of the window's clock, in seconds; each frame() takes a tenth.
 
     void SetUp() override;
 
