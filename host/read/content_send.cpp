@@ -49,11 +49,12 @@ template <class T> bool sendArray(QIODevice &out, quint32 number, const std::vec
 
 bool sendMesh(QIODevice &out, const Mesh &mesh)
 {
-    bool good = send(out, Tag::MeshHead, quint32(mesh.vertexCount()), quint32(mesh.normalCount()),
-                     quint32(mesh.indices.size()), quint32(mesh.parts.size()),
-                     !mesh.colours.empty(), mesh.axes.of[0], mesh.axes.of[1], mesh.axes.of[2],
-                     mesh.origin[0], mesh.origin[1], mesh.origin[2], mesh.notes, !mesh.uvs.empty(),
-                     quint32(mesh.textures.size()), quint64(mesh.textureBytes()));
+    bool good =
+        send(out, Tag::MeshHead, quint32(mesh.vertexCount()), quint32(mesh.normalCount()),
+             quint32(mesh.indices.size()), quint32(mesh.parts.size()), !mesh.colours.empty(),
+             mesh.axes.of[0], mesh.axes.of[1], mesh.axes.of[2], mesh.origin[0], mesh.origin[1],
+             mesh.origin[2], mesh.notes, mesh.unit, !mesh.uvs.empty(),
+             quint32(mesh.textures.size()), quint64(mesh.textureBytes()));
     for (const TexturePtr &texture : mesh.textures)
         good = good && send(out, Tag::Item, texture->width, texture->height);
     for (const MeshPart &part : mesh.parts) {

@@ -170,6 +170,7 @@ Imported import(const QString &path, const ReadProgress &progress, const MeshLim
     const aiMatrix4x4 turn = uprightTurn(*scene, format);
     Imported result = flattenScene(*scene, turn, limits, textures);
     result.mesh.axes = fileAxes(*scene, format, turn);
+    result.mesh.unit = lengthUnit(*scene, format);
     noteTextures(*scene, *files);
     result.mesh.notes += textures.notes + files->notes();
     return result;

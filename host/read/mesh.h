@@ -116,6 +116,7 @@ struct Mesh {
     /// large for a float: surveyors count metres from the equator.
     std::array<double, 3> origin{{0, 0, 0}};
     QStringList notes; ///< What a person should know of the reading, in phrases.
+    QString unit;      ///< Of lengths, such as "mm"; empty: nothing says it.
 
     std::size_t vertexCount() const { return positions.size() / 3; }
     std::size_t normalCount() const { return normals.size() / 3; }

@@ -282,7 +282,8 @@ std::unique_ptr<Assembly> meshAssembly(QDataStream &head, const MeshLimits &limi
     head >> axes[0] >> axes[1] >> axes[2];
     for (double &coordinate : mesh.origin)
         head >> coordinate;
-    head >> mesh.notes >> counts.covered >> counts.textures >> counts.textureBytes;
+    head >> mesh.notes >> mesh.unit >> counts.covered >> counts.textures >> counts.textureBytes;
+    mesh.unit.truncate(8); // a word of few letters
     const bool near = std::all_of(mesh.origin.begin(), mesh.origin.end(), [](double c) {
         return std::abs(c) <= double(Mesh::maxCoordinate); // false for NaN
     });

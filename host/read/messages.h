@@ -15,8 +15,8 @@ enum class Tag : quint8 {
     Progress,  ///< double fraction, QString stage
     Failure,   ///< QString reason, bool last
     MeshHead,  ///< quint32 vertices, normals, indices, parts, bool coloured, 3 qint8 axes,
-               ///< 3 doubles origin, QStringList notes, bool covered, quint32 textures,
-               ///< quint64 bytes of these
+               ///< 3 doubles origin, QStringList notes, QString unit, bool covered,
+               ///< quint32 textures, quint64 bytes of these
     TableHead, ///< quint32 rows, columns, QString x name, bool time, QStringList skipped
     ListHead,  ///< QStringList empty, cut
     Item,      ///< Of a mesh, first each texture: quint32 width, height; then each part: quint8
@@ -28,7 +28,7 @@ enum class Tag : quint8 {
     End,       ///< bool last: the process serves no more
 };
 
-constexpr quint32 version = 5;
+constexpr quint32 version = 6;
 /// Of a mesh the arrays are positions, normals, colours, indices, coordinates on textures, and the
 /// pixels of one texture after the other; of a table x and the columns.
 enum MeshArray : quint32 { Positions, Normals, Colours, Indices, Uvs, FirstTexture };

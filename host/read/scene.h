@@ -52,6 +52,11 @@ aiMatrix4x4 uprightTurn(const aiScene &scene, const std::string &format);
 /// @p turn: what some readers turn themselves is undone in the names.
 FileAxes fileAxes(const aiScene &scene, const std::string &format, const aiMatrix4x4 &turn);
 
+/// The unit of lengths in a scene of the reader @p format, as people write it ("mm"): that of an
+/// FBX file, metres for glTF, and for COLLADA and IFC, whose lengths assimp turns into these. Empty
+/// for all others; 3MF and AMF state one, but assimp hands on nothing of it.
+QString lengthUnit(const aiScene &scene, const std::string &format);
+
 /// The colour that shows @p material best: base or diffuse colour; a light grey where that is black
 /// only because a texture was meant to fill it; the emissive colour where that is all there is.
 std::array<float, 4> materialColour(const aiMaterial &material);

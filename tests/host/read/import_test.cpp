@@ -6,6 +6,7 @@
 #include <QColor>
 #include <gtest/gtest.h>
 
+#include "host/read/scene.h"
 #include "tests/host/read/support.h"
 
 namespace host {
@@ -203,14 +204,15 @@ TEST(ImportTest, TheAxesAreTheFilesWhateverIsUp)
         QByteArray content;
         FileAxes::Axis up;
         QVector3D size; // along the axes of the file
+        const char *unit;
     } rows[] = {
-        {"a.stl", stlTower, FileAxes::Z, {1, 0, 5}},
-        {"a.ply", colouredPly, FileAxes::Y, {1, 5, 0}},
-        {"x.dae", collada("X_UP"), FileAxes::X, {1, 0, 5}},
-        {"y.dae", collada("Y_UP"), FileAxes::Y, {1, 0, 5}},
-        {"z.dae", collada("Z_UP"), FileAxes::Z, {1, 0, 5}},
-        {"mirrored.x", leftHanded, FileAxes::Y, {1, 3, 0}},
-        {"a.gltf", turned, FileAxes::Y, {1, 0, 1}}, // a node is not the format
+        {"a.stl", stlTower, FileAxes::Z, {1, 0, 5}, ""},
+        {"a.ply", colouredPly, FileAxes::Y, {1, 5, 0}, ""},
+        {"x.dae", collada("X_UP"), FileAxes::X, {1, 0, 5}, "m"},
+        {"y.dae", collada("Y_UP"), FileAxes::Y, {1, 0, 5}, "m"},
+        {"z.dae", collada("Z_UP"), FileAxes::Z, {1, 0, 5}, "m"},
+        {"mirrored.x", leftHanded, FileAxes::Y, {1, 3, 0}, ""},
+        {"a.gltf", turned, FileAxes::Y, {1, 0, 1}, "m"}, // a node is not the format
     };
     const ModelFolder folder;
     for (const auto &c : rows) {
@@ -218,6 +220,7 @@ TEST(ImportTest, TheAxesAreTheFilesWhateverIsUp)
         Mesh mesh = importMesh(folder.write(c.file, c.content)).mesh;
         const bool mirrored = c.content == leftHanded;
         EXPECT_EQ(mesh.axes.up(), c.up);
+        EXPECT_EQ(mesh.unit, c.unit);
         for (const auto up : {FileAxes::X, FileAxes::Y, FileAxes::Z}) {
             EXPECT_EQ(mesh.axes.mirrored(), mirrored);
             mesh.standOn(up);
@@ -226,6 +229,19 @@ TEST(ImportTest, TheAxesAreTheFilesWhateverIsUp)
             EXPECT_EQ(mesh.fileSize(), c.size);
             EXPECT_EQ((mesh.max - mesh.min).y(), c.size[up]);
         }
+    }
+}
+
+TEST(ImportTest, FbxNamesItsUnitByItsSize)
+{
+    const std::pair<double, QString> rows[] = {{0.1, "mm"},  {1, "cm"},     {100, "m"},
+                                               {2.54, "in"}, {30.48, "ft"}, {7, ""}};
+    for (const auto &[centimetres, unit] : rows) {
+        aiScene scene;
+        scene.mMetaData = aiMetadata::Alloc(1);
+        scene.mMetaData->Set(0, "UnitScaleFactor", float(centimetres));
+        EXPECT_EQ(lengthUnit(scene, "Autodesk FBX Importer"), unit) << centimetres;
+        EXPECT_EQ(lengthUnit(scene, "Stereolithography (STL) Importer"), "");
     }
 }
 

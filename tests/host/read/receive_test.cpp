@@ -46,6 +46,7 @@ Mesh mesh()
     m.max = {5, 7, 0};
     m.axes.of = {{1, 3, -2}};
     m.notes = QStringList{"a texture is missing"};
+    m.unit = "mm";
     return m;
 }
 
@@ -121,6 +122,7 @@ TEST_P(InPieces, AMeshArrivesAsItWasSent)
     ASSERT_EQ(got->parts.size(), 4u);
     EXPECT_TRUE(got->parts[2].kind == sent.parts[2].kind && got->parts[2].indexCount == 2);
     EXPECT_TRUE(got->parts[3].firstVertex == 5 && got->parts[3].vertexCount == 2);
+    EXPECT_EQ(got->unit, "mm");
     EXPECT_EQ(got->parts[0].material, "rubber");
     EXPECT_EQ(got->parts[1].name, sent.parts[1].name);
     EXPECT_EQ(got->parts[1].colour, sent.parts[1].colour);
