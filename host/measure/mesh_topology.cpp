@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+#include "host/measure/mesh_topology.h"
+
+#include <cstring>
+
+namespace host {
+
+namespace {
+
+/// How often a loop looks whether it is cancelled.
+constexpr std::size_t often = 0xFFFF;
+
+/// A mixture of the bits of a position; both zeros are the same.
+quint64 hashOf(const float *p)
+{
+    quint64 hash = 0;
+    for (int k = 0; k < 3; ++k) {
+        const float value = p[k] + 0.0f;
+        quint32 bits;
+        std::memcpy(&bits, &value, sizeof bits);
+        hash = (hash ^ bits) * 0x9E3779B97F4A7C15u;
+        hash ^= hash >> 32;
+    }
+    return hash;
+}
+
+} // namespace
+
+MeshTopology::MeshTopology(MeshPtr mesh, const std::atomic<bool> &cancel) : mesh_(std::move(mesh))
+{
+    whole_ = weld(cancel) && gather(cancel);
+}
+
+/// Gives each vertex its place. Returns false if it was cancelled.
+bool MeshTopology::weld(const std::atomic<bool> &cancel)
+{
+    const std::size_t count = mesh_->vertexCount();
+    const float *positions = mesh_->positions.data();
+    std::size_t room = 16;
+    while (room < count * 2)
+        room *= 2;
+    std::vector<quint32> table(room, none); // of places; open addressing
+    places_.resize(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        if ((i & often) == 0 && cancel)
+            return false;
+        const float *p = positions + i * 3;
+        std::size_t slot = hashOf(p) & (room - 1);
+        const auto isHere = [&](quint32 place) {
+            const float *q = positions + std::size_t(first_[place]) * 3;
+            return p[0] == q[0] && p[1] == q[1] && p[2] == q[2];
+        };
+        while (table[slot] != none && !isHere(table[slot]))
+            slot = (slot + 1) & (room - 1);
+        if (table[slot] == none) {
+            table[slot] = quint32(first_.size());
+            first_.push_back(quint32(i));
+        }
+        places_[i] = table[slot];
+    }
+    return true;
+}
+
+/// Lists the corners of each place. Returns false if it was cancelled.
+bool MeshTopology::gather(const std::atomic<bool> &cancel)
+{
+    const std::size_t count = mesh_->triangleCount() * 3;
+    starts_.assign(first_.size() + 1, 0);
+    for (std::size_t i = 0; i < count; ++i)
+        ++starts_[place(quint32(i)) + 1];
+    for (std::size_t i = 1; i < starts_.size(); ++i)
+        starts_[i] += starts_[i - 1];
+    corners_.resize(count);
+    std::vector<quint32> filled(starts_.begin(), starts_.end() - 1);
+    for (std::size_t i = 0; i < count; ++i) {
+        if ((i & often) == 0 && cancel)
+            return false;
+        corners_[filled[place(quint32(i))]++] = quint32(i);
+    }
+    return true;
+}
+
+quint32 MeshTopology::across(quint32 corner) const
+{
+    const quint32 from = place(corner), to = place(next(corner));
+    quint32 found = none;
+    // Every edge between the two places starts or ends at a corner of one of them.
+    for (const quint32 *c = begin(to); c != end(to); ++c) {
+        if (place(next(*c)) == from) {
+            if (found != none)
+                return none;
+            found = *c;
+        }
+        if (const quint32 before = previous(*c); before != corner && place(before) == from)
+            return none;
+    }
+    return found;
+}
+
+double MeshTopology::bend(quint32 corner) const
+{
+    const quint32 other = across(corner);
+    return other == none ? 180 / degrees
+                         : angleBetween(normalOf(*mesh_, corner / 3), normalOf(*mesh_, other / 3));
+}
+
+} // namespace host
