@@ -168,7 +168,7 @@ void Viewer::Back()
 {
     if (view_->showsBindings())
         view_->showBindings(false);
-    else if (sheet_)
+    else if (!view_->leaveTool() && sheet_)
         returnToSheet();
 }
 

@@ -40,12 +40,17 @@ public:
     }
     quint64 byteSize() const override;
     const Mesh &mesh() const { return *mesh_; }
-    int hoveredPart() const { return hovered_; } ///< Into the mesh's parts; -1 for none.
+    const MeshPtr &sharedMesh() const { return mesh_; } ///< Another one after standOn().
+    int hoveredPart() const { return hovered_; }        ///< Into the mesh's parts; -1 for none.
 
     /// The centre and the size of the model's own units in the world:
     /// world = (model - centre) * scale.
     QVector3D centre() const { return centre_; }
     float scale() const { return scale_; }
+
+    /// What a line of sight meets first of what is shown; nothing as long as what finds it is not
+    /// built. The distance is in the mesh's units.
+    std::optional<TriangleHit> hit(const Ray &world) const;
 
     Steering &steering() override { return steering_; }
     void setInsets(const QMarginsF &insets) override { steering_.setInsets(insets); }
@@ -83,7 +88,6 @@ private:
     void measure();
     void buildTree();
     void measurePixel(const GLW *glw);
-    std::optional<TriangleHit> hit(const Ray &world) const;
     std::optional<ThinHit> thinHit(const Ray &world,
                                    const std::optional<TriangleHit> &surface) const;
     bool isThere(const TriangleHit &hit) const;

@@ -34,7 +34,7 @@ MeshTopology::MeshTopology(MeshPtr mesh, const std::atomic<bool> &cancel) : mesh
 /// Gives each vertex its place. Returns false if it was cancelled.
 bool MeshTopology::weld(const std::atomic<bool> &cancel)
 {
-    const std::size_t count = mesh_->vertexCount();
+    const std::size_t count = mesh_->firstPoint(); // of triangles and lines
     const float *positions = mesh_->positions.data();
     std::size_t room = 16;
     while (room < count * 2)
@@ -83,16 +83,17 @@ bool MeshTopology::gather(const std::atomic<bool> &cancel)
 quint32 MeshTopology::across(quint32 corner) const
 {
     const quint32 from = place(corner), to = place(next(corner));
+    // Every edge between the two starts or ends at each of them; thousands may meet at one.
+    const quint32 here = end(from) - begin(from) < end(to) - begin(to) ? from : to;
     quint32 found = none;
-    // Every edge between the two places starts or ends at a corner of one of them.
-    for (const quint32 *c = begin(to); c != end(to); ++c) {
-        if (place(next(*c)) == from) {
-            if (found != none)
+    for (const quint32 *c = begin(here); c != end(here); ++c) {
+        for (const quint32 edge : {*c, previous(*c)}) {
+            const quint32 a = place(edge), b = place(next(edge));
+            const bool back = a == to && b == from;
+            if ((back && found != none) || (a == from && b == to && edge != corner))
                 return none;
-            found = *c;
+            found = back ? edge : found;
         }
-        if (const quint32 before = previous(*c); before != corner && place(before) == from)
-            return none;
     }
     return found;
 }

@@ -85,6 +85,28 @@ void SingleView::addOverlays()
     neighbours_ = neighbours.get();
     connect(neighbours_, &Neighbours::chosen, this, &SingleView::fileChosen);
     overlays_.push_back(std::move(neighbours));
+    measure_ = std::make_unique<MeasureTool>(
+        under, window(),
+        [this](const char *key, const char *name, const QString &text, QObject *receiver,
+               const char *slot) { return bindViewKey(key, name, text, receiver, slot); });
+    connect(measure_.get(), &MeasureTool::changed, this, [this] { changed(); });
+}
+
+bool SingleView::toolClicked(GLW *, const QPointF &at)
+{
+    return measure_ && measure_->click(at);
+}
+
+bool SingleView::leaveTool()
+{
+    return measure_ && measure_->leave();
+}
+
+void SingleView::fillMenu(GLW *glw, MenuTree *tree)
+{
+    View::fillMenu(glw, tree);
+    if (measure_)
+        measure_->fillMenu(tree);
 }
 
 void SingleView::openNeighbour(int step)
@@ -99,6 +121,8 @@ QList<QAction *> SingleView::bindings() const
     QList<QAction *> all = View::bindings();
     for (const auto &overlay : overlays_)
         all = overlay->actions() + all;
+    if (measure_)
+        all = measure_->hints() + all;
     return all;
 }
 
@@ -108,6 +132,16 @@ bool SingleView::hasHeading() const
     const Item *shown = item(glw());
     return shown && !shown->paintsTitle() && window().widget()->width() >= Metrics::px(200) &&
            window().widget()->height() >= Metrics::px(150);
+}
+
+/// Where labels cover no other text.
+QRectF SingleView::labelBounds() const
+{
+    const QFont font = window().widget()->font();
+    const double margin = Metrics::px(8);
+    return QRectF(window().widget()->rect())
+        .adjusted(margin, hasHeading() ? noteHeight(font, 2) + margin : margin, -margin,
+                  -lowerRoom() - noteHeight(font, 1) - margin);
 }
 
 /// The axes stand in a corner: room for them is made on the side where that takes less.
@@ -160,6 +194,8 @@ void SingleView::show(const std::shared_ptr<Item> &item)
     setItem(glw(), item);
     if (before)
         item->restore(glw(), *before);
+    if (measure_)
+        measure_->itemChanged();
     changed();
 }
 
@@ -191,12 +227,17 @@ void SingleView::paintText(GLW *, QPainter *painter)
     const Theme &theme = display().theme();
     const QRectF bounds = window().widget()->rect();
     if (const Item *shown = item(glw())) {
+        if (measure_)
+            measure_->paint(painter, labelBounds(), display().hover);
         if (hasHeading())
             paintNote(painter, bounds, Qt::AlignTop | Qt::AlignLeft, shown->name(),
                       shown->details(), theme);
         // Beside the axes, which have the corner, and above the other overlays.
         const double left = triad_ && triad_->isThere() ? triad_->bounds().right() : 0;
-        const QString under = display().hover ? shown->underPointer() : QString();
+        // What is said of the pointer is no part of a picture.
+        const bool live = display().hover;
+        const QString hint = measure_ && live ? measure_->hint() : QString();
+        const QString under = hint.isEmpty() && live ? shown->underPointer() : hint;
         if (hasHeading() || !fault_.isEmpty())
             paintNote(painter, bounds.adjusted(left, 0, 0, -lowerRoom()),
                       Qt::AlignBottom | Qt::AlignLeft, {}, fault_.isEmpty() ? under : fault_,

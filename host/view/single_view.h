@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/read/read_queue.h"
+#include "host/view/measure_tool.h"
 #include "host/view/overlay/neighbours.h"
 #include "host/view/overlay/triad.h"
 #include "host/view/view.h"
@@ -29,6 +30,8 @@ public:
     void readAgain(const QString &path) override;
 
     QList<QAction *> bindings() const override;
+    bool leaveTool() override;
+    MeasureTool *measureTool() const { return measure_.get(); } ///< Null without a file.
 
 public slots:
     void OpenNext() { openNeighbour(1); }
@@ -41,6 +44,8 @@ protected:
     void fillPicture(PictureContents &contents) override;
     void paintText(GLW *scene, QPainter *painter) override;
     void clicked(GLW *glw) override;
+    bool toolClicked(GLW *glw, const QPointF &at) override;
+    void fillMenu(GLW *glw, MenuTree *tree) override;
     QMarginsF covered(GLW *glw) const override;
 
 private:
@@ -52,6 +57,9 @@ private:
     void openNeighbour(int step);
     GLW *glw() const { return mainGLW(); }
 
+    QRectF labelBounds() const;
+
+    std::unique_ptr<MeasureTool> measure_;
     std::vector<std::unique_ptr<Overlay>> overlays_;
     Triad *triad_ = nullptr; // among the overlays, as is the next
     Neighbours *neighbours_ = nullptr;

@@ -50,7 +50,7 @@ View::View(Window &window, const char *className, bool single) : window_(window)
     connect(controls_, &Controls::menuAsked, this, &View::askMenu);
     connect(controls_, &Controls::clicked, this, [this](GLW *glw, const QPointF &at) {
         Item *shown = item(glw);
-        if (!shown || !shown->click(glw, at))
+        if (!toolClicked(glw, at) && (!shown || !shown->click(glw, at)))
             clicked(glw);
         changed();
     });

@@ -52,6 +52,9 @@ public:
 
     /// Reads the file @p path again, all if that is empty; who looked at it goes on looking so.
     virtual void readAgain(const QString &path) = 0;
+    /// Leaves the tool that is active. Returns whether there was one.
+    virtual bool leaveTool() { return false; }
+
     void fitTurn(); ///< Lets every item be whole from all around, at once.
 
     Item *item(GLW *glw) const; ///< Null if the GLW shows nothing yet.
@@ -155,6 +158,9 @@ protected:
     /// Whether the items take what the rectangle holds, and not the view.
     virtual bool itemsSelect() const { return true; }
 
+    /// A click, which a tool that is active takes before all others; @p at counts in the pixels of
+    /// @p glw, y upwards. Returns whether one did.
+    virtual bool toolClicked(GLW *, const QPointF &) { return false; }
     /// A click that the item of @p glw has no use for.
     virtual void clicked(GLW *) {}
     /// What keys mean that concern one object: the menu's, for example.

@@ -186,8 +186,9 @@ TEST_P(SurfaceLists, OfferWhatWorksInTheSameWords)
     EXPECT_GT(entries.size(), 3);
     for (const QString &entry : entries)
         EXPECT_TRUE(!list()
-                         .filter(QRegularExpression("(^|, )" + entry.section('\t', 1) +
-                                                    "(,.*)?: " + entry.section('\t', 0, 0) + '$'))
+                         .filter(QRegularExpression(
+                             "(^|, )" + QRegularExpression::escape(entry.section('\t', 1)) +
+                             "(,.*)?: " + entry.section('\t', 0, 0) + '$'))
                          .isEmpty())
             << entry.toStdString();
     for (const QString &text : QString(GetParam().missing).split('|'))
