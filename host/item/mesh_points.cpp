@@ -68,6 +68,18 @@ void setState(const Display &display)
     setFog(display.theme());
 }
 
+/// In pieces that are done one after the other: software GL keeps what it has still to draw, and
+/// would keep gigabytes.
+void drawPoints(quint32 first, quint32 count)
+{
+    constexpr quint32 piece = 2'000'000;
+    for (quint32 at = 0; at < count; at += piece) {
+        if (at > 0)
+            glFinish();
+        glDrawArrays(GL_POINTS, GLint(first + at), GLsizei(std::min(piece, count - at)));
+    }
+}
+
 } // namespace
 
 double pointSpacing(const Mesh &mesh)
@@ -117,8 +129,7 @@ void drawLinesAndPoints(const Mesh &mesh, std::size_t colours, const Display &di
             glDrawElements(GL_LINES, GLsizei(part.indexCount), GL_UNSIGNED_INT,
                            offset(std::size_t(part.firstIndex) * sizeof(quint32)));
         else
-            glDrawArrays(GL_POINTS, GLint(part.firstVertex),
-                         GLsizei(std::ceil(part.vertexCount * share)));
+            drawPoints(part.firstVertex, quint32(std::ceil(part.vertexCount * share)));
     }
     glPopClientAttrib();
     glPopAttrib();
