@@ -57,20 +57,24 @@ void MeshBuffers::create(const Mesh &mesh, const QVector3D &centre, float scale)
     const int positions = int(mesh.positions.size() * sizeof(float));
     const int normals = int(mesh.normals.size() * sizeof(float));
     const int colours = int(mesh.colours.size());
+    const int uvs = int(mesh.uvs.size() * sizeof(float));
     vertices_.create();
     vertices_.bind();
-    vertices_.allocate(positions + normals + colours);
+    vertices_.allocate(positions + normals + colours + uvs);
     writePositions(vertices_, mesh, centre, scale);
     vertices_.write(positions, mesh.normals.data(), normals);
     if (colours > 0)
         vertices_.write(positions + normals, mesh.colours.data(), colours);
+    if (uvs > 0)
+        vertices_.write(positions + normals + colours, mesh.uvs.data(), uvs);
     vertices_.release();
     indices_.create();
     indices_.bind();
     indices_.allocate(mesh.indices.data(), int(mesh.indices.size() * sizeof(quint32)));
     indices_.release();
-    bytes_ = quint64(positions) + quint64(normals) + quint64(colours) +
-             mesh.indices.size() * sizeof(quint32);
+    textures_.create(mesh);
+    bytes_ = quint64(positions) + quint64(normals) + quint64(colours) + quint64(uvs) +
+             mesh.indices.size() * sizeof(quint32) + textures_.byteSize();
     transparent_ = TransparentParts(mesh, centre, scale);
 }
 
@@ -78,6 +82,7 @@ void MeshBuffers::destroy()
 {
     vertices_.destroy();
     indices_.destroy();
+    textures_.destroy();
     bytes_ = 0;
 }
 
@@ -86,7 +91,8 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &ma
     if (!vertices_.isCreated())
         return;
     glPushAttrib(GL_ENABLE_BIT | GL_DEPTH_BUFFER_BIT | GL_LIGHTING_BIT | GL_POLYGON_BIT |
-                 GL_COLOR_BUFFER_BIT | GL_CURRENT_BIT | GL_LINE_BIT);
+                 GL_COLOR_BUFFER_BIT | GL_CURRENT_BIT | GL_LINE_BIT |
+                 (mesh.textures.empty() ? 0 : GL_TEXTURE_BIT));
     glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
     glEnable(GL_DEPTH_TEST);
     glDepthFunc(GL_LEQUAL);
@@ -106,6 +112,8 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &ma
         glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, 28);
         glColorMaterial(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE);
         glEnable(GL_COLOR_MATERIAL);
+        if (!mesh.textures.empty()) // highlights lie on a dark texture too
+            glLightModeli(GL_LIGHT_MODEL_COLOR_CONTROL, GL_SEPARATE_SPECULAR_COLOR);
     } else {
         glDisable(GL_LIGHTING);
     }
@@ -120,6 +128,8 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &ma
     glNormalPointer(GL_FLOAT, 0, offset(normals));
     if (!mesh.colours.empty())
         glColorPointer(4, GL_UNSIGNED_BYTE, 0, offset(colours));
+    if (!mesh.uvs.empty())
+        glTexCoordPointer(2, GL_FLOAT, 0, offset(colours + mesh.colours.size()));
 
     if (display.mode == Display::Mode::HiddenLines)
         drawHiddenLines(mesh, display, marks);
@@ -135,7 +145,7 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &ma
 void MeshBuffers::drawSurfaces(const Mesh &mesh, const Display &display, const Marks &marks)
 {
     for (std::size_t i = 0; i < mesh.trianglePartCount(); ++i)
-        if (opacityOf(mesh.parts[i]) >= 1 && !marks.isHidden(i))
+        if (!isTransparent(mesh.parts[i]) && !marks.isHidden(i))
             drawPart(mesh, i, display, marks.isSelected(i));
     if (!transparent_.isEmpty())
         drawTransparent(mesh, display, marks);
@@ -151,7 +161,7 @@ void MeshBuffers::drawHiddenLines(const Mesh &mesh, const Display &display, cons
     glEnable(GL_POLYGON_OFFSET_FILL); // a triangle does not hide its own outline
     glPolygonOffset(1, 1);
     for (std::size_t i = 0; i < mesh.trianglePartCount(); ++i)
-        if (opacityOf(mesh.parts[i]) >= 1 && !marks.isHidden(i))
+        if (!isTransparent(mesh.parts[i]) && !marks.isHidden(i))
             drawTriangles(mesh.parts[i]);
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
     glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
@@ -212,7 +222,13 @@ void MeshBuffers::drawPart(const Mesh &mesh, std::size_t index, const Display &d
     else
         glDisableClientState(GL_COLOR_ARRAY);
     setColour(part, display, isMarked);
+    const bool covered = part.cover.texture >= 0 && display.mode != Display::Mode::Wireframe;
+    textures_.cover(covered ? part.cover : Cover(), isMarked);
+    if (covered)
+        glEnableClientState(GL_TEXTURE_COORD_ARRAY);
     drawTriangles(part);
+    if (covered)
+        glDisableClientState(GL_TEXTURE_COORD_ARRAY); // not all vertices have coordinates
 }
 
 void MeshBuffers::drawTriangles(const MeshPart &part)

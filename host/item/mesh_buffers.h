@@ -7,6 +7,7 @@
 
 #include "host/item/display.h"
 #include "host/item/mesh_points.h"
+#include "host/item/mesh_textures.h"
 #include "host/item/part_marks.h"
 #include "host/item/transparent_parts.h"
 #include "host/read/mesh.h"
@@ -46,8 +47,9 @@ private:
     void drawPart(const Mesh &mesh, std::size_t index, const Display &display, bool isMarked);
     void drawTransparent(const Mesh &mesh, const Display &display, const Marks &marks);
 
-    QOpenGLBuffer vertices_{QOpenGLBuffer::VertexBuffer}; // positions, normals, colours
+    QOpenGLBuffer vertices_{QOpenGLBuffer::VertexBuffer}; // positions, normals, colours, uvs
     QOpenGLBuffer indices_{QOpenGLBuffer::IndexBuffer};
+    MeshTextures textures_;
     TransparentParts transparent_;
     quint64 bytes_ = 0;
 };

@@ -33,10 +33,16 @@ float opacityOf(const MeshPart &part)
     return part.colour[3] < 0.02f ? 1.0f : part.colour[3];
 }
 
+bool isTransparent(const MeshPart &part)
+{
+    const Cover &cover = part.cover;
+    return opacityOf(part) < 1 || (cover.texture >= 0 && cover.alpha == Cover::Blended);
+}
+
 TransparentParts::TransparentParts(const Mesh &mesh, const QVector3D &centre, float scale)
 {
     for (std::size_t i = 0; i < mesh.parts.size(); ++i)
-        if (mesh.parts[i].kind == MeshPart::Kind::Triangles && opacityOf(mesh.parts[i]) < 1 &&
+        if (mesh.parts[i].kind == MeshPart::Kind::Triangles && isTransparent(mesh.parts[i]) &&
             mesh.parts[i].indexCount > 0)
             parts_.push_back({i, (middleOf(mesh, mesh.parts[i]) - centre) * scale});
 }

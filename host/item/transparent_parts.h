@@ -13,6 +13,9 @@ namespace host {
 /// How much of a part's colour covers what lies behind: 0 (not quite) to 1.
 float opacityOf(const MeshPart &part);
 
+/// Whether a part lets shine through what lies behind, all of it or where its texture does.
+bool isTransparent(const MeshPart &part);
+
 /// The parts of a mesh that let shine through what lies behind, in the order in which they are to
 /// be drawn. Between parts only the distances of their middles count: of two that run through each
 /// other one is drawn over the other.

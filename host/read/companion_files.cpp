@@ -74,25 +74,34 @@ QString CompanionFiles::openable(const QString &path, Verdict *verdict) const
 /// Returns what stands here where a path of another machine, or of another writing, leads to.
 QString CompanionFiles::nearby(const QString &path) const
 {
-    constexpr int mostFolders = 3;
+    constexpr int mostFolders = 6;
     QStringList names = path.split(QRegularExpression(QStringLiteral("[/\\\\]")));
-    names = names.mid(std::max(0, names.size() - mostFolders - 1));
-    while (!names.isEmpty()) {
-        const QString here = given_ + '/' + names.join('/');
-        if (!names.last().isEmpty() && judge(here) == Verdict::Good)
-            return here;
+    const QString name = names.takeLast();
+    names = names.mid(std::max(0, names.size() - mostFolders));
+    for (;;) {
+        const QString found = inFolder(QDir::cleanPath(given_ + '/' + names.join('/')), name);
+        if (!found.isEmpty() || names.isEmpty())
+            return found;
         names.removeFirst();
     }
-    const QString name = baseName(path);
-    if (beside_.isEmpty())
-        beside_ = QDir(given_).entryList(QDir::Files);
-    const auto same = std::find_if(beside_.begin(), beside_.end(), [&name](const QString &other) {
-        return other.compare(name, Qt::CaseInsensitive) == 0;
-    });
-    if (name.isEmpty() || same == beside_.end())
+}
+
+/// The file @p name in @p folder, whatever its case, if it may be read.
+QString CompanionFiles::inFolder(const QString &folder, const QString &name) const
+{
+    if (name.isEmpty())
         return {};
-    const QString here = given_ + '/' + *same;
-    return judge(here) == Verdict::Good ? here : QString();
+    const QString here = folder + '/' + name;
+    if (judge(here) == Verdict::Good)
+        return here;
+    if (!names_.contains(folder))
+        names_[folder] = QDir(folder).entryList(QDir::Files);
+    for (const QString &other : qAsConst(names_[folder])) {
+        const QString path = folder + '/' + other;
+        if (other.compare(name, Qt::CaseInsensitive) == 0 && judge(path) == Verdict::Good)
+            return path;
+    }
+    return {};
 }
 
 QString CompanionFiles::find(const QString &named, Verdict *why)

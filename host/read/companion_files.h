@@ -3,6 +3,7 @@
 #define HOST_READ_COMPANION_FILES_H
 
 #include <QCoreApplication>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -46,14 +47,15 @@ private:
     Verdict judge(const QString &path) const;
     QString openable(const QString &path, Verdict *verdict) const;
     QString nearby(const QString &path) const;
+    QString inFolder(const QString &folder, const QString &name) const;
     void note(const QString &path, Verdict verdict) const;
 
     const Companions allowed_;
-    const QString model_;         // canonical
-    const QString folder_;        // canonical
-    const QString given_;         // the folder as it was named, absolute
-    mutable QStringList refused_; // Exists() is const to importers
-    mutable QStringList beside_;  // the names in the folder, once they were asked for
+    const QString model_;                       // canonical
+    const QString folder_;                      // canonical
+    const QString given_;                       // the folder as it was named, absolute
+    mutable QStringList refused_;               // Exists() is const to importers
+    mutable QHash<QString, QStringList> names_; // of the files in folders that were asked for
 };
 
 } // namespace host

@@ -30,10 +30,16 @@ const std::vector<Signature> &signatures()
     return all;
 }
 
-/// No packing of these formats makes more of a byte.
-bool isCutShort(const QSize &size, qint64 bytes)
+/// Whether there are too few bytes in @p in for a picture of @p size, where its reader would not
+/// mind: BMP, TGA and PSD pack at most 128 pixels into one, and a JPEG has an end.
+bool isCutShort(QIODevice &in, const QByteArray &format, const QSize &size)
 {
-    return qint64(size.width()) * size.height() / 64 > bytes;
+    if (format == "jpeg") {
+        in.seek(in.size() / 2); // behind a small picture that may stand in the head
+        return !in.readAll().contains("\xff\xd9");
+    }
+    const bool packsLittle = format.isEmpty() || format == "bmp";
+    return packsLittle && qint64(size.width()) * size.height() / 128 > in.size();
 }
 
 } // namespace
@@ -72,23 +78,23 @@ ImageReader::ImageReader(QIODevice &in) : in_(in)
         if (head.mid(each.at, each.bytes.size()) == each.bytes)
             format_ = each.format;
     }
-    if (head.isEmpty()) {
-        reason_ = tr("it is empty");
-    } else if (format_.isEmpty()) {
+    if (format_.isEmpty()) {
         size_ = sizeByStb(head);
-        if (size_.isEmpty())
-            reason_ = tr("no picture of a known format");
-        else if (isCutShort(size_, in_.size()))
-            reason_ = tr("it is broken or cut short");
     } else {
         QImageReader reader(&in_, format_);
         reader.setAutoDetectImageFormat(false);
         size_ = reader.size();
-        if (size_.isEmpty())
-            reason_ = tr("it is broken or cut short");
     }
-    if (reason_.isEmpty() && qint64(size_.width()) * size_.height() > maxPixels)
+    if (head.isEmpty())
+        reason_ = tr("it is empty");
+    else if (format_.isEmpty() && size_.isEmpty())
+        reason_ = tr("no picture of a known format");
+    else if (size_.isEmpty())
+        reason_ = tr("it is broken or cut short");
+    else if (qint64(size_.width()) * size_.height() > maxPixels)
         reason_ = tr("too large: %1 × %2").arg(size_.width()).arg(size_.height());
+    else if (isCutShort(in_, format_, size_))
+        reason_ = tr("it is broken or cut short");
     if (!reason_.isEmpty())
         size_ = {};
 }

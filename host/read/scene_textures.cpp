@@ -59,15 +59,16 @@ struct Source {
 
 Source::Alpha alphaOf(const Texture &texture)
 {
-    std::size_t some = 0, middle = 0, none = 0;
+    std::size_t some = 0, middle = 0;
+    quint8 most = 0;
     for (std::size_t i = 3; i < texture.pixels.size(); i += 4) {
         const quint8 alpha = texture.pixels[i];
         some += alpha < 255 ? 1u : 0u;
-        none += alpha == 0 ? 1u : 0u;
+        most = std::max(most, alpha);
         middle += alpha >= 16 && alpha < 240 ? 1u : 0u;
     }
     // Where nothing at all would be seen, the channel was left empty.
-    if (some == 0 || none * 4 == texture.pixels.size())
+    if (some == 0 || most < 16)
         return Source::Alpha::None;
     return middle * 4 <= some ? Source::Alpha::TwoValued : Source::Alpha::Graded;
 }
