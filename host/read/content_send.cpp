@@ -47,14 +47,22 @@ template <class T> bool sendArray(QIODevice &out, quint32 number, const std::vec
     return true;
 }
 
+bool sendRig(QIODevice &out, const Rig &rig, const QByteArray &bytes)
+{
+    return sendArray(out, messages::RigBytes, std::vector<char>(bytes.begin(), bytes.end())) &&
+           sendArray(out, messages::Bones, rig.vertexBones) &&
+           sendArray(out, messages::Weights, rig.vertexWeights);
+}
+
 bool sendMesh(QIODevice &out, const Mesh &mesh)
 {
+    const QByteArray rig = mesh.rig ? toBytes(*mesh.rig) : QByteArray();
     bool good =
         send(out, Tag::MeshHead, quint32(mesh.vertexCount()), quint32(mesh.normalCount()),
              quint32(mesh.indices.size()), quint32(mesh.parts.size()), !mesh.colours.empty(),
              mesh.axes.of[0], mesh.axes.of[1], mesh.axes.of[2], mesh.origin[0], mesh.origin[1],
              mesh.origin[2], mesh.notes, mesh.unit, !mesh.uvs.empty(),
-             quint32(mesh.textures.size()), quint64(mesh.textureBytes()));
+             quint32(mesh.textures.size()), quint64(mesh.textureBytes()), quint32(rig.size()));
     for (const TexturePtr &texture : mesh.textures)
         good = good && send(out, Tag::Item, texture->width, texture->height);
     for (const MeshPart &part : mesh.parts) {
@@ -70,7 +78,7 @@ bool sendMesh(QIODevice &out, const Mesh &mesh)
            sendArray(out, messages::Normals, mesh.normals) &&
            sendArray(out, messages::Colours, mesh.colours) &&
            sendArray(out, messages::Indices, mesh.indices) &&
-           sendArray(out, messages::Uvs, mesh.uvs);
+           sendArray(out, messages::Uvs, mesh.uvs) && (!mesh.rig || sendRig(out, *mesh.rig, rig));
     for (quint32 i = 0; i < mesh.textures.size(); ++i)
         good = good && sendArray(out, messages::FirstTexture + i, mesh.textures[i]->pixels);
     return good;

@@ -154,7 +154,11 @@ Imported import(const QString &path, const ReadProgress &progress, const MeshLim
     // The importer has no other way to work on its scene between two steps.
     aiScene &ours = const_cast<aiScene &>(*scene);
     poseSkins(ours, format);
+    QStringList notes;
+    const std::unique_ptr<SceneRig> rig = SceneRig::of(ours, format, notes);
     const quint64 dropped = prepareScene(ours, format);
+    if (rig)
+        rig->attach(ours);
     const QString lack = lackOf(*scene, dropped);
     if (!lack.isEmpty())
         return {{}, lack};
@@ -168,11 +172,11 @@ Imported import(const QString &path, const ReadProgress &progress, const MeshLim
     const SceneTextures textures = readTextures(ours, format, *files, limits);
     finishScene(ours);
     const aiMatrix4x4 turn = uprightTurn(*scene, format);
-    Imported result = flattenScene(*scene, turn, limits, textures);
+    Imported result = flattenScene(*scene, turn, limits, textures, rig.get());
     result.mesh.axes = fileAxes(*scene, format, turn);
     result.mesh.unit = lengthUnit(*scene, format);
     noteTextures(*scene, *files);
-    result.mesh.notes += textures.notes + files->notes();
+    result.mesh.notes += textures.notes + files->notes() + notes;
     return result;
 }
 

@@ -114,7 +114,8 @@ std::size_t Mesh::firstPoint() const
 std::size_t Mesh::byteSize() const
 {
     return byteSize(vertexCount(), normalCount(), !colours.empty(), indices.size(), parts.size(),
-                    !uvs.empty(), textureBytes());
+                    !uvs.empty(), textureBytes()) +
+           (rig ? rig->byteSize() : 0);
 }
 
 std::size_t Mesh::textureBytes() const
@@ -166,6 +167,17 @@ void Mesh::standOn(FileAxes::Axis up)
     for (int k = 0; k < 3; ++k) {
         min[k] = std::min(a[k], b[k]);
         max[k] = std::max(a[k], b[k]);
+    }
+    if (rig) {
+        QMatrix4x4 turned;
+        for (int k = 0; k < 3; ++k) {
+            QVector3D along;
+            along[k] = 1;
+            turned.setColumn(k, QVector4D(next.fromFile(axes.toFile(along)), 0));
+        }
+        auto own = std::make_shared<Rig>(*rig);
+        own->nodes[0].local = turned * own->nodes[0].local;
+        rig = std::move(own);
     }
     axes = next;
 }

@@ -13,6 +13,8 @@
 #include <QVector3D>
 #include <QtGlobal>
 
+#include "host/read/rig.h"
+
 namespace host {
 
 /// A picture that covers surfaces. Its rows run upwards, since the coordinates on it do.
@@ -115,8 +117,9 @@ struct Mesh {
     /// What is added to toFile() of a position to give the file's coordinates, which may be too
     /// large for a float: surveyors count metres from the equator.
     std::array<double, 3> origin{{0, 0, 0}};
-    QStringList notes; ///< What a person should know of the reading, in phrases.
-    QString unit;      ///< Of lengths, such as "mm"; empty: nothing says it.
+    std::shared_ptr<const Rig> rig; ///< How its triangles move; null: they do not.
+    QStringList notes;              ///< What a person should know of the reading, in phrases.
+    QString unit;                   ///< Of lengths, such as "mm"; empty: nothing says it.
 
     std::size_t vertexCount() const { return positions.size() / 3; }
     std::size_t normalCount() const { return normals.size() / 3; }

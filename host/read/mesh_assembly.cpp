@@ -11,8 +11,10 @@
 namespace host {
 namespace {
 
+constexpr quint32 maxRigBytes = 512u << 20;
+
 struct Counts {
-    quint32 vertices = 0, normals = 0, indices = 0, parts = 0;
+    quint32 vertices = 0, normals = 0, indices = 0, parts = 0, rigBytes = 0;
     bool coloured = false, covered = false;
     quint32 textures = 0;
     quint64 textureBytes = 0;
@@ -22,7 +24,7 @@ struct Counts {
         return vertices > 0 && vertices <= limits.vertices && normals <= vertices &&
                indices <= limits.indices && parts > 0 && parts <= limits.parts &&
                textures <= limits.textures && textureBytes <= limits.textureBytes &&
-               covered == (textures > 0);
+               rigBytes <= maxRigBytes && covered == (textures > 0);
     }
 };
 
@@ -51,8 +53,11 @@ private:
     bool checkIndices(std::size_t from) const;
     bool hasAllParts() const;
     bool isWhole() const;
+    bool finishRig();
 
     Counts wanted_;
+    std::vector<char> rigBytes_;
+    std::shared_ptr<Rig> rig_ = std::make_shared<Rig>();
     quint32 triangleIndices_ = 0, indices_ = 0, points_ = 0; // of the parts that are here
     quint64 unclaimed_;                                      // bytes that no texture has taken
     quint64 texels_ = 0;                                     // that are here
@@ -76,8 +81,11 @@ MeshAssembly::MeshAssembly(const Counts &wanted, Mesh &&head)
 
 quint64 MeshAssembly::byteSize() const
 {
+    // The bytes of a rig take about as much as what they say.
+    const quint64 rig = wanted_.rigBytes > 0 ? wanted_.rigBytes + quint64(wanted_.normals) * 24 : 0;
     return Mesh::byteSize(wanted_.vertices, wanted_.normals, wanted_.coloured, wanted_.indices,
-                          wanted_.parts, wanted_.covered, wanted_.textureBytes);
+                          wanted_.parts, wanted_.covered, wanted_.textureBytes) +
+           rig;
 }
 
 bool MeshAssembly::takeItem(QDataStream &in)
@@ -167,6 +175,14 @@ char *MeshAssembly::room(quint32 array, quint32 size)
         return extend(mesh_->colours, size, 4, wanted_.coloured ? vertices * 4 : 0);
     case messages::Indices:
         return hasAllParts() ? extend(mesh_->indices, size, 4, wanted_.indices) : nullptr;
+    case messages::RigBytes:
+        return extend(rigBytes_, size, 1, wanted_.rigBytes);
+    case messages::Bones:
+        return extend(rig_->vertexBones, size, 8,
+                      wanted_.rigBytes > 0 ? std::size_t(wanted_.normals) * 4 : 0);
+    case messages::Weights:
+        return extend(rig_->vertexWeights, size, 16,
+                      wanted_.rigBytes > 0 ? std::size_t(wanted_.normals) * 4 : 0);
     case messages::Uvs:
         return extend(mesh_->uvs, size, 8, wanted_.covered ? std::size_t(wanted_.normals) * 2 : 0);
     default:
@@ -243,6 +259,17 @@ bool MeshAssembly::checkIndices(std::size_t from) const
                        below(wanted_.vertices - points_));
 }
 
+bool MeshAssembly::finishRig()
+{
+    if (rigBytes_.size() != wanted_.rigBytes ||
+        !fromBytes(QByteArray::fromRawData(rigBytes_.data(), int(rigBytes_.size())), *rig_) ||
+        !suitsVertices(*rig_, wanted_.normals))
+        return false;
+    rigBytes_ = {};
+    mesh_->rig = std::move(rig_);
+    return true;
+}
+
 bool MeshAssembly::isWhole() const
 {
     const std::size_t vertices = wanted_.vertices, normals = wanted_.normals;
@@ -258,7 +285,7 @@ bool MeshAssembly::isWhole() const
 
 Content MeshAssembly::finish()
 {
-    if (!isWhole())
+    if (!isWhole() || (wanted_.rigBytes > 0 && !finishRig()))
         return {};
     mesh_->textures.assign(textures_.begin(), textures_.end());
     quint32 next = wanted_.vertices - points_;
@@ -282,7 +309,8 @@ std::unique_ptr<Assembly> meshAssembly(QDataStream &head, const MeshLimits &limi
     head >> axes[0] >> axes[1] >> axes[2];
     for (double &coordinate : mesh.origin)
         head >> coordinate;
-    head >> mesh.notes >> mesh.unit >> counts.covered >> counts.textures >> counts.textureBytes;
+    head >> mesh.notes >> mesh.unit >> counts.covered >> counts.textures >> counts.textureBytes >>
+        counts.rigBytes;
     mesh.unit.truncate(8); // a word of few letters
     const bool near = std::all_of(mesh.origin.begin(), mesh.origin.end(), [](double c) {
         return std::abs(c) <= double(Mesh::maxCoordinate); // false for NaN

@@ -16,7 +16,7 @@ enum class Tag : quint8 {
     Failure,   ///< QString reason, bool last
     MeshHead,  ///< quint32 vertices, normals, indices, parts, bool coloured, 3 qint8 axes,
                ///< 3 doubles origin, QStringList notes, QString unit, bool covered,
-               ///< quint32 textures, quint64 bytes of these
+               ///< quint32 textures, quint64 bytes of these, quint32 bytes of its rig: 0 for none
     TableHead, ///< quint32 rows, columns, QString x name, bool time, QStringList skipped
     ListHead,  ///< QStringList empty, cut
     Item,      ///< Of a mesh, first each texture: quint32 width, height; then each part: quint8
@@ -28,10 +28,21 @@ enum class Tag : quint8 {
     End,       ///< bool last: the process serves no more
 };
 
-constexpr quint32 version = 6;
-/// Of a mesh the arrays are positions, normals, colours, indices, coordinates on textures, and the
-/// pixels of one texture after the other; of a table x and the columns.
-enum MeshArray : quint32 { Positions, Normals, Colours, Indices, Uvs, FirstTexture };
+constexpr quint32 version = 7;
+/// Of a mesh the arrays are positions, normals, colours, indices, coordinates on textures, of its
+/// rig the bytes and each triangle vertex's bones and weights, and the pixels of one texture after
+/// the other; of a table x and the columns.
+enum MeshArray : quint32 {
+    Positions,
+    Normals,
+    Colours,
+    Indices,
+    Uvs,
+    RigBytes,
+    Bones,
+    Weights,
+    FirstTexture
+};
 /// Also the most work that one message makes. Whole vertices, triangles and numbers fit into it.
 constexpr quint32 maxPiece = 256 * 1024 / 24 * 24;
 /// No message without arrays is larger.

@@ -7,6 +7,7 @@
 #include <assimp/scene.h>
 
 #include "host/read/import.h"
+#include "host/read/scene_rig.h"
 #include "host/read/scene_textures.h"
 
 namespace host {
@@ -40,8 +41,8 @@ bool hasNormals(const aiMesh &mesh);
 /// zero.
 void makeNormals(aiMesh &mesh);
 
-/// Joins the vertices of a mesh that are equal in place, normal, first colour and first coordinates
-/// on textures.
+/// Joins the vertices of a mesh that are equal in place, normal, every set of colours and first
+/// coordinates on textures.
 void joinVertices(aiMesh &mesh);
 
 /// The turn that makes a scene of the reader @p format stand upright (+Y up, right-handed), where
@@ -66,9 +67,9 @@ bool isBlack(float r, float g, float b);
 
 /// Joins all triangles, lines and points that the nodes of @p scene show into one mesh, each
 /// through its transforms and then through @p turn. Expects finishScene() to have been here, and
-/// coordinates only on @p textures.
+/// coordinates only on @p textures. With a @p rig the mesh gets it.
 Imported flattenScene(const aiScene &scene, const aiMatrix4x4 &turn, const MeshLimits &limits,
-                      const SceneTextures &textures);
+                      const SceneTextures &textures, SceneRig *rig = nullptr);
 
 } // namespace host
 

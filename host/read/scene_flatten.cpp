@@ -40,8 +40,9 @@ aiVector3D faceNormal(const aiVector3D &a, const aiVector3D &b, const aiVector3D
 /// Joins the instances of a scene's meshes, one after the other, into one mesh.
 class Flattener {
 public:
-    Flattener(const aiScene &scene, const MeshLimits &limits, const SceneTextures &textures)
-        : scene_(scene), limits_(limits), covers_(textures.covers)
+    Flattener(const aiScene &scene, const MeshLimits &limits, const SceneTextures &textures,
+              SceneRig *rig)
+        : scene_(scene), limits_(limits), covers_(textures.covers), rig_(rig)
     {
         out_.textures = textures.textures;
     }
@@ -71,6 +72,7 @@ private:
     const aiScene &scene_;
     const MeshLimits &limits_;
     const std::vector<Cover> &covers_; // by materials
+    SceneRig *rig_;                    // null: nothing moves
     std::vector<Instance> instances_;
     std::vector<quint32> seen_; // of the mesh in work: its vertex -> the vertex in out_
     bool coloured_ = false;     // some mesh shows the colours of its vertices
@@ -212,6 +214,8 @@ quint32 Flattener::addVertex(const Instance &instance, const aiMatrix3x3 &turn, 
     }
     if (coloured_)
         addColour(*instance.mesh, index);
+    if (rig_)
+        rig_->addVertex(instance.node, *instance.mesh, index);
     return seen_[index];
 }
 
@@ -360,15 +364,17 @@ Imported Flattener::run(const aiMatrix4x4 &turn)
         out_.notes << QStringLiteral("%1 points without usable coordinates left out").arg(leftOut_);
     lightenBlack();
     out_.findBounds();
+    if (rig_)
+        out_.rig = rig_->finish(turn);
     return {std::move(out_), {}};
 }
 
 } // namespace
 
 Imported flattenScene(const aiScene &scene, const aiMatrix4x4 &turn, const MeshLimits &limits,
-                      const SceneTextures &textures)
+                      const SceneTextures &textures, SceneRig *rig)
 {
-    return Flattener(scene, limits, textures).run(turn);
+    return Flattener(scene, limits, textures, rig).run(turn);
 }
 
 } // namespace host

@@ -166,7 +166,8 @@ void makeNormals(aiMesh &mesh)
         }
     }
     spread(mesh.mVertices, mesh);
-    spread(mesh.mColors[0], mesh);
+    for (aiColor4D *&colours : mesh.mColors)
+        spread(colours, mesh);
     spread(mesh.mTextureCoords[0], mesh);
     replace(mesh.mNormals, normals);
     mesh.mNumVertices = faces * 3;
@@ -181,6 +182,10 @@ void joinVertices(aiMesh &mesh)
     const aiVector3D *at = mesh.mVertices, *normal = mesh.mNormals;
     const aiColor4D *colour = mesh.mColors[0];
     const aiVector3D *uv = mesh.mTextureCoords[0];
+    const auto sameColours = [&mesh](unsigned a, unsigned b) {
+        return std::all_of(std::begin(mesh.mColors), std::end(mesh.mColors),
+                           [=](const aiColor4D *set) { return !set || set[a] == set[b]; });
+    };
     const std::vector<unsigned> first = firstOfEach(
         mesh.mNumVertices,
         [=](unsigned i) {
@@ -188,9 +193,9 @@ void joinVertices(aiMesh &mesh)
             sum = uv ? mix(sum, uv[i]) : sum;
             return colour ? mix(sum, {colour[i].r, colour[i].g, colour[i].b}) : sum;
         },
-        [=](unsigned a, unsigned b) {
-            return at[a] == at[b] && (!normal || normal[a] == normal[b]) &&
-                   (!colour || colour[a] == colour[b]) && (!uv || uv[a] == uv[b]);
+        [=, &sameColours](unsigned a, unsigned b) {
+            return at[a] == at[b] && (!normal || normal[a] == normal[b]) && sameColours(a, b) &&
+                   (!uv || uv[a] == uv[b]);
         });
     std::vector<unsigned> number(first.size());
     unsigned kept = 0;
@@ -198,7 +203,8 @@ void joinVertices(aiMesh &mesh)
         number[i] = first[i] == i ? kept++ : number[first[i]];
     thin(mesh.mVertices, first);
     thin(mesh.mNormals, first);
-    thin(mesh.mColors[0], first);
+    for (aiColor4D *&colours : mesh.mColors)
+        thin(colours, first);
     thin(mesh.mTextureCoords[0], first);
     mesh.mNumVertices = kept;
     for (unsigned f = 0; f < mesh.mNumFaces; ++f) {
