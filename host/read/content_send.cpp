@@ -57,22 +57,25 @@ bool sendRig(QIODevice &out, const Rig &rig, const QByteArray &bytes)
 bool sendMesh(QIODevice &out, const Mesh &mesh)
 {
     const QByteArray rig = mesh.rig ? toBytes(*mesh.rig) : QByteArray();
-    bool good =
-        send(out, Tag::MeshHead, quint32(mesh.vertexCount()), quint32(mesh.normalCount()),
-             quint32(mesh.indices.size()), quint32(mesh.parts.size()), !mesh.colours.empty(),
-             mesh.axes.of[0], mesh.axes.of[1], mesh.axes.of[2], mesh.origin[0], mesh.origin[1],
-             mesh.origin[2], mesh.notes, mesh.unit, !mesh.uvs.empty(),
-             quint32(mesh.textures.size()), quint64(mesh.textureBytes()), quint32(rig.size()));
+    bool good = send(
+        out, Tag::MeshHead, quint32(mesh.vertexCount()), quint32(mesh.normalCount()),
+        quint32(mesh.indices.size()), quint32(mesh.parts.size()), quint32(mesh.nodes.size()),
+        !mesh.colours.empty(), mesh.axes.of[0], mesh.axes.of[1], mesh.axes.of[2], mesh.origin[0],
+        mesh.origin[1], mesh.origin[2], mesh.notes, mesh.unit, !mesh.uvs.empty(),
+        quint32(mesh.textures.size()), quint64(mesh.textureBytes()), quint32(rig.size()));
+    for (const MeshNode &node : mesh.nodes)
+        good = good && send(out, Tag::Item, node.above, node.name);
     for (const TexturePtr &texture : mesh.textures)
         good = good && send(out, Tag::Item, texture->width, texture->height);
     for (const MeshPart &part : mesh.parts) {
         const auto &c = part.colour;
         const Cover &cover = part.cover;
         const bool points = part.kind == MeshPart::Kind::Points;
-        good = good && send(out, Tag::Item, quint8(part.kind),
-                            points ? part.vertexCount : part.indexCount, c[0], c[1], c[2], c[3],
-                            part.name, part.material, cover.texture, quint8(cover.wrapS),
-                            quint8(cover.wrapT), cover.smooth, quint8(cover.alpha), cover.cutoff);
+        good =
+            good && send(out, Tag::Item, quint8(part.kind),
+                         points ? part.vertexCount : part.indexCount, part.node, c[0], c[1], c[2],
+                         c[3], part.name, part.material, cover.texture, quint8(cover.wrapS),
+                         quint8(cover.wrapT), cover.smooth, quint8(cover.alpha), cover.cutoff);
     }
     good = good && sendArray(out, messages::Positions, mesh.positions) &&
            sendArray(out, messages::Normals, mesh.normals) &&

@@ -114,7 +114,7 @@ std::size_t Mesh::firstPoint() const
 std::size_t Mesh::byteSize() const
 {
     return byteSize(vertexCount(), normalCount(), !colours.empty(), indices.size(), parts.size(),
-                    !uvs.empty(), textureBytes()) +
+                    !uvs.empty(), textureBytes(), nodes.size()) +
            (rig ? rig->byteSize() : 0);
 }
 
@@ -128,12 +128,12 @@ std::size_t Mesh::textureBytes() const
 
 std::size_t Mesh::byteSize(std::size_t vertices, std::size_t normals, bool coloured,
                            std::size_t indices, std::size_t parts, bool covered,
-                           std::size_t textureBytes)
+                           std::size_t textureBytes, std::size_t nodes)
 {
-    constexpr std::size_t names = 2 * 48; // of a part: two short texts
+    constexpr std::size_t name = 48; // a short text
     return (vertices + normals) * 3 * sizeof(float) + vertices * (coloured ? 4 : 0) +
            normals * (covered ? 2 * sizeof(float) : 0) + indices * sizeof(quint32) +
-           parts * (sizeof(MeshPart) + names) + textureBytes;
+           parts * (sizeof(MeshPart) + 2 * name) + nodes * (sizeof(MeshNode) + name) + textureBytes;
 }
 
 void Mesh::findBounds()

@@ -42,6 +42,14 @@ struct Cover {
     float cutoff = 0.5f; ///< 0..1
 };
 
+/// A node of a file: what its maker grouped parts by.
+struct MeshNode {
+    static constexpr int longestName = 200; ///< Letters.
+
+    QString name;      ///< Never empty.
+    qint32 above = -1; ///< The node that it belongs to, into Mesh::nodes; -1: none.
+};
+
 /// A run of triangles, lines or points with one name and one material.
 struct MeshPart {
     enum class Kind : quint8 { Triangles, Lines, Points };
@@ -55,6 +63,7 @@ struct MeshPart {
     quint32 firstVertex = 0;     ///< Of points, which need no indices; else 0.
     quint32 vertexCount = 0;     ///< The same.
     Cover cover{};               ///< Of triangles.
+    qint32 node = -1;            ///< Into Mesh::nodes; -1: none.
 };
 
 /// Which axes of its file the axes of an upright mesh are.
@@ -110,6 +119,7 @@ struct Mesh {
     std::vector<float> uvs;       ///< On a texture, from its lower left, for each normal; or empty.
     std::vector<quint32> indices; ///< Three for each triangle, then two for each line.
     std::vector<MeshPart> parts;  ///< In the order of their kinds, indices and vertices.
+    std::vector<MeshNode> nodes;  ///< Each after the one above it; may be empty.
     std::vector<TexturePtr> textures; ///< Shared by copies of the mesh; none is null.
     QVector3D min{0, 0, 0};           ///< Lower corner of the box around all vertices.
     QVector3D max{0, 0, 0};           ///< Upper corner.
@@ -133,7 +143,7 @@ struct Mesh {
     /// Of a mesh of so many.
     static std::size_t byteSize(std::size_t vertices, std::size_t normals, bool coloured,
                                 std::size_t indices, std::size_t parts, bool covered = false,
-                                std::size_t textureBytes = 0);
+                                std::size_t textureBytes = 0, std::size_t nodes = 0);
 
     QVector3D fileSize() const; ///< Along the file's own x, y and z.
 

@@ -14,7 +14,7 @@ namespace {
 constexpr quint32 maxRigBytes = 512u << 20;
 
 struct Counts {
-    quint32 vertices = 0, normals = 0, indices = 0, parts = 0, rigBytes = 0;
+    quint32 vertices = 0, normals = 0, indices = 0, parts = 0, nodes = 0, rigBytes = 0;
     bool coloured = false, covered = false;
     quint32 textures = 0;
     quint64 textureBytes = 0;
@@ -24,7 +24,7 @@ struct Counts {
         return vertices > 0 && vertices <= limits.vertices && normals <= vertices &&
                indices <= limits.indices && parts > 0 && parts <= limits.parts &&
                textures <= limits.textures && textureBytes <= limits.textureBytes &&
-               rigBytes <= maxRigBytes && covered == (textures > 0);
+               nodes <= limits.parts && rigBytes <= maxRigBytes && covered == (textures > 0);
     }
 };
 
@@ -46,6 +46,7 @@ public:
     Content finish() override;
 
 private:
+    bool takeNode(QDataStream &in);
     bool takeTexture(QDataStream &in);
     bool takePart(QDataStream &in);
     bool checkPositions(std::size_t from);
@@ -84,12 +85,28 @@ quint64 MeshAssembly::byteSize() const
     // The bytes of a rig take about as much as what they say.
     const quint64 rig = wanted_.rigBytes > 0 ? wanted_.rigBytes + quint64(wanted_.normals) * 24 : 0;
     return Mesh::byteSize(wanted_.vertices, wanted_.normals, wanted_.coloured, wanted_.indices,
-                          wanted_.parts, wanted_.covered, wanted_.textureBytes) +
+                          wanted_.parts, wanted_.covered, wanted_.textureBytes, wanted_.nodes) +
            rig;
+}
+
+/// The one above comes first, so that no ring can form.
+bool MeshAssembly::takeNode(QDataStream &in)
+{
+    MeshNode node;
+    in >> node.above >> node.name;
+    if (in.status() != QDataStream::Ok)
+        return true;
+    const bool good = node.above >= -1 && node.above < qint32(mesh_->nodes.size()) &&
+                      !node.name.isEmpty() && node.name.size() <= MeshNode::longestName;
+    if (good)
+        mesh_->nodes.push_back(node);
+    return good;
 }
 
 bool MeshAssembly::takeItem(QDataStream &in)
 {
+    if (mesh_->nodes.size() < wanted_.nodes)
+        return takeNode(in);
     return textures_.size() < wanted_.textures ? takeTexture(in) : takePart(in);
 }
 
@@ -127,7 +144,7 @@ bool MeshAssembly::takePart(QDataStream &in)
     MeshPart part;
     quint8 kind = 0;
     quint32 count = 0;
-    in >> kind >> count;
+    in >> kind >> count >> part.node;
     for (float &c : part.colour)
         in >> c;
     in >> part.name >> part.material;
@@ -142,7 +159,8 @@ bool MeshAssembly::takePart(QDataStream &in)
     const bool good =
         coverable && (step == 3 || part.cover.texture < 0) && parts.size() < wanted_.parts &&
         part.kind <= MeshPart::Kind::Points && (parts.empty() || parts.back().kind <= part.kind) &&
-        !part.name.isEmpty() && count > 0 && count % step == 0 &&
+        !part.name.isEmpty() && count > 0 && count % step == 0 && part.node >= -1 &&
+        part.node < qint32(wanted_.nodes) &&
         count <=
             (points ? wanted_.vertices - wanted_.normals - points_ : wanted_.indices - indices_) &&
         std::all_of(part.colour.begin(), part.colour.end(),
@@ -160,7 +178,8 @@ bool MeshAssembly::takePart(QDataStream &in)
 
 bool MeshAssembly::hasAllParts() const
 {
-    return mesh_->parts.size() == wanted_.parts && indices_ == wanted_.indices;
+    return mesh_->parts.size() == wanted_.parts && mesh_->nodes.size() == wanted_.nodes &&
+           indices_ == wanted_.indices;
 }
 
 char *MeshAssembly::room(quint32 array, quint32 size)
@@ -305,7 +324,8 @@ std::unique_ptr<Assembly> meshAssembly(QDataStream &head, const MeshLimits &limi
     Counts counts;
     Mesh mesh;
     auto &axes = mesh.axes.of;
-    head >> counts.vertices >> counts.normals >> counts.indices >> counts.parts >> counts.coloured;
+    head >> counts.vertices >> counts.normals >> counts.indices >> counts.parts >> counts.nodes >>
+        counts.coloured;
     head >> axes[0] >> axes[1] >> axes[2];
     for (double &coordinate : mesh.origin)
         head >> coordinate;

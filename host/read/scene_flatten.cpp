@@ -9,6 +9,7 @@
 #include <assimp/material.h>
 
 #include "host/read/point_order.h"
+#include "host/read/scene_nodes.h"
 
 namespace host {
 namespace {
@@ -54,6 +55,7 @@ private:
         const aiNode *node;
         const aiMesh *mesh;
         aiMatrix4x4 world;
+        qint32 number; // of the node
     };
 
     QString collect(const aiMatrix4x4 &turn);
@@ -74,6 +76,7 @@ private:
     const std::vector<Cover> &covers_; // by materials
     SceneRig *rig_;                    // null: nothing moves
     std::vector<Instance> instances_;
+    SceneNodes nodes_;
     std::vector<quint32> seen_; // of the mesh in work: its vertex -> the vertex in out_
     bool coloured_ = false;     // some mesh shows the colours of its vertices
     bool fromVertices_ = false; // the mesh in work does
@@ -111,10 +114,11 @@ QString Flattener::collect(const aiMatrix4x4 &turn)
         const aiNode *node;
         aiMatrix4x4 above;
         int depth;
+        qint32 nodeAbove;
     };
     std::vector<Step> steps;
     if (scene_.mRootNode)
-        steps.push_back({scene_.mRootNode, turn, 1});
+        steps.push_back({scene_.mRootNode, turn, 1, -1});
     quint64 nodes = 0;
     while (!steps.empty()) {
         const Step step = steps.back();
@@ -124,14 +128,15 @@ QString Flattener::collect(const aiMatrix4x4 &turn)
         if (step.depth > limits_.depth)
             return QStringLiteral("its nodes are nested more than %1 deep").arg(limits_.depth);
         const aiMatrix4x4 world = step.above * step.node->mTransformation;
+        const qint32 number = nodes_.add(*step.node, step.nodeAbove);
         for (unsigned i = 0; i < step.node->mNumMeshes; ++i) {
             const unsigned mesh = step.node->mMeshes[i];
             if (mesh < scene_.mNumMeshes)
-                instances_.push_back({step.node, scene_.mMeshes[mesh], world});
+                instances_.push_back({step.node, scene_.mMeshes[mesh], world, number});
         }
         for (unsigned i = step.node->mNumChildren; i-- > 0;) {
             if (step.node->mChildren[i]) // some readers leave gaps
-                steps.push_back({step.node->mChildren[i], world, step.depth + 1});
+                steps.push_back({step.node->mChildren[i], world, step.depth + 1, number});
         }
     }
     return {};
@@ -167,6 +172,7 @@ void Flattener::beginPart(const Instance &instance)
     part.name = QString::fromUtf8(name.C_Str()).left(200);
     if (part.name.isEmpty())
         part.name = QStringLiteral("part %1").arg(out_.parts.size() + 1);
+    part.node = instance.number;
     part.colour = colourOf(scene_, *instance.mesh);
     if (instance.mesh->mMaterialIndex < scene_.mNumMaterials) {
         const aiString material = scene_.mMaterials[instance.mesh->mMaterialIndex]->GetName();
@@ -362,6 +368,7 @@ Imported Flattener::run(const aiMatrix4x4 &turn)
                              : QStringLiteral("there are no triangles, lines or points in it")};
     if (leftOut_ > 0)
         out_.notes << QStringLiteral("%1 points without usable coordinates left out").arg(leftOut_);
+    nodes_.fill(out_, limits_.parts);
     lightenBlack();
     out_.findBounds();
     if (rig_)

@@ -245,6 +245,37 @@ TEST(ImportTest, FbxNamesItsUnitByItsSize)
     }
 }
 
+TEST(ImportTest, TheNodesThatHavePartsAreListed)
+{
+    const ModelFolder folder;
+    const struct {
+        const char *file, *nodes;
+        const char *list; // of each node the name and, if it has one, the number above; the parts'
+    } rows[] = {
+        {"flat.gltf", R"([{"name":"a","mesh":0}])", "a | 0"},
+        {"deep.gltf",
+         R"([{"name":"r","children":[1,3]},{"name":"b","children":[2]},{"name":"c","mesh":0},
+             {"name":"empty","children":[4]},{"name":"bare"}])",
+         "b c<0 | 1"},
+        {"own.gltf", R"([{"name":"r","mesh":0,"children":[1]},{"name":"d","mesh":0}])",
+         "r d<0 | 0 1"},
+        {"fbx.gltf",
+         R"([{"children":[1]},{"name":"x","children":[2]},
+             {"name":"y_$AssimpFbx$_Rotation","children":[3]},{"name":"y","mesh":0}])",
+         "x y<0 | 1"},
+    };
+    for (const auto &c : rows) {
+        const Mesh mesh = importMesh(folder.write(c.file, gltf(c.nodes))).mesh;
+        QStringList list;
+        for (const MeshNode &node : mesh.nodes)
+            list << node.name + (node.above < 0 ? "" : "<" + QString::number(node.above));
+        list << "|";
+        for (const MeshPart &part : mesh.parts)
+            list << QString::number(part.node);
+        EXPECT_EQ(list.join(' ').toStdString(), c.list) << c.file;
+    }
+}
+
 TEST(ImportTest, TwoInstancesOfAMeshPassEachLimit)
 {
     const ModelFolder folder;

@@ -42,6 +42,8 @@ Mesh mesh()
     m.uvs = {0, 0, 1, 0, 0, -1e6f, 0.5f, 3};
     m.textures = {texture(3, 2, 24), texture(1, 4, 16)};
     m.origin = {1e7, -2, 0.5};
+    m.parts[0].node = 1;
+    m.nodes = {{"axle", -1}, {"left", 0}};
     m.min = {0, 0, -3};
     m.max = {5, 7, 0};
     m.axes.of = {{1, 3, -2}};
@@ -142,6 +144,10 @@ TEST_P(InPieces, AMeshArrivesAsItWasSent)
     EXPECT_EQ(got->parts[1].name, sent.parts[1].name);
     EXPECT_EQ(got->parts[1].colour, sent.parts[1].colour);
     EXPECT_EQ(got->parts[1].firstIndex, 3u);
+    EXPECT_EQ(got->parts[0].node, 1);
+    ASSERT_EQ(got->nodes.size(), 2u);
+    EXPECT_EQ(got->nodes[1].name + got->nodes[0].name, "leftaxle");
+    EXPECT_TRUE(got->nodes[0].above == -1 && got->nodes[1].above == 0);
     const Cover &cover = got->parts[1].cover;
     EXPECT_TRUE(cover.texture == 1 && cover.wrapS == Cover::Mirror && cover.wrapT == Cover::Clamp &&
                 !cover.smooth && cover.alpha == Cover::Blended && cover.cutoff == 0.25f);
@@ -240,6 +246,12 @@ TEST(ContentReceiverTest, LiesAreRefused)
                                 [](Mesh &m) { m.parts[1].indexCount = 0xffffffffu; },
                                 [](Mesh &m) { m.parts[1].name.clear(); },
                                 [](Mesh &m) { m.parts[0].colour[2] = 2; },
+                                [](Mesh &m) { m.nodes[1].above = 1; },
+                                [](Mesh &m) { m.nodes[0].above = -2; },
+                                [](Mesh &m) { m.nodes[0].name.clear(); },
+                                [](Mesh &m) { m.nodes[0].name = QString(201, 'x'); },
+                                [](Mesh &m) { m.parts[0].node = 2; },
+                                [](Mesh &m) { m.parts[0].node = -2; },
                                 [](Mesh &m) { m.axes.of[1] = 1; },
                                 [](Mesh &m) { m.uvs[7] = 1.1e6f; },
                                 [](Mesh &m) { m.uvs[0] = std::nanf(""); },
