@@ -39,6 +39,18 @@ QSizeF sizeOf(const GLW *glw)
     return {std::max(1.0, glw->width()), std::max(1.0, glw->height())};
 }
 
+/// The middle of the box around points, of which there is one at least.
+QVector3D middleOf(const std::vector<QVector3D> &points)
+{
+    QVector3D low = points[0], high = low;
+    for (const QVector3D &p : points)
+        for (int k = 0; k < 3; ++k) {
+            low[k] = std::min(low[k], p[k]);
+            high[k] = std::max(high[k], p[k]);
+        }
+    return (low + high) / 2;
+}
+
 } // namespace
 
 CameraGeometry CameraSteering::geometryOf(const GLW *glw)
@@ -116,6 +128,14 @@ bool CameraSteering::advance(GLW *glw, double seconds)
 
 void CameraSteering::fit(GLW *glw)
 {
+    const std::vector<QVector3D> chosen = shape_.chosen();
+    if (!chosen.empty()) {
+        const QVector3D rot = toQt(glw->camera.rot), middle = middleOf(chosen);
+        const Framing f = frameAll(glw->camera, sizeOf(glw), middle, chosen, margin, insets_);
+        motion_.goTo(glw->camera, {rot, f.target, f.radius});
+        showsWhole_ = false;
+        return;
+    }
     motion_.goTo(glw->camera, poseFor(glw, toQt(glw->camera.rot)));
     fittedSize_ = sizeOf(glw);
     showsWhole_ = true;

@@ -25,6 +25,8 @@ public:
         virtual std::optional<QVector3D> surfaceAt(const Ray &ray) const = 0;
         /// Points, in world coordinates, that a picture of the whole must hold.
         virtual const std::vector<QVector3D> &outline() const = 0;
+        /// The same of what a person chose of it; empty for all.
+        virtual std::vector<QVector3D> chosen() const { return {}; }
 
     protected:
         ~Shape() = default;

@@ -10,6 +10,7 @@
 
 #include "GL/glw.h"
 #include "host/item/display.h"
+#include "host/item/part_marks.h"
 #include "host/item/steering.h"
 #include "host/read/mesh.h"
 #include "host/series/plot.h"
@@ -18,6 +19,8 @@ class QPainter;
 
 namespace host {
 
+class ModelItem;
+
 /// How a person left an item, as a value that outlives it: another item for the same file takes it
 /// up.
 struct ItemState {
@@ -25,6 +28,7 @@ struct ItemState {
     QSizeF wholeIn;                   ///< The object's size, if all of it was shown; else empty.
     std::optional<FileAxes::Axis> up; ///< If it was chosen.
     std::optional<PlotState> plot;    ///< Of a plot.
+    PartMarks parts;                  ///< Of a model.
 };
 
 /// What one drawing object (GLW) shows: a model, a plot. It draws and picks there; how it is
@@ -60,10 +64,12 @@ public:
     /// Whether something is under way that will show by itself, so that passes must go on.
     virtual bool isBusy() const { return false; }
 
+    virtual ModelItem *model() { return nullptr; } ///< This, if it is a model.
+
     virtual Steering &steering() = 0;
     virtual ItemState state(GLW *glw)
     {
-        return {glw->camera, steering().wholeIn(), chosenUp(), {}};
+        return {glw->camera, steering().wholeIn(), chosenUp(), {}, {}};
     }
     /// Expects init() to have run. What was whole is whole in an object of any size.
     virtual void restore(GLW *glw, const ItemState &state)
@@ -102,7 +108,11 @@ public:
     /// Selects what lies in the rectangle that is dragged, in the place of what was selected.
     /// Called within the object's pick passes, whose matrices show just that rectangle; @p area is
     /// in the object's pixels.
-    virtual void selectArea3D(GLW *, const QRectF &) {}
+    enum class Reach {
+        Seen,   ///< What is not covered.
+        Through ///< What is behind as well.
+    };
+    virtual void selectArea3D(GLW *, const QRectF &, Reach) {}
     virtual void selectArea2D(GLW *, const QRectF &) {}
     virtual void clearSelection() {}
     /// A click. Returns whether it did something.

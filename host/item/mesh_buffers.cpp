@@ -188,6 +188,32 @@ void MeshBuffers::drawThin(const Mesh &mesh, const Display &display, const Marks
     vertices_.release();
 }
 
+void MeshBuffers::drawShapes(const Mesh &mesh, const std::function<bool(std::size_t part)> &paint)
+{
+    if (!vertices_.isCreated())
+        return;
+    glPushAttrib(GL_ENABLE_BIT | GL_DEPTH_BUFFER_BIT | GL_LIGHTING_BIT | GL_POLYGON_BIT |
+                 GL_CURRENT_BIT);
+    glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
+    for (const GLenum off : {GL_LIGHTING, GL_TEXTURE_2D, GL_BLEND, GL_CULL_FACE})
+        glDisable(off);
+    glEnable(GL_DEPTH_TEST);
+    glDepthFunc(GL_LEQUAL);
+    glDepthMask(GL_TRUE);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    vertices_.bind();
+    indices_.bind();
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glVertexPointer(3, GL_FLOAT, 0, offset(0));
+    for (std::size_t i = 0; i < mesh.parts.size(); ++i)
+        if (paint(i))
+            drawShape(mesh.parts[i]);
+    indices_.release();
+    vertices_.release();
+    glPopClientAttrib();
+    glPopAttrib();
+}
+
 /// Each part covers what lies farther away, its own far side too.
 void MeshBuffers::drawTransparent(const Mesh &mesh, const Display &display, const Marks &marks)
 {
@@ -229,6 +255,20 @@ void MeshBuffers::drawPart(const Mesh &mesh, std::size_t index, const Display &d
     drawTriangles(part);
     if (covered)
         glDisableClientState(GL_TEXTURE_COORD_ARRAY); // not all vertices have coordinates
+}
+
+void MeshBuffers::drawShape(const MeshPart &part)
+{
+    switch (part.kind) {
+    case MeshPart::Kind::Triangles:
+        return drawTriangles(part);
+    case MeshPart::Kind::Lines:
+        glDrawElements(GL_LINES, GLsizei(part.indexCount), GL_UNSIGNED_INT,
+                       offset(std::size_t(part.firstIndex) * sizeof(quint32)));
+        return;
+    case MeshPart::Kind::Points:
+        glDrawArrays(GL_POINTS, GLint(part.firstVertex), GLsizei(part.vertexCount));
+    }
 }
 
 void MeshBuffers::drawTriangles(const MeshPart &part)

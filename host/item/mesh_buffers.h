@@ -2,6 +2,8 @@
 #ifndef HOST_ITEM_MESH_BUFFERS_H
 #define HOST_ITEM_MESH_BUFFERS_H
 
+#include <functional>
+
 #include <QOpenGLBuffer>
 #include <QVector3D>
 
@@ -40,9 +42,14 @@ public:
     void drawThin(const Mesh &mesh, const Display &display, const Marks &marks,
                   const PointLook &look);
 
+    /// Draws the bare shapes of those parts for which @p paint, which sets the colour, returns
+    /// true; what is nearer covers the rest. Leaves GL state as it was.
+    void drawShapes(const Mesh &mesh, const std::function<bool(std::size_t part)> &paint);
+
 private:
     void drawSurfaces(const Mesh &mesh, const Display &display, const Marks &marks);
     void drawHiddenLines(const Mesh &mesh, const Display &display, const Marks &marks);
+    static void drawShape(const MeshPart &part);
     static void drawTriangles(const MeshPart &part);
     void drawPart(const Mesh &mesh, std::size_t index, const Display &display, bool isMarked);
     void drawTransparent(const Mesh &mesh, const Display &display, const Marks &marks);

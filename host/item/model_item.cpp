@@ -6,7 +6,6 @@
 #include <QLocale>
 #include <QThreadPool>
 
-#include "host/item/parts_in_pick.h"
 #include "host/ui/metrics.h"
 
 namespace host {
@@ -36,26 +35,19 @@ void ModelItem::buildTree()
     });
 }
 
-/// Finds where the model stands in the world and which points outline it.
+/// Finds where the model stands in the world.
 void ModelItem::measure()
 {
-    constexpr std::size_t enough = 40000; // points: the picture's edge lies within a pixel or two
     centre_ = (mesh_->min + mesh_->max) / 2;
-    const std::size_t count = mesh_->vertexCount();
-    const auto vertex = [&](std::size_t i) {
-        const float *p = &mesh_->positions[i * 3];
-        return QVector3D(p[0], p[1], p[2]) - centre_;
-    };
     float radius = 0;
-    for (std::size_t i = 0; i < count; ++i)
-        radius = std::max(radius, vertex(i).length());
+    for (std::size_t i = 0; i < mesh_->positions.size(); i += 3) {
+        const float *p = &mesh_->positions[i];
+        radius = std::max(radius, (QVector3D(p[0], p[1], p[2]) - centre_).length());
+    }
     scale_ = radius > 0 ? CameraMotion::worldRadius / radius : 1;
     spacing_ = pointSpacing(*mesh_) * double(scale_);
-    const std::size_t step = count / enough + 1;
     outline_.clear();
-    outline_.reserve(count / step + 1);
-    for (std::size_t i = 0; i < count; i += step)
-        outline_.push_back(vertex(i) * scale_);
+    outline(); // now, since what an item holds does not grow
 }
 
 QString ModelItem::details() const
@@ -73,10 +65,13 @@ QString ModelItem::details() const
     tell(mesh_->lineCount(), tr("1 line"), tr("%1 lines"));
     tell(mesh_->pointCount(), tr("1 point"), tr("%1 points"));
     const QString up = (axes.upIsNegative() ? tr("−%1 up") : tr("%1 up")).arg("XYZ"[axes.up()]);
-    const QString counts = QStringLiteral("%1  ·  %2 × %3 × %4  ·  %5")
-                               .arg(kinds.join(QStringLiteral("  ·  ")), length(size.x()),
-                                    length(size.y()), length(size.z()), up);
-    return (QStringList(counts) + mesh_->notes).join(QStringLiteral("  ·  "));
+    QStringList all(QStringLiteral("%1  ·  %2 × %3 × %4  ·  %5")
+                        .arg(kinds.join(QStringLiteral("  ·  ")), length(size.x()),
+                             length(size.y()), length(size.z()), up));
+    if (const std::size_t hidden = marks_.hiddenCount())
+        all << (hidden == 1 ? tr("1 part hidden")
+                            : tr("%1 parts hidden").arg(locale.toString(qulonglong(hidden))));
+    return (all + mesh_->notes).join(QStringLiteral("  ·  "));
 }
 
 QString ModelItem::underPointer() const
@@ -134,6 +129,20 @@ void ModelItem::standOn(GLW *glw, FileAxes::Axis up)
     steering_.lookAlong(glw, glw->camera);
 }
 
+ItemState ModelItem::state(GLW *glw)
+{
+    ItemState state = Item::state(glw);
+    state.parts = marks_;
+    return state;
+}
+
+void ModelItem::restore(GLW *glw, const ItemState &state)
+{
+    if (state.parts.count() == marks_.count())
+        marks_ = state.parts;
+    Item::restore(glw, state);
+}
+
 void ModelItem::release()
 {
     buffers_.destroy();
@@ -168,12 +177,6 @@ std::optional<TriangleHit> ModelItem::hit(const Ray &world) const
                                  [this](const TriangleHit &hit) { return isThere(hit); });
 }
 
-/// Whether what the ray meets there is shown: nothing else is picked or measured.
-bool ModelItem::isThere(const TriangleHit &hit) const
-{
-    return marks_.hiddenCount() == 0 || !marks_.isHidden(std::size_t(partOf(hit.triangle)));
-}
-
 /// The line or point that is within a few pixels of the ray and not behind @p surface.
 std::optional<ThinHit> ModelItem::thinHit(const Ray &world,
                                           const std::optional<TriangleHit> &surface) const
@@ -200,33 +203,12 @@ std::optional<QVector3D> ModelItem::surfaceAt(const Ray &ray) const
     return ray.origin + ray.direction * float(found->distance * double(scale_));
 }
 
-int ModelItem::partOf(quint32 triangle) const
-{
-    const auto &parts = mesh_->parts;
-    const auto after = std::upper_bound(
-        parts.begin(), parts.end(), triangle * 3,
-        [](quint32 index, const MeshPart &part) { return index < part.firstIndex; });
-    return int(after - parts.begin()) - 1;
-}
-
-void ModelItem::selectArea3D(GLW *glw, const QRectF &)
-{
-    marks_.select(partsInPick(glw->camera, *mesh_, centre_, scale_, marks_));
-}
-
 bool ModelItem::pick3D(GLW *glw, const std::optional<QPointF> &pointer)
 {
     const int before = hovered_;
     hovered_ = -1;
-    if (pointer) {
-        measurePixel(glw);
-        const Ray ray = CameraSteering::geometryOf(glw).ray(*pointer);
-        const auto found = hit(ray);
-        if (const auto thin = thinHit(ray, found))
-            hovered_ = int(thin->part);
-        else if (found)
-            hovered_ = partOf(found->triangle);
-    }
+    if (pointer)
+        hovered_ = partAt(glw, *pointer);
     return hovered_ != before;
 }
 

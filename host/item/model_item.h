@@ -67,15 +67,28 @@ public:
     void draw3D(GLW *glw, const Display &display) override;
     bool pick3D(GLW *glw, const std::optional<QPointF> &pointer) override;
 
-    void selectArea3D(GLW *glw, const QRectF &area) override;
+    void selectArea3D(GLW *glw, const QRectF &area, Reach reach) override;
     void clearSelection() override { marks_.clearSelection(); }
     /// What is selected and hidden; written to, it holds from the next frame on.
     PartMarks &marks() { return marks_; }
     const PartMarks &marks() const { return marks_; }
+    /// The part that is shown at a pixel of @p glw; -1 for none, and until triangles can be found.
+    int partAt(const GLW *glw, const QPointF &at);
+    /// Selects @p part alone, nothing for -1. With @p toggle the others stay as they are, and this
+    /// one changes.
+    void select(int part, bool toggle);
+    void hideParts();     ///< Those selected, or else the one that the pointer is on.
+    void showOnlyParts(); ///< The same ones.
+
+    ModelItem *model() override { return this; }
+    ItemState state(GLW *glw) override;
+    /// Takes up what was selected and hidden of a mesh with as many parts.
+    void restore(GLW *glw, const ItemState &state) override;
 
 private:
     std::optional<QVector3D> surfaceAt(const Ray &ray) const override;
-    const std::vector<QVector3D> &outline() const override { return outline_; }
+    const std::vector<QVector3D> &outline() const override;
+    std::vector<QVector3D> chosen() const override;
 
     /// Shared with the thread that builds the tree, which may outlive the item.
     struct TreeBuild {
@@ -92,12 +105,14 @@ private:
                                    const std::optional<TriangleHit> &surface) const;
     bool isThere(const TriangleHit &hit) const;
     int partOf(quint32 triangle) const;
+    void selectMeant();
 
     QString name_;
     MeshPtr mesh_;
     QVector3D centre_;
     float scale_ = 1;
-    std::vector<QVector3D> outline_;
+    mutable std::vector<QVector3D> outline_; // of what is shown; empty: to be made
+    mutable std::vector<bool> outlineHides_; // the parts that it leaves out
     std::optional<FileAxes::Axis> chosenUp_;
     CameraSteering steering_{*this};
     MeshBuffers buffers_;

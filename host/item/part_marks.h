@@ -12,7 +12,8 @@ namespace host {
 /// they are neither, and changes nothing.
 class PartMarks {
 public:
-    explicit PartMarks(std::size_t parts = 0) : selected_(parts), hidden_(parts) {}
+    PartMarks() = default;
+    explicit PartMarks(std::size_t parts) : selected_(parts), hidden_(parts) {}
 
     std::size_t count() const { return selected_.size(); }
     bool isSelected(std::size_t part) const { return part < count() && selected_[part]; }
@@ -20,6 +21,7 @@ public:
     std::size_t selectedCount() const { return selectedCount_; }
     std::size_t hiddenCount() const { return hiddenCount_; }
     const std::vector<bool> &selected() const { return selected_; }
+    const std::vector<bool> &hidden() const { return hidden_; }
 
     /// Selects these parts and no others, the hidden ones left out.
     void select(const std::vector<bool> &parts);

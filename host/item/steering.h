@@ -31,7 +31,7 @@ public:
     /// drawn. @p seconds went by since the last time. Returns whether it is to be drawn anew.
     virtual bool advance(GLW *glw, double seconds) = 0;
 
-    virtual void fit(GLW *glw) = 0;  ///< Shows all of it, from where one looks.
+    virtual void fit(GLW *glw) = 0;  ///< Shows all of it, or of what is selected, from there.
     virtual void fitTurn(GLW *) {}   ///< At once, so that it stays whole while the azimuth turns.
     virtual void home(GLW *glw) = 0; ///< The pose that it opened with.
     /// The object's size for which all of it is shown, and will be in any other; empty if it is

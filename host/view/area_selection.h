@@ -23,9 +23,15 @@ class AreaSelection {
 public:
     explicit AreaSelection(Window &window) : window_(window) {}
 
-    void dragEnded() { taking_ = true; }
+    /// @p through: it takes what is covered as well.
+    void dragEnded(bool through)
+    {
+        taking_ = true;
+        through_ = through;
+    }
     /// Whether the passes that run now, or come next, take what the area holds.
     bool isTaking() const { return taking_; }
+    bool goesThrough() const { return through_; }
     /// The area in pixels of @p glw, y upwards, while a pass runs.
     QRectF areaIn(const GLW *glw) const;
 
@@ -38,6 +44,7 @@ public:
 private:
     Window &window_;
     bool taking_ = false;
+    bool through_ = false;
 };
 
 } // namespace host

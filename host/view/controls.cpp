@@ -75,7 +75,7 @@ void Controls::endDrags()
 {
     dragged_ = nullptr;
     if (areaOf_ && areaOf_->gl && areaOf_->gl->mouse.area)
-        emit areaEnded(areaOf_);
+        emit areaEnded(areaOf_, through_);
     areaOf_ = nullptr;
 }
 
@@ -173,7 +173,8 @@ void Controls::tellClick(GLW *glw, bool held)
         const bool here = pressedOn_ == glw;
         pressedOn_ = nullptr;
         if (here && !travelled_)
-            emit clicked(glw, now - glw->glCorner());
+            emit clicked(glw, now - glw->glCorner(),
+                         Qt::KeyboardModifiers(glw->gl->mouse.modifier));
     } else if (glw->gl->mouse.button != glw->gl->mouse.last_button) {
         pressedAt_ = now;
         pressedOn_ = glw;
@@ -192,6 +193,7 @@ void Controls::Pan(GLW *glw, bool held)
 void Controls::Roll(GLW *glw, bool held)
 {
     dragTo(glw, Steering::Drag::Roll, held);
+    tellClick(glw, held);
 }
 
 /// A binding fires for the press and for every motion while it is held. The press only notes the
@@ -239,7 +241,7 @@ void Controls::Focus(GLW *glw, bool pressed)
 }
 
 /// While the record's `area` is set, its reference position stays at the first corner.
-void Controls::SelectArea(GLW *glw, bool held)
+void Controls::selectArea(GLW *glw, bool held, bool through)
 {
     if (!glw->gl)
         return;
@@ -249,6 +251,7 @@ void Controls::SelectArea(GLW *glw, bool held)
     if (mouse.button != mouse.last_button) {
         mouse.area = 1;
         areaOf_ = glw;
+        through_ = through;
         mouse.x0 = mouse.x;
         mouse.y0 = mouse.y;
     }

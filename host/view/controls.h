@@ -48,15 +48,15 @@ public:
     static QPointF pointerIn(const GLW *glw, const Mouse &mouse);
 
 signals:
-    void steered(GLW *glw);     ///< Something is to be drawn anew.
-    void areaDragged(GLW *glw); ///< The record's rectangle has another size.
-    void areaEnded(GLW *glw);   ///< It is complete, or will be once the event is over; the record
-                                ///< holds it until somebody ends it.
-    void menuAsked(GLW *glw);   ///< The right button was released over @p glw.
-    void pressed(GLW *glw);     ///< The left button alone went down.
+    void steered(GLW *glw);                 ///< Something is to be drawn anew.
+    void areaDragged(GLW *glw);             ///< The record's rectangle has another size.
+    void areaEnded(GLW *glw, bool through); ///< It is complete, or will be once the event is over;
+                                            ///< the record holds it until somebody ends it.
+    void menuAsked(GLW *glw); ///< The right button was released over @p glw.
+    void pressed(GLW *glw);   ///< The left button alone went down.
     /// It went up where it had gone down, within a few pixels; @p at counts in the pixels of @p
     /// glw.
-    void clicked(GLW *glw, const QPointF &at);
+    void clicked(GLW *glw, const QPointF &at, Qt::KeyboardModifiers modifiers);
 
 public slots:
     void Fit(GLW *glw);
@@ -80,7 +80,8 @@ public slots:
     void ZoomOut(GLW *glw) { zoom(glw, -1); }
     void Focus(GLW *glw, bool pressed);
     void Menu(GLW *glw, bool pressed);
-    void SelectArea(GLW *glw, bool held);
+    void SelectArea(GLW *glw, bool held) { selectArea(glw, held, false); }
+    void SelectThrough(GLW *glw, bool held) { selectArea(glw, held, true); }
 
 private:
     void bindKeys(QObject *scene);
@@ -93,6 +94,7 @@ private:
     void zoom(GLW *glw, float steps);
     void dragTo(GLW *glw, Steering::Drag kind, bool held);
     void tellClick(GLW *glw, bool held);
+    void selectArea(GLW *glw, bool held, bool through);
     void forPeers(GLW *glw, const std::function<void(Steering *, GLW *)> &steer);
 
     QPointer<GLW> scene_;
@@ -104,6 +106,7 @@ private:
     Steering::Drag kind_ = Steering::Drag::Orbit;
     QPointF last_;            // window pixels, y upwards
     QPointer<GLW> areaOf_;    // where a rectangle began that is still dragged
+    bool through_ = false;    // it takes what is covered as well
     QPointer<GLW> pressedOn_; // where the left button went down
     QPointF pressedAt_;
     QList<QAction *> hints_;

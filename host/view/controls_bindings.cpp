@@ -49,6 +49,12 @@ void Controls::bindPointer(QObject *scene)
     setContents(bind(RightButton | Qt::ShiftModifier, 0, "select-area", drag,
                      tr("Select what a rectangle holds"), SLOT(SelectArea(GLW *, bool))),
                 OnAny);
+    if (single_) {
+        QAction *through =
+            bind(RightButton | Qt::ShiftModifier | Qt::AltModifier, 0, "select-through", drag,
+                 tr("The same, what is covered too"), SLOT(SelectThrough(GLW *, bool)));
+        setContents(through, OnModel);
+    }
     bind(RightButton, 0, "menu", click, tr("Menu"), SLOT(Menu(GLW *, bool)));
 
     // The item under the pointer takes this click: there is nothing to bind.

@@ -26,6 +26,7 @@ SingleView::SingleView(Window &window, ReadQueue &queue, const QString &path,
     addOverlays();
     bindViewKey("PgDown", "next-file", tr("Next file in the folder"), this, SLOT(OpenNext()));
     bindViewKey("PgUp", "previous-file", tr("File before it"), this, SLOT(OpenPrevious()));
+    bindParts();
     controls().setPeers([this](GLW *) { return QList<GLW *>{glw()}; });
     connectQueue();
     list_ = queue_.listNeighbours(path_);
@@ -100,13 +101,6 @@ bool SingleView::toolClicked(GLW *, const QPointF &at)
 bool SingleView::leaveTool()
 {
     return measure_ && measure_->leave();
-}
-
-void SingleView::fillMenu(GLW *glw, MenuTree *tree)
-{
-    View::fillMenu(glw, tree);
-    if (measure_)
-        measure_->fillMenu(tree);
 }
 
 void SingleView::openNeighbour(int step)
@@ -214,12 +208,6 @@ void SingleView::fillPicture(PictureContents &contents)
     for (const auto &overlay : overlays_)
         if (overlay->belongsInPicture())
             contents.add(overlay->pictured());
-}
-
-void SingleView::clicked(GLW *clicked)
-{
-    if (Item *shown = item(clicked))
-        shown->clearSelection();
 }
 
 void SingleView::paintText(GLW *, QPainter *painter)

@@ -36,6 +36,9 @@ public:
 public slots:
     void OpenNext() { openNeighbour(1); }
     void OpenPrevious() { openNeighbour(-1); }
+    void HideParts();
+    void ShowOnlyParts();
+    void ShowAllParts();
 
 signals:
     void fileChosen(const QString &path); ///< A person wants another file in this one's place.
@@ -43,8 +46,8 @@ signals:
 protected:
     void fillPicture(PictureContents &contents) override;
     void paintText(GLW *scene, QPainter *painter) override;
-    void clicked(GLW *glw) override;
     bool toolClicked(GLW *glw, const QPointF &at) override;
+    void clicked(GLW *glw, const QPointF &at, Qt::KeyboardModifiers modifiers) override;
     void fillMenu(GLW *glw, MenuTree *tree) override;
     QMarginsF covered(GLW *glw) const override;
 
@@ -55,6 +58,9 @@ private:
     double lowerRoom() const;
     bool hasHeading() const;
     void openNeighbour(int step);
+    void bindParts();
+    void forMenu(GLW *glw);
+    ModelItem *model() const;
     GLW *glw() const { return mainGLW(); }
 
     QRectF labelBounds() const;

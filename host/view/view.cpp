@@ -43,17 +43,18 @@ View::View(Window &window, const char *className, bool single) : window_(window)
         single, this);
     connect(controls_, &Controls::steered, this, [this] { changed(); });
     connect(controls_, &Controls::areaDragged, this, [this] { changed(); });
-    connect(controls_, &Controls::areaEnded, this, [this] {
-        area_.dragEnded();
+    connect(controls_, &Controls::areaEnded, this, [this](GLW *, bool through) {
+        area_.dragEnded(through);
         changed();
     });
     connect(controls_, &Controls::menuAsked, this, &View::askMenu);
-    connect(controls_, &Controls::clicked, this, [this](GLW *glw, const QPointF &at) {
-        Item *shown = item(glw);
-        if (!toolClicked(glw, at) && (!shown || !shown->click(glw, at)))
-            clicked(glw);
-        changed();
-    });
+    connect(controls_, &Controls::clicked, this,
+            [this](GLW *glw, const QPointF &at, Qt::KeyboardModifiers modifiers) {
+                Item *shown = item(glw);
+                if (!toolClicked(glw, at) && (!shown || !shown->click(glw, at)))
+                    clicked(glw, at, modifiers);
+                changed();
+            });
     connect(&budget_, &FrameBudget::due, this, [this] {
         if (QWidget *widget = window_.widget())
             widget->update();

@@ -162,7 +162,7 @@ protected:
     /// @p glw, y upwards. Returns whether one did.
     virtual bool toolClicked(GLW *, const QPointF &) { return false; }
     /// A click that the item of @p glw has no use for.
-    virtual void clicked(GLW *) {}
+    virtual void clicked(GLW *, const QPointF &, Qt::KeyboardModifiers) {}
     /// What keys mean that concern one object: the menu's, for example.
     virtual GLW *keyTarget() const { return mainGLW(); }
     /// Pixels at the edges of @p glw over which this view lays something.

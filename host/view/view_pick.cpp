@@ -61,7 +61,8 @@ void View::Pick3D(GLW *glw)
     if (found == slots_.end())
         return;
     if (area_.isTaking() && itemsSelect() && glw->gl)
-        found->second.item->selectArea3D(glw, area_.areaIn(glw));
+        found->second.item->selectArea3D(
+            glw, area_.areaIn(glw), area_.goesThrough() ? Item::Reach::Through : Item::Reach::Seen);
     if (glw->gl && glw->gl->mouse.button != 0)
         return;
     Slot &slot = found->second;

@@ -88,7 +88,8 @@ protected:
     bool advancesInPick() const override { return false; }
     void fillPicture(PictureContents &contents) override;
     void paintText(GLW *scene, QPainter *painter) override;
-    void clicked(GLW *glw) override { passOn(glw, false); }
+    void clicked(GLW *glw, const QPointF &, Qt::KeyboardModifiers) override { passOn(glw, false); }
+
     bool itemsSelect() const override { return false; }
     void areaSelected(const QRectF &area) override;
     void fillMenu(GLW *glw, MenuTree *tree) override;

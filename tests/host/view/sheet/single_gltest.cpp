@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // One file under a person's hands: areas, the legend, and the overlays in front of it.
+#include <functional>
+
 #include <QTest>
 
 #include "host/item/camera_geometry.h"
@@ -51,6 +53,72 @@ TEST_F(SingleTest, ARectangleSelectsThePartsThatItMeets)
     EXPECT_EQ(model->marks().selected(), (std::vector<bool>{false, true}));
     drag({20, 20}, {60, 50}, Qt::RightButton, Qt::ShiftModifier);
     EXPECT_EQ(model->marks().selected(), (std::vector<bool>{false, false}));
+}
+
+TEST_F(SingleTest, ARectangleTakesWhatIsSeenAndWithAltWhatIsBehind)
+{
+    openFromTheFront(3);
+    auto *model = item<ModelItem>();
+    view->lookFrom(Steering::Side::Right); // the third box covers the others
+    settle(view->mainGLW());
+    using Parts = std::vector<bool>;
+    const auto all = [&](Qt::KeyboardModifiers more) {
+        drag({100, 50}, {500, 350}, Qt::RightButton, Qt::ShiftModifier | more);
+        return model->marks().selected();
+    };
+    EXPECT_EQ(all({}), (Parts{false, false, true}));
+    EXPECT_EQ(all(Qt::AltModifier), (Parts{true, true, true}));
+    model->marks().setHidden(2, true);
+    EXPECT_EQ(all({}), (Parts{false, true, false}));
+    EXPECT_EQ(all(Qt::AltModifier), (Parts{true, true, false}));
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+}
+
+TEST_F(SingleTest, PartsAreSelectedHiddenAndFitted)
+{
+    openFromTheFront(3);
+    auto *model = item<ModelItem>();
+    const auto marks = [&] {
+        std::string all;
+        for (std::size_t i = 0; i < 3; ++i)
+            all += model->marks().isHidden(i) ? 'h' : model->marks().isSelected(i) ? 's' : '.';
+        return all;
+    };
+    const QPointF left(150, 200), middle(300, 200), right(450, 200), beside(300, 30);
+    const struct {
+        const char *name;
+        std::function<void()> act;
+        const char *after;
+    } steps[] = {
+        {"Click", [&] { click(left); }, "s.."},
+        {"ClickOther", [&] { click(middle); }, ".s."},
+        {"Add", [&] { click(right, Qt::ControlModifier); }, ".ss"},
+        {"Take", [&] { click(middle, Qt::ControlModifier); }, "..s"},
+        {"Beside", [&] { click(beside); }, "..."},
+        {"HideUnderPointer", [&] { move(left), frame(), key(Qt::Key_H); }, "h.."},
+        {"HiddenIsNotHit", [&] { click(left); }, "h.."},
+        {"Only", [&] { click(right), key(Qt::Key_I); }, "hhs"},
+        {"All", [&] { key(Qt::Key_A); }, "..s"},
+        {"HideSelected", [&] { key(Qt::Key_H); }, "..h"},
+    };
+    for (const auto &step : steps) {
+        step.act();
+        EXPECT_EQ(marks(), step.after) << step.name;
+    }
+    EXPECT_TRUE(model->details().endsWith("1 part hidden"));
+    // What is fitted: the two that are shown, or the one that is selected, its middle as deep.
+    const auto fitted = [&](Qt::Key with) {
+        key(with);
+        settle(view->mainGLW());
+        return view->mainGLW()->camera.setTarget.x;
+    };
+    const float unit = model->scale();
+    EXPECT_NEAR(fitted(Qt::Key_F), -1.5f * unit, 0.2f * unit);
+    model->select(0, false);
+    EXPECT_NEAR(fitted(Qt::Key_F), -3 * unit, 0.2f * unit);
+    key(Qt::Key_A);
+    model->select(-1, false);
+    EXPECT_NEAR(fitted(Qt::Key_F), 0, 0.2f * unit);
 }
 
 TEST_F(SingleTest, ARectangleSelectsSamplesAndTheLegendTogglesColumns)

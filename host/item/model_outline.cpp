@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#include "host/item/model_outline.h"
+
+namespace host {
+
+namespace {
+
+constexpr std::size_t enough = 40000; // points
+
+QVector3D vertexOf(const Mesh &mesh, std::size_t index)
+{
+    const float *p = &mesh.positions[index * 3];
+    return {p[0], p[1], p[2]};
+}
+
+} // namespace
+
+std::vector<QVector3D> outlineOf(const Mesh &mesh, const QVector3D &centre, float scale)
+{
+    const std::size_t count = mesh.vertexCount(), step = count / enough + 1;
+    std::vector<QVector3D> outline;
+    outline.reserve(count / step + 1);
+    for (std::size_t i = 0; i < count; i += step)
+        outline.push_back((vertexOf(mesh, i) - centre) * scale);
+    return outline;
+}
+
+std::vector<QVector3D> outlineOf(const Mesh &mesh, const QVector3D &centre, float scale,
+                                 const std::function<bool(std::size_t part)> &wanted)
+{
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < mesh.parts.size(); ++i)
+        count += wanted(i) ? mesh.parts[i].indexCount : 0;
+    const std::size_t step = count / enough + 1;
+    std::vector<QVector3D> outline;
+    outline.reserve(count / step + 1);
+    std::size_t next = 0; // counted over all wanted parts, so that small ones are not all left out
+    for (std::size_t i = 0; i < mesh.parts.size(); ++i) {
+        if (!wanted(i))
+            continue;
+        const MeshPart &part = mesh.parts[i];
+        for (; next < part.indexCount; next += step)
+            outline.push_back((vertexOf(mesh, mesh.indices[part.firstIndex + next]) - centre) *
+                              scale);
+        next -= part.indexCount;
+    }
+    return outline;
+}
+
+} // namespace host
