@@ -35,6 +35,8 @@ public:
         "seconds", Options::tr("Let the recording last <n> seconds, 0.1 to 600."), "n"};
     const QCommandLineOption transparent{
         "transparent", Options::tr("Leave the background out of the picture or the recording.")};
+    const QCommandLineOption noOverlays{
+        "no-overlays", Options::tr("Leave names, sizes, axes and scale bar out of it.")};
     const QCommandLineOption companions{
         "companions", Options::tr("Let models read files <where>: in their folder, or anywhere."),
         "where"};
@@ -47,11 +49,11 @@ public:
         QString title;
         QList<QCommandLineOption> options;
     };
-    const QList<Group> groups{
-        {Options::tr("Window"), {size, fps, up, watch, module}},
-        {Options::tr("Files"), {companions}},
-        {Options::tr("Pictures and recordings"), {screenshot, turntable, seconds, transparent}},
-        {Options::tr("Help"), {help, version}}};
+    const QList<Group> groups{{Options::tr("Window"), {size, fps, up, watch, module}},
+                              {Options::tr("Files"), {companions}},
+                              {Options::tr("Pictures and recordings"),
+                               {screenshot, turntable, seconds, transparent, noOverlays}},
+                              {Options::tr("Help"), {help, version}}};
 
     Parser()
     {
@@ -104,6 +106,8 @@ Options checked(const Options &o, bool secondsGiven)
                                  : Options::tr("--turntable needs a file to show"));
     if (o.transparent && !screenshot && !turntable)
         return refuse(Options::tr("--transparent goes with --screenshot or --turntable"));
+    if (!o.overlays && o.isPersonal())
+        return refuse(Options::tr("--no-overlays goes with --screenshot or --turntable"));
     if (secondsGiven && !turntable)
         return refuse(Options::tr("--seconds goes with --turntable"));
     if (o.watch && !o.isPersonal())
@@ -137,6 +141,7 @@ Options parseOptions(const QStringList &arguments)
     o.screenshot = parser.value(parser.screenshot);
     o.turntable = parser.value(parser.turntable);
     o.transparent = parser.isSet(parser.transparent);
+    o.overlays = !parser.isSet(parser.noOverlays);
     if (parser.isSet(parser.help))
         o.action = Options::Action::Help;
     else if (parser.isSet(parser.version))

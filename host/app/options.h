@@ -35,6 +35,7 @@ public:
     QString screenshot;       ///< Picture to write; empty: stay open.
     bool watch = false;       ///< Files that change on disk are read again.
     bool transparent = false; ///< The picture or the recording has no background.
+    bool overlays = true;     ///< It shows names, counts, axes and scale bar.
     QString turntable;        ///< Recording to write; empty: none.
     double seconds = 6;       ///< Length of the recording.
     double recordedFps = 30;  ///< Frames per second of the recording.

@@ -31,6 +31,8 @@ public:
         height_ = new QLabel(this);
         transparent_ = new QCheckBox(PictureChoice::tr("&Transparent background"), this);
         transparent_->setChecked(proposal.transparent);
+        overlays_ = new QCheckBox(PictureChoice::tr("With &names, axes and scale"), this);
+        overlays_->setChecked(proposal.overlays);
         auto *label = new QLabel(PictureChoice::tr("&Width:"), this);
         label->setBuddy(width_);
         auto *row = new QHBoxLayout(this);
@@ -39,6 +41,7 @@ public:
                                 static_cast<QWidget *>(height_)})
             row->addWidget(widget);
         row->addStretch();
+        row->addWidget(overlays_);
         row->addWidget(transparent_);
         connect(width_, qOverload<int>(&QSpinBox::valueChanged), this, [this] { showHeight(); });
         showHeight();
@@ -51,6 +54,7 @@ public:
         return QSize(width, std::max(1, height));
     }
     bool transparent() const { return transparent_->isChecked(); }
+    bool overlays() const { return overlays_->isChecked(); }
 
 private:
     void showHeight() { height_->setText(PictureChoice::tr("× %1 pixels").arg(size().height())); }
@@ -59,6 +63,7 @@ private:
     QSpinBox *width_;
     QLabel *height_;
     QCheckBox *transparent_;
+    QCheckBox *overlays_;
 };
 
 } // namespace
@@ -77,7 +82,7 @@ bool askForPicture(QWidget *parent, const QSize &shown, PictureChoice &choice)
         grid->addWidget(row, grid->rowCount(), 0, 1, grid->columnCount());
     if (dialog.exec() != QDialog::Accepted)
         return false;
-    choice = {dialog.selectedFiles().value(0), row->size(), row->transparent()};
+    choice = {dialog.selectedFiles().value(0), row->size(), row->transparent(), row->overlays()};
     return true;
 }
 

@@ -17,9 +17,10 @@ public:
     QString path;
     QSize size; ///< Pixels.
     bool transparent = false;
+    bool overlays = true; ///< With names, sizes, axes and scale bar.
 };
 
-/// Asks for the name, the size and the background of a picture of what @p parent shows in
+/// Asks for the name, the size and what goes into a picture of what @p parent shows in
 /// @p shown pixels; the shape stays. @p choice holds what is proposed and takes what is chosen.
 /// Runs an event loop of its own. Returns false if the person gave up.
 bool askForPicture(QWidget *parent, const QSize &shown, PictureChoice &choice);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/app/settings.h"
 
+#include <algorithm>
+
 #include <QFileInfo>
 #include <QSettings>
 
@@ -12,6 +14,8 @@ const char filesKey[] = "recent/files";
 const char sizeKey[] = "window/size";
 const char darkKey[] = "view/dark";
 const char orthographicKey[] = "view/orthographic";
+const char partsOpenKey[] = "parts/open";
+const char partsWidthKey[] = "parts/width";
 const char folderKey[] = "recent/folder";
 
 /// The same file whatever the application object is called, in tests too.
@@ -73,6 +77,26 @@ bool Settings::isOrthographic() const
 void Settings::setOrthographic(bool orthographic)
 {
     Store().setValue(orthographicKey, orthographic);
+}
+
+bool Settings::arePartsOpen() const
+{
+    return Store().value(partsOpenKey).toBool();
+}
+
+void Settings::setPartsOpen(bool open)
+{
+    Store().setValue(partsOpenKey, open);
+}
+
+int Settings::partsWidth() const
+{
+    return std::clamp(Store().value(partsWidthKey).toInt(), 0, 10000);
+}
+
+void Settings::setPartsWidth(int width)
+{
+    Store().setValue(partsWidthKey, width);
 }
 
 QString Settings::folder() const

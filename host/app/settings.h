@@ -24,6 +24,10 @@ public:
     void setDark(bool dark);
     bool isOrthographic() const; ///< The projection; perspective at first.
     void setOrthographic(bool orthographic);
+    bool arePartsOpen() const; ///< The list of parts; closed at first.
+    void setPartsOpen(bool open);
+    int partsWidth() const; ///< Its width in pixels; 0 if none was chosen.
+    void setPartsWidth(int width);
     QString folder() const; ///< Of what was opened last; empty if none was or it is gone.
     void setFolder(const QString &path);
 };

@@ -49,7 +49,10 @@ Viewer::Viewer(const ModuleLoader &loader, const Options &options)
         display_.dark = last.isDark();
         orthographic_ = last.isOrthographic();
         folder_ = last.folder();
+        window_.frame()->setSideWidth(last.partsWidth());
+        window_.frame()->setOpen(last.arePartsOpen());
     }
+    display_.overlays = options.overlays;
     bindKeys();
     connect(&window_, &Window::filesDropped, this, &Viewer::open);
     connect(&watch_, &FileWatch::changed, this, [this](const QString &path) {
@@ -68,9 +71,13 @@ Viewer::~Viewer()
     Settings last;
     last.setDark(display_.dark);
     last.setOrthographic(orthographic_);
-    const QWidget *widget = window_.widget();
-    if (widget && !widget->isMaximized() && !widget->isFullScreen())
-        last.setWindowSize(widget->size());
+    const SideFrame *frame = window_.frame();
+    if (!frame)
+        return;
+    last.setPartsOpen(frame->isOpen());
+    last.setPartsWidth(frame->sideWidth());
+    if (!frame->isMaximized() && !frame->isFullScreen())
+        last.setWindowSize(frame->size());
 }
 
 std::unique_ptr<View> Viewer::makeSingleView(const QString &path, const std::shared_ptr<Item> &item)

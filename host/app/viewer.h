@@ -60,7 +60,7 @@ private:
     void finish();
     QString saveScreenshot();
     QString record();
-    PictureRequest request(const QSize &size, bool transparent) const;
+    PictureRequest request(const QSize &size, bool transparent, bool overlays) const;
     std::unique_ptr<View> makeSingleView(const QString &path,
                                          const std::shared_ptr<Item> &item = {});
     std::unique_ptr<View> makeView(const Opening &opening);

@@ -30,7 +30,7 @@ struct Viewer::Command {
 /// In the order of the menu.
 QList<Viewer::Command> Viewer::commands()
 {
-    const bool full = window_.widget()->isFullScreen();
+    const bool full = window_.frame()->isFullScreen();
     // The question mark comes with Shift on most keyboards and without on some.
     return {
         {{"Ctrl+O"}, "open", tr("Open files…"), "OpenFiles"},
@@ -138,7 +138,7 @@ void Viewer::savePicture(const QString &title, const QRect &crop)
 /// Returns the reason if there is no picture.
 QString Viewer::writeCrop(const QRect &crop, const PictureChoice &choice)
 {
-    PictureRequest wanted = request(choice.size, choice.transparent);
+    PictureRequest wanted = request(choice.size, choice.transparent, choice.overlays);
     wanted.crop = crop;
     QApplication::setOverrideCursor(Qt::WaitCursor);
     const Picture picture = renderPicture(wanted);
@@ -155,8 +155,8 @@ void Viewer::ReadAgain()
 
 void Viewer::ToggleFullScreen()
 {
-    QWidget *widget = window_.widget();
-    widget->setWindowState(widget->windowState() ^ Qt::WindowFullScreen);
+    QWidget *frame = window_.frame();
+    frame->setWindowState(frame->windowState() ^ Qt::WindowFullScreen);
 }
 
 void Viewer::ToggleControls()
@@ -179,7 +179,7 @@ void Viewer::ToggleFrameRate()
 
 void Viewer::Quit()
 {
-    window_.widget()->close();
+    window_.frame()->close();
 }
 
 } // namespace host

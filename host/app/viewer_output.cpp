@@ -13,14 +13,14 @@
 namespace host {
 
 /// The window in @p size pixels. Makes its context current.
-PictureRequest Viewer::request(const QSize &size, bool transparent) const
+PictureRequest Viewer::request(const QSize &size, bool transparent, bool overlays) const
 {
     window_.widget()->makeCurrent();
     PictureRequest wanted;
     wanted.window = window_.widget()->size();
     wanted.size = size;
     wanted.transparent = transparent;
-    wanted.objects = view_->pictured(transparent).objects();
+    wanted.objects = view_->pictured(transparent, overlays).objects();
     return wanted;
 }
 
@@ -57,7 +57,8 @@ void Viewer::finish()
 
 QString Viewer::saveScreenshot()
 {
-    const Picture picture = renderPicture(request(options_.size, options_.transparent));
+    const Picture picture =
+        renderPicture(request(options_.size, options_.transparent, options_.overlays));
     return picture.error.isEmpty() ? PictureFile::write(picture.image, options_.screenshot)
                                    : picture.error;
 }
@@ -78,8 +79,9 @@ QString Viewer::outputFault(const Options &options)
 QString Viewer::record()
 {
     view_->fitTurn();
-    const TurntableRecorder recorder(request(options_.size, options_.transparent),
-                                     {options_.turntable, options_.seconds, options_.recordedFps});
+    const TurntableRecorder recorder(
+        request(options_.size, options_.transparent, options_.overlays),
+        {options_.turntable, options_.seconds, options_.recordedFps});
     const InterruptGuard interrupt;
     ProgressLine line(stderr, tr("Recording"));
     const QString fault = recorder.record([&](int done, int total) {

@@ -36,6 +36,7 @@ struct Display {
     bool hover = true;     ///< Whether what the pointer is on is marked and named.
     double pointScale = 1; ///< Points are so many times as wide as they would be.
     // What a picture asks for.
+    bool overlays = true;     ///< Whether names, counts, axes and scale bar lie over what is shown.
     float scale = 1;          ///< Pixels drawn per window pixel: what widths are multiplied by.
     bool transparent = false; ///< Nothing is drawn that only stands behind.
     bool whole = false;       ///< All is drawn, however long it takes.

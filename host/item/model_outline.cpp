@@ -7,6 +7,19 @@ namespace {
 
 constexpr std::size_t enough = 40000; // points
 
+/// How many indices a part has; of points, vertices.
+std::size_t sizeOf(const MeshPart &part)
+{
+    return part.kind == MeshPart::Kind::Points ? part.vertexCount : part.indexCount;
+}
+
+/// The vertex that stands @p at so many of these.
+std::size_t vertexIn(const Mesh &mesh, const MeshPart &part, std::size_t at)
+{
+    return part.kind == MeshPart::Kind::Points ? part.firstVertex + at
+                                               : mesh.indices[part.firstIndex + at];
+}
+
 QVector3D vertexOf(const Mesh &mesh, std::size_t index)
 {
     const float *p = &mesh.positions[index * 3];
@@ -30,7 +43,7 @@ std::vector<QVector3D> outlineOf(const Mesh &mesh, const QVector3D &centre, floa
 {
     std::size_t count = 0;
     for (std::size_t i = 0; i < mesh.parts.size(); ++i)
-        count += wanted(i) ? mesh.parts[i].indexCount : 0;
+        count += wanted(i) ? sizeOf(mesh.parts[i]) : 0;
     const std::size_t step = count / enough + 1;
     std::vector<QVector3D> outline;
     outline.reserve(count / step + 1);
@@ -39,10 +52,9 @@ std::vector<QVector3D> outlineOf(const Mesh &mesh, const QVector3D &centre, floa
         if (!wanted(i))
             continue;
         const MeshPart &part = mesh.parts[i];
-        for (; next < part.indexCount; next += step)
-            outline.push_back((vertexOf(mesh, mesh.indices[part.firstIndex + next]) - centre) *
-                              scale);
-        next -= part.indexCount;
+        for (; next < sizeOf(part); next += step)
+            outline.push_back((vertexOf(mesh, vertexIn(mesh, part, next)) - centre) * scale);
+        next -= sizeOf(part);
     }
     return outline;
 }

@@ -34,6 +34,11 @@ public:
     void showOnlySelected();
     void showAll();
 
+    friend bool operator==(const PartMarks &a, const PartMarks &b)
+    {
+        return a.selected_ == b.selected_ && a.hidden_ == b.hidden_;
+    }
+
 private:
     std::vector<bool> selected_; // of one size
     std::vector<bool> hidden_;

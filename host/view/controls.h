@@ -52,8 +52,8 @@ signals:
     void areaDragged(GLW *glw);             ///< The record's rectangle has another size.
     void areaEnded(GLW *glw, bool through); ///< It is complete, or will be once the event is over;
                                             ///< the record holds it until somebody ends it.
-    void menuAsked(GLW *glw); ///< The right button was released over @p glw.
-    void pressed(GLW *glw);   ///< The left button alone went down.
+    void menuAsked(GLW *glw);               ///< The right button was released over @p glw.
+    void pressed(GLW *glw);                 ///< The left button alone went down.
     /// It went up where it had gone down, within a few pixels; @p at counts in the pixels of @p
     /// glw.
     void clicked(GLW *glw, const QPointF &at, Qt::KeyboardModifiers modifiers);

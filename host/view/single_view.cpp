@@ -10,6 +10,7 @@
 #include "host/read/file_kind.h"
 #include "host/ui/metrics.h"
 #include "host/view/overlay/scale_bar.h"
+#include "host/view/side/parts_panel.h"
 #include "host/view/window/binding.h"
 #include "host/view/window/panel.h"
 #include "host/view/window/window.h"
@@ -40,6 +41,9 @@ SingleView::SingleView(Window &window, ReadQueue &queue, const QString &path,
 
 SingleView::~SingleView()
 {
+    delete parts_;
+    if (SideFrame *frame = window().frame())
+        frame->setContent(nullptr);
     queue_.disconnect(this); // cancelling tells of totals
     queue_.cancel(job_);
     queue_.cancel(list_);
@@ -124,7 +128,8 @@ QList<QAction *> SingleView::bindings() const
 bool SingleView::hasHeading() const
 {
     const Item *shown = item(glw());
-    return shown && !shown->paintsTitle() && window().widget()->width() >= Metrics::px(200) &&
+    return display().overlays && shown && !shown->paintsTitle() &&
+           window().widget()->width() >= Metrics::px(200) &&
            window().widget()->height() >= Metrics::px(150);
 }
 
@@ -190,6 +195,7 @@ void SingleView::show(const std::shared_ptr<Item> &item)
         item->restore(glw(), *before);
     if (measure_)
         measure_->itemChanged();
+    listParts();
     changed();
 }
 
@@ -206,7 +212,7 @@ void SingleView::fillPicture(PictureContents &contents)
 {
     View::fillPicture(contents);
     for (const auto &overlay : overlays_)
-        if (overlay->belongsInPicture())
+        if (picturesOverlays() && overlay->belongsInPicture())
             contents.add(overlay->pictured());
 }
 

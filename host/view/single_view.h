@@ -13,6 +13,8 @@
 
 namespace host {
 
+class PartsPanel;
+
 /// One file in the whole window: read in the background by a queue that outlives the view, with its
 /// progress or the reason of its failure in the window.
 class SingleView : public View {
@@ -39,6 +41,8 @@ public slots:
     void HideParts();
     void ShowOnlyParts();
     void ShowAllParts();
+    void ToggleParts(); ///< The list of parts beside the view.
+    void FindPart();    ///< Opens it, for a name to be typed.
 
 signals:
     void fileChosen(const QString &path); ///< A person wants another file in this one's place.
@@ -61,13 +65,19 @@ private:
     void bindParts();
     void forMenu(GLW *glw);
     ModelItem *model() const;
+    void listParts();
+    void openPartsMenu(const QPoint &at);
+    void fillPartsMenu(MenuTree *tree);
+    void followParts();
+    void marksChanged();
     GLW *glw() const { return mainGLW(); }
 
     QRectF labelBounds() const;
 
     std::unique_ptr<MeasureTool> measure_;
     std::vector<std::unique_ptr<Overlay>> overlays_;
-    Triad *triad_ = nullptr; // among the overlays, as is the next
+    QPointer<PartsPanel> parts_; // null while it is not wanted, or there are none
+    Triad *triad_ = nullptr;     // among the overlays, as is the next
     Neighbours *neighbours_ = nullptr;
     QString path_;
     QString fault_;

@@ -237,8 +237,9 @@ void View::paintOver(GLW *glw, QPainter *painter)
     paintText(glw, painter);
 }
 
-PictureContents View::pictured(bool transparent)
+PictureContents View::pictured(bool transparent, bool overlays)
 {
+    const QScopedValueRollback<bool> wanted(display_.overlays, display_.overlays && overlays);
     PictureContents contents(display_, transparent);
     fillPicture(contents);
     return contents;
@@ -252,11 +253,13 @@ void View::fillPicture(PictureContents &contents)
 
 void View::addTextTo(PictureContents &contents)
 {
-    contents.addText(mainGLW(), window_.widget()->rect(), [this](GLW *at, QPainter *painter) {
+    const auto paint = [this, overlays = display_.overlays](GLW *at, QPainter *painter) {
         // Where the pointer happens to be is no part of a picture.
         const QScopedValueRollback<bool> quiet(display_.hover, false);
+        const QScopedValueRollback<bool> wanted(display_.overlays, overlays);
         paintOver(at, painter);
-    });
+    };
+    contents.addText(mainGLW(), window_.widget()->rect(), paint);
 }
 
 void View::PaintForeground(GLW *glw, QPainter *painter)

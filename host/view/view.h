@@ -81,8 +81,9 @@ public:
     bool eventFilter(QObject *object, QEvent *event) override;
 
     /// What the window shows, as objects of a picture. Holds until the view changes.
-    /// The list of bindings and the frame rate are left out.
-    PictureContents pictured(bool transparent);
+    /// The list of bindings and the frame rate are left out, and so are names, counts, axes and
+    /// scale bar unless @p overlays are wanted.
+    PictureContents pictured(bool transparent, bool overlays = true);
 
     /// Asks for one frame in a little while, of what goes on in the background.
     void changedSoon() { budget_.request(); }
@@ -151,6 +152,8 @@ protected:
     /// otherwise.
     virtual void fillPicture(PictureContents &contents);
     void addTextTo(PictureContents &contents); ///< What is painted over the items.
+    /// Whether the picture that is being listed shows more than the items.
+    bool picturesOverlays() const { return display_.overlays; }
     /// Paints over everything, in the window's pixels, y downwards.
     virtual void paintText(GLW *scene, QPainter *painter) = 0;
     /// The passes that took it are over. The rectangle is in window pixels, y upwards.

@@ -29,7 +29,7 @@ Overlay::~Overlay()
 bool Overlay::hasRoom() const
 {
     const QSizeF size = window_.widget()->size();
-    return size.width() >= Metrics::px(least_.width()) &&
+    return display().overlays && size.width() >= Metrics::px(least_.width()) &&
            size.height() >= Metrics::px(least_.height());
 }
 

@@ -46,7 +46,7 @@ public:
     /// Whether it is there now: it has something to show, and the window is large enough. As a
     /// window gets small, overlays leave one by one, so that what they lie over stays in sight.
     bool isThere() const;
-    bool hasRoom() const; ///< Whether the window is large enough.
+    bool hasRoom() const; ///< Whether the window is large enough, and overlays are wanted.
     /// Its rectangle in the window's pixels, y downwards.
     QRectF bounds() const { return place(window_.widget()->size()); }
     /// What it does, for the list of bindings, while it is there.

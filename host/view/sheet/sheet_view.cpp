@@ -203,9 +203,10 @@ void SheetView::paintText(GLW *, QPainter *painter)
                      theme);
     else if (cramped_)
         paintMessage(painter, bounds, tr("%1 tiles have no room here.").arg(count), {}, -1, theme);
-    else
+    else if (display().overlays)
         paintTiles(painter);
-    paintBottomNote(painter, bounds);
+    if (display().overlays)
+        paintBottomNote(painter, bounds);
 }
 
 void SheetView::paintTiles(QPainter *painter)

@@ -26,8 +26,11 @@ QStringList localFiles(const QMimeData *data)
 
 Window::Window(ObjectFactory factory, const QSize &size, float fps) : factory_(std::move(factory))
 {
-    widget_ = static_cast<GLWindow *>(factory_("GLWindow", nullptr, "glview"));
-    widget_->resize(size);
+    frame_ = new SideFrame;
+    widget_ = static_cast<GLWindow *>(factory_("GLWindow", frame_, "glview"));
+    frame_->setViews(widget_);
+    frame_->resize(size);
+    widget_->resize(size); // at once, for who asks before the window is shown
     widget_->setAcceptDrops(true);
     widget_->setFont(Metrics::font());
     widget_->installEventFilter(this);
@@ -37,18 +40,18 @@ Window::Window(ObjectFactory factory, const QSize &size, float fps) : factory_(s
 
 Window::~Window()
 {
-    delete widget_.data();
+    delete frame_.data();
 }
 
 void Window::show()
 {
-    widget_->show();
+    frame_->show();
     widget_->setFocus();
 }
 
 void Window::setTitle(const QString &title)
 {
-    widget_->setWindowTitle(title);
+    frame_->setWindowTitle(title);
 }
 
 QObject *Window::addScene(const char *className, const char *name, Place place)

@@ -10,6 +10,7 @@
 
 #include "GL/glwindowbase.h"
 #include "host/view/window/frame_clock.h"
+#include "host/view/window/side_frame.h"
 
 class QAction;
 
@@ -28,7 +29,10 @@ public:
     Window(ObjectFactory factory, const QSize &size, float fps);
     ~Window() override;
 
-    GLWindow *widget() const { return widget_; } ///< Null once the window is gone.
+    /// The surface that views are drawn on; null once the window is gone.
+    GLWindow *widget() const { return widget_; }
+    /// What the desktop knows as the window, with the surface in it; null once it is gone.
+    SideFrame *frame() const { return frame_; }
     FrameClock &clock() { return *clock_; }
 
     void show();
@@ -53,7 +57,8 @@ signals:
 
 private:
     ObjectFactory factory_;
-    QPointer<GLWindow> widget_;
+    QPointer<SideFrame> frame_;
+    QPointer<GLWindow> widget_; // in the frame
     FrameClock *clock_ = nullptr;
 };
 

@@ -37,6 +37,7 @@ const OptionsCase optionsCases[] = {
     {"SecondsTooMany", "--turntable t --seconds 601 a.obj", Action::Refuse, "600"},
     {"SecondsAlone", "--seconds 3 a.obj", Action::Refuse, "--turntable"},
     {"PictureWatched", "--watch --screenshot p.png a.obj", Action::Refuse, "window"},
+    {"CleanWindow", "--no-overlays a.obj", Action::Refuse, "--screenshot or"},
     {"InputTwice", "- -", Action::Refuse, "once"},
     {"CompanionsNowhere", "--companions nowhere a.obj", Action::Refuse, "\"nowhere\""},
 };
@@ -55,8 +56,9 @@ TEST_P(OptionsLine, IsTakenOrRefused)
 TEST(OptionsTest, ValuesArrive)
 {
     const Options o = parseOptions(
-        QString("glview --size 640x480 --module m.so --fps 25 --up z --screenshot p.png "
-                "--companions anywhere - -- -a.obj")
+        QString(
+            "glview --size 640x480 --module m.so --fps 25 --up z --screenshot p.png --no-overlays "
+            "--companions anywhere - -- -a.obj")
             .split(' '));
     EXPECT_EQ(o.size, QSize(640, 480));
     EXPECT_EQ(o.module, "m.so");
@@ -64,6 +66,7 @@ TEST(OptionsTest, ValuesArrive)
     EXPECT_EQ(o.fps, 25);
     EXPECT_EQ(o.up, FileAxes::Z);
     EXPECT_EQ(o.screenshot, "p.png");
+    EXPECT_FALSE(o.overlays);
     EXPECT_EQ(o.files, QStringList({"-", "./-a.obj"}))
         << "no later reader may take it for an option";
 }

@@ -3,12 +3,15 @@
 // pointer.
 #include <QApplication>
 #include <QGLWidget>
+#include <QLineEdit>
 #include <QMenu>
 #include <QRegularExpression>
 #include <QTest>
+#include <QTreeView>
 #include <QWheelEvent>
 
 #include "host/capture/picture.h"
+#include "host/item/model_item.h"
 #include "host/item/series_item.h"
 #include "host/view/sheet/sheet_view.h"
 #include "host/view/single_view.h"
@@ -132,7 +135,7 @@ TABLE(SurfaceOfSize, SurfaceTest, SizeCase, sizeCases);
 TEST_P(SurfaceOfSize, LosesItsOverlaysOneByOne)
 {
     open();
-    window->widget()->resize(GetParam().size);
+    window->frame()->resize(GetParam().size);
     settle(glw());
     QStringList listed;
     for (const QString &row : list())
@@ -198,7 +201,7 @@ TEST_P(SurfaceLists, OfferWhatWorksInTheSameWords)
 TEST_F(SurfaceTest, TheListScrollsAndItsKeysAreItsOwn)
 {
     open();
-    window->widget()->resize(400, 300);
+    window->frame()->resize(400, 300);
     settle(glw());
     QString chosen;
     QObject::connect(view.get(), &SingleView::fileChosen, [&](const QString &p) { chosen = p; });
@@ -256,6 +259,75 @@ TEST_F(SurfaceTest, WhatThePointerIsOnIsMarkedAtItsCornersAndNotInPictures)
     EXPECT_EQ(picture(), saved);
     key(Qt::Key_M);
     EXPECT_EQ(painted(), plain);
+}
+
+TEST_F(SurfaceTest, ACleanPictureHasTheModelAlone)
+{
+    open();
+    const auto picture = [&](bool overlays) {
+        PictureRequest request;
+        request.window = request.size = window->widget()->size();
+        window->widget()->makeCurrent();
+        request.objects = view->pictured(false, overlays).objects();
+        return renderPicture(request).image;
+    };
+    const QImage full = picture(true), clean = picture(false);
+    // Where the name, the axes and the scale bar stand, the backdrop has one colour in each row.
+    const QRect places[] = {{8, 8, 60, 30}, {10, 290, 90, 90}, {500, 360, 90, 34}};
+    for (const QRect &place : places) {
+        EXPECT_NE(full.copy(place), clean.copy(place));
+        for (int y = place.top(); y <= place.bottom(); ++y)
+            for (int x = place.left(); x <= place.right(); ++x)
+                ASSERT_EQ(clean.pixel(x, y), clean.pixel(0, y)) << x << ' ' << y;
+    }
+    const QPoint cube = onCube.toPoint();
+    EXPECT_EQ(full.pixel(cube), clean.pixel(cube));
+    EXPECT_EQ(picture(true), full) << "the wish is the picture's";
+}
+
+TEST_F(SurfaceTest, ThePartsListAndTheModelAgree)
+{
+    open();
+    view.reset();
+    view = std::make_unique<SingleView>(*window, queue, boxes("three.obj", 3));
+    show(*view);
+    auto *model = view->item(view->mainGLW())->model();
+    ASSERT_TRUE(model);
+    const int whole = widget->width();
+    key(Qt::Key_P);
+    frame();
+    auto *tree = window->frame()->findChild<QTreeView *>();
+    auto *search = window->frame()->findChild<QLineEdit *>();
+    ASSERT_TRUE(tree && search);
+    EXPECT_LT(widget->width(), whole - 100);
+    using Parts = std::vector<bool>;
+    const auto follow = [&] { frame(), QCoreApplication::processEvents(); };
+    const auto rows = [&] { return tree->model()->rowCount(); };
+    ASSERT_EQ(rows(), 3);
+
+    tree->setCurrentIndex(tree->model()->index(1, 0));
+    EXPECT_EQ(model->marks().selected(), (Parts{false, true, false}));
+    model->select(2, true);
+    follow();
+    EXPECT_TRUE(tree->selectionModel()->isSelected(tree->model()->index(2, 0)));
+    EXPECT_EQ(model->marks().selected(), (Parts{false, true, true})) << "nothing comes back";
+    QTest::keyClick(tree, Qt::Key_H); // a key of the view
+    EXPECT_EQ(model->marks().hidden(), (Parts{false, true, true}));
+    follow();
+    EXPECT_EQ(tree->model()->index(2, 0).data(Qt::CheckStateRole), int(Qt::Unchecked));
+    tree->model()->setData(tree->model()->index(2, 0), Qt::Checked, Qt::CheckStateRole);
+    EXPECT_EQ(model->marks().hidden(), (Parts{false, true, false}));
+
+    key(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_TRUE(search->hasFocus());
+    QTest::keyClicks(search, "x1");
+    EXPECT_EQ(rows(), 1);
+    EXPECT_EQ(tree->model()->index(0, 0).data().toString(), "box1");
+    QTest::keyClick(search, Qt::Key_Escape);
+    EXPECT_TRUE(widget->hasFocus());
+    key(Qt::Key_P);
+    frame();
+    EXPECT_EQ(widget->width(), whole);
 }
 
 TEST_F(SurfaceTest, TilesAreChosenAndOpenedByKeys)

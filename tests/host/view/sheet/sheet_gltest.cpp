@@ -323,7 +323,7 @@ TABLE(SheetRoom, SheetTest, RoomCase, roomCases);
 TEST_P(SheetRoom, IsTheDrawingsFirst)
 {
     open(six());
-    widget->resize(GetParam().window);
+    window->frame()->resize(GetParam().window);
     frame();
     frame();
     for (int id = 1; id <= 6; ++id) {

@@ -71,7 +71,6 @@ TEST_F(SingleTest, ARectangleTakesWhatIsSeenAndWithAltWhatIsBehind)
     model->marks().setHidden(2, true);
     EXPECT_EQ(all({}), (Parts{false, true, false}));
     EXPECT_EQ(all(Qt::AltModifier), (Parts{true, true, false}));
-    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
 }
 
 TEST_F(SingleTest, PartsAreSelectedHiddenAndFitted)

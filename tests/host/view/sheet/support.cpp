@@ -76,7 +76,7 @@ QByteArray ViewTest::weather()
 
 void ViewTest::show(View &view)
 {
-    widget->show();
+    widget->window()->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(widget));
     QApplication::setActiveWindow(widget); // without a window manager nobody else does
     widget->setFocus();

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#include "host/view/window/side_frame.h"
+
+#include <algorithm>
+
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "host/ui/metrics.h"
+
+namespace host {
+
+SideFrame::SideFrame() : QSplitter(Qt::Horizontal), side_(new QWidget)
+{
+    setChildrenCollapsible(false);
+    auto *layout = new QVBoxLayout(side_);
+    layout->setContentsMargins(0, 0, 0, 0);
+    connect(this, &QSplitter::splitterMoved, this, [this] { width_ = side_->width(); });
+}
+
+void SideFrame::setViews(QWidget *views)
+{
+    insertWidget(0, views);
+    insertWidget(1, side_);
+    setStretchFactor(0, 1); // who widens the window wants to see more of the views
+    setStretchFactor(1, 0);
+    side_->hide();
+}
+
+void SideFrame::setOpen(bool open)
+{
+    open_ = open;
+    update();
+}
+
+void SideFrame::setContent(QWidget *content)
+{
+    content_ = content;
+    if (!content) {
+        QTimer::singleShot(0, this, [this] { update(); });
+        return;
+    }
+    side_->layout()->addWidget(content);
+    content->show();
+    update();
+}
+
+void SideFrame::update()
+{
+    const bool shown = open_ && content_;
+    if (shown == !side_->isHidden())
+        return;
+    side_->setVisible(shown);
+    if (!shown)
+        return;
+    const int wanted = width_ > 0 ? width_ : int(Metrics::type(270));
+    const int given = std::min(wanted, width() * 3 / 5);
+    setSizes({width() - given, given});
+}
+
+} // namespace host

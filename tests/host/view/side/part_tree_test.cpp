@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+// Which rows a list of parts has, and what they say.
+#include "host/view/side/part_tree_model.h"
+
+#include "tests/GL/table.h"
+
+namespace host {
+namespace {
+
+/// A car of two wheels on an axle, with a body of two parts and a cloud that belongs to nothing.
+MeshPtr car()
+{
+    auto mesh = std::make_shared<Mesh>();
+    mesh->nodes = {{"car", -1}, {"axle", 0}, {"left", 1}, {"right", 1}, {"body", 0}};
+    const auto add = [&](const char *name, const char *material, quint32 triangles, qint32 node) {
+        MeshPart part;
+        part.name = name;
+        part.material = material;
+        part.indexCount = 3 * triangles;
+        part.node = node;
+        mesh->parts.push_back(part);
+    };
+    add("wheel", "Rubber", 5, 2);
+    add("right", "Rubber", 6, 3);
+    add("door", "steel", 7, 4);
+    add("roof", "steel", 8, 4);
+    add("cloud", "", 9, -1);
+    return mesh;
+}
+
+/// One row in a line: by its depth dots, name, count and box (x shown, - in part, o hidden).
+std::string drawn(const PartTreeModel &model, const QModelIndex &above = {}, int depth = 0)
+{
+    std::string text;
+    for (int i = 0; i < model.rowCount(above); ++i) {
+        const QModelIndex at = model.index(i, 0, above);
+        EXPECT_EQ(model.parent(at), above);
+        EXPECT_EQ(model.indexOf(PartTreeModel::rowOf(at)), at);
+        text += std::string(std::size_t(depth), '.') + at.data().toString().toStdString() + ' ' +
+                at.sibling(i, 1).data().toString().toStdString() + ' ' +
+                "o-x"[at.data(Qt::CheckStateRole).toInt()] + '\n';
+        text += drawn(model, at, depth + 1);
+    }
+    return text;
+}
+
+struct TreeCase {
+    const char *name;
+    const char *filter;
+    std::vector<std::size_t> hidden;
+    const char *drawn;
+};
+
+const TreeCase treeCases[] = {
+    {"All",
+     "",
+     {},
+     "car 26 x\n.axle 11 x\n..left  ·  wheel 5 x\n..right 6 x\n.body 15 x\n"
+     "..door 7 x\n..roof 8 x\ncloud 9 x\n"},
+    {"APart", "OOF", {}, "car 26 x\n.body 15 x\n..roof 8 x\n"},
+    {"ANodeWithAllBelow", "body", {}, "car 26 x\n.body 15 x\n..door 7 x\n..roof 8 x\n"},
+    {"Material", "rubber", {}, "car 26 x\n.axle 11 x\n..left  ·  wheel 5 x\n..right 6 x\n"},
+    {"NodeOfAMergedRow", "left", {}, "car 26 x\n.axle 11 x\n..left  ·  wheel 5 x\n"},
+    {"Nothing", "zebra", {}, ""},
+    {"Hidden", "steel", {2}, "car 26 -\n.body 15 -\n..door 7 o\n..roof 8 x\n"},
+    {"AllBelowHidden", "steel", {2, 3}, "car 26 -\n.body 15 o\n..door 7 o\n..roof 8 o\n"},
+};
+
+TABLE(PartTreeRows, testing::Test, TreeCase, treeCases);
+
+TEST_P(PartTreeRows, AreDrawn)
+{
+    PartTreeModel model(nullptr);
+    model.setMesh(car());
+    model.filter("door"); // what was left out before comes back
+    model.filter(GetParam().filter);
+    PartMarks marks(5);
+    for (const std::size_t part : GetParam().hidden)
+        marks.setHidden(part, true);
+    model.setMarks(marks);
+    EXPECT_EQ(drawn(model), GetParam().drawn);
+}
+
+TEST(PartTreeModelTest, ABoxAsksForAllPartsBelowBeTheyInSightOrNot)
+{
+    PartTreeModel model(nullptr);
+    model.setMesh(car());
+    model.filter("roof");
+    std::string asked;
+    QObject::connect(&model, &PartTreeModel::shownAsked,
+                     [&](const std::vector<bool> &parts, bool shown) {
+                         for (const bool part : parts)
+                             asked += part ? '1' : '0';
+                         asked += shown ? '+' : '-';
+                     });
+    const QModelIndex car = model.index(0, 0), body = model.index(0, 0, car);
+    model.setData(body, Qt::Unchecked, Qt::CheckStateRole);
+    model.setData(car, Qt::Checked, Qt::CheckStateRole);
+    EXPECT_EQ(asked, "00110-11110+");
+    EXPECT_TRUE(model.flags(body) & Qt::ItemIsUserCheckable);
+    EXPECT_FALSE(model.index(1, 0).isValid());
+    PartMarks marks(5);
+    marks.setSelected(2, true);
+    model.setMarks(marks);
+    EXPECT_EQ(model.tree().sum(0).selected, 1);
+    EXPECT_EQ(model.tree().sum(0).parts, 4);
+}
+
+} // namespace
+} // namespace host
