@@ -39,12 +39,6 @@ MeasureTool::MeasureTool(Underlay under, Window &window, const BindKey &bind)
     window_.widget()->installEventFilter(this);
 }
 
-MeasureTool::~MeasureTool()
-{
-    if (window_.widget())
-        window_.widget()->unsetCursor();
-}
-
 const ModelItem *MeasureTool::model() const
 {
     return dynamic_cast<const ModelItem *>(under_.item());
@@ -60,10 +54,6 @@ void MeasureTool::keysFollow()
     if (copy_)
         copy_->setEnabled(any);
     hints_.first()->setEnabled(isActive());
-    if (isActive())
-        window_.widget()->setCursor(Qt::CrossCursor);
-    else
-        window_.widget()->unsetCursor();
 }
 
 void MeasureTool::say(const QString &message)

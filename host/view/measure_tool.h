@@ -36,7 +36,6 @@ public:
                                             QObject *receiver, const char *slot)>;
 
     MeasureTool(Underlay under, Window &window, const BindKey &bind);
-    ~MeasureTool() override;
 
     bool isActive() const { return active_ && model(); }
     const std::vector<Measurement> &measurements() const { return all_; }
