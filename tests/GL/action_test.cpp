@@ -14,9 +14,7 @@ TEST(BitTest, CountsTheLowestBits)
 {
     EXPECT_TRUE(bit(31, 0x80000000ul) && bit(0, 1) && bit(63, 1ul << 63));
     EXPECT_FALSE(bit(30, 0x80000000ul) || bit(-1, 3) || bit(64, 1));
-    EXPECT_EQ(bit_count(control | 1, 32), 2);
-    EXPECT_EQ(bit_count(0xFF, 3), 3);
-    EXPECT_EQ(bit_count(0xFF, -1), 0);
+    EXPECT_EQ(bit_count(control | 1, 32) + 10 * bit_count(0xFF, 3) + bit_count(0xFF, -1), 32);
 }
 
 const struct {
@@ -48,6 +46,14 @@ TEST(MouseActionTest, ScoresWordsByTheirBits)
     }
 }
 
+const std::tuple<const char *, quint32, quint32> bindings[] = {{"left", 0x1, allModifiers},
+                                                               {"controlLeft", control | 0x1, 0},
+                                                               {"middle", 0x4, 0},
+                                                               {"again", 0x4, 0},
+                                                               {"off", 0x2, 0},
+                                                               {"right", 0x2, 0},
+                                                               {"double", 0x101, 0},
+                                                               {"none", 0, 0}};
 const struct {
     bool press;
     int button, last_button;
@@ -72,28 +78,20 @@ TEST(MouseActionTest, FindTakesTheBest)
 {
     QObject owner;
     QList<QAction *> actions{new QAction(&owner), new KeyAction(&owner, "key")};
-    const std::tuple<const char *, quint32, quint32> bindings[] = {
-        {"left", 0x1, allModifiers},
-        {"controlLeft", control | 0x1, 0},
-        {"middle", 0x4, 0},
-        {"again", 0x4, 0},
-        {"off", 0x2, 0},
-        {"right", 0x2, 0},
-        {"double", 0x101, 0},
-        {"none", 0, 0}};
     for (const auto &[name, binding, mask] : bindings) {
         auto *action = new MouseAction(&owner, name);
         action->setBinding(binding, mask);
         action->setEnabled(*name != 'o');
         actions << action;
     }
-    for (const auto &[press, button, last, modifier, lastModifier, pressed, clicked, expected] :
-         finds) {
-        const Mouse m{
-            0,       0,      0, 0, 0, 0, 0, 0, 0, button, last, int(modifier), int(lastModifier),
-            pressed, clicked};
-        const MouseAction *found = MouseAction::find(actions, m, press);
-        EXPECT_EQ(found ? found->objectName() : "", QString(expected));
+    for (const auto &row : finds) {
+        Mouse m;
+        m.update(0, 0, 0, row.last_button, int(row.last_modifier));
+        m.update(0, 0, 0, row.button, int(row.modifier));
+        m.double_press = row.double_press;
+        m.double_click = row.double_click;
+        const MouseAction *found = MouseAction::find(actions, m, row.press);
+        EXPECT_EQ(found ? found->objectName() : "", QString(row.expected));
     }
 }
 
@@ -142,10 +140,10 @@ public:
 public Q_SLOTS:
     void none() { log += "none"; }
     void state(bool) { log += "state"; }
-    void stateRepeat(bool, bool) { log += "stateRepeat"; }
+    void repeat(bool, bool) { log += "repeat"; }
     void object(GLW *) { log += "object"; }
     void objectState(GLW *, bool) { log += "objectState"; }
-    void objectStateRepeat(GLW *, bool, bool) { log += "objectStateRepeat"; }
+    void all(GLW *, bool, bool) { log += "all"; }
     void mouse(Mouse *) { log += "mouse"; }
     void mouseState(Mouse *, bool) { log += "mouseState"; }
     void number(int) { log += "number"; }
@@ -157,13 +155,12 @@ const struct {
 } connects[] = {
     {SLOT(none()), "none", "none", "none"},
     {SLOT(state(bool)), "state", "state", "state"},
-    {SLOT(stateRepeat(bool, bool)), "stateRepeat", "", ""},
+    {SLOT(repeat(bool, bool)), "repeat", "", ""},
     {SLOT(object(GLW *)), "object", "object", ""},
     {SLOT(objectState(GLW *, bool)), "objectState", "objectState", ""},
-    {"1objectStateRepeat(GLW*,bool,bool)", "objectStateRepeat", "", ""},
+    {"1all(GLW*,bool,bool)", "all", "", ""},
     {SLOT(mouse(Mouse *)), "", "mouse", ""},
     {"1mouseState( Mouse *,bool )", "", "mouseState", ""},
-    {"1state( bool )", "state", "state", "state"},
     {"1none", "", "", ""},
     {SLOT(number(int)), "", "", ""},
     {SLOT(missing()), "", "", ""},
@@ -172,34 +169,26 @@ const struct {
 
 TEST(ActionTest, TakesExactlyOneOverloadAndDiesWithItsReceiver)
 {
-    const auto bound = [](auto *made, const char *slot, const char *expected, auto connect,
-                          auto fire) {
-        const QPointer<QAction> action(made);
-        auto *receiver = new Receiver;
-        EXPECT_EQ(connect(receiver), *expected != 0) << slot;
-        EXPECT_FALSE(connect(nullptr));
-        fire();
-        EXPECT_EQ(receiver->log, expected);
-        delete receiver;
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        EXPECT_EQ(bool(action), !slot) << "bound, even if the slot did not fit";
-        delete action;
-    };
     Mouse m;
     for (const auto &c : connects) {
-        auto *key = new KeyAction(nullptr, nullptr);
-        auto *mouse = new MouseAction(nullptr, nullptr);
-        auto *plain = new QAction(nullptr);
-        bound(
-            key, c.slot, c.key, [&](QObject *o) { return key->connect(o, c.slot); },
-            [&] { key->activate(nullptr, true, false); });
-        bound(
-            mouse, c.slot, c.mouse, [&](QObject *o) { return mouse->connect(o, c.slot); },
-            [&] { mouse->activate(nullptr, m, true); });
-        bound(
-            plain, c.slot, c.plain, [&](QObject *o) { return action_connect(plain, o, c.slot); },
-            [&] { plain->trigger(); });
-        EXPECT_FALSE(action_connect(nullptr, qApp, c.slot));
+        QPointer<KeyAction> key = new KeyAction(nullptr, nullptr);
+        QPointer<MouseAction> mouse = new MouseAction(nullptr, nullptr);
+        QPointer<QAction> plain = new QAction(nullptr);
+        auto *receiver = new Receiver;
+        EXPECT_EQ(key->connect(receiver, c.slot), *c.key != 0) << c.slot;
+        EXPECT_EQ(mouse->connect(receiver, c.slot), *c.mouse != 0) << c.slot;
+        EXPECT_EQ(action_connect(plain, receiver, c.slot), *c.plain != 0) << c.slot;
+        EXPECT_FALSE(key->connect(nullptr, c.slot) || action_connect(nullptr, qApp, c.slot));
+        key->activate(nullptr, true, false);
+        mouse->activate(nullptr, m, true);
+        plain->trigger();
+        EXPECT_EQ(receiver->log, QString(c.key) + c.mouse + c.plain);
+        delete receiver;
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_TRUE(!c.slot || (!key && !mouse && !plain)) << "bound, even if the slot did not fit";
+        delete key;
+        delete mouse;
+        delete plain;
     }
 }
 

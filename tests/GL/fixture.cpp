@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/GL/fixture.h"
 
-#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -19,30 +18,60 @@ static QPoint pixelOf(const QString &word)
     return QPoint(bounded::truncate(pointOf(word).x()), bounded::truncate(pointOf(word).y()));
 }
 
-static QRectF rectOf(const QString &word)
+std::map<QString, Numbers> recordsOf(QObject *o)
 {
-    return QRectF(pointOf(word),
-                  QSizeF(word.section(',', 2, 2).toDouble(), word.section(',', 3).toDouble()));
+    const auto of = [](auto &first, int count = 1) { return Numbers{&first, count}; };
+    const auto xyz = [](Vector &v) { return Numbers{&v.x, 3}; };
+    const auto rect = [](QRectF &r) { return Numbers{reinterpret_cast<qreal *>(&r), 4}; };
+    std::map<QString, Numbers> all;
+    // clang-format off
+    if (auto *window = qobject_cast<QGLWindow *>(o)) {
+        Mouse &m = window->mouse;
+        all = {{"at", of(m.x, 2)}, {"from", of(m.x0, 2)}, {"area", of(m.area)},
+            {"button", of(m.button)}, {"last", of(m.last_button)}, {"modifier", of(m.modifier)}, {"updates", of(window->update)},
+            {"double_press", of(m.double_press)}, {"double_click", of(m.double_click)}};
+    }
+    if (auto *view = qobject_cast<GLMultiWidget *>(o))
+        all = {{"stale", of(view->updateLayout)}, {"pressed", of(view->tilePressed)}, {"doublePress", of(view->doublePress)}};
+    if (auto *glw = dynamic_cast<GLW *>(o)) {
+        auto &c = glw->camera;
+        auto &v = glw->viewport;
+        all.insert({{"rect", rect(glw->rect)}, {"orect", rect(glw->orect)},
+            {"mode", of(c.mode)}, {"ortho", of(c.ortho)}, {"eye", xyz(c.pos)}, {"target", xyz(c.target)}, {"up", xyz(c.up)},
+            {"rot", xyz(c.rot)}, {"radius", of(c.radius)}, {"fov", of(c.fov)}, {"nearZ", of(c.nearZ)}, {"farZ", of(c.farZ)},
+            {"bounds", xyz(c.bounds)}, {"minRadius", of(c.minRadius)}, {"maxRadius", of(c.maxRadius)}, {"d_target_max", of(c.d_target_max)}, {"d_pos_max", of(c.d_pos_max)},
+            {"dt", of(c.dt)}, {"d_eye", xyz(c.d_pos)}, {"d_target", xyz(c.d_target)}, {"d_rot", xyz(c.d_rot)}, {"d_radius", of(c.d_radius)},
+            {"setTarget", xyz(c.setTarget)}, {"unproj", xyz(c.unproj)}, {"last_unproj", xyz(c.last_unproj)}, {"vnear", xyz(c.vnear)},
+            {"last_vnear", xyz(c.last_vnear)}, {"m", of(c.m[0], 16)}, {"view", of(c.model_matrix[0], 16)},
+            {"projection", of(c.proj_matrix[0], 16)}, {"viewport", of(c.viewport[0], 4)},
+            {"pan", xyz(v.pos)}, {"scale", xyz(v.scale)}, {"minScale", xyz(v.minScale)}, {"maxScale", xyz(v.maxScale)}, {"align", of(v.align)}});
+    }
+    // clang-format on
+    return all;
 }
 
 WindowTest::WindowTest(QSize size)
 {
     qRegisterMetaType<QList<GLW *>>();
-    if (!QMetaType::hasRegisteredConverterFunction<QVariantList, QList<int>>())
+    static const bool lists =
         QMetaType::registerConverter<QVariantList, QList<int>>([](const QVariantList &list) {
             QList<int> numbers;
             for (const QVariant &each : list)
                 numbers << each.toInt();
             return numbers;
         });
+    EXPECT_TRUE(lists);
     machine = Machine();
     owner.setObjectName("owner");
     open(size);
     const auto number = [](const Words &w, int i) { return w.value(i).toInt(nullptr, 16); };
+    const auto mouse = [=](QEvent::Type type, const Words &w, int button, int held, int modifiers) {
+        const QPointF at = pointOf(w[0]);
+        deliver(QMouseEvent(type, at, at, QPointF(100, 100) + at, Qt::MouseButton(button),
+                            Qt::MouseButtons(held), Qt::KeyboardModifiers(modifiers)));
+    };
     const auto pressed = [=](QEvent::Type type) {
-        return [=](const Words &w) {
-            mouse(type, pointOf(w[0]), number(w, 1), number(w, 2), number(w, 3));
-        };
+        return [=](const Words &w) { mouse(type, w, number(w, 1), number(w, 2), number(w, 3)); };
     };
     const auto typed = [=](QEvent::Type type) {
         return [=](const Words &w) {
@@ -56,30 +85,46 @@ WindowTest::WindowTest(QSize size)
         {"frame", [=](const Words &) { frame(); }},
         {"tick", [=](const Words &) { frame(true); }},
         {"expose", [=](const Words &) { window->repaint(), window->makeCurrent(), glGetError(); }},
-        {"context", [=](const Words &) { newContext(); }},
-        {"add", [=](const Words &w) { add(w[0], rectOf(w.value(1, "0,0,1,1"))); }},
+        {"context", [=](const Words &) { // gives the shown window another one
+            window->setContext(new QGLContext(window->format(), window));
+            window->show();
+            window->setAttribute(Qt::WA_Mapped); }}, // as the display says later
+        {"add", [=](const Words &w) { add(w[0], valueOf(w.value(1, "0,0,1,1")).toRectF()); }},
         {"view", [=](const Words &w) { addView(w[0].toInt()); }},
         {"alone", [=](const Words &w) { // so many tiles of a view of so many pixels, without a window
             window->RemoveGLWidget(addView(w[0].toInt()));
-            view()->setGeometry(rectOf("0,0," + w[1] + ',' + w[2]));
+            view()->setGeometry(QRectF(0, 0, w[1].toInt(), w[2].toInt()));
             view()->updateLayout = 0;
             host.log.clear(); }},
-        {"set", [=](const Words &w) { // objects, property, value
+        {"set", [=](const Words &w) { // objects, and the names and values of properties or records
             for (const QString &name : w[0].split(','))
-                if (QObject *o = find(name))
-                    o->setProperty(w[1].toUtf8(), valueOf(w.value(2))); }},
-        {"get", [=](const Words &w) { host.log << wordOf(find(w[0])->property(w[1].toUtf8())); }},
+                for (int i = 1; i < w.size() && find(name); i += 2)
+                    if (auto records = recordsOf(find(name)); records.count(w[i]))
+                        records.at(w[i]).set(w.value(i + 1));
+                    else
+                        find(name)->setProperty(w[i].toUtf8(), valueOf(w.value(i + 1))); }},
+        {"get", [=](const Words &w) {
+            for (const QString &name : w.mid(1))
+                if (const auto records = recordsOf(find(w[0])); records.count(name))
+                    host.log << records.at(name).text();
+                else
+                    host.log << wordOf(find(w[0])->property(name.toUtf8())); }},
         {"delete", [=](const Words &w) { delete find(w[0]); }},
         {"bind", [=](const Words &w) { // object, name, word, mask: a mouse binding that is heard
             host.hear(object(w[0])->NewMouseAction(uint(number(w, 2)), w.value(3, "ffffffff").toUInt(nullptr, 16), w[1].toUtf8(), nullptr, nullptr)); }},
         {"keybind", [=](const Words &w) { // object, name, key
             host.hear(object(w[0])->NewKeyAction(w.value(2), w[1].toUtf8(), nullptr, nullptr), "GLW*,bool,bool"); }},
         {"on", [=](const Words &w) { host.on[w[0]] = [=] { host.log += run(w.mid(1).join(' ')).split(' ', Qt::SkipEmptyParts); }; }},
+        {"hear", [=](const Words &w) { host.hear(find(w[0])); }},
+        {"doomed", [=](const Words &w) { // object, statement: run when that has died
+            QObject::connect(find(w[0]), &QObject::destroyed, &host, [=] { run(w.mid(1).join(' ')); }); }},
         {"down", pressed(QEvent::MouseButtonPress)}, // at, button, held, modifiers
         {"up", pressed(QEvent::MouseButtonRelease)},
         {"double", pressed(QEvent::MouseButtonDblClick)},
         {"move", pressed(QEvent::MouseMove)},
-        {"click", [=](const Words &w) { click(pointOf(w[0]), number(w, 1)); }},
+        {"click", [=](const Words &w) { // at, modifiers: press and release of the left button
+            mouse(QEvent::MouseButtonPress, w, 1, 1, number(w, 1));
+            mouse(QEvent::MouseButtonRelease, w, 1, 0, number(w, 1)); }},
         {"wheel", [=](const Words &w) { // at, delta, modifiers
             deliver(QWheelEvent(pointOf(w[0]), {}, {}, pixelOf(w[1]), {}, Qt::KeyboardModifiers(number(w, 2)), Qt::NoScrollPhase, false)); }},
         {"key", typed(QEvent::KeyPress)}, // a name or a code, modifiers, again
@@ -87,47 +132,25 @@ WindowTest::WindowTest(QSize size)
         {"leave", [=](const Words &) { deliver(QEvent(QEvent::Leave)); }},
         {"pointer", [=](const Words &w) { machine.pointer = pixelOf(w[0]); }},
         {"where", [=](const Words &) { host.log << wordOf(machine.pointer); }},
-        {"point", [=](const Words &w) { // the record's positions, y from the bottom
-            std::tie(window->mouse.x, window->mouse.y) = std::pair(pixelOf(w[0]).x(), pixelOf(w[0]).y());
-            std::tie(window->mouse.x0, window->mouse.y0) = std::pair(pixelOf(w.value(1)).x(), pixelOf(w.value(1)).y()); }},
-        {"held", [=](const Words &w) { window->mouse.button = number(w, 0); }},
         {"clock", [=](const Words &w) { machine.clock += w[0].toLongLong(); }},
         {"record", [=](const Words &) { host.log << record(); }},
         {"list", [=](const Words &) { host.log << wordOf(QVariant::fromValue(window->glwidgets)); }},
         {"actions", [=](const Words &w) {
             host.log << '[' + wordOf(QVariant::fromValue(w[0] == "window" ? window->actions() : object(w[0])->actions())) + ']'; }},
         {"cells", [=](const Words &) { // id:cell/drawing area of the placed tiles
-            for (const GLTile *tile : view()->tiles)
-                if (tile->orect != QRectF(0, 0, 1, 1))
-                    host.log << tile->objectName() + ':' + wordOf(tile->orect) + (tile->rect == tile->orect ? "" : '/' + wordOf(tile->rect)); }},
+            for (GLTile *tile : view()->tiles)
+                if (auto of = recordsOf(tile); of.at("orect").text() != "0,0,1,1")
+                    host.log << tile->objectName() + ':' + of.at("orect").text() + (tile->rect == tile->orect ? "" : '/' + of.at("rect").text()); }},
         {"resize", [=](const Words &w) { window->resize(valueOf(w[0]).toSize()); }},
-        {"swaps", [=](const Words &) { host.log << QString::number(std::exchange(machine.swaps, 0)); }},
-        {"period", [=](const Words &w) { // microseconds: since the last frame, of the period, worked in it
-            machine.clock = time_t(2000000000) * 1000000;
-            window->last_draw = size_t(machine.clock - w[0].toLongLong());
-            window->timer = {machine.clock - w[1].toLongLong(), w[2].toLongLong()};
-            window->last_fps = "old"; }},
-        {"texts", [=](const Words &) {
-            const QStringList all{window->last_fps, window->property("fpsString").toString(), window->property("cpuString").toString()};
-            host.log << all.join(';').replace(' ', '_') << QString("%1,%2,%3").arg(machine.clock - window->timer.start).arg(window->timer.sum).arg(machine.clock - time_t(window->last_draw)); }},
-        {"timer", [=](const Words &) { // its interval, if it runs, and the rate
-           
-            for (const auto &timer : QAbstractEventDispatcher::instance()->registeredTimers(window))
-                host.log << QString("%1%2").arg(timer.interval).arg(timer.timerType == Qt::PreciseTimer && timer.timerId == window->timerID ? "" : "?");
-            host.log << QString::number(window->fps()) << (window->timerID ? "on" : "off"); }},
-        {"renderer", [=](const Words &w) { machine.renderer = (renderer = w.join(' ').toUtf8()); }},
-        {"defaults", [=](const Words &w) {
-            for (const QByteArray &name : find(w[0])->dynamicPropertyNames())
-                host.log << name + '=' + wordOf(find(w[0])->property(name)); }},
-        {"pixels", [=](const Words &w) {
-            const GLW *o = object(w[0]);
-            EXPECT_EQ(QRectF(o->pos(false), o->size(false)), o->geometry(false));
-            host.log << wordOf(o->geometry(false)) << wordOf(o->glY()); }},
-        {"rects", [=](const Words &w) { host.log << wordOf(object(w[0])->rect) << wordOf(object(w[0])->orect); }},
         {"hit", [=](const Words &w) { // object, points: o where it is hit, else -
             for (const QString &at : w.mid(1))
                 host.log << (object(w[0])->hit(pixelOf(at).x(), pixelOf(at).y()) ? "o" : "-"); }},
-        {"stale", [=](const Words &) { host.log << '+' + QString::number(view()->updateLayout); }},
+        {"state", [=](const Words &) { // the GL viewport, what a flat projection shows, its depth, lighting
+            double p[16];
+            int v[4];
+            glGetDoublev(GL_PROJECTION_MATRIX, p), glGetIntegerv(GL_VIEWPORT, v);
+            double shown[]{(-1 - p[12]) / p[0], (-1 - p[13]) / p[5], 2 / p[0], 2 / p[5], p[10]};
+            host.log << Numbers{v, 4}.text() + '=' + Numbers{shown, 5}.text() + (glIsEnabled(GL_LIGHTING) ? "L" : ""); }},
     };
     // clang-format on
 }
@@ -195,30 +218,11 @@ void WindowTest::frame(bool tick)
     EXPECT_TRUE(anyError || glGetError() == GL_NO_ERROR);
 }
 
-void WindowTest::newContext()
-{
-    window->setContext(new QGLContext(window->format(), window));
-    window->show();
-    window->setAttribute(Qt::WA_Mapped); // as the display says later
-}
-
 void WindowTest::deliver(QEvent &&event)
 {
     event.setAccepted(false);
     static_cast<QObject *>(window)->event(&event);
     EXPECT_TRUE(anyError || event.isAccepted());
-}
-
-void WindowTest::mouse(QEvent::Type type, QPointF at, int button, int held, int modifiers)
-{
-    deliver(QMouseEvent(type, at, at, QPointF(100, 100) + at, Qt::MouseButton(button),
-                        Qt::MouseButtons(held), Qt::KeyboardModifiers(modifiers)));
-}
-
-void WindowTest::click(QPointF at, int modifiers)
-{
-    mouse(QEvent::MouseButtonPress, at, 1, 1, modifiers);
-    mouse(QEvent::MouseButtonRelease, at, 1, 0, modifiers);
 }
 
 QString WindowTest::record() const
@@ -260,13 +264,14 @@ void WindowTest::call(QObject *o, const QByteArray &slot, const Words &arguments
     void *data[8] = {result.data()};
     for (int k = 0; k < arguments.size(); ++k) {
         const QByteArray type = method.parameterTypes()[k];
+        texts << arguments[k].toUtf8();
+        void *address =
+            type == "const char*"
+                ? arguments[k] == "none" ? nullptr : static_cast<void *>(texts[k].data())
+            : type == "GLW*"     ? static_cast<void *>(object(arguments[k]))
+            : type == "QAction*" ? qobject_cast<QAction *>(find(arguments[k]))
+                                 : find(arguments[k]);
         const bool pointer = type.endsWith('*');
-        texts << (arguments[k] == "none" ? QByteArray() : arguments[k].toUtf8());
-        void *address = type == "const char*"
-                            ? texts[k].isNull() ? nullptr : static_cast<void *>(texts[k].data())
-                        : type == "GLW*"     ? static_cast<void *>(object(arguments[k]))
-                        : type == "QAction*" ? qobject_cast<QAction *>(find(arguments[k]))
-                                             : find(arguments[k]);
         values << (pointer ? QVariant::fromValue(address) : valueOf(arguments[k]));
         EXPECT_TRUE(pointer || values[k].convert(method.parameterType(k)))
             << arguments[k].toStdString();
@@ -300,11 +305,4 @@ std::vector<Script> Script::table(const char *rows)
         all.push_back({row.section(": ", 0, 0), row.section(": ", 1).section(" =>", 0, 0),
                        row.section(" =>", 1).trimmed()});
     return all;
-}
-
-State::State()
-{
-    glGetDoublev(GL_PROJECTION_MATRIX, p);
-    glGetDoublev(GL_MODELVIEW_MATRIX, mv);
-    glGetIntegerv(GL_VIEWPORT, viewport);
 }

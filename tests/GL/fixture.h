@@ -7,6 +7,7 @@
 #include <ctime>
 #include <functional>
 #include <map>
+#include <variant>
 
 #include <QEvent>
 #include <QImage>
@@ -34,8 +35,19 @@ void PrintTo(const QString &s, std::ostream *out);
 
 /// A value as scripts and words write it: 1, 0, 2.5, text, "1,2,3", an object's name or "null".
 QString wordOf(const QVariant &value);
-/// The reverse: `true`, `none`, numbers, "[1,2]", "5x6" (a size), else text.
+/// The reverse: `true`, `none`, numbers, "[1,2]", "5x6" (a size), "1,2,3,4" (a rectangle), else
+/// text.
 QVariant valueOf(const QString &word);
+
+/// So many numbers in a row.
+struct Numbers {
+    std::variant<float *, int *, double *> first;
+    int count;
+    QString text() const; ///< Apart by commas, of five digits each.
+    void set(const QString &word);
+};
+/// The records of an object or a window by the names that scripts give them.
+std::map<QString, Numbers> recordsOf(QObject *o);
 
 /// Writes each signal that it hears as a word and then runs the hook of that word, if there is one.
 /// A word is the signal's name, or an action's own, and its arguments: "Draw3D:a", "left:a,1".
@@ -58,6 +70,7 @@ private:
 /// frames come from frame() alone, and input from scripts. Points are window pixels from the top.
 class WindowTest : public testing::Test {
 protected:
+    using Words = QStringList;
     explicit WindowTest(QSize size = QSize(200, 100));
     ~WindowTest() override;
 
@@ -65,12 +78,9 @@ protected:
     GLWidget *add(const QString &name, const QRectF &rect = QRectF(0, 0, 1, 1));
     GLMultiWidget *addView(int tiles);
     void frame(bool tick = false); ///< Draws one at once; checks the errors that it leaves.
-    void newContext();             ///< Gives the shown window another one.
     QColor pixel(int x, int y) const { return machine.shown.pixelColor(x, y); }
     void deliver(QEvent &&event); ///< Straight to the window's handlers.
-    void mouse(QEvent::Type type, QPointF at, int button = 0, int held = 0, int modifiers = 0);
-    void click(QPointF at, int modifiers = 0); ///< Press and release of the left button.
-    QString record() const;                    ///< "x,y x0,y0 dx,dy dt button<last modifier<last"
+    QString record() const;       ///< "x,y x0,y0 dx,dy dt button<last modifier<last"
 
     /// Runs statements, apart by "; ", and returns the words that came of it. A statement is a verb
     /// of the table in fixture.cpp, or "object.slot arguments", whose result becomes a word.
@@ -84,12 +94,10 @@ protected:
     QPointer<QGLWindow> window;
     GLenum error = GL_NO_ERROR; ///< That the last frame left.
     bool anyError = false;      ///< OpenGL may complain of what this test does.
+    std::map<QString, std::function<void(const Words &)>> verbs;
 
 private:
-    using Words = QStringList;
     void call(QObject *o, const QByteArray &slot, const Words &arguments);
-    std::map<QString, std::function<void(const Words &)>> verbs;
-    QByteArray renderer;
 };
 
 /// A row of a table of scripts: "Name: script => words", one per line.
@@ -99,29 +107,19 @@ struct Script {
     friend void PrintTo(const Script &row, std::ostream *out) { PrintTo(row.name, out); }
 };
 
-/// Declares Suite, whose tests run the scripts of the table @p rows, each behind @p before.
-#define SCRIPTS(Suite, Base, before, rows)                                                         \
+/// Declares Suite, a fixture with a test for each row of the table @p rows of scripts.
+#define ROWS(Suite, Base, rows)                                                                    \
     class Suite : public Base, public testing::WithParamInterface<Script> {};                      \
     INSTANTIATE_TEST_SUITE_P(Rows, Suite, testing::ValuesIn(Script::table(rows)),                  \
                              [](const auto &row) { return row.param.name.toStdString(); });        \
-    TEST_P(Suite, Tells)                                                                           \
+    TEST_P(Suite, Tells)
+
+/// Declares Suite, whose tests run the scripts of the table @p rows, each behind @p before.
+#define SCRIPTS(Suite, Base, before, rows)                                                         \
+    ROWS(Suite, Base, rows)                                                                        \
     {                                                                                              \
         run(before);                                                                               \
         EXPECT_EQ(run(GetParam().script), GetParam().told);                                        \
     }
-
-/// The matrices and the GL viewport as OpenGL holds them.
-struct State {
-    GLdouble p[16], mv[16];
-    GLint viewport[4];
-
-    State();
-    QRect rect() const { return QRect(viewport[0], viewport[1], viewport[2], viewport[3]); }
-    /// What a projection without perspective shows: left, bottom, width and height.
-    QRectF shown() const
-    {
-        return QRectF((-1 - p[12]) / p[0], (-1 - p[13]) / p[5], 2 / p[0], 2 / p[5]);
-    }
-};
 
 #endif

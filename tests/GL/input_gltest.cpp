@@ -1,9 +1,5 @@
 // SPDX-License-Identifier: MIT
 // The window's routing of events to the bindings of the object under the pointer.
-#include <cmath>
-
-#include <QRegularExpression>
-
 #include "tests/GL/fixture.h"
 
 namespace {
@@ -12,9 +8,9 @@ const char *const watched =
     "add a; bind a all; on all:a,1 record; on all:a,0 record; clock 5000000; move 0,100; clock 40";
 const char *const eventScripts = R"(
 Press: down 10.5,20.4 1 3 4000000 => all:a,1 11,80 0,0 -11,-80 40 3<0 4000000<0
-Motion: held 5; move 30.5,40.5 0 1 8000000 => all:a,1 31,59 0,0 -31,-59 40 5<5 8000000<0
-Release: held 3; up 0,0 1 2 => all:a,0 0,100 0,0 0,-100 40 2<3 0<0
-Leave: held 3; pointer 390,130; leave; record => 290,70 0,0 -290,-70 40 3<3 0<0
+Motion: set window button 5; move 30.5,40.5 0 1 8000000 => all:a,1 31,59 0,0 -31,-59 40 5<5 8000000<0
+Release: set window button 3; up 0,0 1 2 => all:a,0 0,100 0,0 0,-100 40 2<3 0<0
+Leave: set window button 3; pointer 390,130; leave; record => 290,70 0,0 -290,-70 40 3<3 0<0
 WheelUp: wheel 10.9,20.9 0,120 2000000; clock 7; record => all:a,1 10,80 0,0 -10,-80 40 8<0 2000000<0 10,80 10,80 0,0 0 0<8 2000000<2000000
 WheelDown: wheel 10,20 0,-120 => all:a,1 10,80 0,0 -10,-80 40 10<0 0<0
 WheelZeroIsDown: wheel 0,0 0,0 => all:a,1 0,100 0,0 0,-100 40 10<0 0<0
@@ -22,9 +18,9 @@ WheelSidewaysIsDown: wheel 0,0 120,0 => all:a,1 0,100 0,0 0,-100 40 10<0 0<0
 WheelAltSidewaysIsUp: wheel 0,0 120,0 8000000 => all:a,1 0,100 0,0 0,-100 40 8<0 8000000<0
 WheelAltSidewaysDown: wheel 0,0 -120,0 8000000 => all:a,1 0,100 0,0 0,-100 40 10<0 8000000<0
 WheelAltVerticalWins: wheel 0,0 120,-120 8000000 => all:a,1 0,100 0,0 0,-100 40 10<0 8000000<0
-WheelUpKeeps: held 3f7; wheel 0,100 0,1; record => all:a,1 0,0 0,0 0,0 40 ff<3f7 0<0 0,0 0,0 0,0 0 f7<ff 0<0
-WheelDownKeeps: held 3ef; wheel 0,100 0,-1; record => all:a,1 0,0 0,0 0,0 40 ff<3ef 0<0 0,0 0,0 0,0 0 ef<ff 0<0
-KeyUpdatesTheRecord: held 3; key X 4000000; clock 6; unkey X 0; record => 0,0 0,0 0,0 6 3<0 0<4000000
+WheelUpKeeps: set window button 1015; wheel 0,100 0,1; record => all:a,1 0,0 0,0 0,0 40 ff<3f7 0<0 0,0 0,0 0,0 0 f7<ff 0<0
+WheelDownKeeps: set window button 1007; wheel 0,100 0,-1; record => all:a,1 0,0 0,0 0,0 40 ff<3ef 0<0 0,0 0,0 0,0 0 ef<ff 0<0
+KeyUpdatesTheRecord: set window button 3; key X 4000000; clock 6; unkey X 0; record => 0,0 0,0 0,0 6 3<0 0<4000000
 ClampLeft: move -20.4,50 0 1; where => all:a,1 0,50 0,0 0,-50 40 0<0 0<0 100,150
 ClampTop: move 50,-7 0 2; where => all:a,1 50,100 0,0 -50,-100 40 0<0 0<0 150,100
 ClampRight: move 201,30 0 1; where => all:a,1 200,70 0,0 -200,-70 40 0<0 0<0 300,130
@@ -51,7 +47,7 @@ SCRIPTS(Hits, WindowTest,
         hitScripts)
 
 const char *const doubleScripts = R"(
-Single: click 10,20; get double checkable => single:a,1 single:a,0 0
+Single: click 10,20 => single:a,1 single:a,0
 Double: double 10,20 1 1; up 10,20 1 0 => double:a,1 double:a,0
 ShownForOneRelease: double 10,20 1 1; up 10,20 1 0; up 10,20 1 0; click 10,20 => double:a,1 double:a,0 single:a,1 single:a,0
 OtherButton: double 10,20 2 3; up 10,20 1 2 => 
@@ -82,77 +78,54 @@ protected:
     Keys()
     {
         run("add a 0,0,0.5,1; add b 0.5,0,0.5,1; keybind b key K; keybind a key K; keybind a save "
-            "Ctrl+S; keybind a modifier; "
-            "clock 5000000; bind a all; down 10,20 1 1; down 10,20 1 1; on all:a,1 record; on "
-            "all:a,0 record");
+            "Ctrl+S; keybind a modifier; clock 5000000; bind a all; down 10,20 1 1; down 10,20 1 "
+            "1; "
+            "on all:a,1 record; on all:a,0 record; set window last 0");
         find("modifier")->setProperty("key", QVariant::fromValue(QKeySequence(Qt::Key_Control)));
-        window->mouse.last_button = 0;
     }
 };
 SCRIPTS(KeyEvents, Keys, "", keyScripts)
 
-struct ShiftCase {
-    const char *name;
-    QRectF rect;
-    QPoint at, corner; // from the top; the object's lower-left corner, from the bottom
-};
+// Where an object is placed and where the pointer goes, from (1, 1) => both in the object's frame.
+const char *const shiftRows = R"(
+Whole: 0,0,1,1 50,40 => 50,60 1,1
+FractionsFromTheTop: 0.1,0.2,0.5,0.5 50,40 => 30,30 -19,-29
+FractionsFromTheFarCorner: -0.25,-0.5,0.25,0.5 120,30 => 20,20 -99,-49
+PixelsFromTheFarCorner: -10,-10,100,50 100,50 => 10,40 -89,-9
+OnePixelWideIsInPixels: 10,20,1,50 10,30 => 0,40 -9,-29
+OnePixelHighIsInPixels: 10,20,50,1 20,20 => 10,1 -9,-78
+Truncated: 0.333,0,0.333,0.333 70,20 => 4,14 -65,-65
+TruncatedTowardsZero: 0,0,300,150.5 70,20 => 70,130 1,51
+Infinite: 0,0,inf,inf 70,20 => 70,2147483647 1,2147483647
+)";
 
-const ShiftCase shiftCases[] = {
-    {"Whole", {0, 0, 1, 1}, {50, 40}, {0, 0}},
-    {"FractionsFromTheTop", {0.1, 0.2, 0.5, 0.5}, {50, 40}, {20, 30}},
-    {"FractionsFromTheFarCorner", {-0.25, -0.5, 0.25, 0.5}, {120, 30}, {100, 50}},
-    {"PixelsFromTheFarCorner", {-10, -10, 100, 50}, {100, 50}, {90, 10}},
-    {"OnePixelWideIsInPixels", {10, 20, 1, 50}, {10, 30}, {10, 30}},
-    {"OnePixelHighIsInPixels", {10, 20, 50, 1}, {20, 20}, {10, 79}},
-    {"Truncated", {0.333, 0, 0.333, 0.333}, {70, 20}, {66, 66}},
-    {"TruncatedTowardsZero", {0, 0, 300, 150.5}, {70, 20}, {0, -50}},
-    {"Infinite", {0, 0, INFINITY, INFINITY}, {70, 20}, {0, -2147483647 - 1}},
-};
-
-TEST_F(Keys, AndPointerSeeTheRecordInTheObjectsFrameAndLeaveIt)
+TEST_F(Keys, AndPointerAndDrawingSeeTheRecordInTheObjectsFrameAndLeaveIt)
 {
-    GLWidget *a = add("o");
-    window->AddGLWidget(a);
-    run("bind o pick; keybind o key L; on pick:o,1 record; on key:o,1,0 record; on Draw3D:o "
-        "record");
-    a->camera.fov = 90;
-    for (const ShiftCase &c : shiftCases) {
-        SCOPED_TRACE(c.name);
-        a->setGeometry(c.rect);
-        a->camera.radius = 10;
-        const bool ordinary = c.corner.x() >= 0 && c.corner.y() >= -100;
-        if (ordinary)
-            frame();
-        const QPoint at(c.at.x(), 100 - c.at.y());
-        const QPoint local(bounded::difference(at.x(), c.corner.x()),
-                           bounded::difference(at.y(), c.corner.y()));
-        GL::Camera expected = a->camera;
-        expected.Unproject(float(local.x()), float(local.y()));
-        run("move 1,99");
-        const QString here = QString("%1,%2").arg(c.at.x()).arg(c.at.y());
-        const QString there = QString(":o,1 %1,%2 %3,%4 ")
-                                  .arg(local.x())
-                                  .arg(local.y())
-                                  .arg(bounded::difference(1, c.corner.x()))
-                                  .arg(bounded::difference(1, c.corner.y()));
-        const QString pressed = run("down " + here + " 1 1");
-        EXPECT_TRUE(pressed.startsWith("pick" + there)) << pressed.toStdString();
-        EXPECT_EQ(a->camera.unproj, expected.unproj) << "unprojected in the object's frame";
-        EXPECT_TRUE(record().startsWith(wordOf(QPointF(at)) + " 1,1 ")) << "and shifted back";
-        a->camera.unproj.zero();
-        window->doneCurrent();
-        const QString typed = run("key L");
-        EXPECT_TRUE(typed.startsWith("key" + QString(there).replace(":o,1 ", ":o,1,0 ")))
-            << typed.toStdString();
-        EXPECT_EQ(QGLContext::currentContext(), window->context()) << "key slots have it, too";
-        EXPECT_TRUE(!a->camera.unproj) << "keys do not unproject";
-        EXPECT_TRUE(record().startsWith(wordOf(QPointF(at)) + " 1,1 "));
-        if (!ordinary)
-            continue;
-        host.log = run("frame").split(' ').filter(QRegularExpression("^[-0-9]+,"));
-        EXPECT_EQ(host.take().section(' ', 0, 1), there.section(' ', 1, 2)) << "drawing, too";
-        EXPECT_TRUE(record().startsWith(wordOf(QPointF(at)) + " 1,1 "));
+    anyError = true; // of absurd sizes
+    run("add o; window.AddGLWidget o; bind o pick; keybind o key L");
+    QStringList seen;
+    for (const char *word : {"pick:o,1", "key:o,1,0", "Draw3D:o"})
+        host.on[word] = [&] { seen << record().section(' ', 0, 1); };
+    for (const Script &row : Script::table(shiftRows)) {
+        const QString at = row.script.section(' ', 1), x = at.section(',', 0, 0),
+                      whole = QString("%1,%2 1,1 ").arg(x).arg(100 - at.section(',', 1).toInt());
+        run("set o geometry " + row.script.section(' ', 0, 0) + "; move 1,99");
+        for (const QString &event : {"down " + at + " 1 1", QString("key L"), QString("frame")}) {
+            seen.clear();
+            window->doneCurrent();
+            run(event);
+            EXPECT_EQ(seen.join(';'), row.told) << row.name.toStdString() << event.toStdString();
+            EXPECT_TRUE(record().startsWith(whole)) << record().toStdString();
+            EXPECT_EQ(QGLContext::currentContext(), window->context());
+        }
     }
 }
+
+const char *const rayScripts = R"(
+OfTheObjectsFrame: down 50,40 1 1; get o vnear => -16,-10,149.6
+NotOfKeys: key L; get o vnear => 0,0,10
+)";
+SCRIPTS(Rays, WindowTest,
+        "add o 0.1,0.2,0.5,0.5; set o ortho 1 fov 45 radius 10; keybind o key L; frame", rayScripts)
 
 } // namespace

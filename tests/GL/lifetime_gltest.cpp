@@ -8,7 +8,7 @@
 namespace {
 
 // A frame, a press, a key, a click and a double click; the pointer is on the third of four tiles.
-const char *const segments[] = {"point 40,25; view.UpdateLayout; frame", "down 40,75 2 2", "key K",
+const char *const segments[] = {"set window at 40,25; view.UpdateLayout; frame", "down 40,75 2 2", "key K",
                                 "click 40,75; double 40,75 1 1; up 40,75 1 0"};
 constexpr int stages = 44; // words of an undisturbed run
 

@@ -16,6 +16,8 @@
 #include <QRegularExpression>
 #include <QSequentialIterable>
 
+#include "utils/numbers.h"
+
 Machine machine;
 
 // The functions up to the next class stand in front of the libraries' own, for the module too.
@@ -145,12 +147,37 @@ QVariant valueOf(const QString &word)
     bool isNumber; // "nan" and "inf" too, which JSON does not know
     if (const double number = word.toDouble(&isNumber); isNumber)
         return number;
+    if (const QStringList n = word.split(','); n.size() == 4 && word[0] != '[')
+        return QRectF(n[0].toDouble(), n[1].toDouble(), n[2].toDouble(), n[3].toDouble());
+    if (word.count(',') == 1 && word[0] != '[')
+        return QPointF(word.section(',', 0, 0).toDouble(), word.section(',', 1).toDouble());
     const QJsonArray json = QJsonDocument::fromJson('[' + word.toUtf8() + ']').array();
-    if (!json.isEmpty())
+    if (json.size() == 1)
         return json[0].toVariant();
     if (word.count('x') == 1 && word[0].isDigit())
         return QSize(word.section('x', 0, 0).toInt(), word.section('x', 1).toInt());
     return word == "none" ? QVariant() : QVariant(word);
+}
+
+QString Numbers::text() const
+{
+    QStringList all;
+    for (int i = 0; i < count; ++i) {
+        const double v = std::visit([i](const auto *p) { return double(p[i]); }, first);
+        all << (std::abs(v) < 1e-5 ? "0" : QString::number(v, 'g', 5));
+    }
+    return all.join(',');
+}
+
+void Numbers::set(const QString &word)
+{
+    for (int i = 0; i < std::min(count, word.count(',') + 1); ++i) {
+        const double v = word.section(',', i, i).toDouble();
+        if (auto *const *whole = std::get_if<int *>(&first))
+            (*whole)[i] = bounded::truncate(v);
+        else
+            std::visit([=](auto *p) { p[i] = std::decay_t<decltype(*p)>(v); }, first);
+    }
 }
 
 void Recorder::hear(QObject *o, const QByteArray &arguments)

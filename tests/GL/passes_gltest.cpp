@@ -36,7 +36,7 @@ using Passes = WindowTest;
 
 TEST_F(Passes, AreLetThroughByProperties)
 {
-    run("add a; view 2; frame; point 150,50");
+    run("add a; view 2; frame; set window at 150,50");
     const QString all =
         " Pick3D:a Pick2D:a Update:1 Update:2 Pick3D:2 Pick2D:2 Draw3D:a Draw2D:a DrawEvent "
         "DrawBG:view Draw3D:1 "
@@ -69,121 +69,69 @@ TEST_F(Passes, AreLetThroughByProperties)
     EXPECT_EQ(host.take(), "Init:alone");
 }
 
-/// A scene object, or a tile of its own view, named a.
-class Drawn : public WindowTest, public testing::WithParamInterface<const char *> {
-protected:
-    Drawn()
-    {
-        run(*GetParam() == 'S' ? "add a" : "view 1; set 1 objectName a; frame");
-        o = object("a");
-        for (const char *entry : {"Pick3D", "Pick2D", "Draw3D", "Draw2D"})
-            host.on[entry + QString(":a")] = [=] {
-                seen[entry] = State();
-                lit += glIsEnabled(GL_LIGHTING) ? '1' : '0';
-            };
+// A scene object, or a tile of its own view, named a: what OpenGL has in the four signals of the
+// second frame. It has 2 units per pixel in 3D and 1 in 2D, from the centre.
+const char *const drawnRows = R"(
+RectangleAndMatrices: set a rect 0.5,-0.25,0.333,0.25; set window at 110,30 => 100,25,66,25=-100,-38,16,16,-0.0018588 100,25,66,25=-25,-9.5,4,4,-0.01 100,25,66,25=-132,-50,264,100,-0.0018588 100,25,66,25=-33,-12.5,66,25,-0.01
+Click: set window area 0 at 120,40 from 7,7 => 100,50,100,50=-64,-74,8,8,-0.0018588 100,50,100,50=-32,-37,4,4,-0.01 100,50,100,50=-100,-50,200,100,-0.0018588 100,50,100,50=-50,-25,100,50,-0.01
+AreaWithoutWidth: set window area 1 at 110,30 from 110,10 => 100,50,100,50=-81,-130,2,40,-0.0018588 100,50,100,50=-40.5,-65,1,20,-0.01
+AreaWithoutHeight: set window area 7 at 150,30 from 110,30 => 100,50,100,50=-80,-91,80,2,-0.0018588 100,50,100,50=-40,-45.5,40,1,-0.01
+AreaUpwardsAndLeft: set window area 1 at 110,10 from 131,40 => 100,50,100,50=-81,-130,42,60,-0.0018588 100,50,100,50=-40.5,-65,21,30,-0.01
+CentreTruncatesTowardsZero: set window area 1 at 3,5 from -6,-10 => 100,50,100,50=-311,-169,18,30,-0.0018588 100,50,100,50=-155.5,-84.5,9,15,-0.01
+)";
+
+ROWS(Drawn, WindowTest, drawnRows)
+{
+    for (const char *kind : {"add a", "view 1; set 1 objectName a; frame"}) {
+        run(QString(kind) + "; set a rect 0.5,0,0.5,0.5 orect 0,0,200,200 align 132 ortho 1 fov 45 "
+                            "radius 50 scale 1e9,1,1 d_rot 0,1,0; frame");
+        run("on Pick3D:a state; on Pick2D:a state; on Draw3D:a state; on Draw2D:a state");
+        const QString states =
+            QStringList(run(GetParam().script + "; frame; frame").split(' ').filter("=").mid(4))
+                .join(' ');
+        EXPECT_TRUE(states.startsWith(GetParam().told)) << kind << '\n' << states.toStdString();
+        EXPECT_EQ(run("get a scale rot"), "1e+07,1,1 0,3,0") << "clamped, and a step per frame";
+        run("delete a; delete view");
     }
-    std::map<QString, State> seen;
+}
+
+TEST_F(Passes, LightsStayOnForTheFlatPassAndAreOffForPicking)
+{
     QString lit;
-    GLW *o = nullptr;
-};
-
-INSTANTIATE_TEST_SUITE_P(Rows, Drawn, testing::Values("SceneObject", "Tile"),
-                         [](const auto &row) { return std::string(row.param); });
-
-TEST_P(Drawn, HasItsRectangleAndMatrices)
-{
-    o->setGeometry(QRectF(0.5, -0.25, 0.333, 0.25));
-    o->viewport.scale = Vector(1e9f, 1, 1);
-    o->camera.d_rot = Vector(0, 1, 0);
-    run("frame");
-    const State deep = seen["Draw3D"], flat = seen["Draw2D"];
-    EXPECT_EQ(deep.rect(), QRect(100, 25, 66, 25));
-    EXPECT_EQ(flat.rect(), QRect(100, 25, 66, 25));
-    EXPECT_NEAR(deep.p[5] / deep.p[0], 66.0 / 25, 1e-4);
-    EXPECT_NEAR(std::abs(flat.shown().height()), view() ? 24 : 25, 1e-3);
-    EXPECT_NEAR(flat.shown().width(), view() ? 65 : 66, 1e-3);
-    EXPECT_NEAR(flat.p[10], -0.01, 1e-6) << "depths to 100";
-    EXPECT_EQ(flat.mv[0], 1e7f) << "clamped by the pick pass";
-    EXPECT_EQ(o->camera.rot.y, 1) << "one step per frame";
-    EXPECT_NEAR(deep.mv[0], std::cos(0.0174533), 1e-6) << "taken before it is drawn";
-}
-
-TEST_P(Drawn, LightsStayOnForTheFlatPassAndAreOffForPicking)
-{
-    o->lights = {GL::Light(GL_LIGHT0, 'a'), GL::Light(GL_LIGHT1, 'b')};
-    o->lights[0].position = {0, 0, 5, 1};
-    o->lights[1].position = {1, 0, 0, 0};
-    o->camera.radius = 10;
-    run("point 100,50; frame; frame");
-    EXPECT_EQ(lit, "00110011");
-    GLfloat eye[2][4];
-    glGetLightfv(GL_LIGHT0, GL_POSITION, eye[0]);
-    glGetLightfv(GL_LIGHT1, GL_POSITION, eye[1]);
-    EXPECT_NEAR(eye[0][2], -5, 1e-4) << "5 in front of the eye at 10";
-    EXPECT_NEAR(eye[1][0], 1, 1e-4);
-    o->lights.clear();
-    const auto unlit = host.on["Pick2D:a"];
-    host.on["Pick3D:a"] = [] { glEnable(GL_LIGHTING); };
-    host.on["Pick2D:a"] = [&] { unlit(), glEnable(GL_LIGHTING); };
-    EXPECT_EQ((lit.clear(), run("frame"), lit), "011")
-        << "without lights the state is left as it is";
-    host.on["Pick2D:a"] = [&] { unlit(), glDisable(GL_LIGHTING); };
-    EXPECT_EQ((lit.clear(), run("frame"), lit), "000");
-}
-
-const struct {
-    const char *name;
-    int area;
-    const char *points; // of the record
-    QRectF region;      // left, bottom, width and height
-} regions[] = {
-    {"Click", 0, "120,40 7,7", {118, 38, 4, 4}},
-    {"AreaWithoutWidth", 1, "110,30 110,10", {109.5, 10, 1, 20}},
-    {"AreaWithoutHeight", 7, "150,30 110,30", {110, 29.5, 40, 1}},
-    {"AreaUpwardsAndLeft", 1, "110,10 131,40", {109.5, 10, 21, 30}},
-    {"CentreTruncatesTowardsZero", 1, "3,5 -6,-10", {-5.5, -9.5, 9, 15}},
-};
-
-TEST_P(Drawn, PickRegionIsWhatThePickProjectionShows)
-{
-    o->setGeometry(QRectF(0.5, 0, 0.5, 0.5));
-    o->orect = QRectF(0, 0, 200, 200); // the whole window is its cell
-    o->camera.ortho = 1;
-    o->camera.radius = 50;
-    run("frame");
-    for (const auto &[name, area, points, region] : regions) {
-        window->mouse.area = area;
-        seen.clear();
-        run(QString("point %1; frame").arg(points));
-        for (const QString kind : {"3D", "2D"}) {
-            SCOPED_TRACE(name + kind.toStdString());
-            ASSERT_EQ(seen.count("Pick" + kind), 1u);
-            const State pick = seen["Pick" + kind], draw = seen["Draw" + kind];
-            const double sx = draw.rect().width() / draw.shown().width(),
-                         sy = draw.rect().height() / draw.shown().height();
-            EXPECT_EQ(pick.rect(), draw.rect());
-            EXPECT_NEAR(draw.rect().x() + (pick.shown().x() - draw.shown().x()) * sx, region.x(),
-                        1e-2);
-            EXPECT_NEAR(draw.rect().y() + (pick.shown().y() - draw.shown().y()) * sy, region.y(),
-                        1e-2);
-            EXPECT_NEAR(pick.shown().width() * sx, region.width(), 1e-2);
-            EXPECT_NEAR(pick.shown().height() * sy, region.height(), 1e-2);
-            EXPECT_NEAR(pick.p[10], draw.p[10], 1e-9);
-        }
+    const auto note = [&] { lit += glIsEnabled(GL_LIGHTING) ? '1' : '0'; };
+    for (const char *kind : {"add a", "view 1; set 1 objectName a; frame"}) {
+        run(kind);
+        for (const char *word : {"Pick3D:a", "Pick2D:a", "Draw3D:a", "Draw2D:a"})
+            host.on[word] = note;
+        GLW *o = object("a");
+        o->lights = {GL::Light(GL_LIGHT0, 'a'), GL::Light(GL_LIGHT1, 'b')};
+        o->lights[0].position = {0, 0, 5, 1};
+        o->lights[1].position = {1, 0, 0, 0};
+        run("set a radius 10; set window at 100,50; frame; frame");
+        EXPECT_EQ(std::exchange(lit, ""), "00110011");
+        GLfloat eye[2][4];
+        glGetLightfv(GL_LIGHT0, GL_POSITION, eye[0]);
+        glGetLightfv(GL_LIGHT1, GL_POSITION, eye[1]);
+        EXPECT_NEAR(eye[0][2], -5, 1e-4) << "5 in front of the eye at 10";
+        EXPECT_NEAR(eye[1][0], 1, 1e-4);
+        o->lights.clear();
+        host.on["Pick3D:a"] = [] { glEnable(GL_LIGHTING); };
+        host.on["Pick2D:a"] = [&] { note(), glEnable(GL_LIGHTING); };
+        run("frame");
+        EXPECT_EQ(std::exchange(lit, ""), "011") << "without lights the state is left as it is";
+        host.on["Pick2D:a"] = [&] { note(), glDisable(GL_LIGHTING); };
+        run("frame; delete a; delete view");
+        EXPECT_EQ(std::exchange(lit, ""), "000");
+        host.on.clear();
     }
 }
 
-TEST_P(Drawn, IsInitialisedAgainInANewContext)
-{
-    host.hear(window);
-    const QString begun = run("context; frame");
-    EXPECT_TRUE(begun.startsWith("Init:a Resized:200,100 ")) << begun.toStdString();
-    EXPECT_FALSE(run("frame").contains("Init"));
-    if (view()) {
-        EXPECT_TRUE(run("set view enabled false; context; frame").startsWith("Resized:200,100 "));
-    }
-}
-
+const char *const passScripts = R"(
+ObjectInANewContext: add a; hear window; context; frame; set a draw3d 0; frame => Init:a Resized:200,100 Pick3D:a Pick2D:a Draw3D:a Draw2D:a PaintForeground:a Pick3D:a Pick2D:a Draw2D:a PaintForeground:a
+ViewInANewContext: view 1; hear window; set view visible 0; context; frame; frame => Init:1 Resized:200,100
+DisabledViewInANewContext: view 1; hear window; set view enabled 0 visible 0; context; frame => Resized:200,100
+)";
+SCRIPTS(InANewContext, WindowTest, "", passScripts)
 TEST_F(Passes, PixelsAreClearedDrawnInTheRectangleAndPaintedOver)
 {
     GLWidget *a = add("a", QRectF(0.5, 0, 0.5, 0.5));
@@ -208,60 +156,33 @@ TEST_F(Passes, PixelsAreClearedDrawnInTheRectangleAndPaintedOver)
     QObject::connect(a, &GLWidget::PaintForeground,
                      [](GLW *, QPainter *painter) { painter->end(); });
     frame(); // a host may end it itself
-    QRect seen;
-    host.on["Pick3D:a"] = [&] { seen = State().rect(); };
-    host.on["PaintForeground:a"] = [&] { a->setGeometry(QRectF(0, 0, 7, 7)); };
-    run("frame; set a visible false; set a visible true; frame");
-    EXPECT_EQ(seen, QRect(100, 50, 100, 50)) << "the painting's, whoever paints text";
+    run("on Pick3D:a state; on PaintForeground:a set a geometry 0,0,7,7; frame; set a visible "
+        "false; "
+        "set a visible true");
+    EXPECT_TRUE(run("frame").section(' ', 1).startsWith("100,50,100,50=")) << "the painting's";
     run("set a visible false; frame");
     EXPECT_EQ(pixel(110, 40), QColor(0, 0, 0));
 }
 
-TEST_F(Passes, OfTheViewHaveItsRectangleAndMatricesAndTilesTheirCells)
+TEST_F(Passes, OfAViewRunAtOnceOnAPaintEvent)
 {
-    window->resize(140, 100);
-    run("view 4; set view padding 3; set view header 10; set view footer 5; frame; point 110,20");
-    QString seen;
-    host.each = [&](const QString &word) {
-        const State s;
-        if (!word.startsWith("PaintForeground"))
-            seen += word + ' ' + wordOf(QRectF(s.rect())) +
-                    (word.endsWith("view") ? '=' + wordOf(s.shown()) : "") + '\n';
-    };
-    glViewport(0, 0, 7, 7);
-    frame();
-    EXPECT_EQ(seen, R"(Update:1 5,59,61,26
-Update:2 74,59,61,26
-Update:3 5,10,61,26
-Update:4 74,10,61,26
-Pick3D:4 74,10,61,26
-Pick2D:4 74,10,61,26
-DrawEvent 74,10,61,26
-DrawBG:view 0,0,140,100=0,99,139,-99
-Draw3D:1 5,59,61,26
-Draw2D:1 5,59,61,26
-Draw3D:2 74,59,61,26
-Draw2D:2 74,59,61,26
-Draw3D:3 5,10,61,26
-Draw2D:3 5,10,61,26
-Draw3D:4 74,10,61,26
-Draw2D:4 74,10,61,26
-DrawFG:view 0,0,140,100=0,99,139,-99
-)");
-    host.each = nullptr;
-    host.take();
+    addView(1);
+    window->doneCurrent();
+    run("frame");
+    host.log.clear();
     window->doneCurrent();
     view()->paintEvent(nullptr);
     EXPECT_EQ(QGLContext::currentContext(), window->context());
-    EXPECT_TRUE(host.take().startsWith("DrawEvent DrawBG:view Draw3D:1")) << "at once";
+    EXPECT_EQ(host.take(), "DrawEvent DrawBG:view Draw3D:1 Draw2D:1 DrawFG:view");
 }
 
 const char *const layoutScripts = R"(
-PaintingDoesNot: set view enabled false; view.AddTile 3; frame; cells; stale => Init:3 TileAdded:3 3 DrawEvent DrawBG:view Draw3D:1 Draw2D:1 Draw3D:2 Draw2D:2 Draw3D:3 Draw2D:3 DrawFG:view PaintForeground:view 1:2,2,97,96 2:101,2,97,96 +1
-PickingDoes: view.AddTile 3; view.SetVisible [1] false; set view visible 0; frame; set view visible 1; set view draw2d 0; frame; cells; stale => Init:3 TileAdded:3 3 TileResized:100,100 Update:2 Pick3D:2 Pick2D:2 Update:3 DrawEvent DrawBG:view Draw3D:2 Draw3D:3 DrawFG:view PaintForeground:view 1:2,2,97,96 2:2,2,97,96 3:101,2,97,96 +0
+CellsAndTheWhole: set view padding 3 header 10 footer 5 draw3d 0 pick3d 0; view.UpdateLayout; set window at 110,20; on Update:1 state; on Pick2D:2 state; on DrawBG:view state; on Draw2D:2 state; on DrawFG:view state; frame => TileResized:100,100 Update:1 5,10,91,75=0,99,199,-99,-0.01 Update:2 Pick2D:2 104,10,91,75=3.956,66.107,3.956,-3.9467,-0.01 DrawEvent DrawBG:view 0,0,200,100=0,99,199,-99,-0.01 Draw2D:1 Draw2D:2 104,10,91,75=0,74,90,-74,-0.01 DrawFG:view 0,0,200,100=0,99,199,-99,-0.01 PaintForeground:view
+PaintingDoesNot: set view enabled false; view.AddTile 3; frame; cells; get view stale => Init:3 TileAdded:3 3 DrawEvent DrawBG:view Draw3D:1 Draw2D:1 Draw3D:2 Draw2D:2 Draw3D:3 Draw2D:3 DrawFG:view PaintForeground:view 1:2,2,97,96 2:101,2,97,96 1
+PickingDoes: view.AddTile 3; view.SetVisible [1] false; set view visible 0; frame; set view visible 1; set view draw2d 0; frame; cells; get view stale => Init:3 TileAdded:3 3 TileResized:100,100 Update:2 Pick3D:2 Pick2D:2 Update:3 DrawEvent DrawBG:view Draw3D:2 Draw3D:3 DrawFG:view PaintForeground:view 1:2,2,97,96 2:2,2,97,96 3:101,2,97,96 0
 AskedForEveryTile: on Update:1 set view enabled false; frame => Update:1 Pick3D:1 Pick2D:1 DrawEvent DrawBG:view Draw3D:1 Draw2D:1 Draw3D:2 Draw2D:2 DrawFG:view PaintForeground:view
 )";
-SCRIPTS(LayingOut, WindowTest, "view 2; frame; point 5,50", layoutScripts)
+SCRIPTS(LayingOut, WindowTest, "view 2; frame; set window at 5,50", layoutScripts)
 
 const struct {
     QRectF set; // by the host; what is 0 it leaves
@@ -288,7 +209,7 @@ TEST_F(Passes, QuestionsToTheHostHaveAnswersWithoutOne)
         set = row.set;
         EXPECT_EQ(a->Range2D(7), row.expected);
     }
-    run("point 150,60");
+    run("set window at 150,60");
     EXPECT_EQ(a->NearestDataPos(), QVector3D(50, 10, 0)) << "under the pointer";
     QVector3D from;
     QObject::connect(a, qOverload<QVector3D *>(&GLWidget::NearestDataPos),

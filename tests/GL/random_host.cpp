@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QTimer>
 
 #include "tests/GL/fixture.h"
@@ -41,12 +42,33 @@ public Q_SLOTS:
     int Build(QMenu *) { return act(), 0; }
 };
 
+const char *const kinds = R"(tick
+frame
+add {a|b|c|größer} #,#,#,#
+view {0|1|3|6}
+delete @
+{leave|expose|context|tick}
+bind @ {x|y} {1|2|4|8|101}
+keybind @ {k|l} K
+{down|up|double|move} #,# {1|2|4} {0|1|3} {0|0|2000000|4000000|8000000|10000000}
+{down|up|double|move} #,# {1|2|4} {0|1|3} 0
+wheel #,# #,# {0|0|2000000|4000000|8000000|10000000}
+{key|unkey} {K|L|1000020|1000023} {0|0|2000000|4000000|8000000|10000000}
+pointer {0|100|150|299|499},{0|101|199|399}
+resize {1|11|60|200}x{1|10|90|150}
+call @
+call @
+set @ {enabled|visible|flags|pick3d|pick2d|draw3d|draw2d|drawbg|drawfg} {true|false|none|5x6|#}
+set @ {rows|cols|spacing|padding|header|footer|enableSelection|sizeHint|selected|zoom|order} {true|none|5x6|[1,2,3]|text|#}
+set @ {pos|size|geometry|timer|drawfps|fpsString|swRendering|clampMouseToFrame|key|binding|mask} {true|none|5x6|#,#|#,#,#,#|text|#})";
+
 class RandomHost : public WindowTest {
 protected:
     int below(int n) { return int(chance() % unsigned(n)); }
-    QString any(const QString &words)
+    QString any(const QString &words, char between = ' ')
     {
-        return words.section(' ', below(words.count(' ') + 1)).section(' ', 0, 0);
+        const int i = below(words.count(between) + 1);
+        return words.section(between, i, i);
     }
     QString number()
     {
@@ -83,85 +105,38 @@ protected:
                                                : number());
         return call;
     }
+    /// One of the kinds of statements, in which # stands for a number, @ for a name.
     QString statement()
     {
-        const QString target = name(), at = numbers(2),
-                      modifiers = any("0 0 2000000 4000000 8000000 10000000");
-        const bool drawn = object(target), spared = target == "owner" || target == "slots" ||
-                                                    (machine.delivering && target == "window");
-        switch (below(20)) {
-        case 0:
-            return owner.children().size() > 40 ? "tick"
-                                                : "add " + any("a b c größer") + ' ' + numbers(4);
-        case 1:
-            return owner.children().size() > 40 || below(3) ? "frame"
-                                                            : "view " + QString::number(below(7));
-        case 2:
-            return spared || below(3) ? "frame" : "delete " + target;
-        case 3:
-            return below(9) || depth > 1 ? "tick" : any("leave expose context");
-        case 4:
-            return drawn ? "bind " + target + ' ' + any("x y") + ' ' + any("1 2 4 8 101") : "tick";
-        case 5:
-            return drawn ? "keybind " + target + ' ' + any("k l") + " K" : "tick";
-        case 6:
-        case 7:
-            return any("down up double move") + ' ' + at + ' ' + any("1 2 4") + ' ' + any("0 1 3") +
-                   ' ' + modifiers;
-        case 8:
-            return "wheel " + at + ' ' + numbers(2) + ' ' + modifiers;
-        case 9:
-            return any("key unkey") + ' ' + any("K L 1000020 1000023") + ' ' + modifiers;
-        case 10:
-            return "pointer " + QString::number(below(500)) + ',' + QString::number(below(400));
-        case 11:
-            return "point " + at + ' ' + numbers(2);
-        case 12:
-            return "resize " + QString::number(1 + below(200)) + 'x' +
-                   QString::number(1 + below(150));
-        case 13:
-        case 14:
-        case 15:
-            return find(target) ? slotCall(find(target)) : "frame";
-        default:
-            return "set " + target + ' ' +
-                   any("enabled visible flags pick3d pick2d draw3d draw2d drawbg drawfg rows cols "
-                       "spacing padding header footer enableSelection sizeHint selected "
-                       "zoom order pos size timer drawfps fpsString swRendering clampMouseToFrame "
-                       "key binding mask") +
-                   ' ' + any("true false none 5x6 [1,2,3] text " + number());
-        }
+        static const QRegularExpression open(R"(\{([^}]*)\}|[#@])");
+        QString text = any(kinds, '\n');
+        for (auto m = open.match(text); m.hasMatch(); m = open.match(text))
+            text.replace(m.capturedStart(), m.capturedLength(),
+                         m.captured() == "#"   ? number()
+                         : m.captured() == "@" ? name()
+                                               : any(m.captured(1), '|'));
+        const QString verb = text.section(' ', 0, 0), target = text.section(' ', 1, 1);
+        const bool spared =
+            target == "owner" || target == "slots" || (machine.delivering && target == "window");
+        const bool sensible = verb == "delete"                  ? !spared
+                              : verb == "add" || verb == "view" ? owner.children().size() < 40
+                              : verb.endsWith("bind")           ? bool(object(target))
+                              : verb == "call"                  ? bool(find(target))
+                              : QString("leave expose context").contains(verb) ? depth < 2
+                                                                               : true;
+        return !sensible ? "tick" : verb == "call" ? slotCall(find(target)) : text;
     }
     /// Within a frame, where no other one and no menu begins: Qt has one paint engine for all
     /// windows.
     bool busy() const { return drawing || machine.delivering; }
-    /// Writes into the records of an object and of the window.
+    /// Writes into a record of an object or of the window, and asks the object.
     void write(GLW *o)
     {
-        using GL::Camera;
-        Vector Camera::*const vectors[] = {&Camera::pos,    &Camera::target,   &Camera::rot,
-                                           &Camera::bounds, &Camera::d_pos,    &Camera::d_target,
-                                           &Camera::d_rot,  &Camera::setTarget};
-        float Camera::*const floats[] = {
-            &Camera::radius,       &Camera::fov, &Camera::minRadius, &Camera::maxRadius,
-            &Camera::d_target_max, &Camera::dt,  &Camera::d_radius};
-        const auto real = [this] { return number().toFloat(); };
-        o->camera.mode = below(5);
-        o->camera.ortho = below(2);
-        o->camera.*vectors[below(8)] = Vector(real(), real(), real());
-        o->camera.*floats[below(7)] = real();
-        o->camera.m[below(16)] = real();
-        (below(2)   ? o->viewport.scale
-         : below(2) ? o->viewport.pos
-                    : o->viewport.minScale) = Vector(real(), real(), real());
-        o->viewport.align = below(256);
-        (below(2) ? o->rect : o->orect) = QRectF(number().toDouble(), number().toDouble(),
-                                                 number().toDouble(), number().toDouble());
+        auto records = recordsOf(below(3) ? static_cast<QObject *>(o) : window);
+        Numbers &record = std::next(records.begin(), below(int(records.size())))->second;
+        record.set(numbers(record.count));
         o->lights.assign(size_t(below(3)), GL::Light(GLenum(GL_LIGHT0 + below(10)), 'x'));
-        o->camera.Unproject(real(), real());
-        window->mouse.area = below(2);
-        window->mouse.double_press = below(4);
-        window->update = int(chance());
+        o->camera.Unproject(number().toFloat(), number().toFloat());
         o->hit(below(300), int(chance()));
         const QPointer<GLW> self(o); // its host may delete it
         o->NearestDataPos();

@@ -31,8 +31,7 @@ TEST_F(View, GridIsLargeForTheAspect)
     for (const Script &row : Script::table(gridRows)) {
         run("alone " + row.script +
             "; view.AddTile 99; set 99 sizeHint 1x500; set 99 visible 5x5; view.SetOrder []");
-        EXPECT_EQ(run("get view rows; get view cols; delete view"), row.told)
-            << row.name.toStdString();
+        EXPECT_EQ(run("get view rows cols; delete view"), row.told) << row.name.toStdString();
     }
 }
 
@@ -45,6 +44,7 @@ LargerThanTheCell: set view padding 200; set 1,2,3,4 visible 5x5; view.SetOrder 
 Order: set 1,2,3 visible false; set view order [9,6,4]; cells; get view order; view.GetOrder => TileResized:400,300 4:401,2,397,297 5:2,301,397,297 6:2,2,397,297 9,6,4 9,6,4
 OrderOfText: set 1,2,3,4 visible false; view.SetOrder [6,"x"]; cells; view.GetOrder => TileResized:400,600 5:401,2,397,596 6:2,2,397,596 6,0
 HiddenLeavesNoHole: set 1,2,3,5 visible false; view.SetOrder [6,5]; cells; view.SetOrder [4]; cells => TileResized:400,600 4:401,2,397,596 6:2,2,397,596 TileResized:400,600 4:2,2,397,596 6:401,2,397,596
+NoArea: delete view; alone 2 800 0; view.SetOrder []; get view rows cols => -1 -1
 NoTiles: view.Clear; view.SetOrder []; get view rows => 1
 OnePixelTellsNoShare: delete view; alone 1 1 600; view.SetOrder []; delete view; alone 1 600 1; view.SetOrder []; cells => 1:2,2,596,-3
 )";
@@ -64,48 +64,43 @@ TEST_F(View, WithoutAUsableSizeStaysAndTells)
 }
 
 const char *const operationScripts = R"(
-AddNew: view.AddTile 9; stale; view.Tiles => Init:9 TileAdded:9 9 +1 1,2,3,9
-AddExisting: view.AddTile 2; stale; view.Tiles => 2 +0 1,2,3
-Remove: view.RemoveTile 2; view.RemoveTile 7; stale; view.Tiles; view.Widgets => +1 1,3 1,3
-Delete: delete 2; stale; view.Tiles => +1 1,3
-Clear: view.Clear; stale; view.Tiles => +3 - 
-SetOrder: view.SetOrder [3]; stale => TileResized:300,300 +0
-Resize: view.Resize 5 5; view.UpdateLayout; stale => +2
-Disabled: set view enabled 0; view.Resize 5 5; view.UpdateLayout; view.ForceUpdate; stale; view.SetVisible [] true; stale; view.SetOrder [] => +0 +1 TileResized:300,300
-SetVisible: view.SetVisible [2,77] false; stale; view.GetVisible; view.ForceUpdate => +1 1,3 Update:1 Update:3
-SelectAll: set view enableSelection 0; set 3 visible 0; set 1,2 selected 1; set 3 selected 5x5; view.GetSelected; view.SelectAll; view.GetSelected; view.SelectAll; view.GetSelected; stale => 1,2 ValueChanged:1,2,3 1,2,3 ValueChanged - +0
-ToggleWithoutSelection: set 2 visible 0; view.ToggleVisible; view.GetVisible; stale => VisibleCountChanged:3 1,2,3 +1
+AddNew: view.AddTile 9; get view stale; view.Tiles => Init:9 TileAdded:9 9 1 1,2,3,9
+AddExisting: view.AddTile 2; get view stale; view.Tiles => 2 0 1,2,3
+Remove: view.RemoveTile 2; view.RemoveTile 7; get view stale; view.Tiles; view.Widgets => 1 1,3 1,3
+Delete: delete 2; get view stale; view.Tiles => 1 1,3
+Clear: view.Clear; get view stale; view.Tiles => 3 - 
+SetOrder: view.SetOrder [3]; get view stale => TileResized:300,300 0
+Resize: view.Resize 5 5; view.UpdateLayout; get view stale => 2
+Disabled: set view enabled 0; view.Resize 5 5; view.UpdateLayout; view.ForceUpdate; get view stale; view.SetVisible [] true; get view stale; view.SetOrder [] => 0 1 TileResized:300,300
+SetVisible: view.SetVisible [2,77] false; get view stale; view.GetVisible; view.ForceUpdate => 1 1,3 Update:1 Update:3
+SelectAll: set view enableSelection 0; set 3 visible 0; set 1,2 selected 1; set 3 selected 5x5; view.GetSelected; view.SelectAll; view.GetSelected; view.SelectAll; view.GetSelected; get view stale => 1,2 ValueChanged:1,2,3 1,2,3 ValueChanged - 0
+ToggleWithoutSelection: set 2 visible 0; view.ToggleVisible; view.GetVisible; get view stale => VisibleCountChanged:3 1,2,3 1
 ToggleSelected: set 1,3 selected 1; view.ToggleVisible; view.GetVisible; view.ToggleVisible => VisibleCountChanged:2 1,3 VisibleCountChanged:3
 ToggleAsManyButOthers: set 3 selected 1; set 1,3 visible 0; view.ToggleVisible; view.GetVisible => VisibleCountChanged:1 3
 Hits: view.SetOrder []; hit view 5,5 305,5 298,5 299,5 300,5 1,5 => TileResized:300,300 o o o o - -
 HitAsksForTheSwitches: view.SetOrder []; set 1 visible 0; hit view 5,5; set 1 visible 1; hit view 5,5; set 1 enabled none; hit view 5,5 => TileResized:300,300 - o -
-Bindings: window.AddGLWidget view; actions view; actions 2; get view_leftdoublemouse binding; get view_leftmouse binding; get view_ctrlleftmouse binding; get view_ctrlleftmouse mask => view [view_ctrlleftmouse,view_leftmouse,view_leftdoublemouse] [view_ctrlleftmouse,view_leftmouse,view_leftdoublemouse] 257 1 67108865 0
+Bindings: window.AddGLWidget view; actions view; actions 2; get view_leftdoublemouse binding; get view_leftmouse binding; get view_ctrlleftmouse binding mask => view [view_ctrlleftmouse,view_leftmouse,view_leftdoublemouse] [view_ctrlleftmouse,view_leftmouse,view_leftdoublemouse] 257 1 67108865 0
+Viewports: get view align; set 1,3 pan 1,2,3 scale 4,5,6; view.ResetViewport; get 1 align pan scale zoom; get 3 pan scale zoom => 33 33 0,0,0 1,1,1 1 0,0,0 1,1,1 1
+DiesOfItsBindings: add b; bind b x; view.AddAction x; doomed x delete view; set x objectName view_leftdoublemouse; window.AddGLWidget view => x null
+DiesOfItsSecondBinding: add b; bind b x; view.AddAction x; doomed x delete view; set x objectName view_leftmouse; window.AddGLWidget view => x null
+StaleEndsAtTheLimit: set view stale 2147483646; view.UpdateLayout; view.UpdateLayout; get view stale => 2.1475e+09
 )";
 SCRIPTS(Operations, WindowTest, "alone 3 900 300", operationScripts)
 
 TEST_F(View, TileHasNoBindingsOfItsOwn)
 {
     run("alone 2 800 600; bind view v");
-    auto *view = static_cast<GLMultiWidget *>(find("view"));
-    GLTile *tile = view->tiles[1];
-    EXPECT_EQ(tile->NewKeyAction("A", "a", view, SLOT(UpdateLayout())), nullptr);
-    EXPECT_EQ(tile->NewMouseAction(1, 0, "a", view, SLOT(UpdateLayout())), nullptr);
+    GLTile *tile = view()->tiles[1];
+    EXPECT_EQ(tile->NewKeyAction("A", "a", view(), SLOT(UpdateLayout())), nullptr);
+    EXPECT_EQ(tile->NewMouseAction(1, 0, "a", view(), SLOT(UpdateLayout())), nullptr);
     EXPECT_FALSE(tile->DeleteAction("v"));
     EXPECT_EQ(run("actions 1"), run("actions view"));
-    EXPECT_EQ(tile->viewport.align * 100 + view->viewport.align, 3333);
-    tile->viewport.pos = tile->viewport.scale = Vector(1, 2, 3);
-    EXPECT_EQ(run("view.ResetViewport; get 1 zoom"), "1");
-    EXPECT_EQ(find("1")->property("zoom").userType(), int(QMetaType::Float));
-    EXPECT_EQ(tile->viewport.pos, Vector(0, 0, 0));
-    EXPECT_EQ(tile->viewport.scale, Vector(1, 1, 1));
     tile->glw = nullptr;
     EXPECT_EQ(run("actions 1"), "[]");
-    view->tiles.remove(1);
-    view->AddTile(1);
+    view()->tiles.remove(1);
+    view()->AddTile(1);
     delete tile;
     EXPECT_EQ(run("view.Tiles"), "1,2") << "the end of the old one does not concern the new";
-    view->updateLayout = 2147483646;
-    EXPECT_EQ(run("view.UpdateLayout; view.UpdateLayout; stale"), "+2147483647");
 }
 
 // Clicks and double clicks on tiles; four stand in two rows, 0 is the border.
@@ -128,37 +123,34 @@ SelectionSwitchedOff: enableSelection 1 c2 d2 => v n1
 ViewDisabled: enabled 1 c2 d2 => 
 )";
 
-class Gestures : public WindowTest, public testing::WithParamInterface<Script> {
-protected:
-    Gestures() : WindowTest(QSize(600, 400)), view(addView(4)) {}
-    GLMultiWidget *view;
+const std::map<QChar, QString> gestures{
+    {'p', "down AT 1 1"},
+    {'m', "move AT 1 1"},
+    {'r', "up AT 1 0"},
+    {'c', "click AT 4000000"},
+    {'d', "click AT; double AT 1 1; up AT 1 0"},
+    {'C', "click AT 4000000; double AT 1 1 4000000; up AT 1 0 4000000"},
+    {'h', "view.SetVisible [ID] false"},
+    {'-', "view.RemoveTile ID"},
 };
-INSTANTIATE_TEST_SUITE_P(Rows, Gestures, testing::ValuesIn(Script::table(gestureScripts)),
-                         [](const auto &row) { return row.param.name.toStdString(); });
 
-TEST_P(Gestures, TellSelectionAndVisibility)
+class Clicks : public WindowTest {
+protected:
+    Clicks() : WindowTest(QSize(600, 400)) { addView(4); }
+};
+
+ROWS(Gestures, Clicks, gestureScripts)
 {
     QStringList told;
     for (const QString &gesture : GetParam().script.split(' ')) {
         run("frame");
-        const int id = gesture.right(1).toInt();
-        GLTile *tile = view->tiles.value(uint(id));
-        const QString at = tile ? wordOf(tile->orect.center()) : "1,1",
-                      modifier = gesture[0].toUpper() == 'C' ? " 4000000" : " 0";
-        QString script = "click " + at + modifier;
-        if (gesture[0] == '-')
-            script = "view.RemoveTile " + QString::number(id);
-        else if (gesture[0] == 'h')
-            script = "view.SetVisible [" + QString::number(id) + "] false";
-        else if (gesture.size() > 2)
-            script = "set view " + gesture + " false";
-        else if (QString("pmr").contains(gesture[0]))
-            script = (gesture[0] == 'p'   ? "down "
-                      : gesture[0] == 'm' ? "move "
-                                          : "up ") +
-                     at + (gesture[0] == 'r' ? " 1 0" : " 1 1");
-        else if (gesture[0] == 'd' || gesture[0] == 'C')
-            script += "; double " + at + " 1 1" + modifier + "; up " + at + " 1 0" + modifier;
+        const QString id = gesture.right(1);
+        const GLTile *tile = view()->tiles.value(id.toUInt());
+        QString script = gesture.size() > 2 ? "set view " + gesture + " false" : "click AT";
+        if (const auto found = gestures.find(gesture[0]);
+            found != gestures.end() && gesture.size() == 2)
+            script = found->second;
+        script.replace("ID", id).replace("AT", tile ? wordOf(tile->orect.center()) : "1,1");
         told += run(script)
                     .replace("VisibleCountChanged:", "n")
                     .replace(QRegularExpression("ValueChanged:?"), "v")
@@ -169,38 +161,26 @@ TEST_P(Gestures, TellSelectionAndVisibility)
     EXPECT_EQ('v' + run("view.GetSelected").remove('-'), values.isEmpty() ? "v" : values.last());
 }
 
-TEST_F(Gestures, NeedATileItsWindowAndAChange)
-{
-    run("frame; set 1 selected true");
-    GLWidget stranger(nullptr, nullptr);
-    view->tiles[1]->gl = nullptr;
-    stranger.gl = window;
-    for (GLW *none : {static_cast<GLW *>(nullptr), static_cast<GLW *>(view->tiles[1]),
-                      static_cast<GLW *>(&stranger)}) {
-        const bool alive = none == &stranger;
-        view->tilePressed = alive ? -1 : 1;
-        window->mouse.double_click = window->mouse.double_press = 1;
-        view->LeftMouse(none, false);
-        view->CtrlLeftMouse(none, false);
-        view->LeftDoubleMouse(none, false);
-        EXPECT_EQ(view->doublePress, alive);
-        window->mouse.button = 1;
-        view->LeftMouse(none, true);
-        window->mouse.button = window->mouse.last_button;
-        view->LeftMouse(view->tiles[2], true);
-        EXPECT_EQ(view->tilePressed, alive ? -1 : 1);
-    }
-    view->tilePressed = 2;
-    view->LeftMouse(view->tiles[2], false);
-    EXPECT_EQ(host.take(), "") << "the release that ends a double click";
-}
+// The tile 9 has no window, and the stranger is no tile.
+const char *const noticeScripts = R"(
+Click: set view pressed 2; view.LeftMouse 2 false; view.CtrlLeftMouse 2 false => ValueChanged:2 ValueChanged
+NoTile: set view pressed 9; view.LeftMouse none false; view.LeftMouse 9 false; view.CtrlLeftMouse 9 false => 
+Stranger: set view pressed -1; view.LeftMouse stranger false; view.CtrlLeftMouse stranger false => 
+EndOfADoubleClick: set view pressed 2 doublePress 1; view.LeftMouse 2 false => 
+Press: set window button 1; view.LeftMouse 2 true; get view pressed; view.LeftMouse stranger true; get view pressed => 2 -1
+PressOfNoChange: set window button 1 last 1; view.LeftMouse 2 true; get view pressed => -1
+PressOnNoTile: set window button 1; set view pressed 5; view.LeftMouse none true; view.LeftMouse 9 true; get view pressed => 5
+Double: set window double_click 1 double_press 1; view.LeftDoubleMouse none true; view.LeftDoubleMouse 9 true; get view doublePress; view.LeftDoubleMouse stranger false; get view doublePress; view.GetSelected => 0 1 1
+)";
+SCRIPTS(Notices, WindowTest, "alone 3 900 300; view.AddTile 9; add stranger; set 1 selected true",
+        noticeScripts)
 
-TEST_F(Gestures, DrawnPickedHitAndClickedAreOneTile)
+TEST_F(Clicks, DrawnPickedHitAndClickedAreOneTile)
 {
     run("view.AddTile 5; view.AddTile 6; view.SetOrder [6,2]; set view header 20; frame");
     const QList<int> placed{6, 2, 1, 3, 4, 5};
     int picked = 0;
-    for (GLTile *tile : view->tiles) {
+    for (GLTile *tile : view()->tiles) {
         host.on["Pick2D:" + tile->objectName()] = [&picked, tile] { picked = tile->id(); };
         host.on["Draw2D:" + tile->objectName()] = [tile] {
             glColor3ub(GLubyte(40 * tile->id() + 10), 0, 0);
@@ -209,17 +189,18 @@ TEST_F(Gestures, DrawnPickedHitAndClickedAreOneTile)
     }
     for (int i = 0; i < 6; ++i) {
         const QPoint p(100 + 200 * (i % 3), 60 + 200 * (i / 3));
-        run(QString("point %1,%2; frame").arg(p.x()).arg(400 - p.y()));
+        run(QString("set window at %1,%2; frame").arg(p.x()).arg(400 - p.y()));
         const QList<int> drawn{pixel(p.x(), p.y()).red() / 40, pixel(p.x(), p.y() + 110).red(),
                                pixel(199 * (i % 3), p.y()).red(),
                                pixel(p.x(), 10 + 200 * (i / 3)).red()};
         EXPECT_EQ(drawn, (QList<int>{placed[i], 0, 0, 0})) << "above, below, gap, header";
         EXPECT_EQ(picked, placed[i]);
-        EXPECT_EQ(view->hit(p.x(), p.y()), view->tiles[uint(placed[i])]);
+        EXPECT_EQ(view()->hit(p.x(), p.y()), view()->tiles[uint(placed[i])]);
         EXPECT_EQ(run("click " + wordOf(QPointF(p))), "ValueChanged:" + QString::number(placed[i]));
     }
-    EXPECT_TRUE(run("point 5,385; frame").contains("Pick2D:6")) << "in the header of its tile";
-    EXPECT_FALSE(run("point 200,300; frame").contains("Pick2D")) << "between the first two";
+    EXPECT_TRUE(run("set window at 5,385; frame").contains("Pick2D:6"))
+        << "in the header of its tile";
+    EXPECT_FALSE(run("set window at 200,300; frame").contains("Pick2D")) << "between the first two";
 }
 
 } // namespace

@@ -29,14 +29,46 @@ UnreadableTimerCountsAsFalse: set window timer none; tick => Pick3D:a Pick2D:a
 UpdateServesOne: set window timer false; window.Update; window.Update; tick; expose => Pick3D:a Pick2D:a Draw3D:a Draw2D:a PaintForeground:a Pick3D:a Pick2D:a Draw3D:a Draw2D:a PaintForeground:a
 UpdateIsServedOnce: set window timer false; window.Update; tick; delete a; tick => Pick3D:a Pick2D:a Draw3D:a Draw2D:a PaintForeground:a
 ExposePaintsWhenIdle: set window timer false; expose => Pick3D:a Pick2D:a Draw3D:a Draw2D:a PaintForeground:a
-TenPixelsWide: resize 10x200; window.Update; tick; swaps => 0
-TenPixelsHigh: resize 200x10; window.Update; tick; swaps => 0
-ElevenPixelsSquare: resize 11x11; tick; swaps => Pick3D:a Pick2D:a Draw3D:a Draw2D:a PaintForeground:a 1
+TenPixelsWide: resize 10x200; window.Update; tick => 
+TenPixelsHigh: resize 200x10; window.Update; tick => 
+ElevenPixelsSquare: resize 11x11; tick => Pick3D:a Pick2D:a Draw3D:a Draw2D:a PaintForeground:a
 HostPaintsWhenIdle: set window timer false; frame => Pick3D:a Pick2D:a Draw3D:a Draw2D:a PaintForeground:a
 )";
 SCRIPTS(Gates, WindowTest, "add a", gateScripts)
 
-using Rate = WindowTest;
+class Rate : public WindowTest {
+protected:
+    Rate()
+    {
+        using W = const Words &;
+        verbs["period"] =
+            [this](W w) { // microseconds: since the last frame, of the period, worked in it
+                machine.clock = time_t(2000000000) * 1000000;
+                window->last_draw = size_t(machine.clock - w[0].toLongLong());
+                window->timer = {machine.clock - w[1].toLongLong(), w[2].toLongLong()};
+                window->last_fps = "old";
+            };
+        verbs["texts"] = [this](W) {
+            const QString all = window->last_fps + ';' + wordOf(window->property("fpsString")) +
+                                ';' + wordOf(window->property("cpuString"));
+            host.log << QString(all).replace(' ', '_')
+                     << QString("%1,%2,%3")
+                            .arg(machine.clock - window->timer.start)
+                            .arg(window->timer.sum)
+                            .arg(machine.clock - time_t(window->last_draw));
+        };
+        verbs["timer"] = [this](W) { // its interval, if it runs, and the rate
+            for (const auto &t : QAbstractEventDispatcher::instance()->registeredTimers(window))
+                host.log << QString::number(t.interval) +
+                                (t.timerType == Qt::PreciseTimer && t.timerId == window->timerID
+                                     ? ""
+                                     : "?");
+            host.log << QString::number(window->fps()) << (window->timerID ? "on" : "off");
+        };
+        verbs["renderer"] = [this](W w) { machine.renderer = (renderer = w.join(' ').toUtf8()); };
+    }
+    QByteArray renderer;
+};
 
 // The texts, and what became of the period, its work and the last frame's time.
 const char *const textScripts = R"(
@@ -52,11 +84,8 @@ TimerIsTruncated: set window fps 7; timer; set window fps 0.5; timer; set window
 Software: renderer A Software Rasterizer; context; frame; get window swRendering => 1
 CaseMatters: renderer software pipe; context; frame; get window swRendering => 0
 SoftwareStays: set window swRendering true; context; frame; get window swRendering => 1
-DefaultsOfAWindow: set window fpsString ; set window cpuString ; defaults window => verbose=0 timer=1 drawfps=1 fpsString= cpuString= swRendering=0 clampMouseToFrame=1
-DefaultsOfAView: view 0; set view drawbg 1; defaults view => enabled=1 visible=1 flags=0 pick3d=1 pick2d=1 draw3d=1 draw2d=1 drawbg=1 drawfg=1 rows=1 cols=1 spacing=2 padding=0 header=0 footer=0 enableSelection=1
-DefaultsOfATile: view 1; defaults 1 => enabled=1 visible=1 flags=0 pick3d=1 pick2d=1 draw3d=1 draw2d=1 sizeHint=1,1 selected=0 padding=20
 )";
-SCRIPTS(Texts, WindowTest, "", textScripts)
+SCRIPTS(Texts, Rate, "", textScripts)
 
 TEST_F(Rate, IsShownAndMeasuresTheWorkWithoutTheSwap)
 {

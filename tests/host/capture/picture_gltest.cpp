@@ -155,7 +155,7 @@ std::string state()
 TEST_F(PictureTest, GivesBackStateAndRecords)
 {
     main->lights.emplace_back(GLenum(GL_LIGHT0), 'l');
-    run("point 77,0 0,11");
+    run("set window at 77,0 from 0,11");
     glEnable(GL_SCISSOR_TEST);
     glScissor(1, 2, 3, 4);
     glClearColor(0.25f, 0.5f, 0.75f, 1);
