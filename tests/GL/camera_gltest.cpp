@@ -2,7 +2,7 @@
 // What camera, 2D viewport and lights compute, load and read back, in a region of 200 x 100 pixels.
 #include <sstream>
 
-#include "tests/GL/fixture.h"
+#include "tests/support/window.h"
 
 namespace {
 
@@ -36,7 +36,7 @@ OrthographicPick: set a ortho 1 fov 45 radius 10 farZ 4 eye 0,0,10; setup 50 75 
 LooksAlongX: set a eye 1,2,3 target 4,2,3 up 0,0,1; setup 0 0 0 0; get a view => 0,0,-1,0,-1,0,0,0,0,1,0,0,2,-3,1,1
 LooksFromAFarTarget: set a eye 1,2,3 target 1,2,-4; setup 0 0 0 0; get a view => 1,0,0,0,0,1,0,0,0,0,1,0,-1,-2,-3,1
 FixedMatrix: set a mode 0 m 1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16; setup 0 0 0 0; get a view => 1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16
-Rotation: set a rot 90,90,30; rotate => 0,0.86603,0.5,0,0,-0.5,0.86603,0,1,0,0,0,0,0,0,1
+Rotation: set a rot 90,90,30; rotate; matrix => 0,0.86603,0.5,0,0,-0.5,0.86603,0,1,0,0,0,0,0,0,1
 Ray: set a fov 90 nearZ 1 farZ 3 eye 1,0,10 target 1,0,0; setup 0 0 0 0; unproject 100 50; get a unproj; unproject 150 100; get a unproj last_unproj vnear => 1 0,0,-1 1 0.57735,0.57735,-0.57735 0,0,-1 0,0,0
 ParallelRay: set a ortho 1 fov 45 radius 10 farZ 3 eye 0,0,10 vnear 1,2,3 unproj 4,5,6; setup 0 0 0 0; unproject 200 25; get a unproj last_unproj vnear last_vnear => 1 0,0,-1 4,5,6 20,-5,13 1,2,3
 NoWidth: set a eye 0,0,10 unproj 1,2,3 last_unproj 4,5,6; setup 0 0 0 0; set a viewport 0,0,0,100; unproject 100 50; get a unproj last_unproj rot => 0 0,0,0 0,0,0 0,0,0
@@ -66,44 +66,41 @@ protected:
     {
         glViewport(0, 0, 200, 100);
         using W = const Words &;
-        const auto matrix = [this](W) {
+        const auto n = [](W w, int i) { return w[i].toFloat(); };
+        const auto say = [this](auto... values) {
+            double all[]{double(values)...};
+            host.log << Numbers{all, sizeof...(values)}.text();
+        };
+        const auto camera = [this]() -> auto &
+        {
+            return object("a")->camera;
+        };
+        const auto flat = [this]() -> auto &
+        {
+            return object("a")->viewport;
+        };
+        verbs["update"] = [=](W w) { camera().Update(w[0].toInt()); };
+        verbs["setup"] = [=](W w) { camera().Setup(200, 100, n(w, 0), n(w, 1), n(w, 2), n(w, 3)); };
+        verbs["radius"] = [=](W w) { say(camera().SetRadius(n(w, 0))); };
+        verbs["unproject"] = [=](W w) { say(camera().Unproject(n(w, 0), n(w, 1))); };
+        verbs["rotate"] = [=](W) { glLoadIdentity(), camera().SetupRotation(); };
+        verbs["matrix"] = [this](W) {
             double now[16];
             glGetDoublev(GL_MODELVIEW_MATRIX, now);
             host.log << Numbers{now, 16}.text();
         };
-        const auto say = [this](const Vector &v) {
-            Vector copy = v;
-            host.log << Numbers{&copy.x, 3}.text();
+        verbs["flat"] = [=](W w) {
+            flat().Setup(200, 100, 50, n(w, 0), n(w, 1), n(w, 2), n(w, 3));
         };
-        verbs["update"] = [this](W w) { object("a")->camera.Update(w[0].toInt()); };
-        verbs["setup"] = [this](W w) {
-            object("a")->camera.Setup(200, 100, w[0].toFloat(), w[1].toFloat(), w[2].toFloat(),
-                                      w[3].toFloat());
-        };
-        verbs["flat"] = [this](W w) {
-            object("a")->viewport.Setup(200, 100, 50, w[0].toFloat(), w[1].toFloat(),
-                                        w[2].toFloat(), w[3].toFloat());
-        };
-        verbs["matrix"] = matrix;
-        verbs["rotate"] = [=](W w) {
-            glLoadIdentity(), object("a")->camera.SetupRotation(), matrix(w);
-        };
-        verbs["radius"] = [this](W w) {
-            host.log << QString::number(object("a")->camera.SetRadius(w[0].toFloat()));
-        };
-        verbs["unproject"] = [this](W w) {
-            host.log << QString::number(
-                object("a")->camera.Unproject(w[0].toFloat(), w[1].toFloat()));
-        };
-        verbs["limit"] = [this](W) { object("a")->viewport.Update(); };
+        verbs["limit"] = [=](W) { flat().Update(); };
         verbs["cursor"] = [=](W w) {
-            say(object("a")->viewport.Cursor(w[0].toFloat(), w[1].toFloat(), 200, 100));
+            const Vector at = flat().Cursor(n(w, 0), n(w, 1), 200, 100);
+            say(at.x, at.y, at.z);
         };
-        verbs["edges"] = [this](W) {
-            const auto &v = object("a")->viewport;
-            float all[]{v.Left(200, 3), v.Right(200, 3), v.Bottom(100, 3),
-                        v.Top(100, 3),  v.Width(200),    v.Height(100)};
-            host.log << Numbers{all, 6}.text();
+        verbs["edges"] = [=](W) {
+            const GL::Viewport &v = flat();
+            say(v.Left(200, 3), v.Right(200, 3), v.Bottom(100, 3), v.Top(100, 3), v.Width(200),
+                v.Height(100));
         };
     }
 };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The window's routing of events to the bindings of the object under the pointer.
-#include "tests/GL/fixture.h"
+#include "tests/support/window.h"
 
 namespace {
 

@@ -3,14 +3,13 @@
 // not concerned goes on, and what is gone is neither read nor told of.
 #include <QRegularExpression>
 
-#include "tests/GL/fixture.h"
+#include "tests/support/window.h"
 
 namespace {
 
 // A frame, a press, a key, a click and a double click; the pointer is on the third of four tiles.
-const char *const segments[] = {"set window at 40,25; view.UpdateLayout; frame", "down 40,75 2 2", "key K",
-                                "click 40,75; double 40,75 1 1; up 40,75 1 0"};
-constexpr int stages = 44; // words of an undisturbed run
+const char *const segments[] = {"set window at 40,25; view.UpdateLayout; frame", "down 40,75 2 2",
+                                "key K", "click 40,75; double 40,75 1 1; up 40,75 1 0"};
 
 // What goes wrong in one word of them, by the script that does it; %1 is what the word is about.
 const char *const victims = R"(
@@ -24,9 +23,9 @@ Added: view.AddTile 9; add c =>
 Actions: delete key; delete right =>
 )";
 
-class Life : public WindowTest, public testing::WithParamInterface<Script> {
+class LifeTest : public WindowTest {
 protected:
-    Life() : WindowTest(QSize(140, 100)) {}
+    LifeTest() : WindowTest(QSize(140, 100)) {}
     void build()
     {
         run("delete view; delete a; delete b; delete c");
@@ -65,16 +64,13 @@ protected:
     size_t segment = 0;
 };
 
-INSTANTIATE_TEST_SUITE_P(Rows, Life, testing::ValuesIn(Script::table(victims)),
-                         [](const auto &row) { return row.param.name.toStdString(); });
-
-TEST_P(Life, GoesOnWithoutWhatIsGone)
+ROWS(Life, LifeTest, victims)
 {
     build();
     QStringList all, undisturbed[4];
     for (size_t i = 0; i < 4; ++i)
         all += undisturbed[i] = play(i);
-    ASSERT_EQ(all.size(), stages) << all.join(' ').toStdString();
+    ASSERT_EQ(all.size(), 44) << all.join(' ').toStdString();
     for (const QString &stage : all) {
         SCOPED_TRACE(stage.toStdString());
         build();
@@ -103,14 +99,6 @@ TEST_P(Life, GoesOnWithoutWhatIsGone)
         if (window)
             emit window->Resized(3, 4);
     }
-}
-
-TEST_F(Life, InitMayDeleteTheObjects)
-{
-    build();
-    EXPECT_EQ(run("on Init:1 delete view; on Init:a delete b; context; frame").section(' ', 0, 1),
-              "Init:1 Init:a");
-    EXPECT_EQ(run("on Init:a delete a; context; frame"), "Init:a");
 }
 
 } // namespace

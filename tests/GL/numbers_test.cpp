@@ -3,16 +3,14 @@
 #include <climits>
 #include <cmath>
 
-#include "tests/GL/fixture.h"
+#include "tests/support/window.h"
 #include "utils/numbers.h"
 
 namespace {
 
-const struct {
-    int area;
-    void (*act)(Mouse &);
-    const char *record; // of x=1 y=2 t=3 dx=4 dy=5 dt=6, area, x0=8, and so on to 15
-} events[] = {
+// An area, what happens, and what becomes of x=1 y=2 t=3 dx=4 dy=5 dt=6, area, x0=8, and so on
+// to 15.
+const std::tuple<int, void (*)(Mouse &), const char *> events[] = {
     {0, [](Mouse &m) { m = Mouse(); }, "0 0 0 0 0 0 0 0 0 0 0 0 0 0 0"},
     {0, [](Mouse &m) { m.update(50, 60); }, "1 2 60 0 0 57 0 8 9 10 11 50 12 14 0"},
     {0, [](Mouse &m) { m.update(31, 52, 73, 90, 80); },
@@ -42,25 +40,17 @@ TEST(NumbersTest, EndAtTheLimits)
 {
     for (const double v : {-1e9, -2.5, -2.4, -0.5, -0.49999999999999994, 0.0, 0.5, 2.5, 7.6, 1e9})
         EXPECT_EQ(bounded::round(v), qRound(v)) << v;
-    const std::pair<double, int> wholes[] = {{2.9, 2},
-                                             {-2.9, -2},
-                                             {2147483647.9, INT_MAX},
-                                             {2147483648.0, INT_MAX},
-                                             {1e300, INT_MAX},
-                                             {-2147483648.9, INT_MIN},
-                                             {-INFINITY, INT_MIN},
-                                             {NAN, 0}};
-    for (const auto &[v, whole] : wholes)
-        EXPECT_EQ(bounded::truncate(v), whole) << v;
+    for (const QString &row : QString("2.9=2 -2.9=-2 2147483647.9=2147483647 2147483648=2147483647 "
+                                      "1e300=2147483647 -2147483648.9=-2147483648 "
+                                      "-2147483649=-2147483648 -inf=-2147483648 nan=0")
+                                  .split(' '))
+        EXPECT_EQ(bounded::truncate(row.section('=', 0, 0).toDouble()), row.section('=', 1).toInt())
+            << row.toStdString();
     Mouse m;
     m.update(INT_MIN, INT_MAX, LONG_MIN, 0, 0);
     m.update(10, -10, LONG_MAX, 0, 0);
-    EXPECT_EQ(m.dx, INT_MIN);
-    EXPECT_EQ(m.dy, INT_MAX);
-    EXPECT_EQ(m.dt, LONG_MAX);
-    EXPECT_EQ(m.dx0(), INT_MIN);
-    EXPECT_EQ(m.sub(INT_MIN, INT_MIN).x, INT_MAX);
-    EXPECT_EQ(m.y, INT_MAX - 9);
+    EXPECT_TRUE(m.dx == INT_MIN && m.dy == INT_MAX && m.dt == LONG_MAX && m.dx0() == INT_MIN);
+    EXPECT_TRUE(m.sub(INT_MIN, INT_MIN).x == INT_MAX && m.y == INT_MAX - 9);
     EXPECT_EQ(m.add(0, INT_MAX).y, INT_MAX);
     GL::Viewport v;
     EXPECT_EQ(v.Left(INT_MIN, 0), 1073741824.0f);
@@ -73,17 +63,15 @@ TEST(LoadTimerTest, TakesTheShareOfTheWallClock)
 {
     machine.clock = 1700000000123456;
     LoadTimer timer;
-    EXPECT_EQ(timer(), 1700000000123456);
     EXPECT_EQ(timer.start + timer.sum, 0);
     for (const time_t busy : {30, -100, 1, 11})
         timer.Update(busy);
     EXPECT_EQ(timer.sum, 42) << "a clock that stepped back adds nothing";
     timer.Start();
-    EXPECT_EQ(timer.start, 1700000000123456);
-    EXPECT_EQ(timer.sum, 0);
+    EXPECT_TRUE(timer.start == 1700000000123456 && timer.sum == 0);
     timer.Update(30);
-    for (const auto &[elapsed, ratio] :
-         {std::pair(-5, 0.0f), {0, 0.0f}, {1, 30.0f}, {120, 0.25f}}) {
+    const std::pair<int, float> ratios[] = {{-5, 0}, {0, 0}, {1, 30}, {120, 0.25f}};
+    for (const auto &[elapsed, ratio] : ratios) {
         machine.clock = timer.start + elapsed;
         EXPECT_EQ(timer.GetRatio(), ratio) << elapsed;
     }

@@ -4,7 +4,7 @@
 #include <QMenu>
 #include <QTimer>
 
-#include "tests/GL/fixture.h"
+#include "tests/support/window.h"
 
 namespace {
 
@@ -76,18 +76,12 @@ WindowShortcuts: view 1; window.NewAction Ctrl+S E view 1SelectAll(); get E shor
 WindowsWithoutAName: window.NewAction X none a 1Missing(int); window.NewAction X none none none; actions window => - - []
 )";
 
-class Actions : public WindowTest {
-protected:
-    Actions()
-    {
-        (new QAction(&owner))->setObjectName("D");
-        run("add a; bind a A; bind a B; bind a C");
-    }
-};
-SCRIPTS(ActionList, Actions, "", actionScripts)
+const char *const three = "add a; add b; bind b D; bind a A; bind a B; bind a C";
+SCRIPTS(Actions, WindowTest, three, actionScripts)
 
-TEST_F(Actions, AreEnabledByNameAndMayEndTheWindow)
+TEST_F(WindowTest, ActionsAreEnabledByNameAndMayEndTheWindow)
 {
+    run(three);
     GLW *a = object("a");
     EXPECT_EQ(a->enableAction("B", false), a->actions()[1]);
     EXPECT_TRUE(a->actions()[0]->isEnabled() && !a->actions()[1]->isEnabled());
@@ -111,6 +105,7 @@ public Q_SLOTS:
     int Build(QMenu *menu)
     {
         menu->addAction("entry");
+        menu->setObjectName("menu");
         emit Built();
         return 7;
     }
@@ -125,6 +120,7 @@ OfNobody: window.ContextMenu none =>
 WithoutBuild: window.ContextMenu owner => open:150,120:0
 OnlyOne: on Built window.ContextMenu tree; window.ContextMenu tree => Built open:150,120:1
 RecordFollowsFromTheTop: clock 5000000; set window at 1,2 button 5 modifier 6 double_click 1; window.ContextMenu tree; record; get window double_click => Built open:150,120:1 50,20 1,2 -49,-18 5000000 5<5 6<6 0
+MenuDies: on Built delete menu; window.ContextMenu tree; window.ContextMenu tree => Built Built
 WindowDies: on Built delete window; window.ContextMenu tree => Built
 OfAnObject: a.ContextMenu => MenuTree a contextmenu InitContextMenuTree:a Built open:150,120:1
 OfAnObjectWithoutAWindow: window.RemoveGLWidget a; a.ContextMenu => 1
@@ -150,14 +146,11 @@ protected:
             return parent->objectName() == "b" ? nullptr : make("made");
         };
         QObject::connect(&closing, &QTimer::timeout, [this] {
-            const QPointer<QMenu> menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-            if (!menu)
-                return;
-            host.log << QString("open:%1:%2").arg(wordOf(menu->pos())).arg(menu->actions().size());
-            if (menu->isEmpty())
-                delete menu;
-            else
+            if (auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget())) {
+                host.log
+                    << QString("open:%1:%2").arg(wordOf(menu->pos())).arg(menu->actions().size());
                 menu->close();
+            }
         });
         closing.start(0);
     }

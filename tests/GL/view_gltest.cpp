@@ -3,11 +3,9 @@
 #include <QApplication>
 #include <QRegularExpression>
 
-#include "tests/GL/fixture.h"
+#include "tests/support/window.h"
 
 namespace {
-
-using View = WindowTest;
 
 // Tiles in a width and height, size hints of the first tiles => rows and columns.
 const char *const gridRows = R"(
@@ -26,7 +24,7 @@ OnlyTheAspectCounts: 5 800 600; set 1 sizeHint 400x200 => 3 2
 WidestAndTallestMakeOneSize: 2 800 600; set 1 sizeHint 8x1; set 2 sizeHint 1x8 => 1 2
 )";
 
-TEST_F(View, GridIsLargeForTheAspect)
+TEST_F(WindowTest, GridIsLargeForTheAspect)
 {
     for (const Script &row : Script::table(gridRows)) {
         run("alone " + row.script +
@@ -50,7 +48,7 @@ OnePixelTellsNoShare: delete view; alone 1 1 600; view.SetOrder []; delete view;
 )";
 SCRIPTS(Layout, WindowTest, "alone 6 800 600", layoutScripts)
 
-TEST_F(View, WithoutAUsableSizeStaysAndTells)
+TEST_F(WindowTest, WithoutAUsableSizeStaysAndTells)
 {
     for (const char *cause : {"visible false", "sizeHint 5x0", "sizeHint 0x5", "sizeHint none"}) {
         testing::internal::CaptureStderr();
@@ -87,7 +85,7 @@ StaleEndsAtTheLimit: set view stale 2147483646; view.UpdateLayout; view.UpdateLa
 )";
 SCRIPTS(Operations, WindowTest, "alone 3 900 300", operationScripts)
 
-TEST_F(View, TileHasNoBindingsOfItsOwn)
+TEST_F(WindowTest, TileHasNoBindingsOfItsOwn)
 {
     run("alone 2 800 600; bind view v");
     GLTile *tile = view()->tiles[1];
@@ -131,8 +129,7 @@ const std::map<QChar, QString> gestures{
     {'d', "click AT; double AT 1 1; up AT 1 0"},
     {'C', "click AT 4000000; double AT 1 1 4000000; up AT 1 0 4000000"},
     {'h', "view.SetVisible [ID] false"},
-    {'-', "view.RemoveTile ID"},
-};
+    {'-', "view.RemoveTile ID"}};
 
 class Clicks : public WindowTest {
 protected:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "math/vector.h"
 
+#include <tuple>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -9,10 +10,7 @@ namespace {
 
 const Real numbers[] = {1, 2, 3};
 const Vector a(numbers), b(4, -5, 6);
-const struct {
-    const char *name;
-    Vector found, expected;
-} rows[] = {
+const std::tuple<const char *, Vector, Vector> rows[] = {
     {"zero", Vector(), {0, 0, 0}},
     {"sum", a + b, {5, -3, 9}},
     {"difference", a - b, {-3, 7, -3}},

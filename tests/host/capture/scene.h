@@ -4,7 +4,7 @@
 
 #include "GL/glwidget.h"
 #include "host/capture/picture.h"
-#include "tests/GL/fixture.h"
+#include "tests/support/window.h"
 
 namespace host {
 

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "host/series/plot.h"
-#include "tests/GL/fixture.h"
+#include "tests/support/window.h"
 
 namespace host {
 namespace {

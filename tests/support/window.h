@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // What tests of windows and their objects share: a real window that scripts steer by name, a
 // recorder of signals, and what stands in for the machine's clock, pointer and renderer.
-#ifndef TESTS_GL_FIXTURE_H
-#define TESTS_GL_FIXTURE_H
+#ifndef TESTS_SUPPORT_WINDOW_H
+#define TESTS_SUPPORT_WINDOW_H
 
 #include <ctime>
 #include <functional>
@@ -20,10 +20,10 @@
 
 /// In place of what the machine says, for the module too.
 struct Machine {
-    time_t clock = 0;               ///< Wall clock in microseconds; the machine's own while 0.
-    QPoint pointer{700, 700};       ///< Of the screen; the display's own is neither read nor moved.
-    const char *renderer = nullptr; ///< What OpenGL calls itself; its own name while null.
-    QImage shown;                   ///< The last frame that a window swapped.
+    time_t clock = 0;         ///< Wall clock in microseconds; the machine's own while 0.
+    QPoint pointer{700, 700}; ///< Of the screen; the display's own is neither read nor moved.
+    QByteArray renderer;      ///< What OpenGL calls itself; its own name while empty.
+    QImage shown;             ///< The last frame that a window swapped.
     int swaps = 0;
     int delivering = 0; ///< How deep Qt is in events that it delivers itself.
     QStringList texts;  ///< Of renderText(): "x,y,text,colour".
@@ -41,7 +41,7 @@ QVariant valueOf(const QString &word);
 
 /// So many numbers in a row.
 struct Numbers {
-    std::variant<float *, int *, double *> first;
+    std::variant<float *, int *, double *, time_t *, size_t *> first;
     int count;
     QString text() const; ///< Apart by commas, of five digits each.
     void set(const QString &word);
@@ -83,7 +83,7 @@ protected:
     QString record() const;       ///< "x,y x0,y0 dx,dy dt button<last modifier<last"
 
     /// Runs statements, apart by "; ", and returns the words that came of it. A statement is a verb
-    /// of the table in fixture.cpp, or "object.slot arguments", whose result becomes a word.
+    /// of the table in window.cpp, or "object.slot arguments", whose result becomes a word.
     QString run(const QString &script);
     QObject *find(const QString &name); ///< The window, the owner or one of its descendants.
     GLW *object(const QString &name);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/GL/fixture.h"
+#include "tests/support/window.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
@@ -29,7 +29,8 @@ std::map<QString, Numbers> recordsOf(QObject *o)
         Mouse &m = window->mouse;
         all = {{"at", of(m.x, 2)}, {"from", of(m.x0, 2)}, {"area", of(m.area)},
             {"button", of(m.button)}, {"last", of(m.last_button)}, {"modifier", of(m.modifier)}, {"updates", of(window->update)},
-            {"double_press", of(m.double_press)}, {"double_click", of(m.double_click)}};
+            {"double_press", of(m.double_press)}, {"double_click", of(m.double_click)}, {"start", of(window->timer.start)},
+            {"sum", of(window->timer.sum)}, {"last_draw", of(window->last_draw)}};
     }
     if (auto *view = qobject_cast<GLMultiWidget *>(o))
         all = {{"stale", of(view->updateLayout)}, {"pressed", of(view->tilePressed)}, {"doublePress", of(view->doublePress)}};

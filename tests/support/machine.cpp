@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What stands in for the machine, words and values, and the recorder of signals.
-#include "tests/GL/fixture.h"
+#include "tests/support/window.h"
 
 #include <cstring>
 
@@ -35,8 +35,8 @@ extern "C" const GLubyte *glGetString(GLenum name)
 {
     static const auto real =
         reinterpret_cast<decltype(&glGetString)>(dlsym(RTLD_NEXT, "glGetString"));
-    const bool fake = machine.renderer && name == GL_RENDERER;
-    return fake ? reinterpret_cast<const GLubyte *>(machine.renderer) : real(name);
+    const bool fake = !machine.renderer.isEmpty() && name == GL_RENDERER;
+    return fake ? reinterpret_cast<const GLubyte *>(machine.renderer.constData()) : real(name);
 }
 
 QPoint QCursor::pos()
@@ -171,13 +171,13 @@ QString Numbers::text() const
 
 void Numbers::set(const QString &word)
 {
-    for (int i = 0; i < std::min(count, word.count(',') + 1); ++i) {
-        const double v = word.section(',', i, i).toDouble();
-        if (auto *const *whole = std::get_if<int *>(&first))
-            (*whole)[i] = bounded::truncate(v);
-        else
-            std::visit([=](auto *p) { p[i] = std::decay_t<decltype(*p)>(v); }, first);
-    }
+    for (int i = 0; i < std::min(count, word.count(',') + 1); ++i)
+        std::visit(
+            [i, v = word.section(',', i, i).toDouble()](auto *p) {
+                using T = std::decay_t<decltype(*p)>;
+                p[i] = std::is_integral_v<T> ? T(bounded::truncate(v)) : T(v);
+            },
+            first);
 }
 
 void Recorder::hear(QObject *o, const QByteArray &arguments)
