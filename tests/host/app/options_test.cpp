@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: MIT
 // The command line, and what it finds: options, paths, standard input, the desktop's wishes.
+#include <cstdio>
+
 #include <QDir>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
 #include "host/app/desktop.h"
+#include "host/app/file_watch.h"
 #include "host/app/opening.h"
 #include "host/app/options.h"
+#include "host/app/settings.h"
 #include "host/app/standard_input.h"
 #include "tests/GL/table.h"
 
@@ -86,25 +91,135 @@ TEST(OptionsTest, TheWindowHasTheShapeOfThePicture)
 TEST(DesktopScaleTest, VariablesAreReadAndTakenAway)
 {
     const struct {
-        const char *everywhere, *screens;
+        const char *values[3];
         double factor;
-    } rows[] = {{"2", "", 2}, {"1.5", "A=2;B=1", 3}, {"", "1;2", 1}, {"-1", "", 1}, {"99", "", 8}};
+    } rows[] = {{{"2", "", ""}, 2},   {{"1.5", "", "A=2;B=1"}, 3}, {{"", "", "1;2"}, 1},
+                {{"-1", "", ""}, 1},  {{"99", "", ""}, 8},         {{"0.1", "", ""}, 0.5},
+                {{"", "", "2;1"}, 2}, {{"", "3", "B=2"}, 3}};
+    const char *const names[] = {"QT_SCALE_FACTOR", "QT_DEVICE_PIXEL_RATIO",
+                                 "QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR",
+                                 "QT_ENABLE_HIGHDPI_SCALING"};
     for (const auto &row : rows) {
-        qputenv("QT_SCALE_FACTOR", row.everywhere);
-        qputenv("QT_SCREEN_SCALE_FACTORS", row.screens);
-        EXPECT_EQ(DesktopScale::take().factor("A"), row.factor) << row.everywhere << row.screens;
-        EXPECT_FALSE(qEnvironmentVariableIsSet("QT_SCALE_FACTOR"));
+        for (int i = 0; i < 5; ++i)
+            qputenv(names[i], i < 3 ? row.values[i] : "1");
+        EXPECT_EQ(DesktopScale::take().factor("A"), row.factor) << row.factor;
+        for (const char *name : names)
+            EXPECT_FALSE(qEnvironmentVariableIsSet(name)) << name;
     }
 }
 
 TEST(StandardInputTest, FormatsAreKnownByTheirFirstBytes)
 {
     const QByteArray solid = QByteArray("solid").leftJustified(80, ' ');
-    EXPECT_EQ(StandardInput::suffixOf(solid + QByteArray("\2\0\0\0", 4), 184), "stl");
-    EXPECT_EQ(StandardInput::suffixOf("# made by hand\nv 0 0 0\n", 23), "obj");
-    EXPECT_EQ(StandardInput::suffixOf("time,v 1\n0,1\n", 13), "csv");
-    EXPECT_EQ(StandardInput::suffixOf("<?xml version='1'?><COLLADA>", 28), "dae");
-    EXPECT_EQ(StandardInput::suffixOf("these are words", 15), "");
+    const QByteArray binary = solid + QByteArray("\2\0\0\0", 4);
+    const std::tuple<QByteArray, int, const char *> rows[] = {
+        {binary, 184, "stl"},
+        {QByteArray(80, 'x') + binary.right(4), 184, "stl"},
+        {QByteArray(80, 'x') + binary.right(4), 185, ""},
+        {QByteArray(84, '\0'), 84, ""},
+        {"solid words", 11, "stl"},
+        {"# made by hand\nv 0 0 0\n", 23, "obj"},
+        {"usemtl red\n", 11, "obj"},
+        {"time,v 1\n0,1\n", 13, "csv"},
+        {"a\tb\n", 4, "csv"},
+        {"a;b\n", 4, "csv"},
+        {"one\na,b\n", 8, ""},
+        {"<?xml version='1'?><COLLADA>", 28, "dae"},
+        {"<amf>", 5, "amf"},
+        {"<X3D>", 5, "x3d"},
+        {"glTF", 4, "glb"},
+        {"\n{\"asset\"", 9, "gltf"},
+        {"ply\n", 4, "ply"},
+        {"OFF\n", 4, "off"},
+        {"PK\x03\x04", 4, "3mf"},
+        {"; FBX 7", 7, "fbx"},
+        {"Kaydara FBX Binary", 18, "fbx"},
+        {"BLENDER", 7, "blend"},
+        {"xof 0303", 8, "x"},
+        {"these are words", 15, ""}};
+    for (const auto &[start, size, suffix] : rows)
+        EXPECT_EQ(StandardInput::suffixOf(start, size), suffix) << start.toStdString();
+}
+
+TEST(StandardInputTest, IsKeptAsAFileOfItsFormat)
+{
+    const std::tuple<QByteArray, const char *, const char *> rows[] = {
+        {QByteArray("v 0 0 0\n").repeated(300000), "obj", ""},
+        {"", "", "standard input is empty"},
+        {"these are words", "", "its format is not known"}};
+    const QTemporaryDir folder;
+    for (const auto &[bytes, suffix, said] : rows) {
+        const QByteArray path = folder.filePath("input").toLocal8Bit();
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+        file.close();
+        ASSERT_TRUE(std::freopen(path.constData(), "r", stdin));
+        StandardInput input;
+        const QString fault = input.read();
+        EXPECT_TRUE(fault.contains(said) && fault.isEmpty() == !*said) << fault.toStdString();
+        EXPECT_EQ(QFileInfo(input.path()).suffix(), suffix);
+        QFile kept(input.path());
+        EXPECT_TRUE(*said || (kept.open(QIODevice::ReadOnly) && kept.readAll() == bytes));
+    }
+}
+
+TEST(SettingsTest, AreKeptFromRunToRun)
+{
+    const QTemporaryDir folder;
+    ASSERT_TRUE(QDir::setCurrent(folder.path()));
+    QStringList files;
+    for (int i = 0; i < 12; ++i) {
+        QFile file(folder.filePath(QString::number(i)));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        files << file.fileName();
+    }
+    EXPECT_FALSE(Settings().isDark() || Settings().isOrthographic());
+    EXPECT_FALSE(Settings().windowSize().isValid() || Settings().recentFiles().size());
+    EXPECT_EQ(Settings().folder(), "");
+    Settings().addFiles(files);
+    EXPECT_EQ(Settings().recentFiles(), files.mid(0, 10));
+    Settings().addFiles({"7", files[5], files[5]});
+    QFile::remove(files[0]);
+    EXPECT_EQ(Settings().recentFiles(), QStringList({files[7], files[5]}) + files.mid(1, 4) +
+                                            QStringList({files[6]}) + files.mid(8, 2));
+    Settings().setDark(true);
+    EXPECT_TRUE(Settings().isDark() && !Settings().isOrthographic());
+    Settings().setOrthographic(true);
+    Settings().setWindowSize({640, 480});
+    Settings().setFolder(folder.path());
+    EXPECT_TRUE(Settings().isOrthographic() && Settings().windowSize() == QSize(640, 480));
+    EXPECT_EQ(Settings().folder(), folder.path());
+    Settings().setFolder(files[1]);
+    EXPECT_EQ(Settings().folder(), "") << "no folder";
+}
+
+TEST(FileWatchTest, TellsOfEachChangeAndOfFilesThatComeBack)
+{
+    const QTemporaryDir folder;
+    const QString a = folder.filePath("a"), b = folder.filePath("b");
+    QByteArray text;
+    const auto write = [&](const QString &path) {
+        QFile file(path);
+        text += 'x';
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(text) > 0);
+    };
+    write(a), write(b);
+    FileWatch watch;
+    QSignalSpy told(&watch, &FileWatch::changed);
+    watch.setFiles({a, b});
+    const auto hears = [&](const QString &path) {
+        EXPECT_TRUE(told.count() > 0 || told.wait(60000));
+        EXPECT_EQ(told.value(0).value(0).toString(), path);
+        told.clear();
+    };
+    write(a), write(a);
+    hears(a);
+    QFile::remove(a);
+    write(a);
+    hears(a);
+    watch.setFiles({b});
+    write(a), write(b);
+    hears(b);
 }
 
 TEST(OpeningTest, OneFileFillsTheWindowAndAFolderMakesASheet)

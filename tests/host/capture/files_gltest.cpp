@@ -249,10 +249,13 @@ TEST(ProgressLineTest, IsRewrittenOnATerminalAndRareInAFile)
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
     const auto shown = [](std::FILE *stream, int reader) {
-        ProgressLine line(stream, "Recording");
-        for (const int i : {1, 2, 3, 20})
-            line.show(i, 20);
-        line.end(), line.end();
+        {
+            ProgressLine line(stream, "Recording"), again(stream, "Again");
+            for (const int i : {1, 2, 3, 20})
+                line.show(i, 20);
+            line.end(), line.end();
+            again.show(1, 1);
+        } // which ends the other
         std::fclose(
             stream); // a terminal hands over what it has in pieces, and then ends as a pipe does
         std::string all;
@@ -261,10 +264,11 @@ TEST(ProgressLineTest, IsRewrittenOnATerminalAndRareInAFile)
         return all;
     };
     EXPECT_EQ(shown(fdopen(ends[1], "w"), ends[0]),
-              "Recording: 1 of 20 (5 %)\nRecording: 2 of 20 (10 %)\nRecording: 20 of 20 (100 %)\n");
+              "Recording: 1 of 20 (5 %)\nRecording: 2 of 20 (10 %)\nRecording: 20 of 20 (100 %)\n"
+              "Again: 1 of 1 (100 %)\n");
     EXPECT_EQ(shown(std::fopen(ptsname(terminal), "w"), terminal),
               "\rRecording: 1 of 20 (5 %)\rRecording: 2 of 20 (10 %)\rRecording: 3 of 20 (15 %)"
-              "\rRecording: 20 of 20 (100 %)\r\n");
+              "\rRecording: 20 of 20 (100 %)\r\n\rAgain: 1 of 1 (100 %)\r\n");
 }
 
 } // namespace

@@ -183,6 +183,7 @@ TEST_F(PictureTest, GivesBackStateAndRecords)
 TEST_F(PictureTest, ACropIsACutOfTheWholeAndMayBeGivenUp)
 {
     request.size *= 2;
+    request.objects[1].draw2D = nullptr;
     request.objects[0].foreground = [](GLW *, QPainter *painter) {
         painter->fillRect(160, 60, 30, 30, Qt::white);
     };

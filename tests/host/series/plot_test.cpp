@@ -4,14 +4,11 @@
 
 #include <cmath>
 
-#include <QImage>
-#include <QPaintEngine>
-#include <QPainter>
-#include <QPainterPath>
 #include <gtest/gtest.h>
 
 #include "GL/glwidget.h"
 #include "host/series/column_list.h"
+#include "tests/host/paint_record.h"
 
 namespace host {
 namespace {
@@ -19,53 +16,10 @@ namespace {
 using V = GL::Viewport;
 const double none = std::numeric_limits<double>::quiet_NaN();
 
-/// What is painted: texts, with boxes from the font's ascent to its descent, lines and fills.
-class Painting : public QImage, private QPaintEngine {
-public:
-    struct Text {
-        QRectF box;
-        QFont font;
-        QColor color;
-    };
-    std::multimap<QString, Text> texts;
-    std::vector<std::pair<QLineF, QPen>> lines;
-    std::vector<std::pair<QRectF, QColor>> fills;
-
+struct Painting : PaintRecord {
     Painting(const SeriesPlot &plot, GLW &object)
-        : QImage(800, 500, Format_RGB32), QPaintEngine(AllFeatures)
+        : PaintRecord({800, 500}, [&](QPainter *p) { plot.paintForeground(&object, p); })
     {
-        QPainter painter(this);
-        plot.paintForeground(&object, &painter);
-        EXPECT_TRUE(painter.transform().isIdentity());
-    }
-    Text operator[](const QString &text) const // which has to be there once
-    {
-        EXPECT_EQ(texts.count(text), 1u) << text.toStdString();
-        return texts.count(text) > 0 ? texts.find(text)->second : Text();
-    }
-
-private:
-    QPaintEngine *paintEngine() const override { return const_cast<Painting *>(this); }
-    bool begin(QPaintDevice *) override { return true; }
-    bool end() override { return true; }
-    Type type() const override { return User; }
-    void drawPixmap(const QRectF &, const QPixmap &, const QRectF &) override {}
-    void updateState(const QPaintEngineState &) override {}
-    QRectF placed(const QRectF &r) const { return painter()->transform().mapRect(r); }
-    void drawTextItem(const QPointF &at, const QTextItem &item) override
-    {
-        const QRectF box(at.x(), at.y() - item.ascent(), item.width(),
-                         item.ascent() + item.descent());
-        texts.insert({item.text(), {placed(box), item.font(), painter()->pen().color()}});
-    }
-    void drawLines(const QLineF *all, int count) override
-    {
-        for (int i = 0; i < count; ++i)
-            lines.emplace_back(painter()->transform().map(all[i]), painter()->pen());
-    }
-    void drawPath(const QPainterPath &path) override
-    {
-        fills.emplace_back(placed(path.boundingRect()), painter()->brush().color());
     }
 };
 
@@ -226,6 +180,26 @@ TEST_F(ManyColumns, LegendEntriesToggleOneByOne)
     EXPECT_FALSE(click(layout().area.center()));
 }
 
+// From all that have room on, each number of columns: what is left out is told, and no less.
+TEST(PlotLegend, TellsHowManyItLeavesOut)
+{
+    bool one = false;
+    for (std::size_t n = 10; n < 60; ++n) {
+        std::vector<std::vector<double>> columns(n, {2});
+        Plotted p(tableOf({1}, columns));
+        const int left = p.layout().leftOut;
+        one = one || left == 1;
+        const Painting painted(p.plot, p.object);
+        if (left > 0) {
+            const auto &[box, font, color] = painted[QString("+%1 more").arg(left)];
+            EXPECT_TRUE(p.layout().more.adjusted(-1, -2, 1, 2).contains(box));
+            EXPECT_EQ(color, plotColors(p.plot.theme()).axis);
+        }
+        EXPECT_EQ(painted.texts.count("+0 more"), 0u);
+        EXPECT_EQ(painted.texts.count(QString("series%1").arg(n - 1)), left > 0 ? 0u : 1u);
+    }
+}
+
 TEST_F(ManyColumns, TheListHasASwitchForEach)
 {
     EXPECT_FALSE(plot.scrollList(&object, layout().area.center(), 1));
@@ -257,7 +231,8 @@ TEST_F(ManyColumns, TheListHasASwitchForEach)
         EXPECT_TRUE(list.box.contains(entry.box) && entry.color == colors.axis);
         EXPECT_EQ(std::next(painted.texts.find("series1"))->second.color, colors.text);
         const auto &[ground, color] = painted.fills.at(0);
-        EXPECT_TRUE(ground == list.box.translated(0.5, 0.5) && color.alphaF() > 0.9 &&
+        EXPECT_TRUE(ground == list.box.translated(0.5, 0.5) &&
+                    std::abs(color.alphaF() - 0.92) < 0.01 &&
                     color.rgb() == colors.background.rgb());
         EXPECT_EQ(painted.fills.back().second == colors.axis, inset > 0); // a bar to scroll
         EXPECT_TRUE(click({1, 1}) && !plot.isListOpen());                 // beside it
@@ -359,15 +334,45 @@ TEST(PlotTextsTest, DaysStandBelowTheirFirstHours)
     }
 }
 
+TEST(PaletteTest, IsThatOfOkabeAndItoOnBothGrounds)
+{
+    const std::pair<PlotTheme, const char *> rows[] = {
+        {PlotTheme::Light,
+         "#ffffff #e6e8eb #9aa0a6 #30343a #0072b2 #d55e00 #009e73 #c56f9f #b37b00 "
+         "#000000 "},
+        {PlotTheme::Dark, "#1b1e23 #2d3239 #6b727c #d5d9df #56b4e9 #d55e00 #009e73 #cc79a7 #e69f00 "
+                          "#f0e442 "}};
+    for (const auto &[theme, names] : rows) {
+        const auto &[background, grid, axis, text] = plotColors(theme);
+        QString all;
+        for (const QColor &color : {background, grid, axis, text})
+            all += color.name() + ' ';
+        for (int i = 0; i < 6; ++i)
+            all += seriesStyle(i, theme).color.name() + ' ';
+        EXPECT_EQ(all, names);
+        for (int i = 0; i < 24; ++i) // solid, dashed, dotted, and again
+            EXPECT_TRUE(seriesStyle(i, theme).pen == i / 6 % 3 + 1 &&
+                        seriesStyle(i, theme).color == seriesStyle(i % 6, theme).color);
+    }
+}
+
 TEST(PlotLayoutTest, LeavesOutWhatHasNoRoom)
 {
-    const double rows[][5] = {// width, height, scale; whether it is small, and has axes
-                              {360, 240, 1, 0, 1}, {359, 240, 1, 1, 1}, {360, 239, 1, 1, 1},
-                              {120, 90, 1, 1, 1},  {119, 90, 1, 1, 0},  {120, 89, 1, 1, 0},
-                              {240, 180, 2, 1, 1}, {238, 180, 2, 1, 0}, {0, 0, 1, 1, 0}};
-    for (const auto &[width, height, scale, small, axes] : rows) {
+    // Width, height, scale; whether it is small, and has axes; pixels of both fonts, and left of,
+    // right of and over the title.
+    const double rows[][10] = {
+        {360, 240, 1, 0, 1, 12, 13, 64, 20, 10}, {359, 240, 1, 1, 1, 11, 11, 48, 10, 4},
+        {360, 239, 1, 1, 1, 11, 11, 48, 10, 4},  {120, 90, 1, 1, 1, 11, 11, 48, 10, 4},
+        {119, 90, 1, 1, 0, 11, 11, 0, 119, 0},   {120, 89, 1, 1, 0, 11, 11, 0, 120, 0},
+        {240, 180, 2, 1, 1, 22, 22, 96, 20, 8},  {238, 180, 2, 1, 0, 22, 22, 0, 238, 0},
+        {0, 0, 1, 1, 0, 11, 11, 0, 0, 0}};
+    for (const auto &[width, height, scale, small, axes, type, head, left, right, top] : rows) {
         const QSize size = QSizeF(width, height).toSize();
         const PlotLayout layout(*tableOf({1}, {{2}, {3}}), size, {false, {}, scale});
+        EXPECT_TRUE(layout.font.pixelSize() == type && layout.titleFont.pixelSize() == head);
+        EXPECT_TRUE(layout.title.left() == left && layout.title.top() == top &&
+                    size.width() - layout.title.right() == right)
+            << width;
         EXPECT_TRUE(layout.small == (small > 0) && layout.axes == (axes > 0)) << width;
         EXPECT_EQ(layout.area == QRectF(QPointF(0, 0), size.expandedTo({1, 1})), axes == 0);
         EXPECT_TRUE(layout.title.isEmpty());

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#ifndef TESTS_HOST_PAINT_RECORD_H
+#define TESTS_HOST_PAINT_RECORD_H
+
+#include <functional>
+#include <map>
+#include <vector>
+
+#include <QImage>
+#include <QPaintEngine>
+#include <QPainter>
+#include <QPainterPath>
+#include <gtest/gtest.h>
+
+namespace host {
+
+/// What is painted: texts, with boxes from the font's ascent to its descent, lines and fills.
+class PaintRecord : public QImage, private QPaintEngine {
+public:
+    struct Text {
+        QRectF box;
+        QFont font;
+        QColor color;
+    };
+    std::multimap<QString, Text> texts;
+    std::vector<std::pair<QLineF, QPen>> lines;
+    std::vector<std::pair<QRectF, QColor>> fills;
+
+    PaintRecord(const QSize &size, const std::function<void(QPainter *)> &paint)
+        : QImage(size, Format_RGB32), QPaintEngine(AllFeatures)
+    {
+        QPainter painter(this);
+        const QFont font = painter.font();
+        paint(&painter);
+        EXPECT_TRUE(painter.transform().isIdentity() && painter.font() == font);
+    }
+    Text operator[](const QString &text) const // which has to be there once
+    {
+        EXPECT_EQ(texts.count(text), 1u) << text.toStdString();
+        return texts.count(text) > 0 ? texts.find(text)->second : Text();
+    }
+
+private:
+    QPaintEngine *paintEngine() const override { return const_cast<PaintRecord *>(this); }
+    bool begin(QPaintDevice *) override { return true; }
+    bool end() override { return true; }
+    Type type() const override { return User; }
+    void drawPixmap(const QRectF &, const QPixmap &, const QRectF &) override {}
+    void updateState(const QPaintEngineState &) override {}
+    QRectF placed(const QRectF &r) const { return painter()->transform().mapRect(r); }
+    void drawTextItem(const QPointF &at, const QTextItem &item) override
+    {
+        const QRectF box(at.x(), at.y() - item.ascent(), item.width(),
+                         item.ascent() + item.descent());
+        texts.insert({item.text(), {placed(box), item.font(), painter()->pen().color()}});
+    }
+    void drawLines(const QLineF *all, int count) override
+    {
+        for (int i = 0; i < count; ++i)
+            lines.emplace_back(painter()->transform().map(all[i]), painter()->pen());
+    }
+    void drawPath(const QPainterPath &path) override
+    {
+        fills.emplace_back(placed(path.boundingRect()), painter()->brush().color());
+    }
+};
+
+} // namespace host
+
+#endif
