@@ -14,7 +14,7 @@ void drawNumbers(MeshBuffers &buffers, const Mesh &mesh, const PartMarks &marks,
 {
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     buffers.drawShapes(mesh, [&](std::size_t part) {
-        if (marks.isHidden(part) || (opaqueOnly && opacityOf(mesh.parts[part]) < 1))
+        if (marks.isHidden(part) || (opaqueOnly && isTransparent(mesh.parts[part])))
             return false;
         const auto number = quint32(part + 1);
         glColor4ub(GLubyte(number), GLubyte(number >> 8), GLubyte(number >> 16), 255);
@@ -42,7 +42,7 @@ void readNumbers(const QSize &size, std::vector<bool> &seen)
 bool hasTransparent(const Mesh &mesh)
 {
     for (const MeshPart &part : mesh.parts)
-        if (opacityOf(part) < 1)
+        if (isTransparent(part))
             return true;
     return false;
 }
