@@ -25,6 +25,11 @@ public:
                                    Options::tr("Read files again when they change on disk.")};
     const QCommandLineOption up{"up", Options::tr("Let this axis of the models' files point up."),
                                 "x|y|z"};
+    const QCommandLineOption section{
+        "section",
+        Options::tr("Cut models across an axis: x, y or z, :30% of the way or :12.5 on it; -x cuts "
+                    "away what is below. Up to three."),
+        "axis"};
     const QCommandLineOption screenshot{
         "screenshot", Options::tr("Write a picture of what is shown to <file> and end."), "file"};
     const QCommandLineOption turntable{
@@ -49,7 +54,7 @@ public:
         QString title;
         QList<QCommandLineOption> options;
     };
-    const QList<Group> groups{{Options::tr("Window"), {size, fps, up, watch, module}},
+    const QList<Group> groups{{Options::tr("Window"), {size, fps, up, section, watch, module}},
                               {Options::tr("Files"), {companions}},
                               {Options::tr("Pictures and recordings"),
                                {screenshot, turntable, seconds, transparent, noOverlays}},
@@ -163,6 +168,16 @@ Options parseOptions(const QStringList &arguments)
                 Options::tr("--up takes x, y or z, not \"%1\"").arg(parser.value(parser.up)));
         o.up = FileAxes::Axis(axis);
     }
+    for (const QString &text : parser.values(parser.section)) {
+        SectionRequest plane;
+        if (!parseSection(text, plane))
+            return refuse(Options::tr("--section takes x, y or z, or such as -x:30% or z:12.5, not "
+                                      "\"%1\"")
+                              .arg(text));
+        o.section << plane;
+    }
+    if (o.section.size() > int(Section::most))
+        return refuse(Options::tr("--section goes three times at most"));
     if (parser.isSet(parser.companions)) {
         const QString where = parser.value(parser.companions);
         if (where != "anywhere" && where != "folder")

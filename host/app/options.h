@@ -8,7 +8,9 @@
 #include <QSize>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
+#include "host/item/section.h"
 #include "host/read/companions.h"
 #include "host/read/mesh.h"
 
@@ -42,6 +44,7 @@ public:
     QSize size{1280, 800};    ///< Of the window in logical pixels, or of the picture in pixels.
     bool sizeGiven = false;   ///< Otherwise the size of the last run is preferred.
     std::optional<FileAxes::Axis> up; ///< Of the files' axes; nothing: as their formats have it.
+    QVector<SectionRequest> section;  ///< The planes that cut models.
     float fps = 60;                   ///< Frames per second while something moves.
     Companions companions = Companions::InFolder; ///< What models may name.
 

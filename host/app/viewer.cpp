@@ -198,6 +198,7 @@ void Viewer::adopt(std::unique_ptr<View> view)
     view_->setDisplay(display_);
     view_->setOrthographic(orthographic_);
     view_->setUp(options_.up);
+    view_->setSection(options_.section);
     window_.setTitle(view_->title());
     nameKeys();
 }

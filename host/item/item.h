@@ -11,6 +11,7 @@
 #include "GL/glw.h"
 #include "host/item/display.h"
 #include "host/item/part_marks.h"
+#include "host/item/section.h"
 #include "host/item/steering.h"
 #include "host/read/mesh.h"
 #include "host/series/plot.h"
@@ -29,6 +30,7 @@ struct ItemState {
     std::optional<FileAxes::Axis> up; ///< If it was chosen.
     std::optional<PlotState> plot;    ///< Of a plot.
     PartMarks parts;                  ///< Of a model.
+    Section section;                  ///< Of a model.
 };
 
 /// What one drawing object (GLW) shows: a model, a plot. It draws and picks there; how it is
@@ -65,11 +67,13 @@ public:
     virtual bool isBusy() const { return false; }
 
     virtual ModelItem *model() { return nullptr; } ///< This, if it is a model.
+    /// Whether all that a picture shows of it is there.
+    virtual bool isWhole() const { return true; }
 
     virtual Steering &steering() = 0;
     virtual ItemState state(GLW *glw)
     {
-        return {glw->camera, steering().wholeIn(), chosenUp(), {}, {}};
+        return {glw->camera, steering().wholeIn(), chosenUp(), {}, {}, {}};
     }
     /// Expects init() to have run. What was whole is whole in an object of any size.
     virtual void restore(GLW *glw, const ItemState &state)
@@ -100,6 +104,16 @@ public:
     virtual std::optional<FileAxes::Axis> chosenUp() const { return {}; }
 
     virtual bool hasPoints() const { return false; } ///< Whether the width of points matters.
+    /// The planes that cut it; null where nothing can be cut.
+    virtual const Section *section() const { return nullptr; }
+    virtual void setSection(const Section &) {}
+    /// The planes that cut, as they stand in the world; those that do not are left out.
+    virtual std::vector<SectionFrame> sectionFrames() const { return {}; }
+    /// The plane that is asked for; expects a section().
+    virtual CutPlane planeOf(const SectionRequest &) const { return {}; }
+    /// A plane just below the face at a pixel, that cuts away what lies before it.
+    virtual std::optional<CutPlane> planeAt(const GLW *, const QPointF &) const { return {}; }
+
     /// Whether it stands in three dimensions, so that one can look from the sides.
     virtual bool isSpatial() const { return false; }
     /// The file's units per pixel at the point looked at; 0 where that means nothing.

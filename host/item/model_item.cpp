@@ -2,6 +2,7 @@
 #include "host/item/model_item.h"
 
 #include <algorithm>
+#include <limits>
 
 #include <QLocale>
 #include <QThreadPool>
@@ -48,6 +49,7 @@ void ModelItem::measure()
     spacing_ = pointSpacing(*mesh_) * double(scale_);
     outline_.clear();
     outline(); // now, since what an item holds does not grow
+    section_.setMesh(mesh_, centre_, scale_);
 }
 
 QString ModelItem::details() const
@@ -88,7 +90,8 @@ QString ModelItem::underPointer() const
 
 quint64 ModelItem::byteSize() const
 {
-    quint64 bytes = mesh_->byteSize() + buffers_.byteSize() + outline_.size() * sizeof(QVector3D);
+    quint64 bytes = mesh_->byteSize() + buffers_.byteSize() + section_.byteSize() +
+                    outline_.size() * sizeof(QVector3D);
     // Until the tree is there, about what it will take: a size that grew afterwards would pass
     // limits that were kept.
     constexpr quint64 perTriangle = 36, perThin = 6;
@@ -133,6 +136,7 @@ ItemState ModelItem::state(GLW *glw)
 {
     ItemState state = Item::state(glw);
     state.parts = marks_;
+    state.section = section_.get();
     return state;
 }
 
@@ -140,12 +144,14 @@ void ModelItem::restore(GLW *glw, const ItemState &state)
 {
     if (state.parts.count() == marks_.count())
         marks_ = state.parts;
+    setSection(state.section);
     Item::restore(glw, state);
 }
 
 void ModelItem::release()
 {
     buffers_.destroy();
+    section_.release();
 }
 
 /// Notes how large a pixel is that looks at the model.
@@ -163,8 +169,13 @@ void ModelItem::draw3D(GLW *glw, const Display &display)
 {
     measurePixel(glw);
     const std::size_t most = display.whole ? mesh_->pointCount() : budget_.most();
-    buffers_.drawThin(*mesh_, display, marks_, {pixel_, spacing_, most});
-    buffers_.draw(*mesh_, display, marks_);
+    {
+        const ModelSection::Clipping clipping(section_);
+        section_.drawCaps(SectionCaps::Opaque, display, marks_, pixel_);
+        buffers_.drawThin(*mesh_, display, marks_, {pixel_, spacing_, most});
+        buffers_.draw(*mesh_, display, marks_);
+        section_.drawCaps(SectionCaps::Transparent, display, marks_, pixel_);
+    }
     if (display.hover && hovered_ >= 0)
         brackets_.draw(*mesh_, std::size_t(hovered_), centre_, scale_, display);
 }
@@ -173,8 +184,13 @@ std::optional<TriangleHit> ModelItem::hit(const Ray &world) const
 {
     if (!build_->ready)
         return {};
-    return build_->tree->nearest({world.origin / scale_ + centre_, world.direction},
-                                 [this](const TriangleHit &hit) { return isThere(hit); });
+    const Ray ray{world.origin / scale_ + centre_, world.direction};
+    const auto found =
+        build_->tree->nearest(ray, [&](const TriangleHit &hit) { return isThere(hit, ray); });
+    if (!found || !section_.isCutting())
+        return found;
+    const auto cap = section_.hit(world, marks_);
+    return cap && cap->distance < found->distance * double(scale_) ? std::nullopt : found;
 }
 
 /// The line or point that is within a few pixels of the ray and not behind @p surface.
@@ -187,20 +203,29 @@ std::optional<ThinHit> ModelItem::thinHit(const Ray &world,
     const Aim aim{{world.origin / scale_ + centre_, world.direction},
                   reach * aimRadius_ / double(scale_),
                   reach * aimSlope_};
+    double end = std::numeric_limits<double>::infinity(); // of what is seen, along the ray
+    if (surface)
+        end = surface->distance;
+    else if (const auto cap = section_.hit(world, marks_))
+        end = cap->distance / double(scale_);
     return build_->thin->nearest(aim, [&](const ThinHit &hit) {
         const double room = aim.radius + aim.slope * hit.distance; // it may lie on the surface
-        return !marks_.isHidden(hit.part) && (!surface || hit.distance < surface->distance + room);
+        return !marks_.isHidden(hit.part) && hit.distance < end + room &&
+               (!section_.isCutting() || section_.keeps(hit.at));
     });
 }
 
+/// On triangles or on cut faces.
 std::optional<QVector3D> ModelItem::surfaceAt(const Ray &ray) const
 {
     const auto found = hit(ray);
     if (const auto thin = thinHit(ray, found))
         return (thin->at - centre_) * scale_;
-    if (!found)
-        return {};
-    return ray.origin + ray.direction * float(found->distance * double(scale_));
+    if (found)
+        return ray.origin + ray.direction * float(found->distance * double(scale_));
+    if (const auto cap = section_.hit(ray, marks_))
+        return ray.origin + ray.direction * float(cap->distance);
+    return {};
 }
 
 bool ModelItem::pick3D(GLW *glw, const std::optional<QPointF> &pointer)

@@ -10,6 +10,7 @@
 #include "host/item/camera_steering.h"
 #include "host/item/item.h"
 #include "host/item/mesh_buffers.h"
+#include "host/item/model_section.h"
 #include "host/item/part_brackets.h"
 #include "host/item/part_marks.h"
 #include "host/item/point_budget.h"
@@ -60,8 +61,19 @@ public:
     std::optional<FileAxes::Axis> chosenUp() const override { return chosenUp_; }
     double unitsPerPixel(const GLW *glw) const override;
     void passed(bool moved, double seconds) override { budget_.advance(moved, seconds); }
-    bool isBusy() const override { return !build_->ready || budget_.most() < mesh_->pointCount(); }
+    bool isBusy() const override
+    {
+        return !build_->ready || budget_.most() < mesh_->pointCount() || section_.isBusy();
+    }
     bool hasPoints() const override { return mesh_->pointCount() > 0; }
+    bool isWhole() const override { return !section_.isBusy(); }
+
+    const Section *section() const override { return &section_.get(); }
+    void setSection(const Section &section) override { section_.set(section); }
+    std::vector<SectionFrame> sectionFrames() const override { return section_.frames(); }
+    CutPlane planeOf(const SectionRequest &request) const override;
+    std::optional<CutPlane> planeAt(const GLW *glw, const QPointF &pixel) const override;
+
     void init(GLW *glw) override;
     void release() override;
     void draw3D(GLW *glw, const Display &display) override;
@@ -103,7 +115,7 @@ private:
     void measurePixel(const GLW *glw);
     std::optional<ThinHit> thinHit(const Ray &world,
                                    const std::optional<TriangleHit> &surface) const;
-    bool isThere(const TriangleHit &hit) const;
+    bool isThere(const TriangleHit &hit, const Ray &inMesh) const;
     int partOf(quint32 triangle) const;
     void selectMeant();
 
@@ -120,6 +132,7 @@ private:
     double spacing_ = 0; // of points, in the world
     double pixel_ = 0;   // of the object, in the world, at the depth that one looks at
     double aimRadius_ = 0, aimSlope_ = 0; // of the room that a pixel sees: see Aim
+    ModelSection section_;
     PartBrackets brackets_;
     std::shared_ptr<TreeBuild> build_ = std::make_shared<TreeBuild>(); // never null
     int hovered_ = -1;

@@ -19,9 +19,11 @@ int ModelItem::partOf(quint32 triangle) const
 }
 
 /// Whether what the ray meets there is shown: nothing else is picked or measured.
-bool ModelItem::isThere(const TriangleHit &hit) const
+bool ModelItem::isThere(const TriangleHit &hit, const Ray &ray) const
 {
-    return marks_.hiddenCount() == 0 || !marks_.isHidden(std::size_t(partOf(hit.triangle)));
+    return (marks_.hiddenCount() == 0 || !marks_.isHidden(std::size_t(partOf(hit.triangle)))) &&
+           (!section_.isCutting() ||
+            section_.keeps(ray.origin + ray.direction * float(hit.distance)));
 }
 
 int ModelItem::partAt(const GLW *glw, const QPointF &at)
@@ -31,12 +33,16 @@ int ModelItem::partAt(const GLW *glw, const QPointF &at)
     const auto found = hit(ray);
     if (const auto thin = thinHit(ray, found))
         return int(thin->part);
-    return found ? partOf(found->triangle) : -1;
+    if (found)
+        return partOf(found->triangle);
+    const auto cap = section_.hit(ray, marks_);
+    return cap ? int(cap->part) : -1;
 }
 
 void ModelItem::selectArea3D(GLW *glw, const QRectF &area, Reach reach)
 {
     std::vector<bool> met;
+    const ModelSection::Clipping clipping(section_);
     if (reach == Reach::Seen)
         met = partsSeen(buffers_, *mesh_, marks_, area.size().toSize());
     if (met.empty())

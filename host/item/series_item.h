@@ -31,7 +31,7 @@ public:
     Steering &steering() override { return steering_; }
     ItemState state(GLW *glw) override
     {
-        return {glw->camera, steering_.wholeIn(), {}, plot_.state(glw), {}};
+        return {glw->camera, steering_.wholeIn(), {}, plot_.state(glw), {}, {}};
     }
     void restore(GLW *glw, const ItemState &state) override
     {

@@ -27,10 +27,10 @@ QVector3D middleOf(const Mesh &mesh, const MeshPart &part)
 
 } // namespace
 
-float opacityOf(const MeshPart &part)
+float opacityOf(const std::array<float, 4> &colour)
 {
     // Several writers put 0 where they mean opaque; nobody means a part to be invisible.
-    return part.colour[3] < 0.02f ? 1.0f : part.colour[3];
+    return colour[3] < 0.02f ? 1.0f : colour[3];
 }
 
 bool isTransparent(const MeshPart &part)

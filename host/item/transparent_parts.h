@@ -2,6 +2,7 @@
 #ifndef HOST_ITEM_TRANSPARENT_PARTS_H
 #define HOST_ITEM_TRANSPARENT_PARTS_H
 
+#include <array>
 #include <vector>
 
 #include <QMatrix4x4>
@@ -11,7 +12,11 @@
 namespace host {
 
 /// How much of a part's colour covers what lies behind: 0 (not quite) to 1.
-float opacityOf(const MeshPart &part);
+float opacityOf(const std::array<float, 4> &colour);
+inline float opacityOf(const MeshPart &part)
+{
+    return opacityOf(part.colour);
+}
 
 /// Whether a part lets shine through what lies behind, all of it or where its texture does.
 bool isTransparent(const MeshPart &part);

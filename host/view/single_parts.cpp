@@ -79,6 +79,8 @@ void SingleView::fillMenu(GLW *glw, MenuTree *tree)
         tree->addSeparator();
     }
     View::fillMenu(glw, tree);
+    if (section_ && section_->fillMenu(tree))
+        tree->addSeparator();
     if (measure_)
         measure_->fillMenu(tree);
 }

@@ -81,6 +81,13 @@ void SingleView::addOverlays()
 {
     const Underlay under{glw(), [this] { return item(glw()); },
                          [this]() -> const Display & { return display(); }};
+    handles_ = std::make_unique<SectionHandles>(under, window()); // behind the others
+    const auto cut = [this] {
+        forgetPointer(glw());
+        changed();
+    };
+    section_ = std::make_unique<SectionTool>(
+        SectionTool::Subject{glw(), [this] { return item(glw()); }, cut}, *handles_);
     auto triad = std::make_unique<Triad>(under, window());
     triad_ = triad.get();
     connect(triad.get(), &Triad::sideChosen, this, &View::lookFrom);
@@ -121,6 +128,8 @@ QList<QAction *> SingleView::bindings() const
         all = overlay->actions() + all;
     if (measure_)
         all = measure_->hints() + all;
+    if (handles_)
+        all = handles_->actions() + all;
     return all;
 }
 
@@ -181,7 +190,8 @@ QString SingleView::title() const
 
 bool SingleView::isSettled() const
 {
-    return item(glw());
+    const Item *shown = item(glw());
+    return shown && shown->isWhole();
 }
 
 void SingleView::show(const std::shared_ptr<Item> &item)

@@ -8,7 +8,9 @@
 #include "host/read/read_queue.h"
 #include "host/view/measure_tool.h"
 #include "host/view/overlay/neighbours.h"
+#include "host/view/overlay/section_handles.h"
 #include "host/view/overlay/triad.h"
+#include "host/view/section_tool.h"
 #include "host/view/view.h"
 
 namespace host {
@@ -76,8 +78,10 @@ private:
 
     std::unique_ptr<MeasureTool> measure_;
     std::vector<std::unique_ptr<Overlay>> overlays_;
-    QPointer<PartsPanel> parts_; // null while it is not wanted, or there are none
-    Triad *triad_ = nullptr;     // among the overlays, as is the next
+    std::unique_ptr<SectionHandles> handles_; // lie over all of it; these two are
+    std::unique_ptr<SectionTool> section_;    // null where there is no file
+    QPointer<PartsPanel> parts_;              // null while it is not wanted, or there are none
+    Triad *triad_ = nullptr;                  // among the overlays, as is the next
     Neighbours *neighbours_ = nullptr;
     QString path_;
     QString fault_;

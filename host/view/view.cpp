@@ -124,11 +124,24 @@ void View::setItem(GLW *glw, std::shared_ptr<Item> item)
     slot.item = std::move(item);
     if (slot.item && up)
         slot.item->standOn(glw, *up);
+    if (slot.item)
+        cut(slot.item.get());
     // Before the window is first shown there is no context; Init comes then.
     if (slot.item && window_.widget()->isVisible())
         begin(glw, slot.item.get());
     if (!slot.item)
         slots_.erase(glw);
+}
+
+/// As the view was told; who cut it otherwise keeps that.
+void View::cut(Item *item) const
+{
+    if (section_.isEmpty() || !item->section() || !item->section()->planes.empty())
+        return;
+    Section section;
+    for (const SectionRequest &request : section_)
+        section.planes.push_back(item->planeOf(request));
+    item->setSection(section);
 }
 
 /// Makes what the item draws with, and looks at it as the one before was looked at.

@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
+#include <QVector>
 
 #include "host/item/item.h"
 #include "host/view/area_selection.h"
@@ -48,6 +49,8 @@ public:
     bool isOrthographic() const;
     /// The file's axis that points up in what is shown from now on; nothing: as its format has it.
     void setUp(std::optional<FileAxes::Axis> up) { up_ = up; }
+    /// The planes that cut what is shown from now on.
+    void setSection(const QVector<SectionRequest> &planes) { section_ = planes; }
     void setOrthographic(bool on) { orthographic_ = on; } ///< Of what is shown from now on.
 
     /// Reads the file @p path again, all if that is empty; who looked at it goes on looking so.
@@ -181,6 +184,7 @@ private:
     };
 
     void begin(GLW *glw, Item *item) const;
+    void cut(Item *item) const;
     void standOn(GLW *glw, FileAxes::Axis up);
     void fillUpMenu(GLW *glw, MenuTree *tree);
     void fillModeMenu(MenuTree *tree);
@@ -201,6 +205,7 @@ private:
     Display display_;
     bool orthographic_ = false;
     std::optional<FileAxes::Axis> up_;
+    QVector<SectionRequest> section_;
     std::optional<GL::Camera> look_;
     bool showsBindings_ = false;
     int firstBinding_ = 0; // the row of the list that comes first

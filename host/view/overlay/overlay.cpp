@@ -77,7 +77,10 @@ bool Overlay::eventFilter(QObject *object, QEvent *event)
     case QEvent::MouseMove:
     case QEvent::MouseButtonRelease:
         listen(pressed_);
-        pressed_ = pressed_ && event->type() == QEvent::MouseMove;
+        if (pressed_ && static_cast<QMouseEvent *>(event)->buttons() == Qt::NoButton) {
+            pressed_ = false;
+            released();
+        }
         break;
     case QEvent::Wheel:
     case QEvent::KeyPress:
@@ -113,11 +116,12 @@ void Overlay::PaintForeground(GLW *, QPainter *painter)
 void Overlay::Click(GLW *glw, bool pressed)
 {
     const Mouse &mouse = glw->gl->mouse;
-    if (!pressed || mouse.button == mouse.last_button)
+    if (!pressed)
         return;
     // While the action fires, the record counts from this object's lower-left corner.
     const QRectF r = bounds();
-    click(r.bottomLeft() + QPointF(mouse.x + 0.5, -mouse.y + 0.5), r);
+    const QPointF at = r.bottomLeft() + QPointF(mouse.x + 0.5, -mouse.y + 0.5);
+    mouse.button == mouse.last_button ? drag(at, r) : click(at, r);
 }
 
 } // namespace host

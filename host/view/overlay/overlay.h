@@ -78,6 +78,8 @@ protected:
     /// else a person does there is for the main object.
     virtual bool takes(const QPointF &, const QRectF &) const { return false; }
     virtual void click(const QPointF &, const QRectF &) {} ///< A click that it takes.
+    virtual void drag(const QPointF &, const QRectF &) {}  ///< The pointer moves on, still down.
+    virtual void released() {}                             ///< What it took has ended.
 
     /// Lets clicks come. @p words and @p text say where and what it does, for the list of bindings.
     void bindClick(const QString &words, const QString &text);

@@ -29,6 +29,8 @@ void SheetView::takeBack()
     if (!item || !entries_.count(lent_) || entries_.at(lent_).state != State::Released)
         return;
     item->clearSelection();
+    if (entries_.at(lent_).left && item->section()) // what was cut meanwhile stays so
+        entries_.at(lent_).left->section = *item->section();
     show(lent_, item);
     forgetPointer(tile(lent_)); // it was elsewhere
 }

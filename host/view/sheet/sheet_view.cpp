@@ -142,7 +142,8 @@ bool SheetView::isSettled() const
     if (entries_.empty())
         return false;
     for (const auto &[id, entry] : entries_) {
-        if (entry.visible && entry.state != State::Failed && !item(tiles_.value(id)))
+        const Item *shown = item(tiles_.value(id));
+        if (entry.visible && entry.state != State::Failed && !(shown && shown->isWhole()))
             return false;
     }
     return true;

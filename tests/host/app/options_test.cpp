@@ -34,6 +34,9 @@ const OptionsCase optionsCases[] = {
     {"SizeTooSmall", "--size 800x9", Action::Refuse, "16"},
     {"RateOfNothing", "--fps 0", Action::Refuse, "\"0\""},
     {"UpOfNoAxis", "--up w a.obj", Action::Refuse, "\"w\""},
+    {"SectionOfNoAxis", "--section w:3 a.obj", Action::Refuse, "\"w:3\""},
+    {"SectionTooOften", "--section x --section y --section z --section x a.obj", Action::Refuse,
+     "three"},
     {"PictureOfNothing", "--screenshot a.png", Action::Refuse, "needs a file"},
     {"RecordingOfNothing", "--turntable a.mp4", Action::Refuse, "needs a file"},
     {"PictureAndRecording", "--turntable a --screenshot b a.obj", Action::Refuse, "at a time"},
@@ -63,13 +66,16 @@ TEST(OptionsTest, ValuesArrive)
     const Options o = parseOptions(
         QString(
             "glview --size 640x480 --module m.so --fps 25 --up z --screenshot p.png --no-overlays "
-            "--companions anywhere - -- -a.obj")
+            "--companions anywhere --section y --section -z:1.5 - -- -a.obj")
             .split(' '));
     EXPECT_EQ(o.size, QSize(640, 480));
     EXPECT_EQ(o.module, "m.so");
     EXPECT_EQ(o.companions, Companions::Anywhere);
     EXPECT_EQ(o.fps, 25);
     EXPECT_EQ(o.up, FileAxes::Z);
+    ASSERT_EQ(o.section.size(), 2);
+    EXPECT_EQ(o.section[0].axis, FileAxes::Y);
+    EXPECT_EQ(o.section[1].value, 1.5);
     EXPECT_EQ(o.screenshot, "p.png");
     EXPECT_FALSE(o.overlays);
     EXPECT_EQ(o.files, QStringList({"-", "./-a.obj"}))
