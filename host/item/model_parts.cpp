@@ -44,7 +44,8 @@ void ModelItem::selectArea3D(GLW *glw, const QRectF &area, Reach reach)
     std::vector<bool> met;
     const ModelSection::Clipping clipping(section_);
     if (reach == Reach::Seen)
-        met = partsSeen(buffers_, *mesh_, marks_, area.size().toSize());
+        met = partsSeen(buffers_, *mesh_, marks_, area.size().toSize(),
+                        [this](const PartColour &colourOf) { section_.drawShapes(colourOf); });
     if (met.empty())
         met = partsInPick(glw->camera, *mesh_, centre_, scale_, marks_);
     marks_.select(met);

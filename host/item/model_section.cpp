@@ -139,6 +139,14 @@ void ModelSection::drawCaps(SectionCaps::Kind kind, const Display &display, cons
     caps_.draw(kind, *solids(), {display, marks, perPixel});
 }
 
+void ModelSection::drawShapes(const std::function<bool(std::size_t part)> &colourOf) const
+{
+    if (!isCutting() || !solids())
+        return;
+    findCaps();
+    caps_.drawShapes(*solids(), colourOf);
+}
+
 std::size_t ModelSection::byteSize() const
 {
     return caps_.byteSize() + (solids() ? solids()->byteSize() : 0);

@@ -3,6 +3,7 @@
 #define HOST_ITEM_MODEL_SECTION_H
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -54,6 +55,8 @@ public:
     /// Draws the faces, within a Clipping; see SectionCaps.
     void drawCaps(SectionCaps::Kind kind, const Display &display, const PartMarks &marks,
                   double perPixel);
+    /// The faces alone, within a Clipping; see SectionCaps.
+    void drawShapes(const std::function<bool(std::size_t part)> &colourOf) const;
     void release() { caps_.release(); }
     std::size_t byteSize() const;
 

@@ -193,6 +193,33 @@ void SectionCaps::drawPlane(const Plane &plane, Kind kind, const Solids &solids,
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
 }
 
+void SectionCaps::drawShapes(const Solids &solids,
+                             const std::function<bool(std::size_t part)> &colourOf) const
+{
+    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    glEnable(GL_DEPTH_TEST);
+    glDepthFunc(GL_LEQUAL);
+    for (const GLenum off : {GL_LIGHTING, GL_BLEND, GL_CULL_FACE, GL_TEXTURE_1D, GL_TEXTURE_2D})
+        glDisable(off);
+    for (std::size_t i = 0; i < planes_.size(); ++i) {
+        const GLenum own = GLenum(GL_CLIP_PLANE0 + i);
+        glDisable(own);
+        for (const bool depth : {false, true}) { // as drawPlane() does
+            glDepthMask(depth);
+            glColorMask(!depth, !depth, !depth, !depth);
+            for (const CapShape &shape : planes_[i].shapes) {
+                if (!colourOf(solids.all()[shape.solid].parts.front()))
+                    continue;
+                glBegin(GL_TRIANGLES);
+                addCorners(planes_[i].grid, shape.triangles);
+                glEnd();
+            }
+        }
+        glEnable(own);
+    }
+    glPopAttrib();
+}
+
 std::optional<CapHit> SectionCaps::hit(const Ray &ray, const Solids &solids, const Place &place,
                                        const PartMarks &marks) const
 {

@@ -2,6 +2,7 @@
 #ifndef HOST_ITEM_SECTION_CAPS_H
 #define HOST_ITEM_SECTION_CAPS_H
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -47,6 +48,10 @@ public:
     /// Expects the world's matrices to be set and the planes to clip in their order; while a
     /// plane's own faces are drawn, it does not. Leaves GL state as it was.
     void draw(Kind kind, const Solids &solids, const Look &look);
+
+    /// Draws faces without light and hatch, where @p colourOf sets a colour for their part.
+    void drawShapes(const Solids &solids,
+                    const std::function<bool(std::size_t part)> &colourOf) const;
 
     /// The first face that a ray meets from the side that is cut away; coordinates are the world's.
     std::optional<CapHit> hit(const Ray &ray, const Solids &solids, const Place &place,

@@ -10,16 +10,20 @@ namespace host {
 namespace {
 
 /// Draws each part in the colour of its number, which counts from one; black is nothing.
-void drawNumbers(MeshBuffers &buffers, const Mesh &mesh, const PartMarks &marks, bool opaqueOnly)
+void drawNumbers(MeshBuffers &buffers, const Mesh &mesh, const PartMarks &marks, bool opaqueOnly,
+                 const std::function<void(const PartColour &)> &more)
 {
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    buffers.drawShapes(mesh, [&](std::size_t part) {
+    const auto number = [&](std::size_t part) {
         if (marks.isHidden(part) || (opaqueOnly && isTransparent(mesh.parts[part])))
             return false;
-        const auto number = quint32(part + 1);
-        glColor4ub(GLubyte(number), GLubyte(number >> 8), GLubyte(number >> 16), 255);
+        const auto from = quint32(part + 1);
+        glColor4ub(GLubyte(from), GLubyte(from >> 8), GLubyte(from >> 16), 255);
         return true;
-    });
+    };
+    buffers.drawShapes(mesh, number);
+    if (more)
+        more(number);
 }
 
 /// Notes the parts whose numbers stand in the pixels.
@@ -50,7 +54,7 @@ bool hasTransparent(const Mesh &mesh)
 } // namespace
 
 std::vector<bool> partsSeen(MeshBuffers &buffers, const Mesh &mesh, const PartMarks &marks,
-                            const QSize &size)
+                            const QSize &size, const std::function<void(const PartColour &)> &more)
 {
     if (!QOpenGLFramebufferObject::hasOpenGLFramebufferObjects())
         return {};
@@ -68,10 +72,10 @@ std::vector<bool> partsSeen(MeshBuffers &buffers, const Mesh &mesh, const PartMa
     glDepthMask(GL_TRUE);
     for (const GLenum off : {GL_SCISSOR_TEST, GL_DITHER, GL_MULTISAMPLE, GL_FOG})
         glDisable(off);
-    drawNumbers(buffers, mesh, marks, false);
+    drawNumbers(buffers, mesh, marks, false, more);
     readNumbers(target.size(), seen);
     if (hasTransparent(mesh)) {
-        drawNumbers(buffers, mesh, marks, true);
+        drawNumbers(buffers, mesh, marks, true, more);
         readNumbers(target.size(), seen);
     }
     glPopClientAttrib();
