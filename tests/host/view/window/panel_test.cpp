@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+// Texts on panels: where they stand in which colour, and what has no room.
+#include "host/view/window/panel.h"
+
+#include <cmath>
+
+#include <QFontMetricsF>
+
+#include "host/item/display.h"
+#include "host/view/window/bindings_list.h"
+#include "tests/host/paint_record.h"
+
+namespace host {
+namespace {
+
+const Theme theme = Display().theme();
+
+struct NoteBox {
+    QRectF box;
+    double line = 0;
+};
+
+struct Note : NoteBox, PaintRecord {
+    explicit Note(const QRectF &bounds, Qt::Alignment corner = {}, const QString &heading = "Name",
+                  const QString &details = "some details")
+        : PaintRecord({600, 400}, [&, this](QPainter *p) {
+              line = std::ceil(QFontMetricsF(p->font()).height() * 1.2);
+              EXPECT_EQ(noteHeight(p->font(), 2), 2 * line + 22);
+              box = paintNote(p, bounds, corner, heading, details, theme);
+          })
+    {
+    }
+};
+
+TEST(PanelTest, NotesStandInTheirCorners)
+{
+    const QRectF bounds(10, 20, 400, 200);
+    for (const int corner : {0, int(Qt::AlignRight), int(Qt::AlignBottom), 0x2 | 0x40}) {
+        const Note note(bounds, Qt::Alignment(corner));
+        const QRectF &r = note.box;
+        ASSERT_EQ(note.fills.size(), 1u);
+        EXPECT_TRUE(note.fills[0].first == r && note.fills[0].second == theme.panel);
+        EXPECT_EQ(corner & 0x2 ? bounds.right() - r.right() : r.left() - bounds.left(), 12);
+        EXPECT_EQ(corner & 0x40 ? bounds.bottom() - r.bottom() : r.top() - bounds.top(), 12);
+        const PaintRecord::Text name = note["Name"], details = note["some details"];
+        EXPECT_TRUE(name.font.bold() && !details.font.bold());
+        EXPECT_TRUE(name.color == theme.text && details.color == theme.faint);
+        EXPECT_TRUE(name.box.left() == r.left() + 10 && details.box.left() == r.left() + 10);
+        EXPECT_NEAR(r.width(), details.box.width() + 20, 1);
+        EXPECT_EQ(r.height(), 2 * note.line + 10);
+        EXPECT_NEAR(details.box.center().y() - name.box.center().y(), note.line, 1);
+        EXPECT_NEAR(name.box.center().y(), r.top() + 5 + note.line / 2, 1.5);
+    }
+    const Note plain(bounds, {}, "");
+    EXPECT_TRUE(plain["some details"].color == theme.text && plain.box.height() == plain.line + 10);
+    EXPECT_EQ(Note(bounds, {}, "Name", "").box.height(), plain.line + 10);
+    EXPECT_GT(Note(bounds, {}, "a much longer name", "x").box.width(), 60);
+    const double least = 2 * plain.line + 34; // high
+    EXPECT_TRUE(Note(bounds, {}, "", "").fills.empty());
+    EXPECT_TRUE(Note({0, 0, 400, least - 1}).fills.empty() && Note({0, 0, 55, 90}).fills.empty());
+    EXPECT_EQ(Note({0, 0, 400, least}).texts.size(), 2u);
+    const Note cut({0, 0, 150, 90}, {}, QString(90, 'a') + 'z', 'b' + QString(90, 'c'));
+    ASSERT_EQ(cut.texts.size(), 2u);
+    EXPECT_LE(cut.box.right(), 150 - 11);
+    EXPECT_TRUE(cut.texts.begin()->first.endsWith('z') && cut.texts.rbegin()->first[0] == 'b');
+}
+
+TEST(PanelTest, AMessageStandsInTheMiddleWithABarOrWithout)
+{
+    for (const double fraction : {-1.0, 0.0, 0.5, 2.0})
+        for (const double across : {600.0, 300.0}) {
+            const QRectF bounds(0, 10, across, 300);
+            const PaintRecord said({600, 400}, [&](QPainter *p) {
+                paintMessage(p, bounds, "Reading", "half of it", fraction, theme);
+            });
+            ASSERT_EQ(said.fills.size(), fraction < 0 ? 1u : 3u);
+            const QRectF r = said.fills[0].first;
+            EXPECT_LT((r.center() - bounds.center()).manhattanLength(), 0.01);
+            EXPECT_EQ(r.width(), across == 600 ? 460 : 276);
+            const PaintRecord::Text head = said["Reading"], body = said["half of it"];
+            EXPECT_TRUE(head.color == theme.text && body.color == theme.faint);
+            EXPECT_TRUE(head.font.bold() && !body.font.bold());
+            EXPECT_NEAR(head.box.center().x(), across / 2, 1);
+            EXPECT_NEAR(body.box.center().x(), across / 2, 1);
+            EXPECT_NEAR(head.box.top(), r.top() + 15, 1);
+            EXPECT_NEAR(body.box.top(), head.box.bottom() + 5, 2);
+            EXPECT_NEAR(r.bottom(), body.box.bottom() + 15 + (fraction < 0 ? 0 : 18), 2);
+            if (fraction < 0)
+                continue;
+            const QRectF trough = said.fills[1].first, done = said.fills[2].first;
+            EXPECT_NEAR(said.fills[1].second.alphaF(), 0.3, 0.01);
+            EXPECT_EQ(said.fills[2].second, theme.accent);
+            EXPECT_TRUE(trough.height() == 8 && trough.width() == r.width() - 40);
+            EXPECT_NEAR(trough.top(), body.box.bottom() + 10, 2);
+            EXPECT_TRUE(done.topLeft() == trough.topLeft() && trough.left() == r.left() + 20);
+            EXPECT_NEAR(done.width(), std::max(8.0, trough.width() * std::min(1.0, fraction)), .01);
+        }
+    EXPECT_TRUE(PaintRecord({90, 90}, [](QPainter *p) {
+                    paintMessage(p, {0, 0, 90, 90}, "Reading", "", 0, theme);
+                }).fills.empty());
+}
+
+TEST(PanelTest, TheListOfBindingsSaysWhichRowsAreSeen)
+{
+    QVector<BindingRow> rows;
+    for (int i = 1; i <= 20; ++i)
+        rows.append(BindingRow{QString("Key%1").arg(i), QString("Does%1").arg(i)});
+    for (int height = 250; height <= 800; height += 50) {
+        int last = 0;
+        const PaintRecord list({160, height}, [&](QPainter *p) {
+            last = paintBindings(p, {0, 0, 160, double(height)}, "Controls", rows, 2, theme);
+        });
+        const int first = std::min(2, last) + 1, shown = first > 1 ? 20 - last : 20;
+        EXPECT_TRUE(height > 250 || last > 2);
+        EXPECT_TRUE(height < 800 || last == 0);
+        EXPECT_EQ(list["Controls"].color, theme.accent);
+        EXPECT_TRUE(list["Controls"].font.bold());
+        EXPECT_EQ(list.fills.at(0).second.alpha(), 240);
+        EXPECT_TRUE(QRectF(8, 8, 144, height - 16).contains(list.fills[0].first)) << height;
+        for (int i = 1; i <= 20; ++i) {
+            const bool seen = i >= first && i < first + shown;
+            EXPECT_EQ(list.texts.count(rows[i - 1].keys), seen ? 1u : 0u) << i;
+            if (!seen)
+                continue;
+            const PaintRecord::Text key = list[rows[i - 1].keys], text = list[rows[i - 1].text];
+            EXPECT_TRUE(key.font.bold() && !text.font.bold() && key.color == theme.text);
+            EXPECT_TRUE(text.color == theme.text && text.box.top() == key.box.top());
+        }
+        const QString said = QString("%1 to %2 of 20: scroll").arg(first).arg(first + shown - 1);
+        EXPECT_EQ(list.texts.count(said), last > 0 ? 1u : 0u) << said.toStdString();
+    }
+}
+
+} // namespace
+} // namespace host
