@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "host/item/framing.h"
+#include "host/item/lamps.h"
 
 namespace host {
 
@@ -64,14 +65,8 @@ void CameraSteering::init(GLW *glw)
     motion_.jumpTo(glw->camera, poseFor(glw, homeAngles));
     fittedSize_ = sizeOf(glw);
     showsWhole_ = true;
-    glw->lights.clear();
-    glw->lights.emplace_back(GL_LIGHT0, 'h');
-    GL::Light &lamp = glw->lights.back();
-    lamp.ambient = {0.26f, 0.26f, 0.27f, 1};
-    lamp.diffuse = {0.66f, 0.65f, 0.64f, 1};
-    lamp.specular = {0.14f, 0.14f, 0.14f, 1};
-    lamp.Init();
-    placeLamp(glw);
+    hangLamps(glw);
+    placeLamps(glw, geometryOf(glw));
 }
 
 void CameraSteering::restore(GLW *glw, const GL::Camera &camera, const QSizeF &wholeIn)
@@ -81,17 +76,6 @@ void CameraSteering::restore(GLW *glw, const GL::Camera &camera, const QSizeF &w
     motion_.jumpTo(glw->camera, {toQt(camera.rot), toQt(camera.setTarget), camera.radius});
     showsWhole_ = !wholeIn.isEmpty();
     fittedSize_ = wholeIn;
-}
-
-/// The lamp follows the viewer, so that what one looks at is lit and still has shape.
-void CameraSteering::placeLamp(GLW *glw) const
-{
-    if (glw->lights.empty())
-        return;
-    const CameraGeometry geometry = geometryOf(glw);
-    const QVector3D d =
-        (geometry.up() * 0.55f - geometry.right() * 0.4f - geometry.forward()).normalized();
-    glw->lights.front().position = {d.x(), d.y(), d.z(), 0};
 }
 
 /// The pose that shows the whole from the given angles.
@@ -122,7 +106,7 @@ bool CameraSteering::advance(GLW *glw, double seconds)
     }
     const bool moved = motion_.isMoving(); // the update just now did it
     const bool moves = motion_.step(glw->camera, seconds);
-    placeLamp(glw);
+    placeLamps(glw, geometryOf(glw));
     return changed || moved || moves;
 }
 
@@ -145,7 +129,7 @@ void CameraSteering::fitTurn(GLW *glw)
 {
     const Framing framing = frameTurn(glw->camera, sizeOf(glw), shape_.outline(), margin, insets_);
     motion_.jumpTo(glw->camera, {toQt(glw->camera.rot), framing.target, framing.radius});
-    placeLamp(glw);
+    placeLamps(glw, geometryOf(glw));
 }
 
 void CameraSteering::home(GLW *glw)
@@ -162,7 +146,7 @@ void CameraSteering::lookAlong(GLW *glw, const GL::Camera &other)
     motion_.jumpTo(glw->camera, poseFor(glw, toQt(other.rot)));
     fittedSize_ = sizeOf(glw);
     showsWhole_ = true;
-    placeLamp(glw);
+    placeLamps(glw, geometryOf(glw));
 }
 
 void CameraSteering::lookFrom(GLW *glw, Side side)

@@ -13,8 +13,8 @@
 
 namespace host {
 
-/// Steers what stands in three dimensions through the camera of its object, with one lamp over the
-/// viewer's shoulder.
+/// Steers what stands in three dimensions through the camera of its object, whose lamps go along
+/// with it.
 class CameraSteering : public Steering {
 public:
     /// What the camera is steered about. It lies within CameraMotion::worldRadius of the world's
@@ -35,7 +35,7 @@ public:
     /// @p shape outlives the steering.
     explicit CameraSteering(const Shape &shape) : shape_(shape) {}
 
-    /// Puts the camera at the first pose and hangs the lamp. Expects a current context.
+    /// Puts the camera at the first pose and hangs the lamps. Expects a current context.
     void init(GLW *glw);
     /// Pixels at the object's edges of which views of the whole keep clear.
     void setInsets(const QMarginsF &insets);
@@ -59,7 +59,6 @@ public:
 private:
     Pose poseFor(const GLW *glw, const QVector3D &rot) const;
     QVector3D pointAt(const GLW *glw, const QPointF &at) const;
-    void placeLamp(GLW *glw) const;
 
     const Shape &shape_;
     CameraMotion motion_;

@@ -9,14 +9,16 @@ namespace host {
 
 /// The colours of one appearance of the window.
 struct Theme {
-    QColor top;    ///< Of the background.
-    QColor bottom; ///< Of the background.
-    QColor text;   ///< On panels and on the background.
-    QColor faint;  ///< Text that matters less; rules.
-    QColor panel;  ///< Behind text; partly transparent.
-    QColor accent; ///< What is chosen or under the pointer.
-    QColor fault;  ///< What went wrong.
-    QColor ink;    ///< Lines of a model on the background.
+    QColor top;        ///< Of the background.
+    QColor bottom;     ///< Of the background.
+    QColor text;       ///< On panels and on the background.
+    QColor faint;      ///< Text that matters less; rules.
+    QColor panel;      ///< Behind text; partly transparent.
+    QColor accent;     ///< What is chosen or under the pointer.
+    QColor fault;      ///< What went wrong.
+    QColor ink;        ///< Lines of a model on the background.
+    QColor edge;       ///< Edges over a model's surface.
+    QColor edgeOnDark; ///< The same over one that is nearly black.
 };
 
 /// How things are drawn; what a person switches.

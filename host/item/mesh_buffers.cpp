@@ -86,7 +86,8 @@ void MeshBuffers::destroy()
     bytes_ = 0;
 }
 
-void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &marks)
+void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &marks,
+                       EdgeLines *edges)
 {
     if (!vertices_.isCreated())
         return;
@@ -102,7 +103,12 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &ma
     glDisable(GL_BLEND);
     glShadeModel(GL_SMOOTH);
     glPolygonMode(GL_FRONT_AND_BACK, display.mode == Display::Mode::Wireframe ? GL_LINE : GL_FILL);
-    glLineWidth(display.scale * float(Metrics::px(1)));
+    // Lines lie over the surfaces that they belong to, with half of their width beside it.
+    const float width = display.scale * float(Metrics::px(1));
+    glLineWidth(width);
+    glPolygonOffset(std::max(1.0f, width), 1);
+    if (display.mode == Display::Mode::Edged || display.mode == Display::Mode::HiddenLines)
+        glEnable(GL_POLYGON_OFFSET_FILL);
     if (display.lighting) {
         const GLfloat none[4] = {0, 0, 0, 1}, shine[4] = {1, 1, 1, 1};
         glEnable(GL_LIGHTING);
@@ -135,6 +141,8 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &ma
         drawHiddenLines(mesh, display, marks);
     else
         drawSurfaces(mesh, display, marks);
+    if (display.mode == Display::Mode::Edged && edges)
+        edges->draw(mesh, display, marks);
 
     indices_.release();
     vertices_.release();
@@ -158,8 +166,6 @@ void MeshBuffers::drawHiddenLines(const Mesh &mesh, const Display &display, cons
     glDisable(GL_LIGHTING);
     glDisableClientState(GL_COLOR_ARRAY);
     glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
-    glEnable(GL_POLYGON_OFFSET_FILL); // a triangle does not hide its own outline
-    glPolygonOffset(1, 1);
     for (std::size_t i = 0; i < mesh.trianglePartCount(); ++i)
         if (!isTransparent(mesh.parts[i]) && !marks.isHidden(i))
             drawTriangles(mesh.parts[i]);

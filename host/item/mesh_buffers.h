@@ -8,6 +8,7 @@
 #include <QVector3D>
 
 #include "host/item/display.h"
+#include "host/item/edge_lines.h"
 #include "host/item/mesh_points.h"
 #include "host/item/mesh_textures.h"
 #include "host/item/part_marks.h"
@@ -35,7 +36,9 @@ public:
     /// Opaque parts come first, then the transparent ones, the farthest first, of each the faces
     /// that look away first. Expects the light's place and the matrices to be set. Leaves GL state
     /// as it was.
-    void draw(const Mesh &mesh, const Display &display, const Marks &marks);
+    /// @p edges lie over surfaces that are drawn with their edges; null: there are none.
+    void draw(const Mesh &mesh, const Display &display, const Marks &marks,
+              EdgeLines *edges = nullptr);
 
     /// Draws its lines and points, as drawLinesAndPoints() does: before draw(), since transparent
     /// parts cover what is there already.

@@ -5,7 +5,6 @@
 #include <limits>
 
 #include <QLocale>
-#include <QThreadPool>
 
 #include "host/ui/metrics.h"
 
@@ -18,21 +17,14 @@ ModelItem::ModelItem(const QString &name, MeshPtr mesh)
     buildTree();
 }
 
-ModelItem::~ModelItem()
-{
-    build_->cancel = true;
-}
-
 /// What the pointer was found with until now is given up.
 void ModelItem::buildTree()
 {
-    build_->cancel = true;
-    build_ = std::make_shared<TreeBuild>();
-    QThreadPool::globalInstance()->start([build = build_, shared = mesh_] {
-        build->tree = std::make_unique<TriangleTree>(shared, build->cancel);
+    tree_.start([shared = mesh_](const std::atomic<bool> &cancelled) {
+        Trees trees{TriangleTree(shared, cancelled), {}};
         if (shared->trianglePartCount() < shared->parts.size())
-            build->thin = std::make_unique<ThinTree>(shared, build->cancel);
-        build->ready = true;
+            trees.thin.emplace(shared, cancelled);
+        return trees;
     });
 }
 
@@ -73,7 +65,12 @@ QString ModelItem::details() const
     if (const std::size_t hidden = marks_.hiddenCount())
         all << (hidden == 1 ? tr("1 part hidden")
                             : tr("%1 parts hidden").arg(locale.toString(qulonglong(hidden))));
-    return (all + mesh_->notes).join(QStringLiteral("  ·  "));
+    all += mesh_->notes;
+    if (tree_.lackedMemory())
+        all << tr("no memory to find what the pointer is on");
+    if (edges_.lackedMemory())
+        all << tr("no memory for its edges");
+    return all.join(QStringLiteral("  ·  "));
 }
 
 QString ModelItem::underPointer() const
@@ -95,8 +92,11 @@ quint64 ModelItem::byteSize() const
     // Until the tree is there, about what it will take: a size that grew afterwards would pass
     // limits that were kept.
     constexpr quint64 perTriangle = 36, perThin = 6;
-    if (build_->ready)
-        return bytes + build_->tree->byteSize() + (build_->thin ? build_->thin->byteSize() : 0);
+    bytes += edges_.byteSize();
+    if (const Trees *trees = tree_.get())
+        return bytes + trees->triangles.byteSize() + (trees->thin ? trees->thin->byteSize() : 0);
+    if (!tree_.isBusy())
+        return bytes;
     return bytes + mesh_->triangleCount() * perTriangle +
            (mesh_->lineCount() + mesh_->pointCount()) * perThin;
 }
@@ -152,6 +152,7 @@ void ModelItem::release()
 {
     buffers_.destroy();
     section_.release();
+    edges_.destroy();
 }
 
 /// Notes how large a pixel is that looks at the model.
@@ -169,11 +170,15 @@ void ModelItem::draw3D(GLW *glw, const Display &display)
 {
     measurePixel(glw);
     const std::size_t most = display.whole ? mesh_->pointCount() : budget_.most();
+    const bool edged = display.mode == Display::Mode::Edged && mesh_->triangleCount() > 0;
+    if (edged)
+        edges_.request(mesh_);
+    edgesDue_ = edged && edges_.isBusy();
     {
         const ModelSection::Clipping clipping(section_);
         section_.drawCaps(SectionCaps::Opaque, display, marks_, pixel_);
         buffers_.drawThin(*mesh_, display, marks_, {pixel_, spacing_, most});
-        buffers_.draw(*mesh_, display, marks_);
+        buffers_.draw(*mesh_, display, marks_, &edges_);
         section_.drawCaps(SectionCaps::Transparent, display, marks_, pixel_);
     }
     if (display.hover && hovered_ >= 0)
@@ -182,11 +187,12 @@ void ModelItem::draw3D(GLW *glw, const Display &display)
 
 std::optional<TriangleHit> ModelItem::hit(const Ray &world) const
 {
-    if (!build_->ready)
+    const Trees *trees = tree_.get();
+    if (!trees)
         return {};
     const Ray ray{world.origin / scale_ + centre_, world.direction};
     const auto found =
-        build_->tree->nearest(ray, [&](const TriangleHit &hit) { return isThere(hit, ray); });
+        trees->triangles.nearest(ray, [&](const TriangleHit &hit) { return isThere(hit, ray); });
     if (!found || !section_.isCutting())
         return found;
     const auto cap = section_.hit(world, marks_);
@@ -197,7 +203,8 @@ std::optional<TriangleHit> ModelItem::hit(const Ray &world) const
 std::optional<ThinHit> ModelItem::thinHit(const Ray &world,
                                           const std::optional<TriangleHit> &surface) const
 {
-    if (!build_->ready || !build_->thin)
+    const Trees *trees = tree_.get();
+    if (!trees || !trees->thin)
         return {};
     const double reach = Metrics::px(4);
     const Aim aim{{world.origin / scale_ + centre_, world.direction},
@@ -208,7 +215,7 @@ std::optional<ThinHit> ModelItem::thinHit(const Ray &world,
         end = surface->distance;
     else if (const auto cap = section_.hit(world, marks_))
         end = cap->distance / double(scale_);
-    return build_->thin->nearest(aim, [&](const ThinHit &hit) {
+    return trees->thin->nearest(aim, [&](const ThinHit &hit) {
         const double room = aim.radius + aim.slope * hit.distance; // it may lie on the surface
         return !marks_.isHidden(hit.part) && hit.distance < end + room &&
                (!section_.isCutting() || section_.keeps(hit.at));

@@ -2,12 +2,13 @@
 #ifndef HOST_ITEM_MODEL_ITEM_H
 #define HOST_ITEM_MODEL_ITEM_H
 
-#include <atomic>
 #include <memory>
 
 #include <QCoreApplication>
 
+#include "host/item/background.h"
 #include "host/item/camera_steering.h"
+#include "host/item/edge_lines.h"
 #include "host/item/item.h"
 #include "host/item/mesh_buffers.h"
 #include "host/item/model_section.h"
@@ -30,8 +31,6 @@ public:
     /// @p mesh has a triangle, line or point. What the pointer needs to find them is built in a
     /// thread of its own; until then nothing is under the pointer.
     ModelItem(const QString &name, MeshPtr mesh);
-    ~ModelItem() override;
-
     QString name() const override { return name_; }
     QString details() const override;
     QString underPointer() const override;
@@ -63,7 +62,8 @@ public:
     void passed(bool moved, double seconds) override { budget_.advance(moved, seconds); }
     bool isBusy() const override
     {
-        return !build_->ready || budget_.most() < mesh_->pointCount() || section_.isBusy();
+        return tree_.isBusy() || edgesDue_ || budget_.most() < mesh_->pointCount() ||
+               section_.isBusy();
     }
     bool hasPoints() const override { return mesh_->pointCount() > 0; }
     bool isWhole() const override { return !section_.isBusy(); }
@@ -102,12 +102,10 @@ private:
     const std::vector<QVector3D> &outline() const override;
     std::vector<QVector3D> chosen() const override;
 
-    /// Shared with the thread that builds the tree, which may outlive the item.
-    struct TreeBuild {
-        std::atomic<bool> cancel{false};
-        std::atomic<bool> ready{false};
-        std::unique_ptr<TriangleTree> tree; // written before ready, read after
-        std::unique_ptr<ThinTree> thin;     // the same; null without lines and points
+    /// What finds things under the pointer.
+    struct Trees {
+        TriangleTree triangles;
+        std::optional<ThinTree> thin; // where there are lines or points
     };
 
     void measure();
@@ -134,7 +132,9 @@ private:
     double aimRadius_ = 0, aimSlope_ = 0; // of the room that a pixel sees: see Aim
     ModelSection section_;
     PartBrackets brackets_;
-    std::shared_ptr<TreeBuild> build_ = std::make_shared<TreeBuild>(); // never null
+    EdgeLines edges_;
+    bool edgesDue_ = false; // they are to be shown, and were not there in the last frame
+    Background<Trees> tree_;
     int hovered_ = -1;
     PartMarks marks_; // of the mesh's parts
 };

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 
 #include <assimp/material.h>
 
@@ -28,6 +29,19 @@ bool isTextured(const aiMaterial &material)
     return false;
 }
 
+/// Whether the file said nothing of a material: readers put one of their own there, each in another
+/// grey. Unnamed, it is that of a format whose default is white, or of a reader.
+bool isStandIn(const aiMaterial &material, const aiColor4D &colour)
+{
+    aiString name;
+    material.Get(AI_MATKEY_NAME, name);
+    const std::string given = name.C_Str();
+    const bool madeUp = given == AI_DEFAULT_MATERIAL_NAME || given == "<MS3D_DefaultMat>" ||
+                        given.rfind("%%%", 0) == 0 ||
+                        (given.empty() && (colour.r == 1 || colour.r == 0.6f));
+    return madeUp && colour.r == colour.g && colour.g == colour.b && !isTextured(material);
+}
+
 } // namespace
 
 bool isBlack(float r, float g, float b)
@@ -41,7 +55,9 @@ std::array<float, 4> materialColour(const aiMaterial &material)
     aiColor4D colour = lightGrey;
     if (material.Get(AI_MATKEY_BASE_COLOR, colour) != AI_SUCCESS)
         material.Get(AI_MATKEY_COLOR_DIFFUSE, colour);
-    if (isBlack(colour)) {
+    if (isStandIn(material, colour)) {
+        colour = {lightGrey.r, lightGrey.g, lightGrey.b, colour.a};
+    } else if (isBlack(colour)) {
         aiColor4D glow{0, 0, 0, 1};
         material.Get(AI_MATKEY_COLOR_EMISSIVE, glow);
         if (isTextured(material))
