@@ -31,7 +31,11 @@ void connectBase(QObject *scene, const char *base, const char *signal, QObject *
 
 } // namespace
 
-View::View(Window &window, const char *className, bool single) : window_(window), area_(window)
+View::View(Window &window, const char *className, bool single)
+    : window_(window),
+      area_(window),
+      refinement_(window.widget(),
+                  [this] { return isSettled() && !window_.clock().isContinuous(); }, {})
 {
     scene_ = window.addScene(className, "scene");
     controls_ = new Controls(
@@ -101,7 +105,14 @@ void View::setShown(bool on)
 
 void View::changed()
 {
+    refinement_.interrupt();
     window_.clock().requestFrame();
+}
+
+void View::changedSoon()
+{
+    refinement_.interrupt();
+    budget_.request();
 }
 
 Item *View::item(GLW *glw) const
@@ -216,8 +227,13 @@ void View::advance(GLW *glw)
 void View::Draw3D(GLW *glw)
 {
     drawBackdrop(display_.theme());
-    if (Item *shown = item(glw))
-        shown->draw3D(glw, display_);
+    Item *shown = item(glw);
+    if (!shown)
+        return;
+    std::optional<Refinement::Shift> shift;
+    if (shown->isSpatial())
+        shift.emplace(refinement_);
+    shown->draw3D(glw, display_);
 }
 
 void View::Draw2D(GLW *glw)
@@ -225,6 +241,8 @@ void View::Draw2D(GLW *glw)
     if (Item *shown = item(glw))
         shown->draw2D(glw, display_);
     shadeFrameRate(glw);
+    if (glw == mainGLW())
+        drawn();
 }
 
 /// The module writes the frame rate in white into the window's upper right corner.

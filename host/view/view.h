@@ -16,6 +16,7 @@
 #include "host/view/controls.h"
 #include "host/view/picture_contents.h"
 #include "host/view/window/frame_budget.h"
+#include "host/view/window/refinement.h"
 
 namespace host {
 
@@ -89,7 +90,10 @@ public:
     PictureContents pictured(bool transparent, bool overlays = true);
 
     /// Asks for one frame in a little while, of what goes on in the background.
-    void changedSoon() { budget_.request(); }
+    void changedSoon();
+
+    /// Whether no frame comes by itself any more: what is shown is smoothed, and nothing goes on.
+    bool isQuiet() const { return refinement_.isAtRest() && !budget_.isPending(); }
 
 signals:
     void titleChanged();
@@ -142,6 +146,9 @@ protected:
     void advance(GLW *glw);
 
     void changed(); ///< Asks for a frame.
+    /// All that GL draws of this frame is drawn; text comes after it. Views whose main object is
+    /// not the last to be drawn call it.
+    void drawn() { refinement_.finish(); }
 
     /// Binds a key that concerns the whole view: it is heard wherever the pointer is, in the window
     /// and outside. The scene's own bindings are heard only where the pointer is on the scene.
@@ -214,6 +221,7 @@ private:
     QPointer<GLW> menuFor_;
     AreaSelection area_;
     FrameBudget budget_{this};
+    Refinement refinement_;
 };
 
 } // namespace host

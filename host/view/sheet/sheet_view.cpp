@@ -86,6 +86,11 @@ void SheetView::DrawBG(GLW *)
     drawGround();
 }
 
+void SheetView::DrawFG(GLW *)
+{
+    drawn();
+}
+
 /// What shows between the tiles.
 void SheetView::drawGround() const
 {

@@ -59,6 +59,7 @@ public:
 public slots:
     void Update(GLW *glw); ///< Called for every visible tile in every pass.
     void DrawBG(GLW *glw); ///< Called before the tiles are drawn.
+    void DrawFG(GLW *glw); ///< Called after them.
 
     void SelectAll(); ///< All that are seen, or none if all were.
     void OpenTile(GLW *glw, bool pressed);

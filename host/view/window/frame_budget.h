@@ -18,6 +18,7 @@ public:
     explicit FrameBudget(QObject *parent);
 
     void request(); ///< Asks for one frame in a little while; many requests are one.
+    bool isPending() const { return soon_.isActive(); }
     void measure(); ///< Takes what a frame that was due costs. Expects to run in it.
 
 signals:

@@ -330,6 +330,41 @@ TEST_F(SurfaceTest, ThePartsListAndTheModelAgree)
     EXPECT_EQ(widget->width(), whole);
 }
 
+TEST_F(SurfaceTest, AtRestEdgesAreSmoothedAndThenNothingIsDrawn)
+{
+    const auto check = [this](View &each) {
+        show(each);
+        int frames = 0;
+        QImage last;
+        const auto heard = QObject::connect(&each, &View::framePainted, [&] {
+            ++frames;
+            last = window->widget()->grabFrameBuffer();
+        });
+        const auto rest = [&] {
+            window->widget()->repaint();
+            const QImage plain = last;
+            EXPECT_TRUE(QTest::qWaitFor([&] { return each.isQuiet(); }, 20000));
+            return plain;
+        };
+        key(Qt::Key_W); // to edges, which are sought first
+        rest();
+        rest(); // whatever was under way before
+        frames = 0;
+        const QImage plain = rest();
+        EXPECT_EQ(frames, 1 + Refinement::frames);
+        EXPECT_NE(last, plain);
+        window->widget()->repaint();
+        EXPECT_EQ(last, plain) << "another frame is plain";
+        QObject::disconnect(heard);
+    };
+    open();
+    move(beside);
+    check(*view);
+    view->setShown(false);
+    SheetView sheet(*window, queue, "sheet", {boxes("a.obj", 1), boxes("b.obj", 1)});
+    check(sheet);
+}
+
 TEST_F(SurfaceTest, TilesAreChosenAndOpenedByKeys)
 {
     SheetView sheet(*window, queue, "sheet",
