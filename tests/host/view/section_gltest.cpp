@@ -42,7 +42,8 @@ protected:
     QPointF corner() const
     {
         QPointF best(0, 400);
-        for (const QVector3D &p : item()->sectionFrames().at(0).corners) {
+        const SectionFrame frame = item()->sectionFrames().at(0);
+        for (const QVector3D &p : frame.corners) {
             const QPointF at(camera().pixel(p).x(), 400 - camera().pixel(p).y());
             best = at.x() - at.y() > best.x() - best.y() ? at : best;
         }
