@@ -38,6 +38,8 @@ public:
         "file"};
     const QCommandLineOption seconds{
         "seconds", Options::tr("Let the recording last <n> seconds, 0.1 to 600."), "n"};
+    const QCommandLineOption animation{
+        "animation", Options::tr("Record the model's animation in place of a turn.")};
     const QCommandLineOption transparent{
         "transparent", Options::tr("Leave the background out of the picture or the recording.")};
     const QCommandLineOption noOverlays{
@@ -54,11 +56,12 @@ public:
         QString title;
         QList<QCommandLineOption> options;
     };
-    const QList<Group> groups{{Options::tr("Window"), {size, fps, up, section, watch, module}},
-                              {Options::tr("Files"), {companions}},
-                              {Options::tr("Pictures and recordings"),
-                               {screenshot, turntable, seconds, transparent, noOverlays}},
-                              {Options::tr("Help"), {help, version}}};
+    const QList<Group> groups{
+        {Options::tr("Window"), {size, fps, up, section, watch, module}},
+        {Options::tr("Files"), {companions}},
+        {Options::tr("Pictures and recordings"),
+         {screenshot, turntable, seconds, animation, transparent, noOverlays}},
+        {Options::tr("Help"), {help, version}}};
 
     Parser()
     {
@@ -101,7 +104,7 @@ QString unknownOptions(const Parser &parser, const QStringList &arguments)
 }
 
 /// What makes sense by itself but not together.
-Options checked(const Options &o, bool secondsGiven)
+Options checked(const Options &o)
 {
     const bool screenshot = !o.screenshot.isEmpty(), turntable = !o.turntable.isEmpty();
     if (screenshot && turntable)
@@ -113,7 +116,9 @@ Options checked(const Options &o, bool secondsGiven)
         return refuse(Options::tr("--transparent goes with --screenshot or --turntable"));
     if (!o.overlays && o.isPersonal())
         return refuse(Options::tr("--no-overlays goes with --screenshot or --turntable"));
-    if (secondsGiven && !turntable)
+    if (o.animation && !turntable)
+        return refuse(Options::tr("--animation goes with --turntable"));
+    if (o.secondsGiven && !turntable)
         return refuse(Options::tr("--seconds goes with --turntable"));
     if (o.watch && !o.isPersonal())
         return refuse(Options::tr("--watch goes with a window, not with a picture or a recording"));
@@ -146,6 +151,7 @@ Options parseOptions(const QStringList &arguments)
     o.screenshot = parser.value(parser.screenshot);
     o.turntable = parser.value(parser.turntable);
     o.transparent = parser.isSet(parser.transparent);
+    o.animation = parser.isSet(parser.animation);
     o.overlays = !parser.isSet(parser.noOverlays);
     if (parser.isSet(parser.help))
         o.action = Options::Action::Help;
@@ -196,11 +202,12 @@ Options parseOptions(const QStringList &arguments)
     if (parser.isSet(parser.seconds)) {
         bool number = false;
         o.seconds = parser.value(parser.seconds).toDouble(&number);
+        o.secondsGiven = true;
         if (!number || !(o.seconds >= 0.1 && o.seconds <= 600))
             return refuse(Options::tr("--seconds takes a number from 0.1 to 600, not \"%1\"")
                               .arg(parser.value(parser.seconds)));
     }
-    return checked(o, parser.isSet(parser.seconds));
+    return checked(o);
 }
 
 QSize windowSize(const Options &o)

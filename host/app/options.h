@@ -31,18 +31,20 @@ public:
 
     Action action = Action::View;
     QString error;
-    QStringList files;        ///< As given; "-" is standard input.
-    QString piped;            ///< What of `files` standard input became; empty: it is not used.
-    QString module;           ///< Path of the module; empty: search for it.
-    QString screenshot;       ///< Picture to write; empty: stay open.
-    bool watch = false;       ///< Files that change on disk are read again.
-    bool transparent = false; ///< The picture or the recording has no background.
-    bool overlays = true;     ///< It shows names, counts, axes and scale bar.
-    QString turntable;        ///< Recording to write; empty: none.
-    double seconds = 6;       ///< Length of the recording.
-    double recordedFps = 30;  ///< Frames per second of the recording.
-    QSize size{1280, 800};    ///< Of the window in logical pixels, or of the picture in pixels.
-    bool sizeGiven = false;   ///< Otherwise the size of the last run is preferred.
+    QStringList files;         ///< As given; "-" is standard input.
+    QString piped;             ///< What of `files` standard input became; empty: it is not used.
+    QString module;            ///< Path of the module; empty: search for it.
+    QString screenshot;        ///< Picture to write; empty: stay open.
+    bool watch = false;        ///< Files that change on disk are read again.
+    bool transparent = false;  ///< The picture or the recording has no background.
+    bool overlays = true;      ///< It shows names, counts, axes and scale bar.
+    QString turntable;         ///< Recording to write; empty: none.
+    bool animation = false;    ///< The recording is of the animation, not of a turn.
+    double seconds = 6;        ///< Length of the recording.
+    bool secondsGiven = false; ///< Otherwise an animation lasts as long as it is.
+    double recordedFps = 30;   ///< Frames per second of the recording.
+    QSize size{1280, 800};     ///< Of the window in logical pixels, or of the picture in pixels.
+    bool sizeGiven = false;    ///< Otherwise the size of the last run is preferred.
     std::optional<FileAxes::Axis> up; ///< Of the files' axes; nothing: as their formats have it.
     QVector<SectionRequest> section;  ///< The planes that cut models.
     float fps = 60;                   ///< Frames per second while something moves.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What the program makes for a command line: a picture, a recording, an exit status.
+#include <algorithm>
 #include <cstdio>
 
 #include <QCoreApplication>
@@ -9,6 +10,7 @@
 #include "host/capture/picture_file.h"
 #include "host/capture/progress_line.h"
 #include "host/capture/turntable.h"
+#include "host/item/playback.h"
 
 namespace host {
 
@@ -72,16 +74,29 @@ QString Viewer::outputFault(const Options &options)
     PictureRequest frame;
     frame.size = options.size;
     frame.transparent = options.transparent;
-    return TurntableRecorder(frame, {options.turntable, options.seconds, options.recordedFps})
+    return TurntableRecorder(frame, {options.turntable, options.seconds, options.recordedFps, {}})
         .fault();
 }
 
 QString Viewer::record()
 {
-    view_->fitTurn();
+    TurntableOptions wanted{options_.turntable, options_.seconds, options_.recordedFps, {}};
+    if (options_.animation) {
+        Item *shown = view_->item(view_->mainGLW());
+        Playback *playback = shown ? shown->playback() : nullptr;
+        if (!playback)
+            return tr("%1 has no animation").arg(view_->title());
+        if (!options_.secondsGiven)
+            wanted.seconds = std::clamp(playback->length(), 0.1, 600.0);
+        wanted.move = [shown, playback](double share) {
+            playback->setTime(share * playback->length());
+            shown->play(0);
+        };
+    } else {
+        view_->fitTurn();
+    }
     const TurntableRecorder recorder(
-        request(options_.size, options_.transparent, options_.overlays),
-        {options_.turntable, options_.seconds, options_.recordedFps});
+        request(options_.size, options_.transparent, options_.overlays), wanted);
     const InterruptGuard interrupt;
     ProgressLine line(stderr, tr("Recording"));
     const QString fault = recorder.record([&](int done, int total) {

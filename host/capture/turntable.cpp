@@ -124,7 +124,10 @@ QString TurntableRecorder::recordInto(Sink &sink, const Progress &progress, bool
     const Turn turn(request_.objects);
     const int count = frameCount();
     for (int i = 0; i < count; ++i) {
-        turn.to(360.0 * i / count);
+        if (options_.move)
+            options_.move(double(i) / count);
+        else
+            turn.to(360.0 * i / count);
         const Picture frame = renderPicture(request_);
         if (!frame.error.isEmpty())
             return frame.error;

@@ -8,13 +8,16 @@
 
 namespace host {
 
-/// A recording of one turn.
+/// A recording of one turn, or of something else that moves.
 struct TurntableOptions {
     /// Suffix mp4 or gif: a film, encoded by ffmpeg. None, or a slash at the end: a folder of
     /// pictures, frame_0001.png and on. An older film is replaced; a folder has to be empty.
     QString path;
     double seconds = 6; ///< 0.1 to 600.
     double fps = 30;    ///< Frames per second, 1 to 120; in a GIF at most 50.
+    /// Brings what is recorded to a share of the whole, 0 to below 1, before each frame; the camera
+    /// stays. Null: a turn.
+    std::function<void(double share)> move;
 };
 
 /// Records one turn of the camera of every object of a picture, each about the vertical line

@@ -20,6 +20,8 @@ class QPainter;
 
 namespace host {
 
+class Playback;
+
 class ModelItem;
 
 /// How a person left an item, as a value that outlives it: another item for the same file takes it
@@ -69,6 +71,12 @@ public:
     virtual ModelItem *model() { return nullptr; } ///< This, if it is a model.
     /// Whether all that a picture shows of it is there.
     virtual bool isWhole() const { return true; }
+
+    /// Lets what moves by itself move on by @p seconds. Returns whether it is to be drawn anew.
+    /// Needs the GL context.
+    virtual bool play(double) { return false; }
+    /// Its animation; null where nothing can move.
+    virtual Playback *playback() { return nullptr; }
 
     virtual Steering &steering() = 0;
     virtual ItemState state(GLW *glw)

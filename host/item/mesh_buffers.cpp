@@ -16,16 +16,17 @@ const void *offset(std::size_t bytes)
 }
 
 /// Writes the positions, moved and scaled, piece by piece: there is no second copy of them all.
-void writePositions(QOpenGLBuffer &buffer, const Mesh &mesh, const QVector3D &centre, float scale)
+void writePositions(QOpenGLBuffer &buffer, const std::vector<float> &positions,
+                    const QVector3D &centre, float scale)
 {
     constexpr std::size_t piece = 3 * 16384; // floats
     const float c[3] = {centre.x(), centre.y(), centre.z()};
     std::vector<float> moved;
-    for (std::size_t begin = 0; begin < mesh.positions.size(); begin += piece) {
-        const std::size_t end = std::min(begin + piece, mesh.positions.size());
+    for (std::size_t begin = 0; begin < positions.size(); begin += piece) {
+        const std::size_t end = std::min(begin + piece, positions.size());
         moved.clear();
         for (std::size_t i = begin; i < end; ++i)
-            moved.push_back((mesh.positions[i] - c[i % 3]) * scale);
+            moved.push_back((positions[i] - c[i % 3]) * scale);
         buffer.write(int(begin * sizeof(float)), moved.data(), int(moved.size() * sizeof(float)));
     }
 }
@@ -61,7 +62,7 @@ void MeshBuffers::create(const Mesh &mesh, const QVector3D &centre, float scale)
     vertices_.create();
     vertices_.bind();
     vertices_.allocate(positions + normals + colours + uvs);
-    writePositions(vertices_, mesh, centre, scale);
+    writePositions(vertices_, mesh.positions, centre, scale);
     vertices_.write(positions, mesh.normals.data(), normals);
     if (colours > 0)
         vertices_.write(positions + normals, mesh.colours.data(), colours);
@@ -76,6 +77,18 @@ void MeshBuffers::create(const Mesh &mesh, const QVector3D &centre, float scale)
     bytes_ = quint64(positions) + quint64(normals) + quint64(colours) + quint64(uvs) +
              mesh.indices.size() * sizeof(quint32) + textures_.byteSize();
     transparent_ = TransparentParts(mesh, centre, scale);
+}
+
+void MeshBuffers::move(const std::vector<float> &positions, const std::vector<float> &normals,
+                       const QVector3D &centre, float scale)
+{
+    if (!vertices_.isCreated())
+        return;
+    vertices_.bind();
+    writePositions(vertices_, positions, centre, scale);
+    vertices_.write(int(positions.size() * sizeof(float)), normals.data(),
+                    int(normals.size() * sizeof(float)));
+    vertices_.release();
 }
 
 void MeshBuffers::destroy()

@@ -26,6 +26,10 @@ public:
     /// Copies @p mesh, each point p as (p - centre) * scale. Does nothing if that was done.
     void create(const Mesh &mesh, const QVector3D &centre, float scale);
     void destroy();
+    /// Lets its vertices stand elsewhere: as many as the mesh has, in its coordinates. The order of
+    /// transparent parts stays. Does nothing before create().
+    void move(const std::vector<float> &positions, const std::vector<float> &normals,
+              const QVector3D &centre, float scale);
     bool isCreated() const { return vertices_.isCreated(); }
 
     quint64 byteSize() const { return bytes_; }

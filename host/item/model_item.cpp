@@ -11,8 +11,10 @@
 namespace host {
 
 ModelItem::ModelItem(const QString &name, MeshPtr mesh)
-    : name_(name), mesh_(std::move(mesh)), marks_(mesh_->parts.size())
+    : name_(name), mesh_(std::move(mesh)), base_(mesh_), marks_(mesh_->parts.size())
 {
+    if (mesh_->rig)
+        playback_ = std::make_unique<Playback>(mesh_->rig);
     measure();
     buildTree();
 }
@@ -92,6 +94,8 @@ quint64 ModelItem::byteSize() const
     // Until the tree is there, about what it will take: a size that grew afterwards would pass
     // limits that were kept.
     constexpr quint64 perTriangle = 36, perThin = 6;
+    if (playback_) // a pose, and the mesh that stands in it
+        bytes += mesh_->normalCount() * 48 + mesh_->byteSize();
     bytes += edges_.byteSize();
     if (const Trees *trees = tree_.get())
         return bytes + trees->triangles.byteSize() + (trees->thin ? trees->thin->byteSize() : 0);
@@ -110,6 +114,8 @@ double ModelItem::unitsPerPixel(const GLW *glw) const
 void ModelItem::init(GLW *glw)
 {
     buffers_.create(*mesh_, centre_, scale_);
+    if (moving_)
+        buffers_.move(pose_->positions(), pose_->normals(), centre_, scale_);
     steering_.init(glw);
 }
 
@@ -118,9 +124,12 @@ void ModelItem::standOn(GLW *glw, FileAxes::Axis up)
     chosenUp_ = up;
     if (mesh_->axes.up() == up && !mesh_->axes.upIsNegative())
         return;
-    auto turned = std::make_shared<Mesh>(*mesh_); // others may hold the one that it was made of
+    auto turned = std::make_shared<Mesh>(*base_); // others may hold the one that it was made of
     turned->standOn(up);
-    mesh_ = std::move(turned);
+    base_ = mesh_ = std::move(turned);
+    pose_.reset();
+    if (playback_ && playback_->clip() >= 0)
+        playback_->setTime(playback_->time()); // the next frame takes it up
     hovered_ = -1;
     brackets_ = {};
     measure();
@@ -176,10 +185,12 @@ void ModelItem::draw3D(GLW *glw, const Display &display)
     edgesDue_ = edged && edges_.isBusy();
     {
         const ModelSection::Clipping clipping(section_);
-        section_.drawCaps(SectionCaps::Opaque, display, marks_, pixel_);
+        if (!moving_) // its faces are those of the mesh
+            section_.drawCaps(SectionCaps::Opaque, display, marks_, pixel_);
         buffers_.drawThin(*mesh_, display, marks_, {pixel_, spacing_, most});
         buffers_.draw(*mesh_, display, marks_, &edges_);
-        section_.drawCaps(SectionCaps::Transparent, display, marks_, pixel_);
+        if (!moving_)
+            section_.drawCaps(SectionCaps::Transparent, display, marks_, pixel_);
     }
     if (display.hover && hovered_ >= 0)
         brackets_.draw(*mesh_, std::size_t(hovered_), centre_, scale_, display);
@@ -188,7 +199,7 @@ void ModelItem::draw3D(GLW *glw, const Display &display)
 std::optional<TriangleHit> ModelItem::hit(const Ray &world) const
 {
     const Trees *trees = tree_.get();
-    if (!trees)
+    if (!trees || moving_)
         return {};
     const Ray ray{world.origin / scale_ + centre_, world.direction};
     const auto found =
@@ -204,7 +215,7 @@ std::optional<ThinHit> ModelItem::thinHit(const Ray &world,
                                           const std::optional<TriangleHit> &surface) const
 {
     const Trees *trees = tree_.get();
-    if (!trees || !trees->thin)
+    if (!trees || !trees->thin || moving_)
         return {};
     const double reach = Metrics::px(4);
     const Aim aim{{world.origin / scale_ + centre_, world.direction},

@@ -14,7 +14,9 @@
 #include "host/item/model_section.h"
 #include "host/item/part_brackets.h"
 #include "host/item/part_marks.h"
+#include "host/item/playback.h"
 #include "host/item/point_budget.h"
+#include "host/item/rig_pose.h"
 #include "host/item/thin_tree.h"
 #include "host/item/triangle_tree.h"
 #include "host/read/mesh.h"
@@ -40,8 +42,12 @@ public:
     }
     quint64 byteSize() const override;
     const Mesh &mesh() const { return *mesh_; }
-    const MeshPtr &sharedMesh() const { return mesh_; } ///< Another one after standOn().
-    int hoveredPart() const { return hovered_; }        ///< Into the mesh's parts; -1 for none.
+    const MeshPtr &sharedMesh() const
+    {
+        return mesh_;
+    }                                            ///< Another one after standOn() and
+                                                 ///< where an animation stopped.
+    int hoveredPart() const { return hovered_; } ///< Into the mesh's parts; -1 for none.
 
     /// The centre and the size of the model's own units in the world:
     /// world = (model - centre) * scale.
@@ -74,6 +80,8 @@ public:
     CutPlane planeOf(const SectionRequest &request) const override;
     std::optional<CutPlane> planeAt(const GLW *glw, const QPointF &pixel) const override;
 
+    bool play(double seconds) override;
+    Playback *playback() override { return playback_.get(); }
     void init(GLW *glw) override;
     void release() override;
     void draw3D(GLW *glw, const Display &display) override;
@@ -116,9 +124,14 @@ private:
     bool isThere(const TriangleHit &hit, const Ray &inMesh) const;
     int partOf(quint32 triangle) const;
     void selectMeant();
+    void takePose();
 
     QString name_;
-    MeshPtr mesh_;
+    MeshPtr mesh_; // as it is drawn, but for while it moves
+    MeshPtr base_; // as it stands without an animation
+    std::unique_ptr<Playback> playback_;
+    std::unique_ptr<RigPose> pose_; // of base_; made when it is first needed
+    bool moving_ = false;           // what is drawn is not mesh_
     QVector3D centre_;
     float scale_ = 1;
     mutable std::vector<QVector3D> outline_; // of what is shown; empty: to be made

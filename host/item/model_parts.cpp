@@ -28,6 +28,8 @@ bool ModelItem::isThere(const TriangleHit &hit, const Ray &ray) const
 
 int ModelItem::partAt(const GLW *glw, const QPointF &at)
 {
+    if (moving_)
+        return -1;
     measurePixel(glw);
     const Ray ray = CameraSteering::geometryOf(glw).ray(at);
     const auto found = hit(ray);

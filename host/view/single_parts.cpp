@@ -81,6 +81,7 @@ void SingleView::fillMenu(GLW *glw, MenuTree *tree)
     View::fillMenu(glw, tree);
     if (section_ && section_->fillMenu(tree))
         tree->addSeparator();
+    fillPlayMenu(tree);
     if (measure_)
         measure_->fillMenu(tree);
 }

@@ -9,9 +9,11 @@
 #include "host/item/content_item.h"
 #include "host/read/file_kind.h"
 #include "host/ui/metrics.h"
+#include "host/view/overlay/player.h"
 #include "host/view/overlay/scale_bar.h"
 #include "host/view/side/parts_panel.h"
 #include "host/view/window/binding.h"
+#include "host/view/window/menu_tree.h"
 #include "host/view/window/panel.h"
 #include "host/view/window/window.h"
 
@@ -28,6 +30,9 @@ SingleView::SingleView(Window &window, ReadQueue &queue, const QString &path,
     bindViewKey("PgDown", "next-file", tr("Next file in the folder"), this, SLOT(OpenNext()));
     bindViewKey("PgUp", "previous-file", tr("File before it"), this, SLOT(OpenPrevious()));
     bindParts();
+    setContents(
+        bindViewKey("Space", "play", tr("Play the animation, or stop it"), this, SLOT(Play())),
+        OnAnimated);
     controls().setPeers([this](GLW *) { return QList<GLW *>{glw()}; });
     connectQueue();
     list_ = queue_.listNeighbours(path_);
@@ -97,6 +102,9 @@ void SingleView::addOverlays()
     neighbours_ = neighbours.get();
     connect(neighbours_, &Neighbours::chosen, this, &SingleView::fileChosen);
     overlays_.push_back(std::move(neighbours));
+    auto player = std::make_unique<Player>(under, window(), [this] { return playback(); });
+    connect(player.get(), &Player::changed, this, [this] { changed(); });
+    overlays_.push_back(std::move(player));
     measure_ = std::make_unique<MeasureTool>(
         under, window(),
         [this](const char *key, const char *name, const QString &text, QObject *receiver,
@@ -112,6 +120,41 @@ bool SingleView::toolClicked(GLW *, const QPointF &at)
 bool SingleView::leaveTool()
 {
     return measure_ && measure_->leave();
+}
+
+Playback *SingleView::playback() const
+{
+    Item *shown = item(glw());
+    return shown ? shown->playback() : nullptr;
+}
+
+void SingleView::Play()
+{
+    Playback *shown = playback();
+    if (!shown)
+        return;
+    shown->setPlaying(!shown->isPlaying());
+    changed();
+}
+
+void SingleView::fillPlayMenu(MenuTree *tree)
+{
+    Playback *shown = playback();
+    if (!shown)
+        return;
+    MenuTree *clips = tree->addMenu(tr("Animation"));
+    clips->addCheck(tr("Play"), "Space", shown->isPlaying(), this, [this] { Play(); });
+    clips->addSeparator();
+    const auto add = [&](const QString &name, int clip) {
+        clips->addCheck(name, {}, shown->clip() == clip, this, [this, clip] {
+            if (Playback *later = playback(); later && clip < int(later->clips().size()))
+                later->setClip(clip);
+            changed();
+        });
+    };
+    add(tr("None: as the file has it"), -1);
+    for (std::size_t i = 0; i < shown->clips().size(); ++i)
+        add(shown->clips()[i].name, int(i));
 }
 
 void SingleView::openNeighbour(int step)

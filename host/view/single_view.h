@@ -45,6 +45,7 @@ public slots:
     void ShowAllParts();
     void ToggleParts(); ///< The list of parts beside the view.
     void FindPart();    ///< Opens it, for a name to be typed.
+    void Play();        ///< Plays the animation, or stops it.
 
 signals:
     void fileChosen(const QString &path); ///< A person wants another file in this one's place.
@@ -72,6 +73,8 @@ private:
     void fillPartsMenu(MenuTree *tree);
     void followParts();
     void marksChanged();
+    Playback *playback() const;
+    void fillPlayMenu(MenuTree *tree);
     GLW *glw() const { return mainGLW(); }
 
     QRectF labelBounds() const;

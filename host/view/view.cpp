@@ -216,8 +216,9 @@ void View::advance(GLW *glw)
     slot.advanced = now;
     slot.item->setInsets(covered(glw));
     const bool moved = slot.item->steering().advance(glw, seconds);
-    slot.item->passed(moved, seconds);
-    if (moved && !first)
+    const bool played = slot.item->play(seconds);
+    slot.item->passed(moved || played, seconds);
+    if (played || (moved && !first))
         changed();
     // Where an item finds its place at first nobody moved it, and hundreds may arrive.
     if (moved || slot.item->isBusy())

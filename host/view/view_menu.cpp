@@ -190,7 +190,8 @@ int View::contents(GLW *glw) const
     for (const auto &[each, slot] : slots_)
         if (glw ? each == glw : each->property<bool>("visible"))
             kinds |= (slot.item->isSpatial() ? OnModel : OnPlot) |
-                     (slot.item->hasPoints() ? OnPoints : NoContent);
+                     (slot.item->hasPoints() ? OnPoints : NoContent) |
+                     (slot.item->playback() ? OnAnimated : NoContent);
     return kinds;
 }
 

@@ -105,7 +105,7 @@ QStringList textsOf(const QAction *action, int contents)
     if (!on.isValid())
         return {action->text()};
     QStringList texts;
-    if (on.toInt() & contents & (OnModel | OnPoints))
+    if (on.toInt() & contents & (OnModel | OnPoints | OnAnimated))
         texts << action->text();
     const QString plotText = action->property("plotText").toString();
     if (on.toInt() & contents & OnPlot)
