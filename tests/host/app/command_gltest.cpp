@@ -107,6 +107,7 @@ TEST_F(CommandTest, LargePicturesAndRecordingsAreTakenAsAskedFor)
         run("--size 320x240 --fps 4 --seconds 1 --turntable $/turn $/pyramid.obj", 0);
     EXPECT_TRUE(said.contains("4 of 4")) << said.toStdString();
     EXPECT_EQ(QDir(folder.filePath("turn")).entryList(QDir::Files).size(), 4);
+    run("--size 320x240 --animation --turntable $/film $/pyramid.obj", 1);
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 
 #include "host/item/camera_geometry.h"
 #include "host/item/model_item.h"
+#include "host/item/playback.h"
 #include "host/item/series_item.h"
 #include "host/view/single_view.h"
 #include "support.h"
@@ -53,6 +54,40 @@ TEST_F(SingleTest, ARectangleSelectsThePartsThatItMeets)
     EXPECT_EQ(model->marks().selected(), (std::vector<bool>{false, true}));
     drag({20, 20}, {60, 50}, Qt::RightButton, Qt::ShiftModifier);
     EXPECT_EQ(model->marks().selected(), (std::vector<bool>{false, false}));
+}
+
+TEST_F(SingleTest, AnAnimationPlaysAndItsBarGoesToATime)
+{
+    open(file("walk.bvh",
+              "HIERARCHY\nROOT a\n{\nOFFSET 0 0 0\nCHANNELS 3 Xposition Yposition Zposition\n"
+              "End Site\n{\nOFFSET 0 1 0\n}\n}\nMOTION\nFrames: 3\nFrame Time: 1\n"
+              "0 0 0\n4 0 0\n8 0 0\n"));
+    const auto *model = item<ModelItem>();
+    Playback *playback = view->item(view->mainGLW())->playback();
+    ASSERT_TRUE(playback);
+    const float before = model->mesh().min.x();
+    const auto moved = [&] {
+        settle(view->mainGLW());
+        return model->mesh().min.x() - before;
+    };
+    key(Qt::Key_Space);
+    for (int i = 0; i < 4; ++i)
+        frame(); // of a tenth of a second each
+    EXPECT_NEAR(playback->time(), 0.4, 0.11);
+    EXPECT_EQ(moved(), 0) << "what is picked stays until it stops";
+    click({164, 342}); // the button
+    EXPECT_NEAR(moved(), 4 * playback->time(), 1e-3);
+    click({259, 342}); // the middle of the bar
+    EXPECT_NEAR(moved(), 4, 0.1);
+    drag({259, 342}, {340, 200}, Qt::LeftButton);
+    EXPECT_NEAR(moved(), 8, 0.1);
+    EXPECT_FALSE(playback->isPlaying());
+    playback->setClip(-1);
+    EXPECT_EQ(moved(), 0);
+    playback->setTime(1);
+    playback->setPlaying(true);
+    playback->advance(1.5); // of two seconds
+    EXPECT_NEAR(playback->time(), 0.5, 1e-9);
 }
 
 TEST_F(SingleTest, ARectangleTakesWhatIsSeenAndWithAltWhatIsBehind)
