@@ -59,9 +59,9 @@ TEST_F(SingleTest, ARectangleSelectsThePartsThatItMeets)
 TEST_F(SingleTest, AnAnimationPlaysAndItsBarGoesToATime)
 {
     open(file("walk.bvh",
-              "HIERARCHY\nROOT a\n{\nOFFSET 0 0 0\nCHANNELS 3 Xposition Yposition Zposition\n"
-              "End Site\n{\nOFFSET 0 1 0\n}\n}\nMOTION\nFrames: 3\nFrame Time: 1\n"
-              "0 0 0\n4 0 0\n8 0 0\n"));
+              "HIERARCHY\nROOT a\n{\nOFFSET 0 0 0\nCHANNELS 6 Xposition Yposition "
+              "Zposition Zrotation Xrotation Yrotation\nEnd Site\n{\nOFFSET 0 1 0\n}\n}\n"
+              "MOTION\nFrames: 3\nFrame Time: 1\n0 0 0 0 0 0\n4 0 0 0 0 0\n8 0 0 0 0 0\n"));
     const auto *model = item<ModelItem>();
     Playback *playback = view->item(view->mainGLW())->playback();
     ASSERT_TRUE(playback);
