@@ -53,8 +53,10 @@ void Overlay::bindClick(const QString &words, const QString &text)
 /// While it does not listen, the window finds what is behind it.
 void Overlay::listen(bool on)
 {
-    if (on)
-        scene_->setProperty("geometry", bounds());
+    if (on) { // what it took it follows all over the window
+        area_ = pressed_ ? QRectF(window_.widget()->rect()) : bounds();
+        scene_->setProperty("geometry", area_);
+    }
     scene_->setProperty("enabled", on);
 }
 
@@ -120,7 +122,7 @@ void Overlay::Click(GLW *glw, bool pressed)
         return;
     // While the action fires, the record counts from this object's lower-left corner.
     const QRectF r = bounds();
-    const QPointF at = r.bottomLeft() + QPointF(mouse.x + 0.5, -mouse.y + 0.5);
+    const QPointF at = area_.bottomLeft() + QPointF(mouse.x + 0.5, -mouse.y + 0.5);
     mouse.button == mouse.last_button ? drag(at, r) : click(at, r);
 }
 

@@ -90,6 +90,7 @@ private:
     Underlay under_;
     Window &window_;
     QSizeF least_;
+    QRectF area_;          // where it listens, in the window's pixels, y downwards
     bool pressed_ = false; // the button that is down went down here
     QPointer<QObject> scene_;
 };
