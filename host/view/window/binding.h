@@ -32,7 +32,14 @@ QAction *bindMouse(QObject *scene, quint32 binding, quint32 mask, const char *na
                    const QString &text, QObject *receiver, const char *slot);
 
 /// Kinds of content on which a binding does something.
-enum ContentBit { NoContent = 0, OnModel = 0x1, OnPlot = 0x2, OnPoints = 0x4, OnAnimated = 0x8, OnAny = 0xf };
+enum ContentBit {
+    NoContent = 0,
+    OnModel = 0x1,
+    OnPlot = 0x2,
+    OnPoints = 0x4,
+    OnAnimated = 0x8,
+    OnAny = 0xf
+};
 
 /// Says that @p action does something on @p contents alone, bits of ContentBit; what nothing was
 /// said of always does. On a plot it does what @p plotText says, if that is not empty.
