@@ -4,7 +4,9 @@
 #include <QOpenGLFramebufferObject>
 #include <QThreadPool>
 
+#include "GL/glwidget.h"
 #include "bench/compare.h"
+#include "host/item/lamps.h"
 #include "host/item/mesh_buffers.h"
 
 namespace {
@@ -57,8 +59,7 @@ public:
         buffers_.create(*mesh_, {}, 1);
         edges_.request(mesh_);
         QThreadPool::globalInstance()->waitForDone();
-        glDisable(GL_LIGHT0);
-        setLamps(3);
+        host::hangLamps(&lit_);
     }
     ~Scene()
     {
@@ -89,6 +90,9 @@ public:
         glLoadMatrixf(projection.constData());
         glMatrixMode(GL_MODELVIEW);
         glLoadMatrixf(view.constData());
+        host::placeLamps(&lit_, host::CameraGeometry(lit_.camera, QSizeF(side, side)));
+        for (GL::Light &lamp : lit_.lights)
+            lamp.Reposition();
         buffers_.draw(*mesh_, display, marks_, &edges_);
     }
     QImage picture() const { return picture_.toImage(); }
@@ -96,6 +100,7 @@ public:
 
 private:
     QGLWidget widget_;
+    GLWidget lit_{nullptr, "lit"}; // its lights alone
     std::shared_ptr<host::Mesh> mesh_;
     host::PartMarks marks_;
     QOpenGLFramebufferObject picture_;
