@@ -83,7 +83,7 @@ TEST_F(SurfaceTest, OverlaysPassOnWhatTheyHaveNoUseFor)
 {
     open();
     QString before = pose();
-    QTest::mouseMove(window->widget(), between.toPoint());
+    move(between);
     QWheelEvent wheel(between, {}, {}, {0, 120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(window->widget(), &wheel);
     settle(glw());

@@ -119,7 +119,8 @@ TEST_F(SingleTest, PartsAreSelectedHiddenAndFitted)
             all += model->marks().isHidden(i) ? 'h' : model->marks().isSelected(i) ? 's' : '.';
         return all;
     };
-    const QPointF left(150, 200), middle(300, 200), right(450, 200), beside(300, 30);
+    // The axes take 104 pixels on the left.
+    const QPointF left(150, 200), middle(352, 200), right(550, 200), beside(352, 70);
     const struct {
         const char *name;
         std::function<void()> act;
@@ -141,19 +142,25 @@ TEST_F(SingleTest, PartsAreSelectedHiddenAndFitted)
         EXPECT_EQ(marks(), step.after) << step.name;
     }
     EXPECT_TRUE(model->details().endsWith("1 part hidden"));
-    // What is fitted: the two that are shown, or the one that is selected, its middle as deep.
-    const auto fitted = [&](Qt::Key with) {
-        key(with);
+    // What is fitted stands in the middle of the rest: where its front is seen, along x.
+    const auto fitted = [&](double from, double to, double width) {
+        key(Qt::Key_F);
         settle(view->mainGLW());
-        return view->mainGLW()->camera.setTarget.x;
+        double seen[2];
+        for (const int i : {0, 1})
+            seen[i] = CameraSteering::geometryOf(view->mainGLW())
+                          .pixel((QVector3D(float(i ? to : from), 1, 2) - model->centre()) *
+                                 model->scale())
+                          .x();
+        EXPECT_NEAR((seen[0] + seen[1]) / 2, 352, 2) << to;
+        EXPECT_NEAR(seen[1] - seen[0], width, 12) << to;
     };
-    const float unit = model->scale();
-    EXPECT_NEAR(fitted(Qt::Key_F), -1.5f * unit, 0.2f * unit);
+    fitted(0, 5, 446); // the two that are shown
     model->select(0, false);
-    EXPECT_NEAR(fitted(Qt::Key_F), -3 * unit, 0.2f * unit);
+    fitted(0, 2, 261);
     key(Qt::Key_A);
     model->select(-1, false);
-    EXPECT_NEAR(fitted(Qt::Key_F), 0, 0.2f * unit);
+    fitted(0, 8, 446);
 }
 
 TEST_F(SingleTest, ARectangleSelectsSamplesAndTheLegendTogglesColumns)

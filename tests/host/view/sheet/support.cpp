@@ -80,6 +80,7 @@ void ViewTest::show(View &view)
     ASSERT_TRUE(QTest::qWaitForWindowExposed(widget));
     QApplication::setActiveWindow(widget); // without a window manager nobody else does
     widget->setFocus();
+    widget->setAttribute(Qt::WA_UnderMouse); // the hand is here, wherever the screen's pointer is
     ASSERT_TRUE(QTest::qWaitFor([&] { return view.isSettled(); }, 60000));
     QThreadPool::globalInstance()->waitForDone(); // then the pointer finds triangles
     frame();
