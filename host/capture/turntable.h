@@ -17,7 +17,7 @@ struct TurntableOptions {
     double fps = 30;    ///< Frames per second, 1 to 120; in a GIF at most 50.
     /// Brings what is recorded to a share of the whole, 0 to below 1, before each frame; the camera
     /// stays. Null: a turn.
-    std::function<void(double share)> move;
+    std::function<void(double share)> move = nullptr;
 };
 
 /// Records one turn of the camera of every object of a picture, each about the vertical line
