@@ -51,8 +51,8 @@ protected:
     bool areOlder() const // the films
     {
         QFile mp4(at("turn.mp4")), gif(at("turn.gif"));
-        return mp4.open(QIODevice::ReadOnly) && mp4.readAll() == "older" &&
-               gif.open(QIODevice::ReadOnly) && gif.readAll() == "older";
+        return mp4.open(QFile::ReadOnly) && gif.open(QFile::ReadOnly) &&
+               mp4.readAll() + gif.readAll() == "olderolder";
     }
     QString recorded(const QString &name, double seconds, double fps,
                      const TurntableRecorder::Progress &progress = nullptr)
@@ -64,19 +64,17 @@ protected:
     const QByteArray path = qgetenv("PATH");
 };
 
-QImage picture(QRgb color, QImage::Format format = QImage::Format_RGB32)
+QString written(const QString &name, QRgb color, QImage::Format format = QImage::Format_RGB32)
 {
     QImage image(1000, 600, format);
     image.fill(color);
-    return image;
+    return PictureFile::write(image, name);
 }
 
 TEST_F(Files, APictureSaysWhatIsWrongWithIt)
 {
     const QString opaque = ": a picture of this format cannot be transparent; a .png can";
-    const auto fault = [](const QString &name, bool clear) {
-        return PictureFile::fault(name, clear);
-    };
+    const auto fault = PictureFile::fault;
     for (const char *name : {"a.png", "a.PNG", "a", "a.b/c"})
         EXPECT_EQ(fault(name, true), "") << name;
     for (const char *name : {"a.jpg", "a.ppm"})
@@ -89,16 +87,13 @@ TEST_F(Files, APictureSaysWhatIsWrongWithIt)
         {folder.path(), folder.path() + " is a folder."},
         {at("none/a.png"), at("none/a.png") + " cannot be written: No such file or directory"}};
     for (const auto &[place, said] : places)
-        EXPECT_EQ(PictureFile::write(picture(0, QImage::Format_ARGB32), place), said);
+        EXPECT_EQ(written(place, 0, QImage::Format_ARGB32), said);
     EXPECT_FALSE(QFileInfo("/dev/null").isFile()); // nothing took its place
 }
 
 TEST_F(Files, AnOlderPictureIsReplacedByAWholeOneOrByNone)
 {
     const QString name = at("a.png"), link = at("link.png");
-    const auto written = [](auto &where, QRgb color) {
-        return PictureFile::write(picture(color), where);
-    };
     EXPECT_EQ(written(name, 0xff112233), "");
     const mode_t mask = umask(0);
     umask(mask);
@@ -245,10 +240,16 @@ TEST_F(Files, PicturesShowOneTurnWithoutItsEnd)
 TEST(ProgressLineTest, IsRewrittenOnATerminalAndRareInAFile)
 {
     const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
-    ASSERT_TRUE(terminal >= 0 && grantpt(terminal) == 0 && unlockpt(terminal) == 0);
     int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    const auto shown = [](std::FILE *stream, int reader) {
+    ASSERT_TRUE(grantpt(terminal) == 0 && unlockpt(terminal) == 0 && pipe(ends) == 0);
+    const std::tuple<std::FILE *, int, std::string> rows[] = {
+        {fdopen(ends[1], "w"), ends[0],
+         "Recording: 1 of 20 (5 %)\nRecording: 2 of 20 (10 %)\nRecording: 20 of 20 (100 %)\n"
+         "Again: 1 of 1 (100 %)\n"},
+        {std::fopen(ptsname(terminal), "w"), terminal,
+         "\rRecording: 1 of 20 (5 %)\rRecording: 2 of 20 (10 %)\rRecording: 3 of 20 (15 %)"
+         "\rRecording: 20 of 20 (100 %)\r\n\rAgain: 1 of 1 (100 %)\r\n"}};
+    for (const auto &[stream, reader, expected] : rows) {
         {
             ProgressLine line(stream, "Recording"), again(stream, "Again");
             for (const int i : {1, 2, 3, 20})
@@ -256,19 +257,12 @@ TEST(ProgressLineTest, IsRewrittenOnATerminalAndRareInAFile)
             line.end(), line.end();
             again.show(1, 1);
         } // which ends the other
-        std::fclose(
-            stream); // a terminal hands over what it has in pieces, and then ends as a pipe does
-        std::string all;
+        std::fclose(stream);
+        std::string all; // a terminal hands it over in pieces, and then ends as a pipe does
         for (char c; read(reader, &c, 1) == 1;)
             all += c;
-        return all;
-    };
-    EXPECT_EQ(shown(fdopen(ends[1], "w"), ends[0]),
-              "Recording: 1 of 20 (5 %)\nRecording: 2 of 20 (10 %)\nRecording: 20 of 20 (100 %)\n"
-              "Again: 1 of 1 (100 %)\n");
-    EXPECT_EQ(shown(std::fopen(ptsname(terminal), "w"), terminal),
-              "\rRecording: 1 of 20 (5 %)\rRecording: 2 of 20 (10 %)\rRecording: 3 of 20 (15 %)"
-              "\rRecording: 20 of 20 (100 %)\r\n\rAgain: 1 of 1 (100 %)\r\n");
+        EXPECT_EQ(all, expected);
+    }
 }
 
 } // namespace

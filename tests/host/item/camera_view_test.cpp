@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The viewer's camera mathematics, against the module's own camera.
 #include <cmath>
+#include <functional>
 
 #include <QMatrix4x4>
 
@@ -12,37 +13,6 @@ namespace host {
 namespace {
 
 const QSizeF size(800, 500);
-constexpr double frameTime = 1 / 60.0;
-
-GL::Camera cameraAt(const QVector3D &rot, bool ortho = false)
-{
-    GL::Camera camera;
-    CameraMotion motion;
-    CameraMotion::prepare(camera);
-    motion.jumpTo(camera, {rot, {0.1f, -0.05f, 0.2f}, 1.3f});
-    if (ortho)
-        motion.toggleProjection(camera);
-    camera.Update(1);
-    motion.step(camera, frameTime);
-    return camera;
-}
-
-/// What the pass does with one frame: the camera's update, then the step for the next one.
-bool runFrame(GL::Camera &camera, CameraMotion &motion, double seconds = frameTime)
-{
-    camera.Update(1);
-    return motion.step(camera, seconds);
-}
-
-/// Lets the camera come to rest after what @p motion was asked for.
-void runToRest(GL::Camera &camera, CameraMotion &motion)
-{
-    motion.step(camera, frameTime);
-    for (int i = 0; i < 600; ++i)
-        if (!runFrame(camera, motion))
-            return;
-    ADD_FAILURE() << "the camera never comes to rest";
-}
 
 /// The pixel of @p p by the matrices that the camera hands to OpenGL, from its derived fields.
 QPointF drawnAt(const GL::Camera &camera, const QVector3D &p)
@@ -60,6 +30,40 @@ QPointF drawnAt(const GL::Camera &camera, const QVector3D &p)
     return {(clip.x() + 1) / 2 * size.width(), (clip.y() + 1) / 2 * size.height()};
 }
 
+/// A camera, its motion, and what the pass does with them in one frame: the camera's update, then
+/// the step for the next one.
+struct Moving {
+    explicit Moving(const QVector3D &rot, bool ortho = false)
+    {
+        CameraMotion::prepare(camera);
+        motion.jumpTo(camera, {rot, {0.1f, -0.05f, 0.2f}, 1.3f});
+        if (ortho)
+            motion.toggleProjection(camera);
+        frame();
+    }
+    bool frame(double seconds = 1 / 60.0)
+    {
+        camera.Update(1);
+        return motion.step(camera, seconds);
+    }
+    /// Lets the camera come to rest after what was asked for; returns the number of frames.
+    int rest(const std::function<void()> &each = [] {})
+    {
+        motion.step(camera, 1 / 60.0);
+        int frames = 1;
+        for (bool moves = true; moves && frames < 600; ++frames) {
+            moves = frame();
+            each();
+        }
+        EXPECT_LT(frames, 600) << "the camera never comes to rest";
+        return frames;
+    }
+    QPointF at(const QVector3D &p) const { return drawnAt(camera, p); }
+
+    GL::Camera camera;
+    CameraMotion motion;
+};
+
 double distance(const QPointF &a, const QPointF &b)
 {
     return std::hypot(a.x() - b.x(), a.y() - b.y());
@@ -76,7 +80,7 @@ QRectF reachedBy(const GL::Camera &camera, const std::vector<QVector3D> &points)
 struct ViewCase {
     const char *name;
     QVector3D rot;
-    bool ortho;
+    bool ortho = false;
 };
 
 const ViewCase viewCases[] = {
@@ -89,30 +93,32 @@ const ViewCase viewCases[] = {
     {"OrthographicRolled", {-15, 70, -120}, true},
 };
 
-TABLE(CameraView, testing::Test, ViewCase, viewCases);
+struct Posed : testing::Test, Moving {
+    using Row = testing::WithParamInterface<ViewCase>;
+    Posed() : Moving(Row::GetParam().rot, Row::GetParam().ortho) {}
+};
+
+TABLE(CameraView, Posed, ViewCase, viewCases);
 
 TEST_P(CameraView, PredictsThePixelThatOpenGLDraws)
 {
-    const GL::Camera camera = cameraAt(GetParam().rot, GetParam().ortho);
-    const CameraGeometry frame(camera, size);
+    const CameraGeometry geometry(camera, size);
     for (const QVector3D &p :
          {QVector3D(0, 0, 0), QVector3D(0.3f, 0.2f, -0.1f), QVector3D(-0.2f, 0.4f, 0.25f)}) {
-        EXPECT_LT(distance(frame.pixel(p), drawnAt(camera, p)), 0.2);
-        const Ray ray = frame.ray(drawnAt(camera, p));
+        EXPECT_LT(distance(geometry.pixel(p), at(p)), 0.2);
+        const Ray ray = geometry.ray(at(p));
         EXPECT_LT(p.distanceToLine(ray.origin, ray.direction), 2e-4f);
     }
 }
 
 TEST_P(CameraView, FramesAllPointsUpToTheMargin)
 {
-    GL::Camera camera = cameraAt(GetParam().rot, GetParam().ortho);
     std::vector<QVector3D> points;
     for (int i = 0; i < 8; ++i)
         points.push_back({i & 1 ? 0.4f : -0.1f, i & 2 ? 0.3f : -0.2f, i & 4 ? 0.05f : -0.35f});
     const Framing framing = frameAll(camera, size, {}, points, 0.1f);
-    CameraMotion().jumpTo(camera, {GetParam().rot, framing.target, framing.radius});
-    const QRectF reached = reachedBy(camera, points);
-    const QRectF room(40, 25, 720, 450);
+    motion.jumpTo(camera, {GetParam().rot, framing.target, framing.radius});
+    const QRectF reached = reachedBy(camera, points), room(40, 25, 720, 450);
     EXPECT_TRUE(room.adjusted(-0.5, -0.5, 0.5, 0.5).contains(reached));
     EXPECT_LT(std::min(room.width() - reached.width(), room.height() - reached.height()), 1);
     EXPECT_LT(distance(reached.center(), room.center()), 120);
@@ -122,61 +128,45 @@ TEST(CameraTurn, KeepsAllPointsInThePictureAndFillsIt)
 {
     const std::vector<QVector3D> points{
         {0.4f, 0.3f, 0.1f}, {-0.2f, -0.1f, 0.35f}, {0.1f, -0.4f, -0.1f}, {0, 0.2f, -0.3f}};
-    for (const QVector3D &row : {QVector3D(0, 0, 0), {22, 1, 0}, {-60, 0, 0}, {90, 1, 0}}) {
-        GL::Camera camera = cameraAt({row.x(), -32, 0}, row.y() > 0);
-        const Framing framing = frameTurn(camera, size, points, 0.1f);
+    for (const auto &[elevation, ortho] :
+         {std::pair(0.0f, false), {22, true}, {-60, false}, {90, true}}) {
+        Moving m({elevation, -32, 0}, ortho);
+        const Framing framing = frameTurn(m.camera, size, points, 0.1f);
         EXPECT_LT(std::hypot(framing.target.x(), framing.target.z()), 1e-5f);
         QRectF reached;
         for (float azimuth = 0; azimuth < 360; ++azimuth) {
-            CameraMotion().jumpTo(camera, {{row.x(), azimuth, 0}, framing.target, framing.radius});
-            reached |= reachedBy(camera, points);
+            m.motion.jumpTo(m.camera, {{elevation, azimuth, 0}, framing.target, framing.radius});
+            reached |= reachedBy(m.camera, points);
         }
         EXPECT_TRUE(QRectF(-1, -1, 802, 502).contains(reached));
         EXPECT_GT(std::max(reached.width() / 800, reached.height() / 500), 0.75);
     }
 }
 
-TEST_P(CameraView, PanHoldsTheGrabbedPoint)
+TEST_P(CameraView, PanHoldsTheGrabbedPointAndZoomThePivotInEveryFrame)
 {
-    GL::Camera camera = cameraAt(GetParam().rot, GetParam().ortho);
-    const QVector3D grabbed(0.2f, 0.1f, 0.3f);
-    const QPointF from = drawnAt(camera, grabbed), to = from + QPointF(120, -75);
-    const QVector3D there = CameraGeometry(camera, size).onPlane(to, grabbed);
-    CameraMotion::pan(camera, there - grabbed);
-    camera.Update(1);
-    CameraMotion().step(camera, frameTime); // the roll of `up`
-    EXPECT_LT(distance(drawnAt(camera, grabbed), to), 0.5);
-}
-
-TEST_P(CameraView, ZoomHoldsThePivotInEveryFrame)
-{
-    GL::Camera camera = cameraAt(GetParam().rot, GetParam().ortho);
-    const QVector3D pivot(0.15f, 0.1f, 0.1f);
-    const QPointF before = drawnAt(camera, pivot);
+    const QVector3D grabbed(0.2f, 0.1f, 0.3f), pivot(0.15f, 0.1f, 0.1f);
+    const QPointF to = at(grabbed) + QPointF(120, -75);
+    CameraMotion::pan(camera, CameraGeometry(camera, size).onPlane(to, grabbed) - grabbed);
+    frame(); // the roll of `up`
+    EXPECT_LT(distance(at(grabbed), to), 0.5);
+    const QPointF before = at(pivot);
     const float radius = camera.radius;
-    CameraMotion motion;
     motion.zoom(4, pivot);
-    motion.step(camera, frameTime);
-    int frames = 0;
-    for (bool moves = true; moves && frames < 600; ++frames) {
-        moves = runFrame(camera, motion);
-        EXPECT_LT(distance(drawnAt(camera, pivot), before), 1) << "frame " << frames;
-    }
+    const int frames = rest([&] { EXPECT_LT(distance(at(pivot), before), 1); });
     EXPECT_NEAR(camera.radius, radius / 4, radius * 1e-4);
-    EXPECT_GT(frames, 5) << "the zoom is not smooth";
+    EXPECT_GT(frames, 6) << "the zoom is not smooth";
 }
 
 TEST_P(CameraView, ProjectionSwitchKeepsTheSizeAtTheTarget)
 {
-    GL::Camera camera = cameraAt(GetParam().rot, GetParam().ortho);
-    const CameraGeometry frame(camera, size);
-    const QVector3D a = frame.target(), b = a + frame.up() * 0.2f + frame.right() * 0.1f;
-    const double before = distance(drawnAt(camera, a), drawnAt(camera, b));
-    CameraMotion motion;
+    const CameraGeometry geometry(camera, size);
+    const QVector3D a = geometry.target(), b = a + geometry.up() * 0.2f + geometry.right() * 0.1f;
+    const double before = distance(at(a), at(b));
     motion.toggleProjection(camera);
-    runFrame(camera, motion);
+    frame();
     EXPECT_NE(bool(camera.ortho), GetParam().ortho);
-    EXPECT_NEAR(distance(drawnAt(camera, a), drawnAt(camera, b)), before, 0.5);
+    EXPECT_NEAR(distance(at(a), at(b)), before, 0.5);
 }
 
 /// Degrees, right and up in the picture, in pictures that are rolled by the third number.
@@ -184,14 +174,13 @@ TEST(CameraMotionTest, DragsMoveTheNearSideTheSameWay)
 {
     for (const QVector3D &row :
          {QVector3D(20, 0, 0), {0, 20, 0}, {-20, 0, 0}, {20, 0, 90}, {0, 20, 90}, {0, -20, 180}}) {
-        GL::Camera camera = cameraAt({5, 10, row.z()});
-        const CameraGeometry frame(camera, size);
-        const QVector3D nearSide = frame.target() - frame.forward() * 0.4f;
-        const QPointF before = drawnAt(camera, nearSide);
-        CameraMotion motion;
-        motion.orbit(camera, row.toPointF());
-        runToRest(camera, motion);
-        const QPointF moved = drawnAt(camera, nearSide) - before;
+        Moving m({5, 10, row.z()});
+        const CameraGeometry geometry(m.camera, size);
+        const QVector3D nearSide = geometry.target() - geometry.forward() * 0.4f;
+        const QPointF before = m.at(nearSide);
+        m.motion.orbit(m.camera, row.toPointF());
+        m.rest();
+        const QPointF moved = m.at(nearSide) - before;
         const double along = QPointF::dotProduct(moved, row.toPointF()) / 20;
         EXPECT_GT(along, std::max(50.0, 0.9 * distance(moved, {})))
             << row.x() << row.y() << row.z();
@@ -200,60 +189,53 @@ TEST(CameraMotionTest, DragsMoveTheNearSideTheSameWay)
 
 TEST(CameraMotionTest, DragsBeyondThePoleLeaveNothingToUndo)
 {
-    GL::Camera camera = cameraAt({60, 0, 0});
-    CameraMotion motion;
+    Moving m({60, 0, 0});
     for (const auto &[drag, elevation] : {std::pair(-300.0, 90.0f), {30.0, 60.0f}}) {
-        motion.orbit(camera, {0, drag});
-        runToRest(camera, motion);
-        EXPECT_NEAR(camera.rot.x, elevation, 0.05);
+        m.motion.orbit(m.camera, {0, drag});
+        m.rest();
+        EXPECT_NEAR(m.camera.rot.x, elevation, 0.05);
     }
 }
 
 TEST(CameraMotionTest, TakesTheSameTimeAtAnyFrameRate)
 {
-    GL::Camera cameras[2] = {cameraAt({}), cameraAt({})};
-    for (const int i : {0, 1}) {
-        const double seconds = i ? 0.05 : 0.005;
-        CameraMotion motion;
-        motion.orbit(cameras[i], {90, 0});
-        motion.step(cameras[i], seconds);
-        for (int frames = i ? 4 : 40; frames > 0; --frames)
-            runFrame(cameras[i], motion, seconds);
+    Moving fast({}), slow({});
+    for (Moving *m : {&fast, &slow}) {
+        m->motion.orbit(m->camera, {90, 0});
+        m->motion.step(m->camera, m == &slow ? 0.05 : 0.005);
+        for (int frames = m == &slow ? 4 : 40; frames > 0; --frames)
+            m->frame(m == &slow ? 0.05 : 0.005);
     }
-    EXPECT_NEAR(cameras[0].rot.y, cameras[1].rot.y, 0.5);
+    EXPECT_NEAR(fast.camera.rot.y, slow.camera.rot.y, 0.5);
 }
 
 TEST(CameraMotionTest, GoesToAPoseTheShortWayAndRests)
 {
-    GL::Camera camera = cameraAt({0, 170, 0});
-    CameraMotion motion;
-    motion.orbit(camera, {500, 0}); // dropped by what follows
+    Moving m({0, 170, 0});
+    m.motion.orbit(m.camera, {500, 0}); // dropped by what follows
     const Pose pose{{10, -170, 0}, {-0.2f, 0.1f, 0}, 0.5f};
-    motion.goTo(camera, pose);
-    runToRest(camera, motion);
-    EXPECT_NEAR(camera.rot.y, 190, 0.1);
-    EXPECT_NEAR(camera.rot.x, 10, 0.1);
-    EXPECT_NEAR(camera.radius, 0.5, 0.001);
-    EXPECT_LT((toQt(camera.target) - pose.target).length(), 0.002f);
-    const Vector rot = camera.rot;
-    runFrame(camera, motion);
-    EXPECT_EQ(camera.rot, rot);
+    m.motion.goTo(m.camera, pose);
+    m.rest();
+    const Vector rot = m.camera.rot;
+    EXPECT_LT((toQt(rot) - QVector3D(10, 190, 0)).length(), 0.1f);
+    EXPECT_NEAR(m.camera.radius, 0.5, 0.001);
+    EXPECT_LT((toQt(m.camera.target) - pose.target).length(), 0.002f);
+    m.frame();
+    EXPECT_EQ(m.camera.rot, rot);
 }
 
 TEST(CameraMotionTest, ZoomStopsAtBothEndsInBothProjections)
 {
     for (const bool ortho : {false, true}) {
-        GL::Camera camera = cameraAt({0, 0, 0}, ortho);
-        CameraMotion motion;
+        Moving m({}, ortho), farthest({});
         for (const float factor : {1e6f, 1e-6f}) {
-            motion.zoom(factor, {});
-            runToRest(camera, motion);
+            m.motion.zoom(factor, {});
+            m.rest();
         }
-        GL::Camera farthest = camera;
-        farthest.ortho = 0;
-        farthest.radius = CameraMotion::maxRadius;
-        EXPECT_NEAR(shownHalfHeight(camera), shownHalfHeight(farthest), 0.01) << ortho;
-        EXPECT_LE(std::hypot(camera.target.x, camera.target.z), camera.bounds.x * 1.001f);
+        farthest.camera.radius = CameraMotion::maxRadius;
+        EXPECT_NEAR(shownHalfHeight(m.camera), shownHalfHeight(farthest.camera), 0.01) << ortho;
+        const Vector &target = m.camera.target;
+        EXPECT_LE(std::hypot(target.x, target.z), m.camera.bounds.x * 1.001f);
     }
 }
 
@@ -262,7 +244,7 @@ TEST(CameraMotionTest, ClipRangeTellsCloseSurfacesApart)
 {
     for (const bool ortho : {false, true})
         for (const float radius : {0.02f, 0.3f, 1.5f, 4.5f}) {
-            GL::Camera camera = cameraAt({}, ortho);
+            GL::Camera camera = Moving({}, ortho).camera;
             camera.radius = ortho ? radiusShowing(camera, radius * 0.3f) : radius;
             camera.Update(1);
             const double n = ortho ? -camera.farZ : camera.nearZ, f = camera.farZ;

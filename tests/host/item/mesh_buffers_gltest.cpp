@@ -1,186 +1,260 @@
 // SPDX-License-Identifier: MIT
-// What of a mesh is drawn, and its parts in which order, by colours of pixels.
+// What of a mesh is drawn, its parts in which order, lines and points, and how textures lie on it.
 #include <cmath>
 
-#include <QTest>
 #include <QThreadPool>
 
-#include "GL/glwindow.h"
-#include "host/item/mesh_buffers.h"
-#include "tests/GL/table.h"
+#include "drawing.h"
 
 namespace host {
 namespace {
 
-/// A square across the line of sight in one of two colours, red or green.
+/// A square across the line of sight, red or green.
 struct Square {
     char colour;
     float alpha;
     float z;
     bool looksAway = false; // its front does
 };
+using Parts = std::vector<std::vector<Square>>; // in the file's order
+using Mode = Display::Mode;
 
-struct OrderCase {
+struct DrawnCase {
     const char *name;
-    std::vector<std::vector<Square>> parts; // in the file's order
-    bool fromBehind;
-    QColor seen; // over blue
-    std::size_t hidden = 9;
+    Parts parts;
+    const char *seen;
+    Mode mode = Mode::Shaded;
+    std::size_t hidden = 9, selected = 9;
+    bool fromBehind = false;
 };
 
-const OrderCase orderCases[] = {
-    {"NearFirstInTheFile", {{{'r', 0.5, 1}}, {{'g', 0.5, -1}}}, false, {128, 64, 64}},
-    {"FarFirstInTheFile", {{{'g', 0.5, -1}}, {{'r', 0.5, 1}}}, false, {128, 64, 64}},
-    {"FromBehind", {{{'r', 0.5, 1}}, {{'g', 0.5, -1}}}, true, {64, 128, 64}},
-    {"OpaqueBeforeAll", {{{'r', 0.5, 1}}, {{'g', 1, -1}}}, false, {128, 128, 0}},
-    {"OpaqueInFront", {{{'g', 1, 1}}, {{'r', 0.5, -1}}}, false, {0, 255, 0}},
-    {"OpacityOfNothingIsASlip", {{{'r', 0, 0}}}, false, {255, 0, 0}},
-    {"BackFacesFirst", {{{'r', 0.5, 1}, {'g', 0.5, -1, true}}}, false, {128, 64, 64}},
-    {"BackFacesFirstFromBehind", {{{'r', 0.5, 1}, {'g', 0.5, -1, true}}}, true, {64, 128, 64}},
-    {"HiddenOpaque", {{{'r', 1, -1}}, {{'g', 1, 1}}}, false, {255, 0, 0}, 1},
-    {"HiddenTransparent", {{{'r', 1, -1}}, {{'g', 0.5, 1}}}, false, {255, 0, 0}, 1},
+const Parts opaque{{{'r', 1, 0}}, {{'g', 1, -1}}, {{'g', 1, .6f}}}; // the last one hides all
+const Parts redFirst{{{'r', .5, .5}}, {{'g', .5, -.5}}}, greenFirst{redFirst[1], redFirst[0]};
+const Parts inOne{{{'r', .5, .5}, {'g', .5, -.5, true}}};
+
+// Of the opaque ones the red reaches from pixel 10 to 50 both ways, that behind it from 18 to 42.
+const DrawnCase drawnCases[] = {
+    {"NearFirstInTheFile", redFirst, "30,30 #804040"},
+    {"FarFirstInTheFile", greenFirst, "30,30 #804040"},
+    {"FromBehind", redFirst, "30,30 #408040", Mode::Shaded, 9, 9, true},
+    {"OpaqueBeforeAll", {{{'r', .5, .5}}, {{'g', 1, -.5}}}, "30,30 #808000"},
+    {"OpaqueInFront", {{{'g', 1, .5}}, {{'r', .5, -.5}}}, "30,30 lime"},
+    {"OpacityOfNothingIsASlip", {{{'r', 0, 0}}}, "30,30 red"},
+    {"BackFacesFirst", inOne, "30,30 #804040"},
+    {"BackFacesFirstFromBehind", inOne, "30,30 #408040", Mode::Shaded, 9, 9, true},
+    {"HiddenTransparent", {{{'r', 1, 0}}, {{'g', .5, .5}}}, "30,30 red", Mode::Shaded, 1},
+    {"Shaded", opaque, "36,24 red; 50~30 red; 46~46 red; 18,30 red", Mode::Shaded, 2},
+    {"Edged", opaque, "36,24 red; 50~30 edge; 46~46 !edge; 18,30 red", Mode::Edged, 2},
+    {"Hidden", opaque, "36,24 blue; 50~30 ink; 46~46 ink; 18~30 !ink", Mode::HiddenLines, 2},
+    {"HiddenMarked", opaque, "36,24 blue; 50~30 accent; 46~46 accent", Mode::HiddenLines, 2, 0},
+    {"Wireframe", opaque, "36,24 blue; 50~30 red; 46~46 red; 18~30 lime", Mode::Wireframe, 2},
 };
 
-Mesh meshOf(const std::vector<std::vector<Square>> &parts)
+std::shared_ptr<Mesh> meshOf(const Parts &parts)
 {
-    constexpr float corners[2][4][2] = {{{-1, -1}, {1, -1}, {1, 1}, {-1, 1}},
-                                        {{-1, -1}, {-1, 1}, {1, 1}, {1, -1}}};
-    Mesh mesh;
+    auto mesh = std::make_shared<Mesh>();
     for (const std::vector<Square> &squares : parts) {
         MeshPart part;
-        part.firstIndex = quint32(mesh.indices.size());
+        part.firstIndex = quint32(mesh->indices.size());
+        part.indexCount = quint32(squares.size() * 6);
         part.colour[3] = squares[0].alpha;
-        for (const Square &square : squares) {
-            for (quint32 i : {0, 1, 2, 0, 2, 3}) {
-                const float *at = corners[square.looksAway][i];
-                mesh.indices.push_back(quint32(mesh.vertexCount()));
-                mesh.positions.insert(mesh.positions.end(), {at[0], at[1], square.z});
-                mesh.normals.insert(mesh.normals.end(), {0, 0, 1});
-                const quint8 red = square.colour == 'r' ? 255 : 0;
+        for (const Square &s : squares)
+            for (const auto &[x, y] :
+                 {std::pair(-1.0f, -1.0f), {1, -1}, {1, 1}, {-1, -1}, {1, 1}, {-1, 1}}) {
+                mesh->indices.push_back(quint32(mesh->indices.size()));
+                mesh->positions.insert(mesh->positions.end(),
+                                       {s.looksAway ? y : x, s.looksAway ? x : y, s.z});
+                mesh->normals.insert(mesh->normals.end(), {0, 0, 1});
+                const quint8 red = s.colour == 'r' ? 255 : 0;
                 const quint8 alpha = quint8(std::lround(opacityOf(part) * 255));
-                mesh.colours.insert(mesh.colours.end(), {red, quint8(255 - red), 0, alpha});
+                mesh->colours.insert(mesh->colours.end(), {red, quint8(255 - red), 0, alpha});
             }
-        }
-        part.indexCount = quint32(mesh.indices.size()) - part.firstIndex;
-        mesh.parts.push_back(part);
+        mesh->parts.push_back(part);
     }
+    mesh->max = {1, 1, 1};
     return mesh;
 }
 
-class MeshDrawing : public testing::Test {
-protected:
-    QGLWindow window{nullptr, "window"};
-    Display display;
+TABLE(MeshDrawing, Drawing, DrawnCase, drawnCases);
 
-    void SetUp() override
-    {
-        window.fps(0);
-        window.resize(60, 60);
-        window.show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
-        window.makeCurrent();
-        display.lighting = false;
-    }
-    void TearDown() override { EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR)); }
-
-    /// Over blue, from 3 in front of the origin or behind it.
-    void begin(bool parallel, bool fromBehind)
-    {
-        glDepthMask(GL_TRUE);
-        glViewport(0, 0, 60, 60);
-        glClearColor(0, 0, 1, 1);
-        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-        QMatrix4x4 projection, view;
-        parallel ? projection.ortho(-1, 1, -1, 1, 1, 9) : projection.frustum(-1, 1, -1, 1, 1, 9);
-        view.translate(0, 0, -3);
-        view.rotate(fromBehind ? 180 : 0, 0, 1, 0);
-        glMatrixMode(GL_PROJECTION);
-        glLoadMatrixf(projection.constData());
-        glMatrixMode(GL_MODELVIEW);
-        glLoadMatrixf(view.constData());
-    }
-    /// Whether a pixel at most @p around from this one, y upwards, has that colour.
-    static bool shows(const QColor &colour, int x, int y, int around = 0)
-    {
-        for (int dy = -around; dy <= around; ++dy)
-            for (int dx = -around; dx <= around; ++dx) {
-                quint8 p[3];
-                glReadPixels(x + dx, y + dy, 1, 1, GL_RGB, GL_UNSIGNED_BYTE, p);
-                if (std::abs(p[0] - colour.red()) < 4 && std::abs(p[1] - colour.green()) < 4 &&
-                    std::abs(p[2] - colour.blue()) < 4)
-                    return true;
-            }
-        return false;
-    }
-};
-
-TABLE(DrawingOrder, MeshDrawing, OrderCase, orderCases);
-
-TEST_P(DrawingOrder, ShowsWhatShinesThrough)
+TEST_P(MeshDrawing, ShowsWhatShinesThroughOrLines)
 {
-    const Mesh mesh = meshOf(GetParam().parts);
-    PartMarks marks(mesh.parts.size());
-    marks.setHidden(GetParam().hidden, true);
-    for (const bool parallel : {false, true}) {
-        MeshBuffers buffers;
-        buffers.create(mesh, {}, 0.5f);
-        begin(parallel, GetParam().fromBehind);
-        const GLboolean culled = glIsEnabled(GL_CULL_FACE);
-        buffers.draw(mesh, display, marks);
-        EXPECT_EQ(glIsEnabled(GL_CULL_FACE), culled);
-        EXPECT_TRUE(shows(GetParam().seen, 30, 30)) << "parallel " << parallel;
-        buffers.destroy();
-    }
-}
-
-/// The near square reaches from pixel 10 to 50 both ways, the far one from 18 to 42.
-struct ModeCase {
-    const char *name;
-    Display::Mode mode;
-    bool selected; // the near one
-    QColor inside;
-    QColor lines;  // of the near one
-    bool diagonal; // of the near one
-    QColor behind; // where a side of the far one is
-};
-
-const QColor red(255, 0, 0), green(0, 255, 0), blue(0, 0, 255);
-const Theme theme = Display().theme();
-
-const ModeCase modeCases[] = {
-    {"Shaded", Display::Mode::Shaded, false, red, red, true, red},
-    {"Edged", Display::Mode::Edged, false, red, theme.edge, false, red},
-    {"HiddenLines", Display::Mode::HiddenLines, false, blue, theme.ink, true, blue},
-    {"HiddenLinesSelected", Display::Mode::HiddenLines, true, blue, theme.accent, true, blue},
-    {"Wireframe", Display::Mode::Wireframe, false, blue, red, true, green},
-};
-
-TABLE(DrawingMode, MeshDrawing, ModeCase, modeCases);
-
-TEST_P(DrawingMode, ShowsSurfacesOrLines)
-{
-    const ModeCase &row = GetParam();
-    const auto mesh =
-        std::make_shared<Mesh>(meshOf({{{'r', 1, 0}}, {{'g', 1, -1}}, {{'g', 1, 1.2f}}}));
-    mesh->max = {1, 1, 1};
-    MeshBuffers buffers;
-    buffers.create(*mesh, {}, 2);
+    const DrawnCase &row = GetParam();
+    const auto mesh = meshOf(row.parts);
+    PartMarks marks(mesh->parts.size());
+    marks.setHidden(row.hidden, true);
+    marks.setSelected(row.selected, true);
     EdgeLines edges;
     edges.request(mesh);
     QThreadPool::globalInstance()->waitForDone();
-    PartMarks marks(mesh->parts.size());
-    marks.setSelected(0, row.selected);
-    marks.setHidden(2, true); // it would cover all
+    buffers.create(*mesh, {}, 2);
     display.mode = row.mode;
-    begin(false, false);
-    buffers.draw(*mesh, display, marks, &edges);
-    EXPECT_TRUE(shows(row.inside, 36, 24));
-    EXPECT_TRUE(shows(row.lines, 50, 30, 1));
-    EXPECT_EQ(shows(row.lines, 46, 46, 1), row.diagonal);
-    EXPECT_TRUE(shows(row.behind, 18, 30, row.behind == green ? 1 : 0));
-    EXPECT_FALSE(row.behind == blue && shows(theme.ink, 18, 30, 1));
+    for (const bool parallel : {false, true}) { // from 3 in front of the origin or behind it
+        QMatrix4x4 projection, view;
+        parallel ? projection.ortho(-3, 3, -3, 3, 1, 9) : projection.frustum(-1, 1, -1, 1, 1, 9);
+        view.translate(0, 0, -3);
+        view.rotate(row.fromBehind ? 180 : 0, 0, 1, 0);
+        begin(projection, view);
+        const GLboolean culled = glIsEnabled(GL_CULL_FACE);
+        buffers.draw(*mesh, display, marks, &edges);
+        EXPECT_EQ(glIsEnabled(GL_CULL_FACE), culled);
+        expect(QString(row.seen).section("; ", 0, parallel ? 0 : -1));
+    }
     edges.destroy();
-    buffers.destroy();
+}
+
+using Kind = MeshPart::Kind;
+
+/// In pixels from the corner: a red point at (30, 30), a green one, which is near, at (42, 30), two
+/// grey ones at (18, 30) and (18, 18), and a yellow line along y = 42.5 on a white square from
+/// (22, 38) to (38, 46).
+Mesh drawing()
+{
+    Mesh mesh;
+    mesh.positions = {22, 38,    0, 38, 38, 0, 38, 46, 0, 22, 46, 0, 22, 42.5f, 0,
+                      38, 42.5f, 0, 30, 30, 0, 42, 30, 9, 18, 30, 0, 18, 18,    0};
+    mesh.normals.assign(12, 1);
+    mesh.indices = {0, 1, 2, 0, 2, 3, 4, 5};
+    mesh.parts = {{"square", {}, {1, 1, 1, 1}, 0, 6},
+                  {"line", {}, {1, 1, 0, 1}, 6, 2, Kind::Lines},
+                  {"red", {}, {1, 0, 0, 0.5f}, 8, 0, Kind::Points, 6, 1},
+                  {"green", {}, {0, 1, 0, 1}, 8, 0, Kind::Points, 7, 1},
+                  {"grey", {}, {0.6f, 0.6f, 0.6f, 1}, 8, 0, Kind::Points, 8, 2}};
+    mesh.findBounds();
+    return mesh;
+}
+
+struct Scan {
+    Mesh mesh = drawing();
+    PartMarks marks{5};
+    Display display;
+    std::size_t most = 9;
+    void colour() { mesh.colours.assign(40, 255), mesh.colours[25] = 0; } // the red point's green
+};
+
+struct ThinCase {
+    const char *name;
+    void (*prepare)(Scan &);
+    const char *seen;
+};
+
+const ThinCase thinCases[] = {
+    {"AsWideAsAsked", [](Scan &) {}, "30,30 red; 33,33 red; 35,30 blue; 30,35 blue; 42,30 lime"},
+    {"GreyTakesTheInkAndFades", [](Scan &) {}, "18,30 faded; 18,18 faded"},
+    {"LineAndSquare", [](Scan &) {}, "34,42 yellow; 40,42 blue; 34,45 white"},
+    {"WiderInALargerPicture", [](Scan &s) { s.display.scale = 2; }, "30,35 red"},
+    {"ASample", [](Scan &s) { s.most = 2; }, "18,18 blue; 18,30 faded"},
+    {"SomethingOfEachPart", [](Scan &s) { s.most = 1; }, "30,30 red; 42,30 lime"},
+    {"NearInFrontOfOthers", [](Scan &s) { s.mesh.positions[21] = 30; }, "30,30 lime"},
+    {"Wireframe", [](Scan &s) { s.display.mode = Display::Mode::Wireframe; }, "32,32 red"},
+    {"Hidden", [](Scan &s) { s.marks.setHidden(2, true); }, "30,30 blue"},
+    {"HiddenLine", [](Scan &s) { s.marks.setHidden(1, true); }, "34,42 white"},
+    {"Selected", [](Scan &s) { s.marks.setSelected(3, true); }, "42,30 accent; 30,30 red"},
+    {"VertexColours", [](Scan &s) { s.colour(); }, "30,30 magenta"},
+    {"MarkedAll", [](Scan &s) { s.colour(), s.marks.setSelected(2, true); }, "30,30 accent"},
+};
+
+TABLE(ThinDrawing, Drawing, ThinCase, thinCases);
+
+TEST_P(ThinDrawing, ShowsLinesAndPoints)
+{
+    const Theme &theme = display.theme();
+    const QColor ground = mixed(theme.top, .5, theme.bottom);
+    names["faded"] = mixed(theme.ink, .725, ground); // in the middle of the depth
+    Scan scan;
+    scan.display.lighting = false;
+    scan.display.pointScale = 8;
+    GetParam().prepare(scan);
+    buffers.create(scan.mesh, {30, 30, 0}, 1);
+    QMatrix4x4 projection;
+    projection.ortho(-30, 30, -30, 30, -20, 20);
+    begin(projection);
+    glEnable(GL_LIGHTING);
+    buffers.drawThin(scan.mesh, scan.display, scan.marks, {0, 0, scan.most});
+    EXPECT_TRUE(glIsEnabled(GL_LIGHTING) && !glIsEnabled(GL_FOG));
+    buffers.draw(scan.mesh, scan.display, scan.marks);
+    expect(GetParam().seen);
+}
+
+using C = Cover;
+constexpr C::Wrap R = C::Repeat, M = C::Mirror, K = C::Clamp;
+constexpr std::array<float, 4> plain{1, 1, 1, 1};
+
+struct CoverCase {
+    const char *name;
+    Cover cover;
+    float from;                  // both coordinates, to 1 more across the square
+    std::array<float, 4> colour; // of the part
+    const char *seen;            // lower left, lower right, upper left, upper right
+    bool marked = false;
+};
+
+// Texture 0 is red, lime, blue and a white that is hardly opaque; 1 is of black and white dots.
+const CoverCase coverCases[] = {
+    {"Plain", {0, R, R, false}, 0, plain, "red lime blue white"},
+    {"ColourMultiplies", {0, R, R, false}, 0, {1, 0, .5f, 1}, "red black #000080 #ff0080"},
+    {"Repeats", {0, R, R, false}, -1, plain, "red lime blue white"},
+    {"MirrorsAcross", {0, M, R, false}, -1, plain, "lime red white blue"},
+    {"MirrorsUp", {0, R, M, false}, -1, plain, "blue white red lime"},
+    {"ClampsAcross", {0, K, R, false}, 1, plain, "lime lime white white"},
+    {"ClampsUp", {0, R, K, false}, 1, plain, "blue white blue white"},
+    {"Cutout", {0, R, R, false, C::Cutout, .26f}, 0, plain, "red lime blue black"},
+    {"CutoutKeeps", {0, R, R, false, C::Cutout, .24f}, 0, plain, "red lime blue white"},
+    {"Blended", {0, R, R, false, C::Blended}, 0, plain, "red lime blue #404040"},
+    {"None", {}, 0, plain, "white white white white"},
+    {"SmallIsGrey", {1, R, R, true}, 0, plain, "#7f7f7f #7f7f7f #7f7f7f #7f7f7f"},
+    {"MarkShinesThrough", {0, R, R, false}, 0, plain, "red* lime* blue* white*", true},
+    {"MarkedCutout", {0, R, R, false, C::Cutout, .26f}, 0, plain, "red* lime* blue* black", true},
+    {"MarkedBlended", {0, R, R, false, C::Blended}, 0, plain, "red* lime* blue* pale*", true},
+    {"MarkedWithout", {}, 0, plain, "tint tint tint tint", true},
+};
+
+Mesh square(const CoverCase &c)
+{
+    Texture corners{2, 2, {255, 0, 0, 255, 0, 255, 0, 255, 0, 0, 255, 255, 255, 255, 255, 64}};
+    Texture dots{128, 128, {}};
+    for (quint32 i = 0; i < 128 * 128; ++i) {
+        const quint8 value = (i / 128 + i) % 2 == 0 ? 255 : 0;
+        dots.pixels.insert(dots.pixels.end(), {value, value, value, 255});
+    }
+    const float from = c.from, to = from + 1;
+    Mesh mesh;
+    mesh.positions = {-1, -1, 0, 1, -1, 0, 1, 1, 0, -1, 1, 0};
+    mesh.normals = {0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1};
+    mesh.uvs = {from, from, to, from, to, to, from, to};
+    mesh.indices = {0, 1, 2, 0, 2, 3};
+    mesh.parts = {{"a", {}, c.colour, 0, 6}};
+    mesh.parts[0].cover = c.cover;
+    mesh.textures = {std::make_shared<Texture>(corners), std::make_shared<Texture>(dots)};
+    return mesh;
+}
+
+TABLE(CoverOf, Drawing, CoverCase, coverCases);
+
+TEST_P(CoverOf, IsSeen)
+{
+    const CoverCase &row = GetParam();
+    names["tint"] = mixed(Qt::white, .55, display.theme().accent);
+    for (const char *name : {"red", "lime", "blue", "white"})
+        names[QString(name) + '*'] = mixed(QColor(name), .4, names["tint"]);
+    names["pale*"] = mixed(names["white*"], .25, Qt::black);
+    const Mesh mesh = square(row);
+    PartMarks marks(1);
+    marks.setSelected(0, row.marked);
+    for (int again = 0; again < 2; ++again) { // as after a release
+        buffers.create(mesh, {}, 1);
+        EXPECT_GE(buffers.byteSize(), mesh.textureBytes() * 4 / 3);
+        begin();
+        glClearColor(0, 0, 0, 1);
+        glClear(GL_COLOR_BUFFER_BIT);
+        buffers.draw(mesh, display, marks);
+        EXPECT_FALSE(glIsEnabled(GL_TEXTURE_2D) || glIsEnabled(GL_ALPHA_TEST));
+        buffers.destroy();
+        EXPECT_EQ(buffers.byteSize(), 0u);
+        for (int i = 0; i < 4; ++i)
+            expect(QString("%1,%2 ").arg(15 + i % 2 * 30).arg(15 + i / 2 * 30) +
+                   QString(row.seen).section(' ', i, i));
+    }
 }
 
 } // namespace

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
-// What a model says of itself, under the names of its file.
+// What a model says of itself, what of it is selected and hidden, and how much of it is drawn.
 #include "host/item/model_item.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <QThreadPool>
 
 #include "GL/glwidget.h"
+#include "host/item/mesh_points.h"
 #include "tests/GL/table.h"
 
 namespace host {
@@ -34,14 +36,13 @@ TABLE(ModelAxes, testing::Test, AxesCase, axesCases);
 TEST_P(ModelAxes, AreTheFilesOwn)
 {
     const AxesCase &row = GetParam();
-    auto mesh = std::make_shared<Mesh>();
-    mesh->positions = {10, 0, 0, 11, 2, 0, 10, 2, 3};
-    mesh->normals = {0, 1, 0, 0, 1, 0, 0, 1, 0};
-    mesh->indices = {0, 1, 2};
-    mesh->min = {10, 0, 0};
-    mesh->max = {11, 2, 3};
-    mesh->axes = row.axes;
-    ModelItem item("a", mesh);
+    Mesh mesh;
+    mesh.positions = {10, 0, 0, 11, 2, 0, 10, 2, 3};
+    mesh.normals.assign(9, 0);
+    mesh.indices = {0, 1, 2};
+    mesh.findBounds();
+    mesh.axes = row.axes;
+    ModelItem item("a", std::make_shared<Mesh>(mesh));
     GLWidget glw(nullptr, "glw");
     if (row.up)
         item.standOn(&glw, *row.up);
@@ -69,6 +70,88 @@ TEST(ModelItem, TellsOfLinesAndPointsAndIsBusyUntilAllAreDrawn)
     EXPECT_TRUE(item.isBusy());
     item.passed(false, 1);
     EXPECT_FALSE(item.isBusy());
+}
+
+using M = PartMarks;
+
+struct MarksCase {
+    const char *name;
+    void (*step)(M &);
+    const char *after; // of four parts, of which the second is selected and the last one hidden
+};
+
+const std::vector<bool> ends{true, false, false, true};
+
+const MarksCase marksCases[] = {
+    {"HiddenIsNotSelected", [](M &m) { m.select(ends); }, "s..h"},
+    {"NorOneByOne", [](M &m) { m.setSelected(3, true); }, ".s.h"},
+    {"AddedAndTaken", [](M &m) { m.setSelected(0, true), m.setSelected(1, false); }, "s..h"},
+    {"TwiceIsOnce", [](M &m) { m.setSelected(1, true), m.setHidden(3, true); }, ".s.h"},
+    {"Cleared", [](M &m) { m.clearSelection(); }, "...h"},
+    {"HidingTakesTheSelection", [](M &m) { m.hideSelected(); }, ".h.h"},
+    {"HidingOne", [](M &m) { m.setHidden(0, true); }, "hs.h"},
+    {"ShowingOne", [](M &m) { m.setHidden(3, false); }, ".s.."},
+    {"ShowOnly", [](M &m) { m.showOnlySelected(); }, "hshh"},
+    {"ShowOnlyNothing", [](M &m) { m.clearSelection(), m.showOnlySelected(); }, "...h"},
+    {"ShowAll", [](M &m) { m.showAll(); }, ".s.."},
+    {"BeyondTheCount", [](M &m) { m.setHidden(4, true), m.setSelected(4, true); }, ".s.h"},
+};
+
+TABLE(PartMarksStep, testing::Test, MarksCase, marksCases);
+
+TEST_P(PartMarksStep, LeavesTheseMarks)
+{
+    PartMarks marks(4);
+    marks.setSelected(1, true);
+    marks.setHidden(3, true);
+    GetParam().step(marks);
+    std::string after;
+    for (std::size_t i = 0; i < marks.count(); ++i)
+        after += marks.isHidden(i) ? 'h' : marks.isSelected(i) ? 's' : '.';
+    EXPECT_EQ(after, GetParam().after);
+    EXPECT_EQ(marks.selectedCount(), std::size_t(std::count(after.begin(), after.end(), 's')));
+    EXPECT_EQ(marks.hiddenCount(), std::size_t(std::count(after.begin(), after.end(), 'h')));
+    EXPECT_FALSE(marks.isHidden(4) || marks.isSelected(4));
+}
+
+TEST(PointBudget, IsLessWhileFramesAreSlowAndAllAtRest)
+{
+    PointBudget budget;
+    const std::tuple<bool, double, std::size_t> frames[] = {
+        // moved, seconds, the most then
+        {true, 9, 1'000'000},  {true, 0.05, 1'000'000}, {true, 0.1, 750'000},
+        {true, 0.01, 937'500}, {false, 9, 2'812'500},   {false, 9, 8'437'500},
+        {true, 9, 937'500},    {true, 0.14, 468'750},   {true, 0.02, 585'935}};
+    for (const auto &[moved, seconds, most] : frames) {
+        budget.advance(moved, seconds);
+        EXPECT_EQ(budget.most(), most);
+    }
+    for (int i = 0; i < 100; ++i)
+        budget.advance(true, 1);
+    EXPECT_EQ(budget.most(), 100'000u);
+    for (int i = 0; i < 200; ++i)
+        budget.advance(i < 100, 0.001);
+    EXPECT_EQ(budget.most(), std::size_t(1) << 40);
+}
+
+TEST(PointLook, PointsTouchWithinBounds)
+{
+    Mesh mesh;
+    mesh.positions.resize(30003);
+    mesh.parts = {{"p", {}, {}, 0, 0, MeshPart::Kind::Points, 0, 10001}};
+    mesh.max = {40, 90, 70}; // 10,001 points on half of its sides
+    EXPECT_NEAR(pointSpacing(mesh), std::sqrt(12700 / 10001.0), 1e-9);
+    mesh.max = {20002, 0, 0};
+    EXPECT_NEAR(pointSpacing(mesh), 2, 1e-9);
+    Display display;
+    const std::pair<PointLook, double> rows[] = {
+        {{2, 3, 10001}, 2.25}, {{4, 3, 20000}, 1.125}, {{1, 0.1, 10001}, 1},
+        {{1, 9, 10001}, 4},    {{0, 9, 10001}, 1},     {{8, 3, 1000}, 0.5625 * std::sqrt(10.001)}};
+    for (const auto &[look, size] : rows)
+        EXPECT_NEAR(pointSize(mesh, display, look), size, 1e-9);
+    display.pointScale = 2;
+    EXPECT_NEAR(pointSize(mesh, display, {1, 9, 10001}), 8, 1e-9);
+    EXPECT_EQ(pointSpacing(Mesh()), 0);
 }
 
 } // namespace

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+// What of triangles, lines and points a line of sight finds.
+#include "host/item/thin_tree.h"
+#include "host/item/triangle_tree.h"
+#include "tests/GL/table.h"
+#include "tests/host/shapes.h"
+
+namespace host {
+namespace {
+
+/// Unit squares that face along Z, of two triangles, with their lower corners at these points.
+MeshPtr squaresAt(const std::vector<QVector3D> &corners)
+{
+    Shape shape;
+    for (const QVector3D &at : corners) {
+        const Vec p(at.x(), at.y(), at.z());
+        shape.quad(p, p + Vec(1, 0, 0), p + Vec(1, 1, 0), p + Vec(0, 1, 0));
+    }
+    return std::make_shared<Mesh>(shape.mesh);
+}
+
+const std::atomic<bool> goOn{false}, stop{true};
+
+struct RayCase {
+    const char *name;
+    QVector3D origin, direction;
+    int square; // of those at depths 0 to 19; -1 for a miss
+};
+
+const RayCase rayCases[] = {
+    {"FromTheFrontMeetsTheHighest", {0.3f, 0.6f, 50}, {0, 0, -1}, 19},
+    {"FromBehindMeetsTheLowest", {0.3f, 0.6f, -50}, {0, 0, 1}, 0},
+    {"FromBetweenMeetsTheNextOne", {0.7f, 0.2f, 7.5f}, {0, 0, -1}, 7},
+    {"WhatLiesBehindTheOriginIsNotMet", {0.7f, 0.2f, -0.5f}, {0, 0, -1}, -1},
+    {"Beside", {1.01f, 0.5f, 50}, {0, 0, -1}, -1},
+    {"AlongTheSquares", {-1, 0.5f, 3.5f}, {1, 0, 0}, -1},
+    {"Aslant", {-4.6f, -1.5f, 29}, {5, 2, -10}, 19},
+    {"OnTheirCommonEdge", {0.5f, 0.5f, 50}, {0, 0, -1}, 19},
+};
+
+TABLE(TriangleTreeRay, testing::Test, RayCase, rayCases);
+
+TEST_P(TriangleTreeRay, MeetsTheFirstTriangle)
+{
+    std::vector<QVector3D> corners(20);
+    for (int i = 0; i < 20; ++i)
+        corners[std::size_t(i * 7 % 20)].setZ(float(i * 7 % 20));
+    const RayCase &row = GetParam();
+    const auto hit =
+        TriangleTree(squaresAt(corners), goOn).nearest({row.origin, row.direction.normalized()});
+    ASSERT_EQ(hit.has_value(), row.square >= 0);
+    if (hit) {
+        EXPECT_EQ(int(hit->triangle / 2), row.square);
+        const float along = (float(row.square) - row.origin.z()) / row.direction.z();
+        EXPECT_NEAR(hit->distance, along * row.direction.length(), 1e-4);
+    }
+}
+
+TEST(TriangleTreeTest, FindsEachOfManyAndNothingIfCancelled)
+{
+    std::vector<QVector3D> corners;
+    for (int i = 0; i < 343; ++i)
+        corners.push_back(QVector3D(float(i % 7), float(i / 7 % 7), float(i / 49)) * 3);
+    const TriangleTree tree(squaresAt(corners), goOn), none(squaresAt(corners), stop);
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        const QVector3D above = corners[i] + QVector3D(0.5f, 0.3f, 0.7f);
+        const auto hit = tree.nearest({above, QVector3D(0.2f, 0.1f, -1).normalized()});
+        EXPECT_TRUE(hit && hit->triangle == 2 * i && !none.nearest({above, {0, 0, -1}})) << i;
+        const auto refuse = [&](const TriangleHit &each) { return each.triangle != 2 * i; };
+        const auto next = tree.nearest({above, {0, 0, -1}}, refuse); // the square below
+        EXPECT_EQ(next ? int(next->triangle) : -1, i >= 49 ? int(2 * (i - 49)) : -1) << i;
+    }
+}
+
+using Kind = MeshPart::Kind;
+
+/// A triangle, far off; a line along x at y = 20 and one along y at x = 50, which lies at z = 3;
+/// points on a grid from 0 to 99 both ways at z = 0; and a point above one of these.
+std::shared_ptr<Mesh> scan()
+{
+    auto mesh = std::make_shared<Mesh>();
+    auto &p = mesh->positions;
+    p = {900, 0, 0, 901, 0, 0, 900, 1, 0, 0, 20.5f, 3, 99, 20.5f, 3, 50.5f, 0, 3, 50.5f, 99, 3};
+    for (int i = 0; i < 10000; ++i)
+        p.insert(p.end(), {float(i * 77 % 10000 / 100), float(i * 77 % 100), 0});
+    p.insert(p.end(), {70, 70, 9});
+    mesh->normals = {0, 0, 1, 0, 0, 1, 0, 0, 1};
+    mesh->indices = {0, 1, 2, 3, 4, 5, 6};
+    mesh->parts = {{"t", {}, {}, 0, 3},
+                   {"x", {}, {}, 3, 2, Kind::Lines},
+                   {"y", {}, {}, 5, 2, Kind::Lines},
+                   {"grid", {}, {}, 7, 0, Kind::Points, 7, 10000},
+                   {"top", {}, {}, 7, 0, Kind::Points, 10007, 1}};
+    mesh->findBounds();
+    return mesh;
+}
+
+struct AimCase {
+    const char *name;
+    Ray ray;
+    double radius, slope;
+    int part; // -1 for a miss
+    QVector3D at;
+    std::size_t refused = 9;
+};
+
+const QVector3D down(0, 0, -1);
+
+const AimCase aimCases[] = {
+    {"APoint", {{30.1f, 40.2f, 50}, down}, 0.3, 0, 3, {30, 40, 0}},
+    {"TheCloserOne", {{30.6f, 40.2f, 50}, down}, 0.9, 0, 3, {31, 40, 0}},
+    {"Between", {{30.5f, 40.5f, 50}, down}, 0.6, 0, -1, {}},
+    {"FromBehind", {{30.1f, 40.2f, -5}, -down}, 0.3, 0, 3, {30, 40, 0}},
+    {"BehindTheOrigin", {{30, 40, -1}, down}, 0.3, 0, -1, {}},
+    {"RoomThatGrows", {{30.2f, 40, 50}, down}, 0, 0.0041, 3, {30, 40, 0}},
+    {"RoomThatGrowsTooLittle", {{30.2f, 40, 50}, down}, 0, 0.0039, -1, {}},
+    {"TheNearerOne", {{70.3f, 70, 50}, down}, 0.9, 0, 4, {70, 70, 9}},
+    {"ButTheOneUnderTheRay", {{71, 70, 50}, down}, 1.1, 0, 4, {70, 70, 9}},
+    {"TheNextIfThatIsRefused", {{70.3f, 70, 50}, down}, 0.9, 0, 3, {70, 70, 0}, 4},
+    {"ALine", {{33.3f, 20.6f, 50}, down}, 0.3, 0, 1, {33.3f, 20.5f, 3}},
+    {"TheOtherLine", {{50.4f, 77.7f, 50}, down}, 0.3, 0, 2, {50.5f, 77.7f, 3}},
+    {"ALinesEnd", {{-0.1f, 20.5f, 50}, down}, 0.2, 0, 1, {0, 20.5f, 3}},
+    {"BeyondALinesEnd", {{-0.3f, 20.5f, 50}, down}, 0.2, 0, -1, {}},
+    {"AlongALine", {{-5, 20.6f, 3}, {1, 0, 0}}, 0.2, 0, 1, {0, 20.5f, 3}},
+};
+
+TABLE(ThinTreeAim, testing::Test, AimCase, aimCases);
+
+TEST_P(ThinTreeAim, FindsWhatOneMeans)
+{
+    const auto &[name, ray, radius, slope, part, at, refused] = GetParam();
+    const auto accept = [no = refused](const ThinHit &h) { return h.part != no; };
+    const ThinTree tree(scan(), goOn);
+    EXPECT_GT(tree.byteSize(), 10003 * sizeof(quint32));
+    const auto hit = tree.nearest({ray, radius, slope}, accept);
+    ASSERT_EQ(hit ? int(hit->part) : -1, part);
+    if (hit) {
+        const float far = QVector3D::dotProduct(at - ray.origin, ray.direction);
+        EXPECT_LT((hit->at - at).length(), 1e-3f);
+        EXPECT_NEAR(hit->distance, double(far), 1e-3);
+    }
+    EXPECT_FALSE(ThinTree(scan(), stop).nearest({{at, -down}, 9, 9}, accept));
+}
+
+} // namespace
+} // namespace host

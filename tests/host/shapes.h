@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+#ifndef TESTS_HOST_SHAPES_H
+#define TESTS_HOST_SHAPES_H
+
+#include <cmath>
+#include <vector>
+
+#include <QPointF>
+
+#include "host/measure/mesh_topology.h"
+
+namespace host {
+
+/// Triangles with a vertex for each corner, as files have them, in one part; all normals are +z.
+struct Shape {
+    Mesh mesh;
+
+    void triangle(const Vec &a, const Vec &b, const Vec &c)
+    {
+        if (a == b || b == c || c == a)
+            return;
+        if (mesh.parts.empty())
+            endPart();
+        for (const Vec &p : {a, b, c}) {
+            mesh.indices.push_back(quint32(mesh.vertexCount()));
+            mesh.positions.insert(mesh.positions.end(), {float(p[0]), float(p[1]), float(p[2])});
+            mesh.normals.insert(mesh.normals.end(), {0, 0, 1});
+        }
+        mesh.parts.back().indexCount += 3;
+    }
+    void quad(const Vec &a, const Vec &b, const Vec &c, const Vec &d)
+    {
+        triangle(a, b, c);
+        triangle(a, c, d);
+    }
+    Shape &endPart() ///< What follows is of another part.
+    {
+        mesh.parts.emplace_back();
+        mesh.parts.back().firstIndex = quint32(mesh.indices.size());
+        return *this;
+    }
+    Shape &split(quint32 triangles) ///< Makes another part of what follows these.
+    {
+        const quint32 all = mesh.parts[0].indexCount;
+        endPart();
+        mesh.parts[0].indexCount = mesh.parts[1].firstIndex = triangles * 3;
+        mesh.parts[1].indexCount = all - triangles * 3;
+        return *this;
+    }
+    Shape &flip(std::size_t from = 0, std::size_t count = std::size_t(-1)) ///< These triangles.
+    {
+        for (std::size_t t = from; t < mesh.triangleCount() && t - from < count; ++t)
+            std::swap(mesh.indices[t * 3], mesh.indices[t * 3 + 1]);
+        return *this;
+    }
+    Shape &drop(std::size_t triangle)
+    {
+        const auto at = mesh.indices.begin() + std::ptrdiff_t(triangle * 3);
+        mesh.indices.erase(at, at + 3);
+        mesh.parts.back().indexCount -= 3;
+        return *this;
+    }
+    Shape &operator+=(const Shape &other)
+    {
+        for (quint32 t = 0; t < other.mesh.triangleCount(); ++t)
+            triangle(cornerOf(other.mesh, t, 0), cornerOf(other.mesh, t, 1),
+                     cornerOf(other.mesh, t, 2));
+        return *this;
+    }
+    friend Shape operator+(Shape a, const Shape &b) { return a += b; }
+    MeshTopology topology() const
+    {
+        static const std::atomic<bool> goOn{false};
+        return {std::make_shared<Mesh>(mesh), goOn};
+    }
+};
+
+/// A box between two corners: the faces -x, +x, -y, +y, -z, +z, two triangles each.
+inline Shape box(const Vec &low, const Vec &high)
+{
+    constexpr int faces[6][4] = {{0, 4, 6, 2}, {1, 3, 7, 5}, {0, 1, 5, 4},
+                                 {2, 6, 7, 3}, {0, 2, 3, 1}, {4, 5, 7, 6}};
+    const auto corner = [of = std::array{low, high}](int bits) {
+        return Vec(of[bits & 1][0], of[bits >> 1 & 1][1], of[bits >> 2][2]);
+    };
+    Shape shape;
+    for (const auto &f : faces)
+        shape.quad(corner(f[0]), corner(f[1]), corner(f[2]), corner(f[3]));
+    return shape;
+}
+
+/// A polygon in the x-y plane, counter-clockwise, raised to @p height: two triangles for each side,
+/// then the caps.
+inline Shape prism(const std::vector<QPointF> &outline, double height)
+{
+    Shape shape;
+    const std::size_t count = outline.size();
+    const auto at = [&](std::size_t i, double z) {
+        return Vec(outline[i % count].x(), outline[i % count].y(), z);
+    };
+    for (std::size_t i = 0; i < count; ++i)
+        shape.quad(at(i, 0), at(i + 1, 0), at(i + 1, height), at(i, height));
+    for (std::size_t i = 1; i + 1 < count; ++i) {
+        shape.triangle(at(0, 0), at(i + 1, 0), at(i, 0));
+        shape.triangle(at(0, height), at(i, height), at(i + 1, height));
+    }
+    return shape;
+}
+
+/// Points of an arc, the first and the last included; those of a whole turn are the same.
+inline std::vector<QPointF> arc(const QPointF &centre, double radius, double from, double to,
+                                int chords)
+{
+    std::vector<QPointF> points;
+    for (int i = 0; i <= chords; ++i) {
+        const double angle = (to - from == 360 ? i % chords : i) * (to - from) / chords + from;
+        points.push_back(centre +
+                         radius * QPointF(std::cos(angle / degrees), std::sin(angle / degrees)));
+    }
+    return points;
+}
+
+/// A profile of distances from the z-axis and heights, turned about it: @p steps of @p sides sides.
+/// It encloses what is to the left of the profile.
+inline Shape revolve(const std::vector<QPointF> &profile, int sides, int steps)
+{
+    Shape shape;
+    const std::vector<QPointF> turn = arc({}, 1, 0, 360, sides);
+    const auto at = [&](std::size_t i, int step) {
+        const QPointF p = turn[std::size_t(step)] * profile[i].x();
+        return Vec(p.x(), p.y(), profile[i].y());
+    };
+    for (int step = 0; step < steps; ++step)
+        for (std::size_t i = 0; i + 1 < profile.size(); ++i)
+            shape.quad(at(i, step), at(i, step + 1), at(i + 1, step + 1), at(i + 1, step));
+    return shape;
+}
+
+} // namespace host
+
+#endif
