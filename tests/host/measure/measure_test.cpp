@@ -110,9 +110,9 @@ std::vector<QPointF> disc(double radius, int sides, double stretch = 1)
 
 /// 8 by 6 and 4 high, with one corner rounded with radius 2: its sides are the six of the arc, then
 /// four flat ones.
-Shape rounded()
+Shape rounded(int chords = 6)
 {
-    std::vector<QPointF> outline = arc({2, 1}, 2, 0, 90, 6);
+    std::vector<QPointF> outline = arc({2, 1}, 2, 0, 90, chords);
     outline.insert(outline.end(), {{-4, 3}, {-4, -3}, {4, -3}, {4, 1}});
     return prism(outline, 4);
 }
@@ -134,6 +134,7 @@ const RoundCase roundCases[] = {
     {"RimOfSix", prism(disc(2.5, 6), 10), true, 12, 0},
     {"EdgeOfABox", box({0, 0, 0}, {2, 2, 2}), true, 12, 0},
     {"RoundedCorner", rounded(), true, 18, 2},
+    {"RoundedInThreeChords", rounded(3), true, 6, 2},
     {"RoundedCornerAtItsEnd", rounded(), true, 0, 2},
     {"RoundedCornerAtItsOtherEnd", rounded(), true, 30, 2},
     {"BesideARoundedCorner", rounded(), true, 36, 0},
