@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Gestures on a real window: which steering comes of them, and with which pixels.
-#include <QTest>
-#include <QWheelEvent>
-
 #include "GL/glwindow.h"
+#include "hand.h"
 #include "host/view/controls.h"
 #include "tests/GL/table.h"
 
@@ -81,53 +79,11 @@ protected:
         QObject::connect(controls.get(), &Controls::clicked, log("click "));
     }
 
-    /// Words, apart by blanks: what is held ("left", "shift"), events at the place (down, move, up,
-    /// twice, wheel, back), keys (+R, -R, F), places (160,30) from the upper left corner.
     void run(const QString &script)
     {
-        const QHash<QString, Qt::MouseButton> buttons{
-            {"left", Qt::LeftButton}, {"middle", Qt::MiddleButton}, {"right", Qt::RightButton}};
-        const QHash<QString, Qt::KeyboardModifier> held{{"none", Qt::NoModifier},
-                                                        {"shift", Qt::ShiftModifier},
-                                                        {"ctrl", Qt::ControlModifier},
-                                                        {"alt", Qt::AltModifier}};
-        const QHash<QString, QEvent::Type> events{{"down", QEvent::MouseButtonPress},
-                                                  {"move", QEvent::MouseMove},
-                                                  {"up", QEvent::MouseButtonRelease},
-                                                  {"twice", QEvent::MouseButtonDblClick}};
-        for (const QString &word : script.split(' ')) {
-            const QPoint global = window.mapToGlobal(at.toPoint());
-            if (buttons.contains(word)) {
-                button = buttons[word];
-            } else if (held.contains(word)) {
-                modifiers = held[word];
-            } else if (word.contains(',')) {
-                at = {word.section(',', 0, 0).toDouble(), word.section(',', 1).toDouble()};
-            } else if (word == "wheel" || word == "back") {
-                QWheelEvent e(at, global, {}, {0, word == "wheel" ? 120 : -120}, Qt::NoButton,
-                              modifiers, Qt::NoScrollPhase, false);
-                QCoreApplication::sendEvent(&window, &e);
-            } else if (events.contains(word)) {
-                const QEvent::Type type = events[word];
-                down = type == QEvent::MouseMove ? down : type != QEvent::MouseButtonRelease;
-                QMouseEvent e(type, at, global, type == QEvent::MouseMove ? Qt::NoButton : button,
-                              down ? button : Qt::NoButton, modifiers);
-                QCoreApplication::sendEvent(&window, &e);
-            } else {
-                const int key = QKeySequence(word.mid(word.size() > 1 && word[0] < 'A'))[0];
-                if (word[0] != '-' || word.size() == 1)
-                    QTest::keyPress(&window, Qt::Key(key), modifiers);
-                if (word[0] != '+' || word.size() == 1)
-                    QTest::keyRelease(&window, Qt::Key(key), modifiers);
-            }
-        }
+        steer(
+            &window, script, [] {}, [](const QString &) { return std::nullopt; });
     }
-
-private:
-    QPointF at;
-    Qt::MouseButton button = Qt::LeftButton;
-    Qt::KeyboardModifier modifiers = Qt::NoModifier;
-    bool down = false;
 };
 
 struct HandsCase {

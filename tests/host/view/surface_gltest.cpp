@@ -2,19 +2,12 @@
 // A single file's window under a person's hands: overlays, lists, keys and the mark under the
 // pointer.
 #include <QApplication>
-#include <QGLWidget>
 #include <QLineEdit>
 #include <QMenu>
 #include <QRegularExpression>
-#include <QTest>
 #include <QTreeView>
-#include <QWheelEvent>
 
-#include "host/capture/picture.h"
-#include "host/item/model_item.h"
-#include "host/item/series_item.h"
 #include "host/view/sheet/sheet_view.h"
-#include "host/view/single_view.h"
 #include "host/view/window/binding.h"
 #include "host/view/window/menu_tree.h"
 #include "sheet/support.h"
@@ -23,49 +16,17 @@
 namespace host {
 namespace {
 
-class SurfaceTest : public ViewTest {
+class SurfaceTest : public SingleViewTest {
 protected:
-    std::unique_ptr<SingleView> view;
-
     /// A cube between two others of the folder, or a table, at rest and seen from the front.
     void open(bool plot = false)
     {
         boxes("a.obj", 1);
         const QString path = plot ? file("b.csv", weather()) : boxes("b.obj", 1);
         boxes("c.obj", 1);
-        view = std::make_unique<SingleView>(*window, queue, path);
-        show(*view);
-        QApplication::setActiveWindow(window->widget()); // shortcuts are heard
+        SingleViewTest::open(path);
         ASSERT_TRUE(QTest::qWaitFor([&] { return !list().filter("strip").isEmpty(); }, 20000));
-        view->lookFrom(Steering::Side::Front);
         settle(glw());
-    }
-    void TearDown() override { view.reset(); }
-
-    GLW *glw() const { return view->mainGLW(); }
-    Item *item() const { return view->item(glw()); }
-    QString pose() const
-    {
-        const GL::Camera &c = glw()->camera;
-        QString words;
-        for (double v : {double(c.rot.x), double(c.rot.y), double(c.setTarget.x), double(c.radius)})
-            words += QString::number(v, 'f', 3) + ' ';
-        return words;
-    }
-    bool isOnCube(const QPointF &at)
-    {
-        move(at);
-        frame();
-        return !item()->underPointer().isEmpty();
-    }
-    QImage painted()
-    {
-        QImage image;
-        const auto heard = QObject::connect(view.get(), &View::framePainted,
-                                            [&] { image = window->widget()->grabFrameBuffer(); });
-        window->widget()->repaint();
-        QObject::disconnect(heard);
-        return image;
     }
     QStringList list() const
     {
@@ -76,28 +37,21 @@ protected:
     }
 };
 
-// The triad fills the corner up to 104 pixels from the left and from the bottom.
-const QPointF between(75, 325), arm(92, 342), onCube(350, 200), beside(560, 80);
-
+// The triad fills the corner up to 104 pixels from the left and from the bottom; 75,325 is between
+// its arms, 92,342 is on one.
 TEST_F(SurfaceTest, OverlaysPassOnWhatTheyHaveNoUseFor)
 {
     open();
-    QString before = pose();
-    move(between);
-    QWheelEvent wheel(between, {}, {}, {0, 120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(window->widget(), &wheel);
+    for (const char *script : {"75,325 wheel", "75,325 move down +0,-30 move up"}) {
+        const QString before = pose();
+        hand(script);
+        settle(glw());
+        EXPECT_NE(pose(), before) << script;
+    }
+    hand("350,200 down 92,342 up");
     settle(glw());
-    EXPECT_NE(pose(), before) << "the wheel";
-    before = pose();
-    drag(between, between + QPointF(0, -30), Qt::LeftButton);
-    settle(glw());
-    EXPECT_NE(pose(), before) << "a drag between the arms";
-
-    press(onCube, Qt::LeftButton);
-    release(arm, Qt::LeftButton);
-    settle(glw());
-    before = pose();
-    move(onCube);
+    const QString before = pose();
+    hand("350,200 move");
     settle(glw());
     EXPECT_EQ(pose(), before) << "a drag that ended over an arm goes on";
 }
@@ -106,13 +60,13 @@ TEST_F(SurfaceTest, WhatIsFittedKeepsClearOfOverlays)
 {
     open();
     // The heading ends near 60 and the strip begins at 364; a twentieth is left free.
-    EXPECT_TRUE(isOnCube({350, 330}));
-    EXPECT_TRUE(isOnCube({350, 85}));
-    EXPECT_FALSE(isOnCube({350, 362}));
-    EXPECT_FALSE(isOnCube({350, 55}));
+    for (const auto &[y, isOn] : {std::pair(330, true), {85, true}, {362, false}, {55, false}}) {
+        hand(QString("350,%1 move").arg(y));
+        EXPECT_EQ(!item()->underPointer().isEmpty(), isOn) << y;
+    }
     view.reset();
     open(true);
-    const SeriesPlot &plot = static_cast<SeriesItem *>(item())->plot();
+    const SeriesPlot &plot = item<SeriesItem>()->plot();
     EXPECT_EQ(plot.options().insets.bottom(), 36);
     EXPECT_NEAR(plot.toLocal(glw(), {0, -1}).y(),
                 PlotLayout(plot.table(), {600, 400}, plot.options()).area.bottom(), 1);
@@ -208,14 +162,13 @@ TEST_F(SurfaceTest, TheListScrollsAndItsKeysAreItsOwn)
     view->showBindings(true);
     const QImage top = painted();
     const QString before = pose();
-    key(Qt::Key_PageDown);
-    key(Qt::Key_Down);
+    hand("PgDown Down");
     EXPECT_NE(painted(), top);
     EXPECT_EQ(pose() + chosen, before);
-    key(Qt::Key_Home);
+    hand("Home");
     EXPECT_EQ(painted(), top);
     view->showBindings(false);
-    key(Qt::Key_Down);
+    hand("Down");
     settle(glw());
     EXPECT_NE(pose(), before);
 }
@@ -223,12 +176,11 @@ TEST_F(SurfaceTest, TheListScrollsAndItsKeysAreItsOwn)
 TEST_F(SurfaceTest, TheMenuOpensByItsKeysWhereverThePointerIs)
 {
     open();
-    move({-20, -20});
+    hand("-20,-20 move");
     int asked = 0;
     QObject::connect(view.get(), &View::menuOpening, [&] { ++asked; });
-    for (const auto &[code, modifier] :
-         {std::pair(Qt::Key_Menu, Qt::NoModifier), std::pair(Qt::Key_F10, Qt::ShiftModifier)}) {
-        key(code, modifier);
+    for (const char *keys : {"Menu", "Shift+F10"}) {
+        hand(keys);
         auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
         ASSERT_TRUE(menu);
         EXPECT_EQ(menu->activeAction(), menu->actions().value(0));
@@ -237,95 +189,66 @@ TEST_F(SurfaceTest, TheMenuOpensByItsKeysWhereverThePointerIs)
     EXPECT_EQ(asked, 2);
 }
 
-TEST_F(SurfaceTest, WhatThePointerIsOnIsMarkedAtItsCornersAndNotInPictures)
+TEST_F(SurfaceTest, PicturesHaveNoMarkAndCleanOnesTheModelAlone)
 {
     open();
-    const auto picture = [&] {
-        PictureRequest request;
-        request.window = request.size = window->widget()->size();
-        window->widget()->makeCurrent();
-        request.objects = view->pictured(false).objects();
-        return renderPicture(request).image;
-    };
     const QRect cube(150, 70, 400, 280);
-    move(beside);
-    frame();
-    const QImage plain = painted(), saved = picture();
-    move(onCube);
-    frame();
+    const QPoint middle(350, 200);
+    hand("560,80 move");
+    const QImage plain = painted(), full = picture();
+    hand("350,200 move");
     const QImage marked = painted();
-    EXPECT_EQ(marked.pixel(onCube.toPoint()), plain.pixel(onCube.toPoint())) << "not its colour";
+    EXPECT_EQ(marked.pixel(middle), plain.pixel(middle)) << "not its colour";
     EXPECT_NE(marked.copy(cube), plain.copy(cube)) << "but its corners";
-    EXPECT_EQ(picture(), saved);
-    key(Qt::Key_M);
+    const QImage clean = picture(false);
+    EXPECT_EQ(picture(), full) << "the wish is the picture's";
+    hand("M");
     EXPECT_EQ(painted(), plain);
-}
-
-TEST_F(SurfaceTest, ACleanPictureHasTheModelAlone)
-{
-    open();
-    const auto picture = [&](bool overlays) {
-        PictureRequest request;
-        request.window = request.size = window->widget()->size();
-        window->widget()->makeCurrent();
-        request.objects = view->pictured(false, overlays).objects();
-        return renderPicture(request).image;
-    };
-    const QImage full = picture(true), clean = picture(false);
     // Where the name, the axes and the scale bar stand, the backdrop has one colour in each row.
-    const QRect places[] = {{8, 8, 60, 30}, {10, 290, 90, 90}, {500, 360, 90, 34}};
-    for (const QRect &place : places) {
+    for (const QRect &place : {QRect(8, 8, 60, 30), {10, 290, 90, 90}, {500, 360, 90, 34}}) {
         EXPECT_NE(full.copy(place), clean.copy(place));
         for (int y = place.top(); y <= place.bottom(); ++y)
             for (int x = place.left(); x <= place.right(); ++x)
                 ASSERT_EQ(clean.pixel(x, y), clean.pixel(0, y)) << x << ' ' << y;
     }
-    const QPoint cube = onCube.toPoint();
-    EXPECT_EQ(full.pixel(cube), clean.pixel(cube));
-    EXPECT_EQ(picture(true), full) << "the wish is the picture's";
+    EXPECT_EQ(full.pixel(middle), clean.pixel(middle));
 }
 
 TEST_F(SurfaceTest, ThePartsListAndTheModelAgree)
 {
-    open();
-    view.reset();
-    view = std::make_unique<SingleView>(*window, queue, boxes("three.obj", 3));
-    show(*view);
-    auto *model = view->item(view->mainGLW())->model();
-    ASSERT_TRUE(model);
+    SingleViewTest::open(boxes("three.obj", 3));
     const int whole = widget->width();
-    key(Qt::Key_P);
+    hand("P");
     frame();
     auto *tree = window->frame()->findChild<QTreeView *>();
     auto *search = window->frame()->findChild<QLineEdit *>();
     ASSERT_TRUE(tree && search);
     EXPECT_LT(widget->width(), whole - 100);
-    using Parts = std::vector<bool>;
+    const auto row = [&](int i) { return tree->model()->index(i, 0); };
     const auto follow = [&] { frame(), QCoreApplication::processEvents(); };
-    const auto rows = [&] { return tree->model()->rowCount(); };
-    ASSERT_EQ(rows(), 3);
+    ASSERT_EQ(tree->model()->rowCount(), 3);
 
-    tree->setCurrentIndex(tree->model()->index(1, 0));
-    EXPECT_EQ(model->marks().selected(), (Parts{false, true, false}));
-    model->select(2, true);
+    tree->setCurrentIndex(row(1));
+    EXPECT_EQ(marks(), ".s.");
+    item()->select(2, true);
     follow();
-    EXPECT_TRUE(tree->selectionModel()->isSelected(tree->model()->index(2, 0)));
-    EXPECT_EQ(model->marks().selected(), (Parts{false, true, true})) << "nothing comes back";
+    EXPECT_TRUE(tree->selectionModel()->isSelected(row(2)));
+    EXPECT_EQ(marks(), ".ss") << "nothing comes back";
     QTest::keyClick(tree, Qt::Key_H); // a key of the view
-    EXPECT_EQ(model->marks().hidden(), (Parts{false, true, true}));
+    EXPECT_EQ(marks(), ".hh");
     follow();
-    EXPECT_EQ(tree->model()->index(2, 0).data(Qt::CheckStateRole), int(Qt::Unchecked));
-    tree->model()->setData(tree->model()->index(2, 0), Qt::Checked, Qt::CheckStateRole);
-    EXPECT_EQ(model->marks().hidden(), (Parts{false, true, false}));
+    EXPECT_EQ(row(2).data(Qt::CheckStateRole), int(Qt::Unchecked));
+    tree->model()->setData(row(2), Qt::Checked, Qt::CheckStateRole);
+    EXPECT_EQ(marks(), ".h.");
 
-    key(Qt::Key_F, Qt::ControlModifier);
+    hand("Ctrl+F");
     EXPECT_TRUE(search->hasFocus());
     QTest::keyClicks(search, "x1");
-    EXPECT_EQ(rows(), 1);
-    EXPECT_EQ(tree->model()->index(0, 0).data().toString(), "box1");
+    EXPECT_EQ(tree->model()->rowCount(), 1);
+    EXPECT_EQ(row(0).data().toString(), "box1");
     QTest::keyClick(search, Qt::Key_Escape);
     EXPECT_TRUE(widget->hasFocus());
-    key(Qt::Key_P);
+    hand("P");
     frame();
     EXPECT_EQ(widget->width(), whole);
 }
@@ -346,7 +269,7 @@ TEST_F(SurfaceTest, AtRestEdgesAreSmoothedAndThenNothingIsDrawn)
             EXPECT_TRUE(QTest::qWaitFor([&] { return each.isQuiet(); }, 20000));
             return plain;
         };
-        key(Qt::Key_W); // to edges, which are sought first
+        hand("W"); // to edges, which are sought first
         rest();
         rest(); // whatever was under way before
         frames = 0;
@@ -358,37 +281,11 @@ TEST_F(SurfaceTest, AtRestEdgesAreSmoothedAndThenNothingIsDrawn)
         QObject::disconnect(heard);
     };
     open();
-    move(beside);
+    hand("560,80 move");
     check(*view);
     view->setShown(false);
     SheetView sheet(*window, queue, "sheet", {boxes("a.obj", 1), boxes("b.obj", 1)});
     check(sheet);
-}
-
-TEST_F(SurfaceTest, TilesAreChosenAndOpenedByKeys)
-{
-    SheetView sheet(*window, queue, "sheet",
-                    {boxes("a.obj", 1), boxes("b.obj", 1), boxes("c.obj", 1), boxes("d.obj", 1)});
-    show(sheet);
-    QApplication::setActiveWindow(window->widget());
-    move({-20, -20});
-    const auto selected = [&] {
-        QList<int> ids;
-        QMetaObject::invokeMethod(sheet.scene(), "GetSelected", Q_RETURN_ARG(QList<int>, ids));
-        return ids;
-    };
-    // Two rows of two.
-    const std::pair<Qt::Key, int> steps[] = {
-        {Qt::Key_Down, 1}, {Qt::Key_Down, 3},  {Qt::Key_Right, 4}, {Qt::Key_Right, 4},
-        {Qt::Key_Tab, 1},  {Qt::Key_Right, 2}, {Qt::Key_Left, 1},  {Qt::Key_Tab, 2}};
-    for (const auto &[code, chosen] : steps) {
-        key(code);
-        EXPECT_EQ(selected(), QList<int>{chosen}) << int(code);
-    }
-    QString opened;
-    QObject::connect(&sheet, &SheetView::openAsked, [&](const QString &path) { opened = path; });
-    key(Qt::Key_Return);
-    EXPECT_TRUE(opened.endsWith("b.obj"));
 }
 
 } // namespace

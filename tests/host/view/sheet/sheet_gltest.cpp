@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 // A sheet under a person's hands: which tile a gesture means, and what becomes of tiles.
 #include <QApplication>
-#include <QKeySequence>
 #include <QMenu>
 #include <QMimeData>
-#include <QTest>
 
 #include "host/app/viewer.h"
 #include "host/item/model_item.h"
@@ -42,8 +40,6 @@ protected:
     }
     void TearDown() override { own.reset(); }
 
-    QPointF middle(int id) const { return sheet->tile(id)->orect.center(); }
-    QPointF gap() const { return sheet->tile(1)->orect.bottomRight() + QPointF(2, 2); }
     const GL::Camera &camera(int id) const { return sheet->tile(id)->camera; }
     State state(int id) const { return sheet->entries().at(id).state; }
     template <typename Kind> Kind *item(int id) const
@@ -92,28 +88,32 @@ protected:
         return false;
     }
 
-    /// Steps: "c3" clicks tile 3, "C3" with Control, "m3" moves there, "a3-6" drags an area from 3
-    /// to 6, "3:Text" is an entry of its menu, "gap" and "out" where the pointer goes, else a key.
+    /// Tiles (3), the gap between them, and where there is nothing of the window.
+    std::optional<QPointF> place(const QString &word) const override
+    {
+        const int id = word.size() == 1 ? word.toInt() : 0;
+        if (id > 0 && sheet->tile(id))
+            return sheet->tile(id)->orect.center();
+        if (word == "gap")
+            return sheet->tile(1)->orect.bottomRight() + QPointF(2, 2);
+        return word == "out" ? std::optional(QPointF(-50, 900)) : std::nullopt;
+    }
+    /// What hands do, and between semicolons entries of a tile's menu (3:Text).
     void run(const QString &steps)
     {
-        for (const QString &step : steps.split("; ")) {
-            const int id = step.mid(1, 1).toInt();
-            if (step == "gap" || step == "out")
-                move(step == "gap" ? gap() : QPointF(-50, 900));
-            else if (step.mid(1, 1) == ":")
+        for (const QString &step : steps.split("; "))
+            if (step.mid(1, 1) == ":")
                 EXPECT_TRUE(choose(sheet->tile(step.left(1).toInt()), step.mid(2)))
                     << step.toStdString();
-            else if (id && (step[0] == 'c' || step[0] == 'C'))
-                click(middle(id), step[0] == 'C' ? Qt::ControlModifier : Qt::NoModifier);
-            else if (id && step[0] == 'm')
-                move(middle(id));
-            else if (id && step[0] == 'a')
-                drag(middle(id), middle(step.mid(3).toInt()) + QPointF(9, 9), Qt::RightButton,
-                     Qt::ShiftModifier);
             else
-                key(QKeySequence(step)[0]);
-        }
+                hand(step);
         frame();
+    }
+    /// Drags in tile @p id.
+    void orbit(int id, const char *by = "+40,0")
+    {
+        hand(QString("%1 move down %2 move up").arg(id).arg(by));
+        settle(sheet->tile(id));
     }
 };
 
@@ -122,23 +122,26 @@ struct StepsCase {
 };
 
 const StepsCase stepsCases[] = {
-    {"ClickSelectsInTheLastRow", "c5", "5 of 123456 as 123456"},
-    {"ClickAgainTakesBack", "c2; c2", " of 123456 as 123456"},
-    {"ControlAddsAndTakes", "c1; C4; C6; C4", "16 of 123456 as 123456"},
-    {"OnlySelected", "c1; C6; V", "16 of 16 as 16"},
-    {"AllAgainFromOutside", "c1; C6; V; out; V", "16 of 123456 as 123456"},
-    {"AreaSelects", "a5-6", "56 of 123456 as 123456"},
-    {"AreaInThePlaceOfOthers", "c2; a1-4", "14 of 123456 as 123456"},
+    {"ClickSelectsInTheLastRow", "5 click", "5 of 123456 as 123456"},
+    {"ClickAgainTakesBack", "2 click click", " of 123456 as 123456"},
+    {"ControlAddsAndTakes", "1 click ctrl 4 click 6 click 4 click", "16 of 123456 as 123456"},
+    {"OnlySelected", "1 click ctrl 6 click none V", "16 of 16 as 16"},
+    {"AllAgainFromOutside", "1 click ctrl 6 click none V out move V", "16 of 123456 as 123456"},
+    {"AreaSelects", "shift right 5 move down 6 +9,9 move up", "56 of 123456 as 123456"},
+    {"AreaInThePlaceOfOthers", "2 click; shift right 1 move down 4 +9,9 move up",
+     "14 of 123456 as 123456"},
     {"HideOne", "1:Hide tile", " of 23456 as 23456"},
-    {"HiddenIsNotChosen", "c1; C4; C6; 1:Hide 3 tiles; C2; C3; 2:Hide 2 tiles", " of 5 as 5"},
-    {"MenuOverAnotherMeansThat", "c1; C4; 2:Hide tile", "14 of 13456 as 13456"},
-    {"SelectAllMeansWhatIsSeen", "1:Hide tile; gap; Ctrl+A", "23456 of 23456 as 23456"},
-    {"SelectAllTwiceIsNone", "out; Ctrl+A; Ctrl+A", " of 123456 as 123456"},
+    {"HiddenIsNotChosen",
+     "1 click ctrl 4 click 6 click; 1:Hide 3 tiles; ctrl 2 click 3 click; 2:Hide 2 tiles",
+     " of 5 as 5"},
+    {"MenuOverAnotherMeansThat", "1 click ctrl 4 click; 2:Hide tile", "14 of 13456 as 13456"},
+    {"SelectAllMeansWhatIsSeen", "1:Hide tile; gap move Ctrl+A", "23456 of 23456 as 23456"},
+    {"SelectAllTwiceIsNone", "out move Ctrl+A Ctrl+A", " of 123456 as 123456"},
     {"NothingVisibleAndBack", "Ctrl+A; 1:Hide 6 tiles; V", " of 123456 as 123456"},
-    {"Remove", "c1; C4; 4:Remove 2 tiles from the sheet; V", " of 2356 as 2356"},
-    {"NameTwiceTurnsRound", "gap; N; N", " of 123456 as 123456"},
-    {"CountOfTriangles", "out; C", " of 123456 as 251436"},
-    {"SizeTheSmallestFirst", "out; S; S", " of 123456 as 634152"},
+    {"Remove", "1 click ctrl 4 click; 4:Remove 2 tiles from the sheet; V", " of 2356 as 2356"},
+    {"NameTwiceTurnsRound", "gap move N N", " of 123456 as 123456"},
+    {"CountOfTriangles", "out move C", " of 123456 as 251436"},
+    {"SizeTheSmallestFirst", "out move S S", " of 123456 as 634152"},
 };
 
 TABLE(SheetSteps, SheetTest, StepsCase, stepsCases);
@@ -146,7 +149,7 @@ TABLE(SheetSteps, SheetTest, StepsCase, stepsCases);
 TEST_P(SheetSteps, LeadTo)
 {
     open(six());
-    ASSERT_LT(middle(1).y(), middle(6).y()) << "one row would not tell up from down";
+    ASSERT_LT(place("1")->y(), place("6")->y()) << "one row would not tell up from down";
     run(GetParam().steps);
     EXPECT_EQ(describe().toStdString(), GetParam().expected);
     EXPECT_EQ(widget->mouse.area, 0);
@@ -160,11 +163,8 @@ TEST_F(SheetTest, TheMenuOpensBesideTheTilesToo)
         ++opened;
         QTimer::singleShot(0, qApp, [] { delete QApplication::activePopupWidget(); });
     });
-    for (const QPointF &at : {gap(), middle(3)}) {
-        press(at, Qt::RightButton);
-        release(at, Qt::RightButton);
-        QCoreApplication::processEvents();
-    }
+    hand("right gap down up 3 down up");
+    QCoreApplication::processEvents();
     EXPECT_EQ(opened, 2);
 }
 
@@ -173,8 +173,7 @@ TEST_F(SheetTest, OnlyWhatIsUnderThePointerIsMarked)
     open(six());
     // To a tile that is visited later in a pass, and back to one that is visited earlier.
     for (const auto &[under, left] : {std::pair(2, 3), std::pair(3, 2), std::pair(2, 3)}) {
-        move(middle(under));
-        frame();
+        hand(QString("%1 move").arg(under));
         frame();
         EXPECT_GE(item<ModelItem>(under)->hoveredPart(), 0) << under;
         EXPECT_LT(item<ModelItem>(left)->hoveredPart(), 0) << left;
@@ -184,25 +183,23 @@ TEST_F(SheetTest, OnlyWhatIsUnderThePointerIsMarked)
 TEST_F(SheetTest, LinkedCamerasTakeThePoseOfTheOneThatIsMoved)
 {
     open(six() << file("m7.csv", weather()));
-    drag(middle(5), middle(5) + QPointF(40, 0), Qt::LeftButton);
-    settle(sheet->tile(5));
+    orbit(5);
     EXPECT_EQ(describe().left(3), " of") << "a drag selects nothing";
     const auto same = [&](int a, int b) {
         return camera(a).rot == camera(b).rot && camera(a).radius == camera(b).radius &&
                camera(a).setTarget == camera(b).setTarget;
     };
     EXPECT_FALSE(same(1, 5));
-    run("c1; C5; C7; L");
+    run("1 click ctrl 5 click 7 click none L");
     EXPECT_TRUE(sheet->isLinked(1) && sheet->isLinked(5));
     EXPECT_FALSE(sheet->isLinked(2) || sheet->isLinked(7));
     const float plot = sheet->tile(7)->viewport.pos.x;
     const Vector other = camera(2).rot;
-    drag(middle(1), middle(1) + QPointF(0, 20), Qt::LeftButton);
-    settle(sheet->tile(1));
+    orbit(1, "+0,20");
     settle(sheet->tile(5));
     EXPECT_TRUE(same(1, 5));
     EXPECT_EQ(sheet->tile(7)->viewport.pos.x, plot);
-    drag(middle(7), middle(7) + QPointF(40, 0), Qt::LeftButton);
+    orbit(7);
     EXPECT_NE(sheet->tile(7)->viewport.pos.x, plot);
     EXPECT_TRUE(same(1, 5));
     EXPECT_EQ(camera(2).rot, other);
@@ -211,8 +208,7 @@ TEST_F(SheetTest, LinkedCamerasTakeThePoseOfTheOneThatIsMoved)
     settle(sheet->tile(5));
     EXPECT_FALSE(same(1, 5)) << "each has a first view of its own";
     run("L");
-    drag(middle(1), middle(1) + QPointF(0, 20), Qt::LeftButton);
-    settle(sheet->tile(1));
+    orbit(1, "+0,20");
     EXPECT_FALSE(sheet->isLinked(5) || camera(1).rot == camera(5).rot);
 }
 
@@ -227,14 +223,12 @@ TEST_F(SheetTest, OpenedAloneItIsASingleViewAndEscapeGoesBack)
     widget->setProperty("clampMouseToFrame", false);
     sheet = dynamic_cast<SheetView *>(viewer.view());
     show(*sheet);
-    run("N; N; 6:Hide tile; c2; C3; m4");
-    drag(middle(4), middle(4) + QPointF(40, 9), Qt::LeftButton);
-    settle(sheet->tile(4));
+    run("N N; 6:Hide tile; 2 click ctrl 3 click 4 move");
+    orbit(4, "+40,9");
     const QString before = describe();
     const GL::Camera pose = camera(4);
     const Item *shown = sheet->item(sheet->tile(4));
-    doubleClick(middle(4));
-    frame();
+    hand("4 click twice up");
     const auto title = [&] {
         return dynamic_cast<SingleView *>(viewer.view()) ? viewer.view()->title() : QString();
     };
@@ -242,17 +236,14 @@ TEST_F(SheetTest, OpenedAloneItIsASingleViewAndEscapeGoesBack)
     EXPECT_EQ(viewer.view()->item(viewer.view()->mainGLW()), shown) << "it is read again";
     EXPECT_EQ(viewer.view()->mainGLW()->camera.rot, pose.rot);
     EXPECT_EQ(sheet->item(sheet->tile(4)), nullptr);
-    key(Qt::Key_V); // the sheet's
-    key(Qt::Key_B);
+    hand("V B");                      // the first is the sheet's
     EXPECT_TRUE(QTest::qWaitFor([&] { // its neighbours are listed in the background
-        key(Qt::Key_PageDown);
+        hand("PgDown");
         return title() == "m5.obj";
     }));
-    key(Qt::Key_F1);
-    key(Qt::Key_Escape);
+    hand("F1 Esc");
     EXPECT_EQ(title(), "m5.obj") << "the list of controls is closed first";
-    key(Qt::Key_Escape);
-    frame();
+    hand("Esc");
     ASSERT_EQ(viewer.view(), sheet);
     EXPECT_EQ(describe(), before);
     EXPECT_EQ(sheet->item(sheet->tile(4)), shown);
@@ -266,13 +257,13 @@ TEST_F(SheetTest, OpenedAloneItIsASingleViewAndEscapeGoesBack)
 TEST_F(SheetTest, WhatIsHiddenGivesItsMemoryBackAndReturnsAsItWasLeft)
 {
     open({boxes("m1.obj", 2), file("m2.csv", weather()), boxes("m3.obj", 2)});
-    drag(middle(1), middle(1) + QPointF(30, 10), Qt::LeftButton);
-    settle(sheet->tile(1));
-    drag(middle(2), middle(2) + QPointF(30, 10), Qt::LeftButton);
+    orbit(1, "+30,10");
+    orbit(2, "+30,10");
     const auto plot = [&]() -> const SeriesPlot & { return item<SeriesItem>(2)->plot(); };
     const GLW *tile = sheet->tile(2);
     const PlotLayout layout(plot().table(), tile->glSize(), plot().options());
-    click(tile->rect.topLeft() + layout.legend[1].center());
+    const QPointF entry = tile->rect.topLeft() + layout.legend[1].center();
+    hand(QString("%1,%2 click").arg(entry.x()).arg(entry.y()));
     ASSERT_FALSE(plot().enabled(1));
     const QRectF range = plot().visibleRange(tile);
     const float left = camera(1).rot.y;
@@ -350,8 +341,24 @@ TEST_F(SheetTest, NothingIsPaintedOfWhatIsHidden)
     QObject::connect(sheet, &View::framePainted, [&] { picture = widget->grabFrameBuffer(); });
     frame();
     EXPECT_GT(colours(), 2);
-    run("Ctrl+A; 1:Hide 2 tiles; out");
+    run("Ctrl+A; 1:Hide 2 tiles; out move");
     EXPECT_EQ(colours(), 1);
+}
+
+// Four stand in two rows of two.
+TEST_F(SheetTest, TilesAreChosenAndOpenedByKeys)
+{
+    open(six().mid(0, 4));
+    run("out move");
+    QString chosen, opened;
+    for (const char *key : {"Down", "Down", "Right", "Right", "Tab", "Right", "Left", "Tab"}) {
+        run(key);
+        chosen += idsWith("selected");
+    }
+    EXPECT_EQ(chosen, "13441212");
+    QObject::connect(sheet, &SheetView::openAsked, [&](const QString &path) { opened = path; });
+    run("Return");
+    EXPECT_TRUE(opened.endsWith("m2.obj"));
 }
 
 TEST_F(SheetTest, DroppedFilesAreTold)

@@ -3,11 +3,10 @@
 
 #include <QApplication>
 #include <QFile>
-#include <QMouseEvent>
-#include <QTest>
 #include <QThreadPool>
 
 #include "host/app/application.h"
+#include "host/capture/picture.h"
 #include "host/read/reader_process.h"
 
 /// The program is also the child that a reader starts.
@@ -103,62 +102,79 @@ void ViewTest::settle(GLW *glw)
     } while (camera.d_rot != Vector() || camera.d_target != Vector() || camera.d_radius != 0);
 }
 
-void ViewTest::send(QEvent::Type type, const QPointF &at, Qt::MouseButton button,
-                    Qt::MouseButtons held, Qt::KeyboardModifiers modifiers)
+void ViewTest::hand(const QString &script)
 {
-    QMouseEvent event(type, at, widget->mapToGlobal(at.toPoint()), button, held, modifiers);
-    QCoreApplication::sendEvent(widget, &event);
+    steer(
+        widget.data(), script, [this] { frame(); },
+        [this](const QString &word) { return place(word); });
 }
 
-void ViewTest::press(const QPointF &at, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+void SingleViewTest::open(const QString &path, bool fromTheFront)
 {
-    send(QEvent::MouseButtonPress, at, button, button, modifiers);
+    view = std::make_unique<SingleView>(*window, queue, path);
+    show(*view);
+    if (fromTheFront)
+        view->lookFrom(Steering::Side::Front);
+    settle(glw());
 }
 
-void ViewTest::move(const QPointF &at, Qt::MouseButtons held, Qt::KeyboardModifiers modifiers)
+std::string SingleViewTest::marks() const
 {
-    send(QEvent::MouseMove, at, Qt::NoButton, held, modifiers);
+    std::string all;
+    const PartMarks &marks = item()->marks();
+    for (std::size_t i = 0; i < marks.count(); ++i)
+        all += marks.isHidden(i) ? 'h' : marks.isSelected(i) ? 's' : '.';
+    return all;
 }
 
-void ViewTest::release(const QPointF &at, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+QString SingleViewTest::pose() const
 {
-    send(QEvent::MouseButtonRelease, at, button, Qt::NoButton, modifiers);
+    const GL::Camera &c = glw()->camera;
+    QString words;
+    for (double v : {double(c.rot.x), double(c.rot.y), double(c.setTarget.x), double(c.radius)})
+        words += QString::number(v, 'f', 3) + ' ';
+    return words;
 }
 
-void ViewTest::click(const QPointF &at, Qt::KeyboardModifiers modifiers)
+QPointF SingleViewTest::at(const QVector3D &place) const
 {
-    move(at, {}, modifiers);
-    press(at, Qt::LeftButton, modifiers);
-    release(at, Qt::LeftButton, modifiers);
-    frame();
+    const QPointF p =
+        CameraSteering::geometryOf(glw()).pixel((place - item()->centre()) * item()->scale());
+    return {p.x(), 400 - p.y()};
 }
 
-void ViewTest::doubleClick(const QPointF &at)
+std::optional<QPointF> SingleViewTest::place(const QString &word) const
 {
-    click(at);
-    send(QEvent::MouseButtonDblClick, at, Qt::LeftButton, Qt::LeftButton, {});
-    release(at, Qt::LeftButton);
-    frame();
+    if (word[0] != '@')
+        return {};
+    QList<double> n;
+    for (const QString &number : word.mid(1).split(','))
+        n << number.toDouble();
+    if (n.size() == 3)
+        return at(QVector3D(float(n[0]), float(n[1]), float(n[2])));
+    const SeriesPlot &plot = item<SeriesItem>()->plot();
+    if (n.size() == 2)
+        return plot.toLocal(glw(), {n[0], n[1]});
+    return PlotLayout(plot.table(), {600, 400}, plot.options()).legend[int(n[0])].center();
 }
 
-void ViewTest::drag(const QPointF &from, const QPointF &to, Qt::MouseButton button,
-                    Qt::KeyboardModifiers modifiers)
+QImage SingleViewTest::picture(bool overlays)
 {
-    move(from, {}, modifiers);
-    press(from, button, modifiers);
-    move((from + to) / 2, button, modifiers);
-    move(to, button, modifiers);
-    frame();
-    release(to, button, modifiers);
-    frame();
-    frame();
+    PictureRequest request;
+    request.window = request.size = widget->size();
+    widget->makeCurrent();
+    request.objects = view->pictured(false, overlays).objects();
+    return renderPicture(request).image;
 }
 
-void ViewTest::key(int key, Qt::KeyboardModifiers modifiers)
+QImage SingleViewTest::painted()
 {
-    QTest::keyClick(widget, Qt::Key(key & ~Qt::KeyboardModifierMask),
-                    modifiers | Qt::KeyboardModifiers(key & int(Qt::KeyboardModifierMask)));
-    frame();
+    QImage image;
+    const auto heard = QObject::connect(view.get(), &View::framePainted,
+                                        [&] { image = widget->grabFrameBuffer(); });
+    widget->repaint();
+    QObject::disconnect(heard);
+    return image;
 }
 
 } // namespace host

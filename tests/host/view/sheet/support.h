@@ -4,14 +4,16 @@
 
 #include <gtest/gtest.h>
 
-#include <QEvent>
 #include <QTemporaryDir>
 
 #include "GL/glw.h"
 #include "host/app/module_loader.h"
+#include "host/item/model_item.h"
+#include "host/item/series_item.h"
 #include "host/read/read_queue.h"
-#include "host/view/view.h"
+#include "host/view/single_view.h"
 #include "host/view/window/window.h"
+#include "tests/host/view/hand.h"
 
 namespace host {
 
@@ -30,7 +32,7 @@ protected:
 
     /// Writes a file into the folder and returns its path.
     QString file(const QString &name, const QByteArray &text) const;
-    /// Boxes side by side along X, each an object of its own; about 12 triangles each.
+    /// Boxes of side 2 with gaps of 1 along X, each an object of its own; about 12 triangles each.
     QString boxes(const QString &name, int count) const;
     static QByteArray weather(); ///< A table of two columns over ten rows.
 
@@ -39,18 +41,31 @@ protected:
     void frame();          ///< Paints one.
     void settle(GLW *glw); ///< Paints until the camera stays where it is.
 
-    void press(const QPointF &at, Qt::MouseButton button, Qt::KeyboardModifiers modifiers = {});
-    void move(const QPointF &at, Qt::MouseButtons held = {}, Qt::KeyboardModifiers modifiers = {});
-    void release(const QPointF &at, Qt::MouseButton button, Qt::KeyboardModifiers modifiers = {});
-    void click(const QPointF &at, Qt::KeyboardModifiers modifiers = {});
-    void doubleClick(const QPointF &at);
-    void drag(const QPointF &from, const QPointF &to, Qt::MouseButton button,
-              Qt::KeyboardModifiers modifiers = {});
-    void key(int key, Qt::KeyboardModifiers modifiers = {}); ///< Those within @p key count too.
+    /// As in steer(), with a frame after each event.
+    void hand(const QString &script);
+    virtual std::optional<QPointF> place(const QString &) const { return {}; }
+};
 
-private:
-    void send(QEvent::Type type, const QPointF &at, Qt::MouseButton button, Qt::MouseButtons held,
-              Qt::KeyboardModifiers modifiers);
+/// One file in the window. Its hand knows places in the model (@1,2,0), in a plot (@1.5,20) and an
+/// entry of its legend (@1).
+class SingleViewTest : public ViewTest {
+protected:
+    std::unique_ptr<SingleView> view;
+
+    void open(const QString &path, bool fromTheFront = true);
+    void TearDown() override { view.reset(); }
+
+    GLW *glw() const { return view->mainGLW(); }
+    template <typename Kind = ModelItem> Kind *item() const
+    {
+        return dynamic_cast<Kind *>(view->item(glw()));
+    }
+    std::string marks() const; ///< Of each part: hidden, selected or neither, as in "hs.".
+    QString pose() const;
+    QPointF at(const QVector3D &place) const; ///< In the model, in its file's units.
+    std::optional<QPointF> place(const QString &word) const override;
+    QImage picture(bool overlays = true);
+    QImage painted(); ///< The window after another frame.
 };
 
 } // namespace host
