@@ -110,7 +110,7 @@ TEST_F(CameraTest, ComputesAndLoads)
     for (const char *rows : {cameraRows, viewportRows})
         for (const Script &row : Script::table(rows)) {
             add("a"); // what was loaded before does not matter
-            EXPECT_EQ(run(row.script), row.told) << row.name.toStdString();
+            EXPECT_EQ(run(row.script), row.told) << row.name;
             delete find("a");
         }
 }

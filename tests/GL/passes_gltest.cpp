@@ -46,7 +46,7 @@ TEST_F(WindowTest, PassesAreLetThroughByProperties)
                 QRegularExpression(" (" + QString(row.told).replace(".", "\\S") + ")(?= |$)"));
             EXPECT_EQ(' ' + run("set " + row.script + ' ' + off + "; frame"),
                       rest.isEmpty() ? " " : rest)
-                << row.name.toStdString();
+                << row.name;
             run("set " + row.script + " true");
         }
     GLWidget alone(nullptr, "alone"), *v = view();

@@ -39,6 +39,19 @@ public:
         EXPECT_EQ(texts.count(text), 1u) << text.toStdString();
         return texts.count(text) > 0 ? texts.find(text)->second : Text();
     }
+    std::string all() const ///< The texts, sorted.
+    {
+        QStringList words;
+        for (const auto &[text, how] : texts)
+            words << text;
+        return words.join('|').toStdString();
+    }
+    /// A place in the text's box: @p x and @p y from 0 to 1 are left to right and top to bottom.
+    QPointF at(const QString &text, double x, double y) const
+    {
+        const QRectF box = (*this)[text].box;
+        return {box.left() + x * box.width(), box.top() + y * box.height()};
+    }
 
 private:
     QPaintEngine *paintEngine() const override { return const_cast<PaintRecord *>(this); }

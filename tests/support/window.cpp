@@ -8,14 +8,10 @@
 #include <QTimerEvent>
 #include <QWheelEvent>
 
-static QPointF pointOf(const QString &word)
-{
-    return QPointF(word.section(',', 0, 0).toDouble(), word.section(',', 1, 1).toDouble());
-}
-
 static QPoint pixelOf(const QString &word)
 {
-    return QPoint(bounded::truncate(pointOf(word).x()), bounded::truncate(pointOf(word).y()));
+    const QPointF point = valueOf(word).toPointF();
+    return QPoint(bounded::truncate(point.x()), bounded::truncate(point.y()));
 }
 
 std::map<QString, Numbers> recordsOf(QObject *o)
@@ -54,20 +50,12 @@ std::map<QString, Numbers> recordsOf(QObject *o)
 WindowTest::WindowTest(QSize size)
 {
     qRegisterMetaType<QList<GLW *>>();
-    static const bool lists =
-        QMetaType::registerConverter<QVariantList, QList<int>>([](const QVariantList &list) {
-            QList<int> numbers;
-            for (const QVariant &each : list)
-                numbers << each.toInt();
-            return numbers;
-        });
-    EXPECT_TRUE(lists);
     machine = Machine();
     owner.setObjectName("owner");
     open(size);
     const auto number = [](const Words &w, int i) { return w.value(i).toInt(nullptr, 16); };
     const auto mouse = [=](QEvent::Type type, const Words &w, int button, int held, int modifiers) {
-        const QPointF at = pointOf(w[0]);
+        const QPointF at = valueOf(w[0]).toPointF();
         deliver(QMouseEvent(type, at, at, QPointF(100, 100) + at, Qt::MouseButton(button),
                             Qt::MouseButtons(held), Qt::KeyboardModifiers(modifiers)));
     };
@@ -127,14 +115,17 @@ WindowTest::WindowTest(QSize size)
             mouse(QEvent::MouseButtonPress, w, 1, 1, number(w, 1));
             mouse(QEvent::MouseButtonRelease, w, 1, 0, number(w, 1)); }},
         {"wheel", [=](const Words &w) { // at, delta, modifiers
-            deliver(QWheelEvent(pointOf(w[0]), {}, {}, pixelOf(w[1]), {}, Qt::KeyboardModifiers(number(w, 2)), Qt::NoScrollPhase, false)); }},
+            deliver(QWheelEvent(valueOf(w[0]).toPointF(), {}, {}, pixelOf(w[1]), {}, Qt::KeyboardModifiers(number(w, 2)), Qt::NoScrollPhase, false)); }},
         {"key", typed(QEvent::KeyPress)}, // a name or a code, modifiers, again
         {"unkey", typed(QEvent::KeyRelease)},
         {"leave", [=](const Words &) { deliver(QEvent(QEvent::Leave)); }},
         {"pointer", [=](const Words &w) { machine.pointer = pixelOf(w[0]); }},
         {"where", [=](const Words &) { host.log << wordOf(machine.pointer); }},
         {"clock", [=](const Words &w) { machine.clock += w[0].toLongLong(); }},
-        {"record", [=](const Words &) { host.log << record(); }},
+        {"record", [=](const Words &) { // x,y x0,y0 dx,dy dt button<last modifier<last
+            const Mouse &m = window->mouse;
+            host.log << QString::asprintf("%d,%d %d,%d %d,%d %ld %x<%x %x<%x", m.x, m.y, m.x0, m.y0, m.dx, m.dy,
+                                          m.dt, m.button, m.last_button, m.modifier, m.last_modifier); }},
         {"list", [=](const Words &) { host.log << wordOf(QVariant::fromValue(window->glwidgets)); }},
         {"actions", [=](const Words &w) {
             host.log << '[' + wordOf(QVariant::fromValue(w[0] == "window" ? window->actions() : object(w[0])->actions())) + ']'; }},
@@ -226,13 +217,6 @@ void WindowTest::deliver(QEvent &&event)
     EXPECT_TRUE(anyError || event.isAccepted());
 }
 
-QString WindowTest::record() const
-{
-    const Mouse &m = window->mouse;
-    return QString::asprintf("%d,%d %d,%d %d,%d %ld %x<%x %x<%x", m.x, m.y, m.x0, m.y0, m.dx, m.dy,
-                             m.dt, m.button, m.last_button, m.modifier, m.last_modifier);
-}
-
 GLW *WindowTest::object(const QString &name)
 {
     return dynamic_cast<GLW *>(find(name));
@@ -274,6 +258,12 @@ void WindowTest::call(QObject *o, const QByteArray &slot, const Words &arguments
                                  : find(arguments[k]);
         const bool pointer = type.endsWith('*');
         values << (pointer ? QVariant::fromValue(address) : valueOf(arguments[k]));
+        if (type == "QList<int>") {
+            QList<int> numbers;
+            for (const QVariant &each : values[k].toList())
+                numbers << each.toInt();
+            values[k] = QVariant::fromValue(numbers);
+        }
         EXPECT_TRUE(pointer || values[k].convert(method.parameterType(k)))
             << arguments[k].toStdString();
         data[k + 1] = values[k].data();
@@ -303,7 +293,7 @@ std::vector<Script> Script::table(const char *rows)
 {
     std::vector<Script> all;
     for (const QString &row : QString(rows).split('\n', Qt::SkipEmptyParts))
-        all.push_back({row.section(": ", 0, 0), row.section(": ", 1).section(" =>", 0, 0),
-                       row.section(" =>", 1).trimmed()});
+        all.push_back({row.section(": ", 0, 0).toStdString(),
+                       row.section(": ", 1).section(" =>", 0, 0), row.section(" =>", 1).trimmed()});
     return all;
 }

@@ -16,7 +16,7 @@
 
 #include "GL/glmultiwidget.h"
 #include "GL/glwindow.h"
-#include "tests/GL/table.h"
+#include "tests/support/table.h"
 
 /// In place of what the machine says, for the module too.
 struct Machine {
@@ -80,7 +80,6 @@ protected:
     void frame(bool tick = false); ///< Draws one at once; checks the errors that it leaves.
     QColor pixel(int x, int y) const { return machine.shown.pixelColor(x, y); }
     void deliver(QEvent &&event); ///< Straight to the window's handlers.
-    QString record() const;       ///< "x,y x0,y0 dx,dy dt button<last modifier<last"
 
     /// Runs statements, apart by "; ", and returns the words that came of it. A statement is a verb
     /// of the table in window.cpp, or "object.slot arguments", whose result becomes a word.
@@ -102,16 +101,14 @@ private:
 
 /// A row of a table of scripts: "Name: script => words", one per line.
 struct Script {
-    QString name, script, told;
+    std::string name;
+    QString script, told;
     static std::vector<Script> table(const char *rows);
-    friend void PrintTo(const Script &row, std::ostream *out) { PrintTo(row.name, out); }
 };
 
 /// Declares Suite, a fixture with a test for each row of the table @p rows of scripts.
 #define ROWS(Suite, Base, rows)                                                                    \
-    class Suite : public Base, public testing::WithParamInterface<Script> {};                      \
-    INSTANTIATE_TEST_SUITE_P(Rows, Suite, testing::ValuesIn(Script::table(rows)),                  \
-                             [](const auto &row) { return row.param.name.toStdString(); });        \
+    TABLE(Suite, Base, Script, Script::table(rows));                                               \
     TEST_P(Suite, Tells)
 
 /// Declares Suite, whose tests run the scripts of the table @p rows, each behind @p before.

@@ -5,7 +5,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include "tests/GL/table.h"
+#include "tests/support/table.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include "host/app/options.h"
 #include "host/app/settings.h"
 #include "host/app/standard_input.h"
-#include "tests/GL/table.h"
+#include "tests/support/table.h"
 
 namespace host {
 namespace {

@@ -162,7 +162,7 @@ TEST_F(PictureTest, GivesBackStateAndRecords)
     glPixelStorei(GL_PACK_ROW_LENGTH, 33);
     glMatrixMode(GL_PROJECTION);
     request.objects[1].draw3D = [&](GLW *glw, float) {
-        EXPECT_TRUE(record().startsWith("-123,-100 -200,-89"));
+        EXPECT_TRUE(run("record").startsWith("-123,-100 -200,-89"));
         EXPECT_TRUE(glw->camera.viewport[0] == 200 && glw->camera.viewport[3] == 80 &&
                     glw->geometry(false) == QRectF(200, 20, 100, 80));
         glEnable(GL_BLEND);
@@ -172,12 +172,12 @@ TEST_F(PictureTest, GivesBackStateAndRecords)
     other.bind(); // not the window's
     const std::string before = state();
     const GL::Camera camera = inset->camera;
-    const QString mouse = record();
+    const QString mouse = run("record");
     EXPECT_FALSE(renderPicture(request).image.isNull());
     EXPECT_EQ(state(), before);
     other.release();
     EXPECT_EQ(std::memcmp(&inset->camera, &camera, sizeof camera), 0);
-    EXPECT_TRUE(record() == mouse && inset->rect == QRectF(0.5, 0.5, 0.25, 0.25));
+    EXPECT_TRUE(run("record") == mouse && inset->rect == QRectF(0.5, 0.5, 0.25, 0.25));
 }
 
 TEST_F(PictureTest, ACropIsACutOfTheWholeAndMayBeGivenUp)

@@ -7,7 +7,7 @@
 
 #include "host/item/camera_motion.h"
 #include "host/item/framing.h"
-#include "tests/GL/table.h"
+#include "tests/support/table.h"
 
 namespace host {
 namespace {

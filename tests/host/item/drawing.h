@@ -10,7 +10,7 @@
 
 #include "GL/glwindow.h"
 #include "host/item/mesh_buffers.h"
-#include "tests/GL/table.h"
+#include "tests/support/table.h"
 
 namespace host {
 

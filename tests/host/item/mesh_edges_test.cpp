@@ -6,7 +6,7 @@
 #include <cmath>
 
 #include "host/item/background.h"
-#include "tests/GL/table.h"
+#include "tests/support/table.h"
 
 namespace host {
 namespace {

@@ -9,7 +9,7 @@
 
 #include "GL/glwidget.h"
 #include "host/item/mesh_points.h"
-#include "tests/GL/table.h"
+#include "tests/support/table.h"
 
 namespace host {
 namespace {

@@ -5,8 +5,8 @@
 #include <cmath>
 
 #include "host/item/model_section.h"
-#include "tests/GL/table.h"
 #include "tests/host/shapes.h"
+#include "tests/support/table.h"
 
 namespace host {
 namespace {

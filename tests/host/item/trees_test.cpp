@@ -2,8 +2,8 @@
 // What of triangles, lines and points a line of sight finds.
 #include "host/item/thin_tree.h"
 #include "host/item/triangle_tree.h"
-#include "tests/GL/table.h"
 #include "tests/host/shapes.h"
+#include "tests/support/table.h"
 
 namespace host {
 namespace {

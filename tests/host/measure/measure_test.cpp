@@ -2,8 +2,8 @@
 // Areas, volumes, round edges and faces, and what measurements say.
 #include "host/measure/measurement.h"
 #include "host/measure/round.h"
-#include "tests/GL/table.h"
 #include "tests/host/shapes.h"
+#include "tests/support/table.h"
 
 namespace host {
 namespace {

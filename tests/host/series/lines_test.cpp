@@ -2,6 +2,7 @@
 // What a line of many samples is drawn from: extents, decimation, clipping; and the nearest sample.
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <random>
 
 #include <QLineF>
@@ -52,18 +53,15 @@ TEST(DecimateTest, HasTheExtentOfEveryPixelColumn)
         const Column &column = table.columns[0];
         const Polyline line = decimate(table, column, low, high, int(pixels));
         EXPECT_LE(double(line.points.size()), pixels * 4 + 2);
-        std::vector<Extent> drawn(rows >= 0 ? std::size_t(pixels) : 0), brute = drawn;
-        const auto add = [&, low = low, width = (high - low) / pixels](auto &to, double x,
-                                                                       double y) {
-            if (const double i = std::floor((x - low) / width); i >= 0 && i < double(to.size()))
-                to[std::size_t(i)].add(y);
-        };
+        const double width = (high - low) / pixels;
+        std::map<double, std::pair<Extent, Extent>> extents; // of what is drawn, and of all
         for (const QPointF &point : line.points)
-            add(drawn, point.x(), point.y());
+            extents[std::floor((point.x() - low) / width)].first.add(point.y());
         for (std::size_t row = 0; row < table.rows(); ++row)
-            add(brute, table.x[row], column.values[row]);
-        for (std::size_t i = 0; i < drawn.size(); ++i)
-            EXPECT_TRUE(drawn[i].min == brute[i].min && drawn[i].max == brute[i].max) << i;
+            extents[std::floor((table.x[row] - low) / width)].second.add(column.values[row]);
+        for (const auto &[i, of] : extents)
+            EXPECT_TRUE(i < 0 || i >= pixels ||
+                        (of.first.min == of.second.min && of.first.max == of.second.max));
         for (std::size_t strip = 0; strip < line.strips(); ++strip)
             for (std::size_t i = line.starts[strip] + 1; i < line.end(strip); ++i)
                 ASSERT_LE(line.points[i - 1].x(), line.points[i].x()) << "the line turns back";
@@ -75,8 +73,9 @@ TEST(DecimateTest, HasTheExtentOfEveryPixelColumn)
 TEST(DecimateTest, GapsCutTheLine)
 {
     const Table few = tableOf({0, 1, 2, 3, 4, 5, 6}, {0, 10, 20, none, 40, 50, 60});
+    using Points = std::vector<QPointF>;
     Polyline line = decimate(few, few.columns[0], 1.5, 4.5, 100);
-    EXPECT_EQ(line.points, (std::vector<QPointF>{{1, 10}, {2, 20}, {4, 40}, {5, 50}}));
+    EXPECT_EQ(line.points, (Points{{1, 10}, {2, 20}, {4, 40}, {5, 50}}));
     EXPECT_EQ(line.starts, (std::vector<std::size_t>{0, 2}));
     EXPECT_TRUE(decimate(few, few.columns[0], 0, 7, 0).points.empty());
     EXPECT_TRUE(decimate(few, few.columns[0], 2, 2, 10).points.empty());
@@ -87,25 +86,21 @@ TEST(DecimateTest, GapsCutTheLine)
     line = decimate(many, many.columns[0], 0, 1000, 10);
     EXPECT_EQ(line.starts, (std::vector<std::size_t>{0, 4}));
     line.points.resize(6);
-    EXPECT_EQ(line.points,
-              (std::vector<QPointF>{{50, 0}, {50, 2}, {150, 2}, {150, 0}, {450, 0}, {450, 2}}));
+    EXPECT_EQ(line.points, (Points{{50, 0}, {50, 2}, {150, 2}, {150, 0}, {450, 0}, {450, 2}}));
 }
 
 TEST(LineClipTest, CutsToTheEdges)
 {
-    const QLineF lines[][2] = {// the whole and what is left of it, nothing where all is outside
-                               {{-50, 20, 150, 20}, {0, 20, 100, 20}},
-                               {{-10, -10, 20, 20}, {0, 0, 20, 20}},
-                               {{30, 90, 30, -40}, {30, 50, 30, 0}},
-                               {{60, 40, 120, 100}, {60, 40, 70, 50}},
-                               {{0, 50, 100, 50}, {0, 50, 100, 50}},
-                               {{-20, 10, 10, -30}, {}},
-                               {{-5, -5, -5, 60}, {}},
-                               {{10, 51, 20, 51}, {}}};
-    for (const auto &[whole, left] : lines) {
+    // Of each line, from x, y to x, y, the share that is left: from, to; none where all is outside.
+    const double lines[][6] = {{-50, 20, 150, 20, 0.25, 0.75}, {-10, -10, 30, 30, 0.25, 1},
+                               {30, 100, 30, -100, 0.25, 0.5}, {60, 40, 140, 120, 0, 0.125},
+                               {0, 50, 100, 50, 0, 1},         {-20, 10, 10, -30, 0, 0},
+                               {-5, -5, -5, 60, 0, 0},         {10, 51, 20, 51, 0, 0}};
+    for (const auto &[x1, y1, x2, y2, from, to] : lines) {
+        const QLineF whole(x1, y1, x2, y2);
         QPointF a = whole.p1(), b = whole.p2();
-        EXPECT_EQ(clipSegment({0, 0, 100, 50}, a, b), !left.isNull());
-        EXPECT_EQ(QLineF(a, b), left.isNull() ? whole : left);
+        EXPECT_EQ(clipSegment({0, 0, 100, 50}, a, b), to > 0);
+        EXPECT_EQ(QLineF(a, b), to > 0 ? QLineF(whole.pointAt(from), whole.pointAt(to)) : whole);
     }
 }
 

@@ -13,14 +13,12 @@ namespace {
 std::shared_ptr<const Table> levels(double step)
 {
     auto table = std::make_shared<Table>();
+    std::vector<double> high;
     for (double x = 0; x <= 100; x += step)
-        table->x.push_back(x);
-    for (const double y : {8, 3, 0, 5, 5, 5, 5, 7, 7, 7, 7, 7, 7})
+        table->x.push_back(x), high.push_back(x >= 40 && x <= 60 ? std::nan("") : 8);
+    table->columns.emplace_back("high", high);
+    for (const double y : {3, 0, 5, 5, 5, 5, 7, 7, 7, 7, 7, 7})
         table->columns.emplace_back("level", y ? std::vector<double>(table->rows(), y) : table->x);
-    std::vector<double> high = table->columns[0].values;
-    for (std::size_t i = 0; i < high.size(); ++i)
-        high[i] = table->x[i] >= 40 && table->x[i] <= 60 ? std::nan("") : 8;
-    table->columns[0] = Column("high", high);
     return table;
 }
 
@@ -56,9 +54,8 @@ protected:
                         mode[0] == GL_LINE && glGetError() == GL_NO_ERROR);
             glPopAttrib();
         });
-        QObject::connect(object, &GLWidget::PaintForeground, [this](GLW *glw, QPainter *painter) {
-            plot.paintForeground(glw, painter);
-        });
+        QObject::connect(object, &GLWidget::PaintForeground,
+                         [this](GLW *glw, QPainter *p) { plot.paintForeground(glw, p); });
         plot.setOptions(options);
         for (int i = 2; i < 13; ++i)
             plot.toggle(i);
@@ -77,12 +74,11 @@ protected:
         const QColor c = color(local);
         std::pair<int, char> nearest(120, '?');
         for (int i = 0; i <= paletteSize; ++i) {
-            const bool line = i < paletteSize;
-            const QColor o =
-                line ? seriesStyle(i, plot.theme()).color : plotColors(plot.theme()).background;
+            const QColor o = i < paletteSize ? seriesStyle(i, plot.theme()).color
+                                             : plotColors(plot.theme()).background;
             const int apart = std::abs(c.red() - o.red()) + std::abs(c.green() - o.green()) +
                               std::abs(c.blue() - o.blue());
-            nearest = std::min(nearest, {apart, line ? char('0' + i) : 'b'});
+            nearest = std::min(nearest, {apart, "012345b"[i]});
         }
         return nearest.second;
     }
@@ -92,9 +88,9 @@ protected:
         frame();
         std::string all;
         for (const QString &point : points.split(' ')) {
-            const double x = point.section(',', 0, 0).toDouble(),
-                         y = point.section(',', 1).toDouble();
-            all += seen({area.left() + x * area.width(), area.bottom() - y * area.height()});
+            const QPointF share = valueOf(point).toPointF();
+            all += seen({area.left() + share.x() * area.width(),
+                         area.bottom() - share.y() * area.height()});
         }
         return all;
     }
@@ -114,20 +110,33 @@ protected:
     QRectF area = layout.area;
 };
 
-// In x, 10 to 90 fill the area: the gap from 40 to 60 lies between 3/8 and 5/8 of it.
-TEST_P(PlotDrawing, LinesStandWhereTheirDataAre)
+// In x, 10 to 90 fill the area: the gap from 40 to 60 lies between 3/8 and 5/8 of it. Lines go on
+// beyond the range, not into margins.
+TEST_P(PlotDrawing, LinesAndGridStandWhereTheirDataAre)
 {
-    EXPECT_EQ(look("0.01,0.8 0.2,0.8 0.36,0.8 0.64,0.8 0.99,0.8"), "00000");
+    EXPECT_EQ(look("0.01,0.8 0.2,0.8 0.36,0.8 0.64,0.8 0.99,0.8 0.385,0.8 0.44,0.8 0.615,0.8 "
+                   "0.05,0.83 0.46,0.83 0.72,0.83"),
+              "00000bbbbbb");
     EXPECT_EQ(look("0.01,0.3 0.2,0.3 0.36,0.3 0.385,0.3 0.44,0.3 0.615,0.3 0.99,0.3"), "1111111");
-    EXPECT_EQ(look("0.385,0.8 0.44,0.8 0.615,0.8 0.05,0.83 0.46,0.83 0.72,0.83"), "bbbbbb");
-    const double y = area.bottom() - 0.3 * area.height(); // on beyond the range, not into margins
-    EXPECT_TRUE(seen({area.right() + 3, y}) == 'b' && seen({area.left() - 3, y}) == 'b');
+    const double low = area.bottom() - 0.3 * area.height();
+    EXPECT_TRUE(seen({area.right() + 3, low}) == 'b' && seen({area.left() - 3, low}) == 'b');
+    const PlotColors colors = plotColors(plot.theme());
+    int across = 0, up = 0; // lines of the grid, and those at round values
+    for (double x = int(area.left()) + 1; x < int(area.right()); ++x)
+        across += color({x, area.bottom() - 8}) != colors.grid                                ? 0
+                  : std::abs(std::remainder(plot.toData(object, {x + 0.5, 0}).x(), 10)) < 0.3 ? 1
+                                                                                              : 99;
+    for (double y = int(area.top()) + 2; y < int(area.bottom()); ++y)
+        up += color({area.left() + 3, y}) != colors.grid                                  ? 0
+              : std::abs(std::remainder(plot.toData(object, {0, y + 0.5}).y(), 1)) < 0.05 ? 1
+                                                                                          : 99;
+    EXPECT_TRUE(across > 0 && across < 30 && up > 1 && up < 30) << across << ' ' << up;
+    EXPECT_EQ(color({area.left() + 3, std::floor(area.bottom())}), colors.axis);
     plot.toggle(1);
     EXPECT_EQ(look("0.2,0.3"), "b");
     plot.toggle(2);
     plot.fit(object, {25.3, 25.30001, 0.00001, -0.00001}); // neighbours millions of pixels away
-    EXPECT_EQ(look("0.05,0.05 0.52,0.52 0.95,0.95"), "222");
-    EXPECT_EQ(look("0.05,0.08 0.52,0.55 0.95,0.98"), "bbb");
+    EXPECT_EQ(look("0.05,0.05 0.52,0.52 0.95,0.95 0.05,0.08 0.52,0.55 0.95,0.98"), "222bbb");
 }
 
 TEST_P(PlotDrawing, OnlyItsRectangleIsPaintedAndWhatIsNotSelectedFades)
@@ -148,23 +157,6 @@ TEST_P(PlotDrawing, OnlyItsRectangleIsPaintedAndWhatIsNotSelectedFades)
     plot.setBackground(false);
     frame();
     EXPECT_EQ(color({1, 1}), QColor(Qt::red));
-}
-
-TEST_P(PlotDrawing, GridLinesStandAtRoundValues)
-{
-    frame();
-    const PlotColors colors = plotColors(plot.theme());
-    int across = 0, up = 0;
-    for (double x = int(area.left()) + 1; x < int(area.right()); ++x)
-        if (color({x, area.bottom() - 8}) == colors.grid && ++across) {
-            EXPECT_NEAR(std::remainder(plot.toData(object, {x + 0.5, 0}).x(), 10), 0, 0.3) << x;
-        }
-    for (double y = int(area.top()) + 2; y < int(area.bottom()); ++y)
-        if (color({area.left() + 3, y}) == colors.grid && ++up) {
-            EXPECT_NEAR(std::remainder(plot.toData(object, {0, y + 0.5}).y(), 1), 0, 0.05) << y;
-        }
-    EXPECT_TRUE(across > 0 && across < 30 && up > 1 && up < 30) << across << ' ' << up;
-    EXPECT_EQ(color({area.left() + 3, std::floor(area.bottom())}), colors.axis);
 }
 
 TEST_P(PlotDrawing, LinesHaveTheirWidthsDashesAndDots)

@@ -3,7 +3,7 @@
 #include "GL/glwindow.h"
 #include "hand.h"
 #include "host/view/controls.h"
-#include "tests/GL/table.h"
+#include "tests/support/table.h"
 
 namespace host {
 namespace {

@@ -4,7 +4,7 @@
 #include <QClipboard>
 
 #include "sheet/support.h"
-#include "tests/GL/table.h"
+#include "tests/support/table.h"
 
 namespace host {
 namespace {

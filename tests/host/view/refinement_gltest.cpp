@@ -7,7 +7,7 @@
 
 #include "GL/glwidget.h"
 #include "GL/glwindow.h"
-#include "tests/GL/table.h"
+#include "tests/support/table.h"
 
 namespace host {
 namespace {

@@ -11,7 +11,7 @@
 #include "host/view/single_view.h"
 #include "host/view/window/menu_tree.h"
 #include "support.h"
-#include "tests/GL/table.h"
+#include "tests/support/table.h"
 
 namespace host {
 namespace {

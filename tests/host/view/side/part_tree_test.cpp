@@ -2,7 +2,7 @@
 // Which rows a list of parts has, and what they say.
 #include "host/view/side/part_tree_model.h"
 
-#include "tests/GL/table.h"
+#include "tests/support/table.h"
 
 namespace host {
 namespace {

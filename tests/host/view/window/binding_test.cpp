@@ -5,7 +5,7 @@
 
 #include "GL/action.h"
 #include "host/view/window/bindings_list.h"
-#include "tests/GL/table.h"
+#include "tests/support/table.h"
 
 namespace host {
 namespace {

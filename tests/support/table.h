@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-#ifndef TESTS_GL_TABLE_H
-#define TESTS_GL_TABLE_H
+#ifndef TESTS_SUPPORT_TABLE_H
+#define TESTS_SUPPORT_TABLE_H
 
-#include <ostream>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -10,10 +9,6 @@
 /// Declares Suite, a fixture that derives from Base and runs its TEST_P for each row of the array
 /// `rows` of Case, whose member `name` names the test.
 #define TABLE(Suite, Base, Case, rows)                                                             \
-    void PrintTo(const Case &c, std::ostream *out)                                                 \
-    {                                                                                              \
-        *out << c.name;                                                                            \
-    }                                                                                              \
     class Suite : public Base, public testing::WithParamInterface<Case> {};                        \
     INSTANTIATE_TEST_SUITE_P(Rows, Suite, testing::ValuesIn(rows),                                 \
                              [](const auto &row) { return std::string(row.param.name); })
