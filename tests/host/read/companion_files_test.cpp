@@ -13,73 +13,57 @@
 namespace host {
 namespace {
 
-struct CompanionCase {
-    const char *name;
-    const char *named;       // by the model; @ is the folder above it
-    bool read, readAnywhere; // whether its colour arrives
-    const char *note;        // part of the only note, or null
-};
+const QByteArray red = "newmtl red\nKd 1 0 0\n", redTriangle = "\nusemtl red\n" + objTriangle();
 
-const CompanionCase companionCases[] = {
-    {"Beside", "own.mtl", true, true, nullptr},
-    {"Below", "sub/own.mtl", true, true, nullptr},
-    {"Missing", "none.mtl", false, false, nullptr},
-    {"ByDots", "../out.mtl", false, true, "file outside the folder: not read (out.mtl)"},
-    {"Absolute", "@/out.mtl", false, true, "outside"},
-    {"NeighbourOfLikeName", "../model2/out.mtl", false, true, "outside"},
-    {"LinkInside", "in-link.mtl", true, true, nullptr},
-    {"LinkOutside", "out-link.mtl", false, true, "outside"},
-    {"LinkedFolder", "folder/out.mtl", false, true, "outside"},
-    {"OfAnotherMachine", "C:\\models\\own.mtl", true, true, nullptr},
-    {"ByItsNameHere", "/no/such/place/own.mtl", true, true, nullptr},
-    {"Pipe", "pipe.mtl", false, false, "pipe.mtl is not a regular file"},
-    {"Device", "/dev/zero", false, false, "zero"},
-};
-
-void PrintTo(const CompanionCase &c, std::ostream *out)
+TEST(CompanionFilesTest, AreReadOrNoted)
 {
-    *out << c.name;
-}
-
-class CompanionOf : public testing::TestWithParam<CompanionCase> {};
-
-TEST_P(CompanionOf, IsReadOrNoted)
-{
-    const CompanionCase &c = GetParam();
+    const struct {
+        const char *named;       // by the model; @ is the folder above it
+        bool read, readAnywhere; // whether its colour arrives
+        const char *note;        // part of the only note, or empty
+    } rows[] = {
+        {"own.mtl", true, true, ""},
+        {"sub/own.mtl", true, true, ""},
+        {"none.mtl", false, false, ""},
+        {"../out.mtl", false, true, "file outside the folder: not read (out.mtl)"},
+        {"@/out.mtl", false, true, "outside"},
+        {"../model2/out.mtl", false, true, "outside"}, // a neighbour of like name
+        {"in-link.mtl", true, true, ""},
+        {"out-link.mtl", false, true, "outside"},
+        {"folder/out.mtl", false, true, "outside"}, // a link
+        {"C:\\models\\own.mtl", true, true, ""},
+        {"/no/such/place/own.mtl", true, true, ""},
+        {"pipe.mtl", false, false, "pipe.mtl is not a regular file"},
+        {"/dev/zero", false, false, "zero"},
+    };
     const ModelFolder folder;
-    const QByteArray red = "newmtl red\nKd 1 0 0\n";
     for (const char *path : {"out.mtl", "model2/out.mtl", "model/own.mtl", "model/sub/own.mtl"})
-        folder.write(QLatin1String(path), red);
-    const QString in = folder.path(QStringLiteral("model/"));
-    QFile::link(QStringLiteral("sub/own.mtl"), in + "in-link.mtl");
-    QFile::link(QStringLiteral("../out.mtl"), in + "out-link.mtl");
-    QFile::link(QStringLiteral("../model2"), in + "folder");
+        folder.write(path, red);
+    const QString in = folder.path("model/");
+    QFile::link("sub/own.mtl", in + "in-link.mtl");
+    QFile::link("../out.mtl", in + "out-link.mtl");
+    QFile::link("../model2", in + "folder");
     ASSERT_EQ(mkfifo(QFile::encodeName(in + "pipe.mtl").constData(), 0600), 0);
-    const QByteArray named = QByteArray(c.named).replace('@', folder.path({}).toUtf8());
-    const QString model = folder.write(QStringLiteral("model/a.obj"),
-                                       "mtllib " + named + "\nusemtl red\n" + objTriangle());
-    for (const Companions allowed : {Companions::InFolder, Companions::Anywhere}) {
-        const bool anywhere = allowed == Companions::Anywhere;
-        const Imported got = importMesh(model, {}, {}, allowed);
-        ASSERT_TRUE(got.ok()) << got.reason.toStdString();
-        EXPECT_EQ(got.mesh.parts[0].colour[1] == 0, anywhere ? c.readAnywhere : c.read) << anywhere;
-        const bool noted = anywhere ? c.note && !c.readAnywhere : c.note != nullptr;
-        ASSERT_EQ(got.mesh.notes.size(), noted ? 1 : 0) << got.mesh.notes.join('|').toStdString();
-        if (c.note && !anywhere) {
-            EXPECT_TRUE(got.mesh.notes[0].contains(c.note)) << got.mesh.notes[0].toStdString();
+    for (const auto &c : rows) {
+        SCOPED_TRACE(c.named);
+        const QByteArray named = QByteArray(c.named).replace('@', folder.path({}).toUtf8());
+        const QString model = folder.write("model/a.obj", "mtllib " + named + redTriangle);
+        for (const Companions allowed : {Companions::InFolder, Companions::Anywhere}) {
+            const bool anywhere = allowed == Companions::Anywhere;
+            const Mesh mesh = importMesh(model, {}, {}, allowed).mesh;
+            EXPECT_EQ(mesh.parts.at(0).colour[1] == 0, anywhere ? c.readAnywhere : c.read);
+            const bool noted = *c.note && !(anywhere && c.readAnywhere);
+            EXPECT_EQ(mesh.notes.size(), noted ? 1 : 0) << mesh.notes.join('|').toStdString();
+            EXPECT_TRUE(anywhere || mesh.notes.value(0).contains(c.note)) << c.note;
         }
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, CompanionOf, testing::ValuesIn(companionCases),
-                         [](const auto &row) { return std::string(row.param.name); });
-
 TEST(CompanionFilesTest, TheReadersProgramDecides)
 {
     const ModelFolder folder;
-    folder.write("out.mtl", "newmtl red\nKd 1 0 0\n");
-    const QString model =
-        folder.write("model/a.obj", "mtllib ../out.mtl\nusemtl red\n" + objTriangle());
+    folder.write("out.mtl", red);
+    const QString model = folder.write("model/a.obj", "mtllib ../out.mtl" + redTriangle);
     for (const Companions allowed : {Companions::InFolder, Companions::Anywhere}) {
         ReaderProgram program;
         program.companions = allowed;
@@ -96,16 +80,14 @@ TEST(CompanionFilesTest, NotesNameTexturesAndEnd)
 {
     const ModelFolder folder;
     QByteArray materials;
-    for (int i = 0; i < 20; ++i)
-        materials +=
-            "newmtl m" + QByteArray::number(i) + "\nmap_Kd ../t" + QByteArray::number(i) + ".png\n";
-    folder.write(QStringLiteral("a.mtl"), materials);
-    const QStringList notes = importMesh(folder.write(QStringLiteral("a.obj"),
-                                                      "mtllib a.mtl\nusemtl m0\n" + objTriangle()))
-                                  .mesh.notes;
+    for (const char letter : QByteArray("abcdefghijklmnopqrst"))
+        materials += QByteArray("newmtl @\nmap_Kd ../@.png\n").replace('@', letter);
+    folder.write("a.mtl", materials);
+    const QString model = folder.write("a.obj", "mtllib a.mtl\nusemtl a\n" + objTriangle());
+    const QStringList notes = importMesh(model).mesh.notes;
     ASSERT_EQ(notes.size(), CompanionFiles::maxNotes);
-    EXPECT_EQ(notes.first(), QStringLiteral("texture outside the folder: not read (t0.png)"));
-    EXPECT_EQ(notes.last(), QStringLiteral("13 more files not read"));
+    EXPECT_EQ(notes.first(), "texture outside the folder: not read (a.png)");
+    EXPECT_EQ(notes.last(), "13 more files not read");
 }
 
 } // namespace

@@ -45,6 +45,38 @@ QByteArray objTriangle()
     return "v 0 0 0\nv 2 0 0\nv 0 3 0\nf 1 2 3\n";
 }
 
+QByteArray floats(const std::vector<float> &values)
+{
+    return QByteArray(reinterpret_cast<const char *>(values.data()), int(values.size() * 4));
+}
+
+QByteArray gltf(const QString &rest, const std::vector<GltfArray> &arrays)
+{
+    QStringList accessors, views, buffers;
+    for (const GltfArray &a : arrays) {
+        const QString number = QString::number(views.size()), size = QString::number(a.data.size());
+        accessors << QString(R"({"bufferView":%1,"componentType":%2,"count":%3,"type":"%4"})")
+                         .arg(number)
+                         .arg(a.componentType)
+                         .arg(a.count)
+                         .arg(a.type);
+        views << QString(R"({"buffer":%1,"byteLength":%2})").arg(number, size);
+        buffers << QString(R"({"byteLength":%1,"uri":"data:application/octet-stream;base64,%2"})")
+                       .arg(size, QString(a.data.toBase64()));
+    }
+    return QString(R"({"asset":{"version":"2.0"},"scene":0,%1,)"
+                   R"("accessors":[%2],"bufferViews":[%3],"buffers":[%4]})")
+        .arg(rest, accessors.join(','), views.join(','), buffers.join(','))
+        .toUtf8();
+}
+
+QByteArray ply(const QByteArray &format, QByteArray elements, const QByteArray &data)
+{
+    elements.replace(", ", "\nproperty ").replace("; ", "\nelement ");
+    return "ply\nformat " + format + " 1.0\ncomment x\nelement " + elements + "\nend_header\n" +
+           data;
+}
+
 namespace {
 
 QVector3D vectorAt(const std::vector<float> &a, std::size_t i)
@@ -56,23 +88,40 @@ QVector3D vectorAt(const std::vector<float> &a, std::size_t i)
 
 void expectPromises(const Mesh &mesh)
 {
+    using Kind = MeshPart::Kind;
     ASSERT_FALSE(mesh.parts.empty());
     ASSERT_LE(mesh.normalCount(), mesh.firstPoint());
     quint32 covered = 0, vertices = quint32(mesh.firstPoint());
-    auto kind = MeshPart::Kind::Triangles;
+    Kind kind = Kind::Triangles;
     for (const MeshPart &part : mesh.parts) {
-        const bool points = part.kind == MeshPart::Kind::Points;
-        EXPECT_GE(part.kind, std::exchange(kind, part.kind));
+        const bool points = part.kind == Kind::Points;
+        EXPECT_TRUE(part.kind >= std::exchange(kind, part.kind) && part.kind <= Kind::Points);
         EXPECT_EQ(part.firstIndex, covered);
         EXPECT_FALSE(part.name.isEmpty());
         EXPECT_EQ(part.indexCount > 0, !points);
+        EXPECT_EQ(part.indexCount % (part.kind == Kind::Triangles ? 3 : 2), 0u);
         EXPECT_EQ(part.vertexCount > 0, points);
         EXPECT_EQ(part.firstVertex, points ? vertices : 0);
         covered += part.indexCount;
         vertices += part.vertexCount;
+        for (const float c : part.colour)
+            EXPECT_TRUE(c >= 0 && c <= 1);
+        const Cover &c = part.cover;
+        EXPECT_TRUE(c.texture >= -1 && c.texture < qint32(mesh.textures.size()));
+        EXPECT_TRUE(c.texture < 0 || part.kind == Kind::Triangles);
+        EXPECT_TRUE(c.wrapS <= Cover::Clamp && c.wrapT <= Cover::Clamp &&
+                    c.alpha <= Cover::Blended && c.cutoff >= 0 && c.cutoff <= 1);
+        EXPECT_TRUE(part.node >= -1 && part.node < qint32(mesh.nodes.size()));
     }
     EXPECT_EQ(covered, mesh.indices.size());
     EXPECT_EQ(vertices, mesh.vertexCount());
+    for (std::size_t i = 0; i < mesh.nodes.size(); ++i)
+        EXPECT_TRUE(mesh.nodes[i].above >= -1 && mesh.nodes[i].above < qint32(i));
+    EXPECT_TRUE(mesh.axes.isValid());
+    for (const double c : mesh.origin)
+        EXPECT_LE(std::abs(c), Mesh::maxCoordinate);
+    for (const float c : mesh.positions)
+        EXPECT_LE(std::abs(c), Mesh::maxCoordinate);
     QVector3D low = vectorAt(mesh.positions, 0), high = low;
     for (std::size_t i = 0; i < mesh.vertexCount(); ++i) {
         if (i < mesh.normalCount()) {
@@ -87,13 +136,12 @@ void expectPromises(const Mesh &mesh)
     for (std::size_t i = 0; i < mesh.indices.size(); ++i)
         EXPECT_LT(mesh.indices[i],
                   i < mesh.triangleCount() * 3 ? mesh.normalCount() : mesh.firstPoint());
+    EXPECT_TRUE(mesh.colours.empty() || mesh.colours.size() == mesh.vertexCount() * 4);
     EXPECT_EQ(mesh.uvs.size(), mesh.textures.empty() ? 0 : mesh.normalCount() * 2);
     for (const float v : mesh.uvs)
         EXPECT_LE(std::abs(v), Mesh::maxUv);
     for (const TexturePtr &t : mesh.textures)
         EXPECT_EQ(t->pixels.size(), std::size_t(t->width) * t->height * 4);
-    for (const MeshPart &part : mesh.parts)
-        EXPECT_LT(part.cover.texture, qint32(mesh.textures.size()));
 }
 
 void expectSound(const Mesh &mesh)

@@ -2,6 +2,8 @@
 #ifndef TESTS_HOST_READ_SUPPORT_H
 #define TESTS_HOST_READ_SUPPORT_H
 
+#include <vector>
+
 #include <QByteArray>
 #include <QDir>
 #include <QString>
@@ -27,6 +29,22 @@ QByteArray objGrid(int side);
 
 /// A triangle in the x-y plane with the corners (0,0,0), (2,0,0), (0,3,0), as an OBJ file.
 QByteArray objTriangle();
+
+/// An accessor of a glTF file.
+struct GltfArray {
+    const char *type; ///< As the format names it, such as "VEC3".
+    int count;
+    QByteArray data;
+    int componentType = 5126; ///< Floats; 5121: bytes.
+};
+QByteArray floats(const std::vector<float> &values);
+
+/// A glTF file of what @p rest says, scenes and what they need, with @p arrays as its accessors.
+QByteArray gltf(const QString &rest, const std::vector<GltfArray> &arrays);
+
+/// A PLY file. @p elements tells of what, as "vertex 2, float x, float y; face 0, list uchar int
+/// i".
+QByteArray ply(const QByteArray &format, QByteArray elements, const QByteArray &data);
 
 /// What a test has in place of a parser: tries what none may do, and fails with what came of it.
 Imported tryForbidden(const QString &path);
