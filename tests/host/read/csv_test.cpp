@@ -33,67 +33,65 @@ const char *const quoteInside =
     "a quote stands inside a field; it must be doubled and the field quoted";
 
 const struct {
-    QByteArray bytes;
+    QByteArray bytes; // | ends a line, ' stands for "
     std::string summary;
     const char *file = "file.csv";
 } files[] = {
-    {"t,a,b\n1,2,3\n4,5,6", "t|a|b: 1 2 3; 4 5 6"},
-    {"\xEF\xBB\xBFt,a\r\n1,2\r\n\r\n3,4\r\n", "t|a: 1 2; 3 4"},
-    {"t\ta\n1\t2\n3\t\n", "t|a: 1 2; 3 -"},
-    {"t;a, b\n1,5;2,25\n2;-3.5\n", "t|a, b: 1.5 2.25; 2 -3.5"},
-    {"t;a\n1;2\n3;1,2,3\n4;1,2.5\n5;6\n6;7\n7;8\n",
-     "line 3: the value of a is \"1,2,3\", not a number"},
-    {"\"t, s\",\"a \"\"q\"\"\nz\"\n\"1\",\"2\"\n", "t, s|a \"q\" z: 1 2"},
-    {"\"t;;;;\",a\n1,2\n", "t;;;;|a: 1 2"},
-    {"t,a\n1,\n2,NA\n3,nan\n4,-\n5,7\n", "t|a: 1 -; 2 -; 3 -; 4 -; 5 7"},
-    {"1,2,-\n3,4,5\n", "column 1|column 2|column 3: 1 2 -; 3 4 5"},
-    {"1970-01-02,2\n", "column 1|column 2 over time: 86400 2"},
-    {"-,2\n1,3\n", "-|2: 1 3"},
-    {"t,2001,2002\n1,2,3\n", "t|2001|2002: 1 2 3"},
-    {",,b\n1,2,3\n", "column 1|column 2|b: 1 2 3"},
-    {"t,w,a,e\n1,rain,2,\n2,7,3,\n", "t|a/w|e: 1 2; 2 3"},
-    {"t,a\n-1e3,+.5\n 7 ,\t8 \n", "t|a: -1000 0.5; 7 8"},
-    {"t,a\n3,1\n1,2\n3,3\n1,4\n", "t|a: 1 2; 1 4; 3 1; 3 3"},
-    {"d,a\n1969-12-31,1\n1972-03-01,2\n", "d|a over time: -86400 1; 68256000 2"},
-    {"d,a\n1970-01-01T00:00:01.5,1\n1970-01-01 02:00+02:00,2\n1970-01-01T00:00:00-0030,3\n"
-     "1970-02,4\n1970-01-01T23:59:59Z,5\n1970-01-01T09:01+09,6\n",
+    {"t,a,b|1,2,3|4,5,6", "t|a|b: 1 2 3; 4 5 6"},
+    {"\xEF\xBB\xBFt,a\r|1,2\r|\r|3,4\r|", "t|a: 1 2; 3 4"},
+    {"t\ta|1\t2|3\t|", "t|a: 1 2; 3 -"},
+    {"t;a, b|1,5;2,25|2;-3.5|", "t|a, b: 1.5 2.25; 2 -3.5"},
+    {"t;a|1;2|3;1,2,3|4;1,2.5|5;6|6;7|7;8|", "line 3: the value of a is \"1,2,3\", not a number"},
+    {"'t, s','a ''q''|z'|'1','2'|", "t, s|a \"q\" z: 1 2"},
+    {"'t;;;;',a|1,2|", "t;;;;|a: 1 2"},
+    {"t,a|1,|2,NA|3,nan|4,-|5,7|", "t|a: 1 -; 2 -; 3 -; 4 -; 5 7"},
+    {"1,2,-|3,4,5|", "column 1|column 2|column 3: 1 2 -; 3 4 5"},
+    {"1970-01-02,2|", "column 1|column 2 over time: 86400 2"},
+    {"-,2|1,3|", "-|2: 1 3"},
+    {"t,2001,2002|1,2,3|", "t|2001|2002: 1 2 3"},
+    {",,b|1,2,3|", "column 1|column 2|b: 1 2 3"},
+    {"t,w,a,e|1,rain,2,|2,7,3,|", "t|a/w|e: 1 2; 2 3"},
+    {"t,a|-1e3,+.5| 7 ,\t8 |", "t|a: -1000 0.5; 7 8"},
+    {"t,a|3,1|1,2|3,3|1,4|", "t|a: 1 2; 1 4; 3 1; 3 3"},
+    {"d,a|1969-12-31,1|1972-03-01,2|", "d|a over time: -86400 1; 68256000 2"},
+    {"d,a|1970-01-01T00:00:01.5,1|1970-01-01 02:00+02:00,2|1970-01-01T00:00:00-0030,3|"
+     "1970-02,4|1970-01-01T23:59:59Z,5|1970-01-01T09:01+09,6|",
      "d|a over time: 0 2; 1.5 1; 60 6; 1800 3; 86399 5; 2678400 4"},
-    {"t\ta,b,c\n1\t2\n", "t|a,b,c: 1 2", "a.tsv"},
-    {"t,a\n1,2\n", "t|a: 1 2", "a.tsv"},
-    {"t\ta,b,c\n1\t1,2,3\n", "line 2: x (t a) is \"1 1\", neither a number nor an ISO date"},
-    {"t;a\n1,5;2\n", "t|a: 1.5 2", "a.TXT"},
-    {"Dear diary,\nit rains\n", "the text is no table: line 2: 1 fields where the first row has 2",
+    {"t\ta,b,c|1\t2|", "t|a,b,c: 1 2", "a.tsv"},
+    {"t,a|1,2|", "t|a: 1 2", "a.tsv"},
+    {"t\ta,b,c|1\t1,2,3|", "line 2: x (t a) is \"1 1\", neither a number nor an ISO date"},
+    {"t;a|1,5;2|", "t|a: 1.5 2", "a.TXT"},
+    {"Dear diary,|it rains|", "the text is no table: line 2: 1 fields where the first row has 2",
      "a.txt"},
 
-    {"\n  \r\n\n", "the file is empty"},
-    {"t,a\n", "the file has names of columns but no rows"},
-    {"t,a,b\n1,2,3\n\n1,2\n", "line 4: 2 fields where the first row has 3"},
-    {"t,a\n1,2,3\n", "line 2: 3 fields where the first row has 2"},
-    {"t,\"a\nb\"\n1,2\n1\n", "line 4: 1 fields where the first row has 2"},
-    {"t,a\nmon,2\n", "line 2: x (t) is \"mon\", neither a number nor an ISO date"},
-    {"t,a\n1,2\nabc,2\n", "line 3: x (t) is \"abc\", not a number like those above"},
-    {"t,a\n1,2\ninf,2\n", "line 3: x (t) is \"inf\", not a number like those above"},
-    {"t,a\n1,2\n,2\n", "line 3: the value of x (t) is missing"},
-    {"t,a,b\n1,2,3\n2,3,1.2.3\n3,x,4\n4,5,6\n",
-     "line 3: the value of b is \"1.2.3\", not a number"},
-    {"t,a\n1,2\n2,3\n3," + QByteArray(41, 'w') + '\n',
+    {"|  \r||", "the file is empty"},
+    {"t,a|", "the file has names of columns but no rows"},
+    {"t,a,b|1,2,3||1,2|", "line 4: 2 fields where the first row has 3"},
+    {"t,a|1,2,3|", "line 2: 3 fields where the first row has 2"},
+    {"t,'a|b'|1,2|1|", "line 4: 1 fields where the first row has 2"},
+    {"t,a|mon,2|", "line 2: x (t) is \"mon\", neither a number nor an ISO date"},
+    {"t,a|1,2|abc,2|", "line 3: x (t) is \"abc\", not a number like those above"},
+    {"t,a|1,2|inf,2|", "line 3: x (t) is \"inf\", not a number like those above"},
+    {"t,a|1,2|,2|", "line 3: the value of x (t) is missing"},
+    {"t,a,b|1,2,3|2,3,1.2.3|3,x,4|4,5,6|", "line 3: the value of b is \"1.2.3\", not a number"},
+    {"t,a|1,2|2,3|3," + QByteArray(41, 'w') + '|',
      "line 4: the value of a is \"" + std::string(40, 'w') + "…\", not a number"},
-    {"t,a,b\n1,x,y\n", "no column after the first holds numbers (a, b)"},
-    {"t\n1\n", "line 1: only one column; x and at least one series are needed, separated by comma, "
-               "semicolon or tab"},
-    {"t,a\n1,2\n3,\"4\n5,6\n", "line 3: a quote opened in this row is never closed"},
-    {"t,a\n1,2\n3,4\"5\n", std::string("line 3: ") + quoteInside},
-    {"t,a\n\"1\n2\"3,4\n", std::string("line 3: ") + quoteInside + " (the row begins on line 2)"},
-    {QByteArray("t,a\n1,\0\n", 8), "line 2: a zero byte: the file is binary or not UTF-8 text"},
+    {"t,a,b|1,x,y|", "no column after the first holds numbers (a, b)"},
+    {"t|1|", "line 1: only one column; x and at least one series are needed, separated by comma, "
+             "semicolon or tab"},
+    {"t,a|1,2|3,'4|5,6|", "line 3: a quote opened in this row is never closed"},
+    {"t,a|1,2|3,4'5|", std::string("line 3: ") + quoteInside},
+    {"t,a|'1|2'3,4|", std::string("line 3: ") + quoteInside + " (the row begins on line 2)"},
+    {QByteArray("t,a|1,\0|", 8), "line 2: a zero byte: the file is binary or not UTF-8 text"},
     {QByteArray("\xFF\xFEt\0,\0", 6), "the text is UTF-16; save it as UTF-8"},
     // Within and beyond limits of 4 columns, 6 rows, 12 values and 200 bytes a row.
-    {"t,a,b,c\n1,2,3,4\n", "t|a|b|c: 1 2 3 4"},
-    {"t,a,b,c,d\n1,2,3,4,5\n", "line 1: 5 columns; at most 4 can be shown"},
-    {"t,a\n1,1\n2,2\n3,3\n4,4\n5,5\n6,6\n7,7\n",
+    {"t,a,b,c|1,2,3,4|", "t|a|b|c: 1 2 3 4"},
+    {"t,a,b,c,d|1,2,3,4,5|", "line 1: 5 columns; at most 4 can be shown"},
+    {"t,a|1,1|2,2|3,3|4,4|5,5|6,6|7,7|",
      "line 8: more than 6 rows, which is the most that can be shown"},
-    {"t,a,b\n1,1,1\n2,2,2\n3,3,3\n4,4,4\n5,5,5\n",
+    {"t,a,b|1,1,1|2,2,2|3,3,3|4,4,4|5,5,5|",
      "line 6: more than 12 values, which is the most that can be shown"},
-    {"t,a\n1,2\n3,\"" + QByteArray(300, '\n') + "\"\n",
+    {"t,a|1,2|3,'" + QByteArray(300, '|') + "'|",
      "line 3: a row of more than 200 bytes; is a quote left open?"},
 };
 
@@ -107,7 +105,8 @@ TEST(Csv, IsATableOrAMessageWithFileLineAndReason)
     const ModelFolder folder;
     for (const auto &c : files) {
         SCOPED_TRACE(c.bytes.toStdString());
-        const QString file = folder.write(c.file, c.bytes);
+        const QString file =
+            folder.write(c.file, QByteArray(c.bytes).replace('|', '\n').replace('\'', '"'));
         EXPECT_EQ(summary(readCsv(file, {}, small)), c.summary);
     }
 }

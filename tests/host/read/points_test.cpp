@@ -14,7 +14,7 @@ namespace {
 
 /// The points of a mesh in the file's coordinates, with colours if there are any, sorted, and its
 /// notes; or the reason why there is none.
-std::string summaryOf(const Imported &got)
+std::string pointsOf(const Imported &got)
 {
     if (!got.ok())
         return got.reason.toStdString();
@@ -112,7 +112,7 @@ TEST(PointReader, GivesThePointsOrTheReason)
     const ModelFolder folder;
     for (const auto &c : files) {
         SCOPED_TRACE(c.file);
-        const std::string summary = summaryOf(importMesh(folder.write(c.file, c.content)));
+        const std::string summary = pointsOf(importMesh(folder.write(c.file, c.content)));
         EXPECT_NE(summary.find(c.summary), std::string::npos) << summary;
         EXPECT_EQ(summary.find("point|"), std::string::npos);
     }

@@ -98,7 +98,8 @@ TEST_F(ReadQueueTest, RunsAsManyAsAllowedReadsBothKindsAndCountsThem)
     QSignalSpy totals(&queue, &ReadQueue::totals);
     for (int i = 0; i < 6; ++i)
         queue.add(file(i));
-    queue.add(folder.write(QStringLiteral("größe.obj"), objGrid(200)));
+    queue.add(folder.write(QStringLiteral("größe.obj"),
+                           objTriangle() + QByteArray("f 1 2 3\n").repeated(20000)));
     queue.add(folder.write("t.csv", "t,a\n" + QByteArray("1,2\n").repeated(100000)));
     queue.add(folder.path("gone.obj"));
     queue.add(folder.write("bad.tsv", "t\ta\n1\n"));
@@ -113,7 +114,7 @@ TEST_F(ReadQueueTest, RunsAsManyAsAllowedReadsBothKindsAndCountsThem)
         triangles += content.mesh ? content.mesh->triangleCount() : 0;
         rows += content.table ? content.table->rows() : 0;
     }
-    EXPECT_EQ(triangles, 80006u);
+    EXPECT_EQ(triangles, 20007u);
     EXPECT_EQ(rows, 100000u);
     queue.add(file(7));
     EXPECT_EQ(queue.total(), 1) << "a new count";
@@ -168,20 +169,27 @@ TEST_F(ReadQueueTest, MayBeDeletedFromItsOwnSignals)
 
 TEST(ReadQueueChild, ServesUntilItHasServedEnoughOrHasGrownOrCrashesAndIsReplaced)
 {
+    const char *const well = "exec %2 --reader";
     const struct {
-        QStringList arguments;
+        const char *shell; // what it does, of %2, in place of the reader
         int mostServed;
         quint64 keptBytes;
-        int processes; // that five files take, if they are counted
-    } rows[] = {{{"--count", "processes"}, 200, quint64(1) << 40, 1},
-                {{"--count", "processes"}, 2, quint64(1) << 40, 3},
-                {{"--count", "processes"}, 200, 1, 5},
-                {{"--misbehave", "one"}, 200, quint64(1) << 40, 0}};
+        int processes; // that five files take
+    } rows[] = {
+        {well, 200, quint64(1) << 40, 1},
+        {well, 2, quint64(1) << 40, 3},
+        {well, 200, 1, 5},
+        {"dd bs=4096 count=1 | %2 --reader; dd bs=4096 count=1 >&2; kill -SEGV $$", 200,
+         quint64(1) << 40, 5},
+    };
     for (const auto &c : rows) {
         const ModelFolder folder;
         ReaderProgram program;
-        program.arguments = c.arguments;
-        program.arguments.replaceInStrings("processes", folder.path("processes"));
+        program.path = "/bin/sh";
+        program.arguments = QStringList{
+            "-c", QString("printf x >> %1; ")
+                      .append(c.shell)
+                      .arg(folder.path("processes"), QCoreApplication::applicationFilePath())};
         program.mostServed = c.mostServed;
         program.limits.keptBytes = c.keptBytes;
         ReadQueue queue(nullptr, program);
@@ -202,33 +210,33 @@ TEST(ReadQueueChild, ThatFailsLeavesAReason)
     const char *const slow = "reading it took longer than 1 s";
     const char *const memory = "the reader ran out of its memory limit of 512.0 MiB";
     const struct {
-        const char *how; // the child is to behave, or its program; empty: as it should
+        const char *shell; // what a shell does in place of the reader, or its path; empty: reads
         const char *file;
         QByteArray content;
         const char *reason; // or its beginning
     } rows[] = {
-        {"crash", "a.obj", "x", "the reader crashed (signal 11) on it"},
-        {"sleep", "a.csv", "x", slow},
-        {"garbage", "a.obj", "x", "the reader's answer is broken"},
-        {"silent", "a.obj", "x", "the reader stopped without an answer (exit code 3)"},
-        {"memory", "a.csv", "x", memory},
+        {"kill -SEGV $$", "a.obj", "x", "the reader crashed (signal 11) on it"},
+        {"exec sleep 60", "a.csv", "x", slow},
+        {"printf %099d; exec sleep 60", "a.obj", "x", "the reader's answer is broken"},
+        {"exit 3", "a.obj", "x", "the reader stopped without an answer (exit code 3)"},
+        {"exit 77", "a.csv", "x", memory},
         {"/none", "a.csv", "x", "the reader /none does not start: "},
         // assimp 5.2 looks for the end of this header for ever.
         {"", "a.ply", "ply\nformat ascii 1.0\nelement vertex 3\nprop", slow},
         {"", "a.off", "OFF\n60000000 60000000 0\n0 0 0\n", memory},
     };
     for (const auto &c : rows) {
-        if (!*c.how && c.reason == memory && !canLimitMemory())
+        if (!*c.shell && c.reason == memory && !canLimitMemory())
             continue; // this build has no limit, and the file would take gigabytes
         const ModelFolder folder;
         ReaderProgram program;
-        if (*c.how == '/')
-            program.path = c.how;
-        else if (*c.how)
-            program.arguments = QStringList{"--misbehave", c.how};
+        if (*c.shell) {
+            program.path = *c.shell == '/' ? c.shell : "/bin/sh";
+            program.arguments = QStringList{"-c", QString("head -c 1 >&2; ") + c.shell};
+        }
         program.limits.memory = 512u << 20;
         program.limits.cpuSeconds = 1;
-        program.limits.wallSeconds = *c.how ? 1 : 60;
+        program.limits.wallSeconds = *c.shell ? 1 : 60;
         ReadQueue queue(nullptr, program);
         const Log log(queue);
         queue.add(folder.write(c.file, c.content));

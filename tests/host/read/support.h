@@ -2,6 +2,7 @@
 #ifndef TESTS_HOST_READ_SUPPORT_H
 #define TESTS_HOST_READ_SUPPORT_H
 
+#include <string>
 #include <vector>
 
 #include <QByteArray>
@@ -23,9 +24,6 @@ public:
 private:
     QTemporaryDir dir_;
 };
-
-/// A flat square grid of @p side x @p side quads, as an OBJ file.
-QByteArray objGrid(int side);
 
 /// A triangle in the x-y plane with the corners (0,0,0), (2,0,0), (0,3,0), as an OBJ file.
 QByteArray objTriangle();
@@ -54,6 +52,12 @@ void expectPromises(const Mesh &mesh);
 
 /// The same, and where it breaks one of importMesh().
 void expectSound(const Mesh &mesh);
+
+/// Expects a sound mesh, and tells what is seen of it: vertices/triangles, its box, the first
+/// vertex's normal or, where there is none, the lines and points, and its colour; the size of the
+/// first part's texture, the lower left pixel and how its alpha counts; the notes. Or why there is
+/// no mesh.
+std::string summaryOf(const Imported &got);
 
 } // namespace host
 

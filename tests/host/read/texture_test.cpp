@@ -4,7 +4,6 @@
 #include <sstream>
 
 #include <QBuffer>
-#include <QColor>
 #include <QImage>
 #include <gtest/gtest.h>
 
@@ -53,29 +52,7 @@ QByteArray tga(int side, int rows)
            QByteArray("\xff\x80\0\0\0\0", 6);
 }
 
-/// How the first part is covered: the texture's size, its lower left pixel, how its alpha counts,
-/// the part's colour; and the notes.
-std::string summaryOf(const Imported &got)
-{
-    if (!got.ok())
-        return got.reason.toStdString();
-    const Mesh &mesh = got.mesh;
-    expectSound(mesh);
-    const auto &c = mesh.parts[0].colour;
-    const QString notes = mesh.notes.join('|');
-    const Cover &cover = mesh.parts[0].cover;
-    if (cover.texture < 0)
-        return ("- " + notes).toStdString();
-    const Texture &texture = *mesh.textures.at(std::size_t(cover.texture));
-    const quint8 *p = texture.pixels.data();
-    return QStringLiteral("%1x%2 %3 %4 %5%6")
-        .arg(texture.width)
-        .arg(texture.height)
-        .arg(QColor(p[0], p[1], p[2], p[3]).name(QColor::HexArgb))
-        .arg(QStringLiteral("ICB")[cover.alpha])
-        .arg(QColor::fromRgbF(c[0], c[1], c[2]).name(), notes)
-        .toStdString();
-}
+constexpr std::size_t shapeEnd = 30; // in what summaryOf() tells
 
 /// A square whose corners share places, but not all of their coordinates, covered by @p map, which
 /// more of the material follows.
@@ -94,40 +71,45 @@ TEST(TextureTest, ArrivesOrLeavesTheColourAndALine)
 
     const struct {
         QByteArray map, picture; // null: it is there, or it is not to be
-        std::string summary;
+        std::string summary;     // behind the shape
     } rows[] = {
-        {"a.png", png(), "2x2 #ff0000ff I #ffffff"},
-        {"C:\\old\\deep\\in.png", {}, "1x2 #ff0080ff I #ffffff"},
-        {"a.png\nKd 1 0 0", {}, "2x2 #ff0000ff I #ff0000"},
-        {"named.tga", png(), "2x2 #ff0000ff I #ffffff"}, // what it is its bytes say
-        {"deep/in.png", tga(1, 2), "1x2 #ff0080ff I #ffffff"},
-        {"grey.jpg", file(grey, "jpeg"), "16x16 #ff808080 I #ffffff"},
-        {"mono.bmp", mono(), "8x2 #ff00ff00 I #ffffff"},
-        {"wide.png", file(line, "png"), "4096x1 #ff000000 I #ffffff"},
-        {"hole.png", png(0), "2x2 #000000ff C #ffffff"},
-        {"pale.png", png(128), "2x2 #800000ff I #ffffff"},
-        {"pale.png\nmap_d pale.png", {}, "2x2 #800000ff B #ffffff"},
-        {"unseen.png", file(plain(2, 2, 0), "png"), "2x2 #00000000 I #ffffff"},
-        {"none.png", {}, "- texture not found: none.png"},
-        {"../a.png", {}, "2x2 #ff0000ff I #ffffff"}, // it is here as well
-        {"empty.png", "", "- texture not read: empty.png: it is empty"},
-        {"cut.png", png().left(60), "- texture not read: cut.png: it is broken or cut short"},
+        {"a.png", png(), "#ffffffff 2x2 #ff0000ff I"},
+        {"C:\\old\\deep\\in.png", {}, "#ffffffff 1x2 #ff0080ff I"},
+        {"a.png\nKd 1 0 0", {}, "#ffff0000 2x2 #ff0000ff I"},
+        {"named.tga", png(), "#ffffffff 2x2 #ff0000ff I"}, // what it is its bytes say
+        {"deep/in.png", tga(1, 2), "#ffffffff 1x2 #ff0080ff I"},
+        {"grey.jpg", file(grey, "jpeg"), "#ffffffff 16x16 #ff808080 I"},
+        {"mono.bmp", mono(), "#ffffffff 8x2 #ff00ff00 I"},
+        {"wide.png", file(line, "png"), "#ffffffff 4096x1 #ff000000 I"},
+        {"hole.png", png(0), "#ffffffff 2x2 #000000ff C"},
+        {"pale.png", png(128), "#ffffffff 2x2 #800000ff I"},
+        {"pale.png\nmap_d pale.png", {}, "#ffffffff 2x2 #800000ff B"},
+        {"unseen.png", file(plain(2, 2, 0), "png"), "#ffffffff 2x2 #00000000 I"},
+        {"none.png", {}, "#ff808080 texture not found: none.png"},
+        {"../a.png", {}, "#ffffffff 2x2 #ff0000ff I"}, // it is here as well
+        {"empty.png", "", "#ff808080 texture not read: empty.png: it is empty"},
+        {"cut.png", png().left(60),
+         "#ff808080 texture not read: cut.png: it is broken or cut short"},
         {"cut.jpg", file(grey, "jpeg").chopped(4),
-         "- texture not read: cut.jpg: it is broken or cut short"},
+         "#ff808080 texture not read: cut.jpg: it is broken or cut short"},
         {"cut.bmp", file(line, "bmp").left(60),
-         "- texture not read: cut.bmp: it is broken or cut short"},
-        {"head.png", png().left(9), "- texture not read: head.png: it is broken or cut short"},
+         "#ff808080 texture not read: cut.bmp: it is broken or cut short"},
+        {"head.png", png().left(9),
+         "#ff808080 texture not read: head.png: it is broken or cut short"},
         {"drawing.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='4' height='4'/>",
-         "- texture not read: drawing.svg: no picture of a known format"},
-        {"large.tga", tga(60000, 60000), "- texture not read: large.tga: too large: 60000 × 60000"},
-        {"thin.tga", tga(10000, 10000), "- texture not read: thin.tga: it is broken or cut short"},
+         "#ff808080 texture not read: drawing.svg: no picture of a known format"},
+        {"large.tga", tga(60000, 60000),
+         "#ff808080 texture not read: large.tga: too large: 60000 × 60000"},
+        {"thin.tga", tga(10000, 10000),
+         "#ff808080 texture not read: thin.tga: it is broken or cut short"},
     };
     const ModelFolder folder;
     folder.write("model/deep/in.png", tga(1, 2));
     for (const auto &c : rows) {
         if (!c.picture.isNull())
             folder.write("model/" + c.map, c.picture);
-        EXPECT_EQ(summaryOf(import(folder, c.map)), c.summary) << c.map.toStdString();
+        EXPECT_EQ(summaryOf(import(folder, c.map)).substr(shapeEnd), c.summary)
+            << c.map.toStdString();
     }
     const Mesh covered = import(folder, "a.png").mesh; // joined where the coordinates agree
     EXPECT_EQ(covered.vertexCount(), 5u);
@@ -194,13 +176,13 @@ TEST(TextureTest, MaterialsOfGltfSayHowTheyLie)
         QByteArray use, material, sampler;
         std::string seen; // also wraps, smoothness, cutoff, and coordinates: v runs down in files
     } rows[] = {
-        {"", "", "", "2x2 #800000ff I #808080 0 0 1 0.5: 0 1 1 1 0.25 0.5"},
+        {"", "", "", "#ff808080 2x2 #800000ff I 0 0 1 0.5: 0 1 1 1 0.25 0.5"},
         {R"(,"texCoord":1)", R"(,"alphaMode":"BLEND")", R"("wrapS":33071,"magFilter":9728)",
-         "2x2 #800000ff B #808080 2 0 0 0.5: 0 1 2 1 0.5 0"},
+         "#ff808080 2x2 #800000ff B 2 0 0 0.5: 0 1 2 1 0.5 0"},
         {R"(,"extensions":{"KHR_texture_transform":
             {"offset":[0.1,0.2],"scale":[2,3],"rotation":1.5707963}})",
          R"(,"alphaMode":"MASK","alphaCutoff":0.25)", R"("wrapT":33648,"magFilter":9729)",
-         "2x2 #800000ff C #808080 0 1 1 0.25: 0.1 0.8 0.1 2.8 1.6 1.3"},
+         "#ff808080 2x2 #800000ff C 0 1 1 0.25: 0.1 0.8 0.1 2.8 1.6 1.3"},
     };
     const ModelFolder folder;
     for (const auto &c : rows) {
@@ -208,8 +190,9 @@ TEST(TextureTest, MaterialsOfGltfSayHowTheyLie)
             importMesh(folder.write("a.gltf", covered(c.use, c.material, c.sampler)));
         std::ostringstream seen;
         const Cover &cover = got.mesh.parts.at(0).cover;
-        seen << summaryOf(got) << ' ' << int(cover.wrapS) << ' ' << int(cover.wrapT) << ' '
-             << cover.smooth << ' ' << cover.cutoff << ':' << std::setprecision(4);
+        seen << summaryOf(got).substr(shapeEnd) << ' ' << int(cover.wrapS) << ' '
+             << int(cover.wrapT) << ' ' << cover.smooth << ' ' << cover.cutoff << ':'
+             << std::setprecision(4);
         for (const float v : got.mesh.uvs)
             seen << ' ' << v;
         EXPECT_EQ(seen.str(), c.seen);
