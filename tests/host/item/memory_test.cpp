@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+// What items say that they hold, against what the heap says. Their trees are waited for.
+#include <QThreadPool>
+
+#include <gtest/gtest.h>
+#include <malloc.h>
+
+#include "host/item/model_item.h"
+#include "host/item/series_item.h"
+#include "tests/host/shapes.h"
+
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/allocator_interface.h>
+#endif
+
+namespace host {
+namespace {
+
+std::size_t held()
+{
+#if defined(__SANITIZE_ADDRESS__)
+    return __sanitizer_get_current_allocated_bytes();
+#else
+    const auto heap = mallinfo2();
+    return heap.uordblks + heap.hblkhd;
+#endif
+}
+
+template <class Make> void expectHonest(const char *name, const Make &make)
+{
+    const std::size_t before = held();
+    const std::unique_ptr<Item> item = make();
+    QThreadPool::globalInstance()->waitForDone();
+    const double share = double(item->byteSize()) / double(held() - before);
+    EXPECT_NEAR(share, 1, 0.1) << name;
+}
+
+TEST(MemoryTest, WhatItemsSayIsWithinATenthOfWhatTheyHold)
+{
+    Mesh cloud;
+    for (int i = 0; i < 60000; ++i)
+        cloud.positions.insert(cloud.positions.end(), {float(i % 97), float(i % 89), float(i)});
+    cloud.parts.resize(1);
+    cloud.parts[0].kind = MeshPart::Kind::Points;
+    cloud.parts[0].vertexCount = 60000;
+    cloud.findBounds();
+    for (const Mesh &mesh : {revolve(arc({5, 0}, 1, -90, 90, 100), 100, 100).mesh, cloud})
+        expectHonest(mesh.positions.size() == 180000 ? "points" : "triangles", [&] {
+            return std::make_unique<ModelItem>("a", std::make_shared<Mesh>(mesh));
+        });
+    expectHonest("table", [] {
+        auto table = std::make_shared<Table>();
+        table->x.resize(50000);
+        for (const char *name : {"p", "q", "r"})
+            table->columns.emplace_back(name, std::vector<double>(50000, 1.5));
+        return std::make_unique<SeriesItem>(table);
+    });
+}
+
+} // namespace
+} // namespace host
