@@ -19,18 +19,14 @@ LINES = re.DOTALL | re.MULTILINE
 
 
 def made(name):
-    if name == "Tile":
-        return made("GLMultiWidget").AddTile(7)
-    return module.make(name, module, "")
+    return made("GLMultiWidget").AddTile(7) if name == "Tile" else module.make(name, module, "")
 
 
 def signature(text):
     """`QObject* f(int a, QObject* b)` as (`QObject*`, `f(int,QObject*)`); a signal returns void."""
     result, name, arguments = re.fullmatch(r"(?:(\S+) )?(\w+)\((.*)\)", text).groups()
-    types = [re.fullmatch(r"(.+?[*>]?)(?: \w+)?", a.strip()).group(1)
-             for a in re.split(r",", arguments) if a]
-    plain = bytes(QMetaObject.normalizedSignature(f"{name}({','.join(types)})")).decode()
-    return result or "void", plain
+    types = ",".join(re.findall(r" *(.+?[*>]?)(?: \w+)?(?:,|$)", arguments))
+    return result or "void", bytes(QMetaObject.normalizedSignature(f"{name}({types})")).decode()
 
 
 def methods(meta, kind):
@@ -101,8 +97,7 @@ class Reference(unittest.TestCase):
 
     def test_links_lead_somewhere(self):
         for name in ("host-guide.md", "architecture.md", "conventions.md"):
-            text = re.sub(r"^ *```.*?^ *```$|`[^`]+`|<!--.*?-->", "", guide.text(name),
-                          flags=LINES)
+            text = re.sub(r"^ *```.*?^ *```$|`[^`]+`|<!--.*?-->", "", guide.text(name), flags=LINES)
             headings = {re.sub(r"[^\w -]", "", heading).lower().replace(" ", "-")
                         for heading in re.findall(r"^#+ (.+)$", text, re.MULTILINE)}
             for link in re.findall(r"\]\(([^)]+)\)", text):

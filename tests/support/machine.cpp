@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QCursor>
 #include <QDebug>
+#include <QInputEvent>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QRegularExpression>
@@ -87,9 +88,8 @@ public:
 
     bool notify(QObject *receiver, QEvent *event) override
     {
-        const auto type = event->type();
-        const bool input = (type >= QEvent::MouseButtonPress && type <= QEvent::KeyRelease) ||
-                           type == QEvent::Enter || type == QEvent::Leave || type == QEvent::Wheel;
+        const bool input = dynamic_cast<QInputEvent *>(event) || event->type() == QEvent::Enter ||
+                           event->type() == QEvent::Leave;
         ++machine.delivering;
         const bool done = (input && event->spontaneous()) || QApplication::notify(receiver, event);
         --machine.delivering;
@@ -201,9 +201,7 @@ void Recorder::hear(QObject *o, const QByteArray &arguments)
 
 QString Recorder::take()
 {
-    const QString all = log.join(' ');
-    log.clear();
-    return all;
+    return std::exchange(log, {}).join(' ');
 }
 
 int Recorder::qt_metacall(QMetaObject::Call call, int id, void **arguments)

@@ -140,14 +140,15 @@ TEST(PlotLegend, TogglesWhatItNamesAndTellsHowManyItLeavesOut)
         const PaintRecord painted = p.painted();
         EXPECT_EQ(int(painted.texts.count(QString("series%1").arg(n - 1))), now.leftOut == 0);
         QRectF last(now.area.left(), 0, 0, 1);
-        for (int i = 0; i < n - now.leftOut; ++i) {
-            const QRectF entry = now.legend[std::size_t(i)];
+        int i = 0;
+        for (QRectF entry; i < n && !(entry = now.legend[std::size_t(i)]).isNull(); ++i) {
             EXPECT_TRUE(p.hit(entry.center()) && !p.enabled(i));
             EXPECT_GE(entry.left(), entry.top() > last.top() ? now.area.left() : last.right() + 9);
             EXPECT_LE(entry.right(), now.area.right());
             last = entry;
         }
-        EXPECT_TRUE(now.leftOut < std::max(1, n - 6) && !p.hit(now.area.center()));
+        EXPECT_EQ(now.leftOut, n - i);
+        EXPECT_TRUE((i > 6 || i == n) && !p.hit(now.area.center()));
         EXPECT_TRUE(now.free == QRectF(40, 30, 740, 460) && last.bottom() < now.area.top());
         EXPECT_EQ(now.more.isNull(), now.leftOut == 0);
         if (now.leftOut > 0) {
@@ -190,6 +191,7 @@ TEST(PlotList, HasASwitchForEach)
         ASSERT_TRUE(painted.texts.count("series0") == 2 && painted.texts.count("series1") == 2);
         EXPECT_EQ(painted.texts.count("series59"), inset > 0 ? 0u : 1u);
         const auto &entry = std::next(painted.texts.find("series0"))->second; // first the legend's
+        EXPECT_NEAR(entry.box.left(), list.box.left() + 46, 1.5);
         EXPECT_TRUE(list.box.contains(entry.box) && entry.color == colors.axis);
         EXPECT_EQ(std::next(painted.texts.find("series1"))->second.color, colors.text);
         const auto &[ground, color] = painted.fills.at(0);
@@ -284,7 +286,8 @@ TEST(PaletteTest, PensChangeWithEveryRoundOfColors)
         for (int k = 0; k < 6; ++k)
             EXPECT_EQ(style.color == seriesStyle(k, PlotTheme(i % 2)).color, k == i % 6);
     }
-    EXPECT_EQ(plotColors(PlotTheme::Light).background, QColor("white"));
+    EXPECT_TRUE(plotColors(PlotTheme::Light).background == QColor("white") &&
+                seriesStyle(5, PlotTheme::Light).color == QColor("black"));
 }
 
 TEST(PlotLayoutTest, LeavesOutWhatHasNoRoom)
