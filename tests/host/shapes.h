@@ -70,8 +70,7 @@ struct Shape {
     friend Shape operator+(Shape a, const Shape &b) { return a += b; }
     MeshTopology topology() const
     {
-        static const std::atomic<bool> goOn{false};
-        return {std::make_shared<Mesh>(mesh), goOn};
+        return {std::make_shared<Mesh>(mesh), std::atomic<bool>(false)};
     }
 };
 

@@ -18,9 +18,8 @@ protected:
         request.window = request.size = QSize(320, 200);
         request.objects = {{main, {0, 0, 320, 200}, {}, draw3D, draw2D, {}},
                            {inset, {200, 20, 100, 80}, {}, draw3D, draw2D, {}}};
+        run("set main,inset radius 3 rot 20,30,0");
         for (GLWidget *object : {main, inset}) {
-            object->camera.radius = 3;
-            object->camera.rot = Vector(20, 30, 0);
             object->camera.Update(0);
             QObject::connect(object, &GLWidget::Draw3D, [](GLW *glw) { draw3D(glw, 1); });
             QObject::connect(object, &GLWidget::Draw2D, [](GLW *glw) { draw2D(glw, 1); });
@@ -48,10 +47,8 @@ protected:
         glColor3f(0, 1, 1);
         glLineWidth(3 * scale);
         glBegin(GL_LINES);
-        glVertex2f(-40, 0);
-        glVertex2f(40, 0);
-        glVertex2f(0, -30);
-        glVertex2f(0, 30);
+        for (const auto &[x, y] : {std::pair(-40, 0), {40, 0}, {0, -30}, {0, 30}})
+            glVertex2i(x, y);
         glEnd();
     }
 

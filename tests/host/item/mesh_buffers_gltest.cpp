@@ -5,6 +5,7 @@
 #include <QThreadPool>
 
 #include "drawing.h"
+#include "tests/host/shapes.h"
 
 namespace host {
 namespace {
@@ -52,27 +53,21 @@ const DrawnCase drawnCases[] = {
 
 std::shared_ptr<Mesh> meshOf(const Parts &parts)
 {
-    auto mesh = std::make_shared<Mesh>();
+    Shape s;
     for (const std::vector<Square> &squares : parts) {
-        MeshPart part;
-        part.firstIndex = quint32(mesh->indices.size());
-        part.indexCount = quint32(squares.size() * 6);
-        part.colour[3] = squares[0].alpha;
-        for (const Square &s : squares)
-            for (const auto &[x, y] :
-                 {std::pair(-1.0f, -1.0f), {1, -1}, {1, 1}, {-1, -1}, {1, 1}, {-1, 1}}) {
-                mesh->indices.push_back(quint32(mesh->indices.size()));
-                mesh->positions.insert(mesh->positions.end(),
-                                       {s.looksAway ? y : x, s.looksAway ? x : y, s.z});
-                mesh->normals.insert(mesh->normals.end(), {0, 0, 1});
-                const quint8 red = s.colour == 'r' ? 255 : 0;
-                const quint8 alpha = quint8(std::lround(opacityOf(part) * 255));
-                mesh->colours.insert(mesh->colours.end(), {red, quint8(255 - red), 0, alpha});
-            }
-        mesh->parts.push_back(part);
+        s.endPart().mesh.parts.back().colour[3] = squares[0].alpha;
+        const quint8 alpha = quint8(std::lround(opacityOf(s.mesh.parts.back()) * 255));
+        for (const Square &square : squares) {
+            const double x = square.looksAway ? -1 : 1, z = double(square.z);
+            s.quad({-x, -1, z}, {x, -1, z}, {x, 1, z}, {-x, 1, z});
+            const quint8 red = square.colour == 'r' ? 255 : 0;
+            while (s.mesh.colours.size() < s.mesh.vertexCount() * 4)
+                for (const quint8 value : {red, quint8(255 - red), quint8(0), alpha})
+                    s.mesh.colours.push_back(value);
+        }
     }
-    mesh->max = {1, 1, 1};
-    return mesh;
+    s.mesh.findBounds();
+    return std::make_shared<Mesh>(s.mesh);
 }
 
 TABLE(MeshDrawing, Drawing, DrawnCase, drawnCases);
@@ -108,28 +103,26 @@ using Kind = MeshPart::Kind;
 /// In pixels from the corner: a red point at (30, 30), a green one, which is near, at (42, 30), two
 /// grey ones at (18, 30) and (18, 18), and a yellow line along y = 42.5 on a white square from
 /// (22, 38) to (38, 46).
-Mesh drawing()
-{
-    Mesh mesh;
-    mesh.positions = {22, 38,    0, 38, 38, 0, 38, 46, 0, 22, 46, 0, 22, 42.5f, 0,
-                      38, 42.5f, 0, 30, 30, 0, 42, 30, 9, 18, 30, 0, 18, 18,    0};
-    mesh.normals.assign(12, 1);
-    mesh.indices = {0, 1, 2, 0, 2, 3, 4, 5};
-    mesh.parts = {{"square", {}, {1, 1, 1, 1}, 0, 6},
-                  {"line", {}, {1, 1, 0, 1}, 6, 2, Kind::Lines},
-                  {"red", {}, {1, 0, 0, 0.5f}, 8, 0, Kind::Points, 6, 1},
-                  {"green", {}, {0, 1, 0, 1}, 8, 0, Kind::Points, 7, 1},
-                  {"grey", {}, {0.6f, 0.6f, 0.6f, 1}, 8, 0, Kind::Points, 8, 2}};
-    mesh.findBounds();
-    return mesh;
-}
-
 struct Scan {
-    Mesh mesh = drawing();
+    Scan()
+    {
+        mesh.positions = {22, 38,    0, 38, 38, 0, 38, 46, 0, 22, 46, 0, 22, 42.5f, 0,
+                          38, 42.5f, 0, 30, 30, 0, 42, 30, 9, 18, 30, 0, 18, 18,    0};
+        mesh.normals.assign(12, 1);
+        mesh.indices = {0, 1, 2, 0, 2, 3, 4, 5};
+        mesh.parts = {{"square", {}, {1, 1, 1, 1}, 0, 6},
+                      {"line", {}, {1, 1, 0, 1}, 6, 2, Kind::Lines},
+                      {"red", {}, {1, 0, 0, 0.5f}, 8, 0, Kind::Points, 6, 1},
+                      {"green", {}, {0, 1, 0, 1}, 8, 0, Kind::Points, 7, 1},
+                      {"grey", {}, {0.6f, 0.6f, 0.6f, 1}, 8, 0, Kind::Points, 8, 2}};
+        mesh.findBounds();
+    }
+    void colour() { mesh.colours.assign(40, 255), mesh.colours[25] = 0; } // the red point's green
+
+    Mesh mesh;
     PartMarks marks{5};
     Display display;
     std::size_t most = 9;
-    void colour() { mesh.colours.assign(40, 255), mesh.colours[25] = 0; } // the red point's green
 };
 
 struct ThinCase {

@@ -62,29 +62,24 @@ TEST_P(MeshEdgesOf, AreThoseThatTellTheShape)
     for (const auto &p : row.points)
         mesh.positions.insert(mesh.positions.end(), p.begin(), p.end());
     mesh.max = {row.points[1][0], row.points[1][0], 0};
-    mesh.parts.emplace_back();
-    for (const char *c = row.indices; *c; ++c)
-        if (*c == '|') {
-            mesh.parts.emplace_back();
-            mesh.parts.back().firstIndex = quint32(mesh.indices.size());
-        } else {
-            mesh.indices.push_back(quint32(*c - '0'));
-            ++mesh.parts.back().indexCount;
-        }
+    for (const QString &part : QString(row.indices).split('|')) {
+        mesh.parts.push_back({"a", {}, {}, quint32(mesh.indices.size()), quint32(part.size())});
+        for (const QChar c : part)
+            mesh.indices.push_back(quint32(c.digitValue()));
+    }
     const MeshEdges found = edgesOf(mesh, std::atomic<bool>(false));
     ASSERT_EQ(found.ends.size(), mesh.parts.size());
     const auto point = [&](quint32 vertex) { // what stands at one place is one point
         const auto &all = row.points;
-        return char('0' + (std::find(all.begin(), all.end(), all[vertex]) - all.begin()));
+        return int(std::find(all.begin(), all.end(), all[vertex]) - all.begin());
     };
     QString words;
     quint32 at = 0;
     for (const quint32 end : found.ends) {
         QStringList edges;
         for (; at < end; at += 2) {
-            const auto [a, b] =
-                std::minmax({point(found.vertices[at]), point(found.vertices[at + 1])});
-            edges << QString(QChar(a)) + QChar(b);
+            const int a = point(found.vertices[at]), b = point(found.vertices[at + 1]);
+            edges << QString::number(std::min(a, b)) + QString::number(std::max(a, b));
         }
         edges.sort();
         words += edges.join(' ') + '|';
@@ -104,20 +99,16 @@ TEST(Background, EndsWithWhatItMadeOrWithoutMemory)
     EXPECT_TRUE(work.lackedMemory() && !work.get() && !work.isBusy());
     std::atomic<bool> saw{false}, goesOn{false};
     work.start([&](const std::atomic<bool> &cancelled) {
-        goesOn = true;
-        while (!cancelled) {
+        for (goesOn = true; !cancelled;) {
         }
-        saw = true;
-        return 1;
+        return saw = true, 1;
     });
     EXPECT_TRUE(work.isBusy() && !work.get() && !work.lackedMemory());
     while (!goesOn) {
     }
     work.start([](const std::atomic<bool> &) { return 2; });
     QThreadPool::globalInstance()->waitForDone();
-    EXPECT_TRUE(saw);
-    ASSERT_TRUE(work.get());
-    EXPECT_EQ(*work.get(), 2);
+    EXPECT_TRUE(saw && work.get() && *work.get() == 2);
 }
 
 } // namespace

@@ -60,16 +60,13 @@ const SeenCase seenCases[] = {
 /// r, g: a cut face; R, G: a side; d: a dark one's face; b: background; m: mixed.
 char nameOf(const QColor &c)
 {
-    const int r = c.red(), g = c.green(), b = c.blue();
-    if (b > 250 && r + g < 5)
-        return 'b';
-    if (r == g && g == b)
-        return r > 15 ? 'd' : '?';
-    if (b > 20)
-        return r > 60 ? 'm' : '?';
-    if (r > 250 || g > 250)
-        return r > g ? 'R' : 'G';
-    return std::max(r, g) > 120 && std::min(r, g) < 5 && b < 5 ? (r > g ? 'r' : 'g') : '?';
+    const bool full = c.value() > 250; // as no cut face is
+    const std::map<int, char> names{{-1, c.value() > 15 ? 'd' : '?'},
+                                    {0, full ? 'R' : 'r'},
+                                    {120, full ? 'G' : 'g'},
+                                    {240, full ? 'b' : '?'}};
+    const auto found = names.find(c.hue());
+    return found == names.end() ? 'm' : found->second;
 }
 
 class LargeDrawing : public Drawing {

@@ -21,54 +21,31 @@ MeshPtr squaresAt(const std::vector<QVector3D> &corners)
 
 const std::atomic<bool> goOn{false}, stop{true};
 
-struct RayCase {
-    const char *name;
-    QVector3D origin, direction;
-    int square; // of those at depths 0 to 19; -1 for a miss
-};
-
-const RayCase rayCases[] = {
-    {"FromTheFrontMeetsTheHighest", {0.3f, 0.6f, 50}, {0, 0, -1}, 19},
-    {"FromBehindMeetsTheLowest", {0.3f, 0.6f, -50}, {0, 0, 1}, 0},
-    {"FromBetweenMeetsTheNextOne", {0.7f, 0.2f, 7.5f}, {0, 0, -1}, 7},
-    {"WhatLiesBehindTheOriginIsNotMet", {0.7f, 0.2f, -0.5f}, {0, 0, -1}, -1},
-    {"Beside", {1.01f, 0.5f, 50}, {0, 0, -1}, -1},
-    {"AlongTheSquares", {-1, 0.5f, 3.5f}, {1, 0, 0}, -1},
-    {"Aslant", {-4.6f, -1.5f, 29}, {5, 2, -10}, 19},
-    {"OnTheirCommonEdge", {0.5f, 0.5f, 50}, {0, 0, -1}, 19},
-};
-
-TABLE(TriangleTreeRay, testing::Test, RayCase, rayCases);
-
-TEST_P(TriangleTreeRay, MeetsTheFirstTriangle)
-{
-    std::vector<QVector3D> corners(20);
-    for (int i = 0; i < 20; ++i)
-        corners[std::size_t(i * 7 % 20)].setZ(float(i * 7 % 20));
-    const RayCase &row = GetParam();
-    const auto hit =
-        TriangleTree(squaresAt(corners), goOn).nearest({row.origin, row.direction.normalized()});
-    ASSERT_EQ(hit.has_value(), row.square >= 0);
-    if (hit) {
-        EXPECT_EQ(int(hit->triangle / 2), row.square);
-        const float along = (float(row.square) - row.origin.z()) / row.direction.z();
-        EXPECT_NEAR(hit->distance, along * row.direction.length(), 1e-4);
-    }
-}
-
-TEST(TriangleTreeTest, FindsEachOfManyAndNothingIfCancelled)
+TEST(TriangleTreeTest, MeetsTheFirstOfMany)
 {
     std::vector<QVector3D> corners;
     for (int i = 0; i < 343; ++i)
         corners.push_back(QVector3D(float(i % 7), float(i / 7 % 7), float(i / 49)) * 3);
     const TriangleTree tree(squaresAt(corners), goOn), none(squaresAt(corners), stop);
+    const QVector3D up(0, 0, 1), aslant(0.2f, 0.1f, -1);
     for (std::size_t i = 0; i < corners.size(); ++i) {
+        const auto met = [&](float x, float y, float z, const QVector3D &along, quint32 but = ~0u) {
+            const auto hit = tree.nearest({corners[i] + QVector3D(x, y, z), along},
+                                          [=](const TriangleHit &h) { return h.triangle != but; });
+            return hit ? int(hit->triangle) : -1;
+        };
+        const int here = int(2 * i), below = i >= 49 ? int(2 * (i - 49)) : -1;
         const QVector3D above = corners[i] + QVector3D(0.5f, 0.3f, 0.7f);
-        const auto hit = tree.nearest({above, QVector3D(0.2f, 0.1f, -1).normalized()});
-        EXPECT_TRUE(hit && hit->triangle == 2 * i && !none.nearest({above, {0, 0, -1}})) << i;
-        const auto refuse = [&](const TriangleHit &each) { return each.triangle != 2 * i; };
-        const auto next = tree.nearest({above, {0, 0, -1}}, refuse); // the square below
-        EXPECT_EQ(next ? int(next->triangle) : -1, i >= 49 ? int(2 * (i - 49)) : -1) << i;
+        const auto hit = tree.nearest({above, aslant.normalized()});
+        EXPECT_NEAR(hit ? hit->distance : 0, 0.7 * double(aslant.length()), 1e-4) << i;
+        EXPECT_EQ(hit ? int(hit->triangle) : -1, here);
+        EXPECT_EQ(met(0.5f, 0.3f, -0.7f, up), here) << "from behind";
+        EXPECT_EQ(met(0.5f, 0.5f, 0.7f, -up) / 2 * 2, here) << "the common edge of two";
+        EXPECT_EQ(met(0.5f, 0.3f, 0.7f, -up, quint32(here)), below) << "the other is refused";
+        EXPECT_EQ(met(0.5f, 0.3f, -0.1f, -up), below) << "behind the origin";
+        EXPECT_EQ(met(1.01f, 0.5f, 0.7f, -up), -1) << "beside";
+        EXPECT_EQ(met(-1, 0.5f, 0.5f, {1, 0, 0}), -1) << "along";
+        EXPECT_FALSE(none.nearest({above, -up})) << "cancelled";
     }
 }
 

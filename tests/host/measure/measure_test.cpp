@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Areas, volumes, round edges and faces, and what measurements say.
+// Areas, volumes, round edges and faces, what measurements say, what a pointer means, and where
+// labels stand.
+#include "host/measure/label_layout.h"
 #include "host/measure/measurement.h"
 #include "host/measure/round.h"
+#include "host/measure/snap.h"
 #include "tests/host/shapes.h"
 #include "tests/support/table.h"
 
@@ -9,6 +12,7 @@ namespace host {
 namespace {
 
 using Bounds = SurfaceMeasures::Bounds;
+const Vec o(0, 0, 0);
 
 const std::atomic<bool> goOn{false};
 
@@ -68,27 +72,21 @@ TEST_P(Surface, IsMeasured)
 TEST(SurfaceTest, BallsAndRingsFollowTheirFormulas)
 {
     constexpr double pi = 3.14159265358979;
-    const auto roundness = [](bool ball, int sides, int part) {
-        std::vector<QPointF> outline =
-            ball ? arc({0, 0}, 3, -90, 90, sides) : arc({2, 0}, 0.5, 0, 360, sides);
+    const auto measured = [](bool ball, int sides, int part) {
+        auto outline = ball ? arc({0, 0}, 3, -90, 90, sides) : arc({2, 0}, 0.5, 0, 360, sides);
         if (ball)
             outline.front().setX(0), outline.back().setX(0); // exactly on the axis
         return measureSurface(revolve(outline, sides, sides / part).topology(), {}, goOn);
     };
-    const struct {
-        bool ball;
-        int part;
-        Bounds bounds;
-        double area, volume;
-    } rows[] = {{true, 1, Bounds::Volume, 36 * pi, 36 * pi},
-                {false, 1, Bounds::Volume, 4 * pi * pi, pi * pi},
-                {false, 3, Bounds::Open, 4 * pi * pi / 3, 0}};
-    for (const auto &row : rows) {
-        const SurfaceMeasures coarse = roundness(row.ball, 120, row.part);
-        const SurfaceMeasures fine = roundness(row.ball, 240, row.part);
-        EXPECT_EQ(int(fine.bounds), int(row.bounds));
-        EXPECT_NEAR((4 * fine.area - coarse.area) / 3, row.area, 5e-7 * row.area);
-        EXPECT_NEAR((4 * fine.volume - coarse.volume) / 3, row.volume, 5e-7 * row.volume);
+    const std::tuple<bool, int, Bounds, double, double> rows[] = {
+        {true, 1, Bounds::Volume, 36 * pi, 36 * pi},
+        {false, 1, Bounds::Volume, 4 * pi * pi, pi * pi},
+        {false, 3, Bounds::Open, 4 * pi * pi / 3, 0}}; // a third of a ring
+    for (const auto &[ball, part, bounds, area, volume] : rows) {
+        const auto coarse = measured(ball, 120, part), fine = measured(ball, 240, part);
+        EXPECT_EQ(int(fine.bounds), int(bounds));
+        EXPECT_NEAR((4 * fine.area - coarse.area) / 3, area, 5e-7 * area);
+        EXPECT_NEAR((4 * fine.volume - coarse.volume) / 3, volume, 5e-7 * volume);
     }
 }
 
@@ -157,17 +155,15 @@ TEST_P(Round, HasItsRadius)
 {
     const RoundCase &row = GetParam();
     const MeshTopology topology = row.shape.topology();
-    const quint32 triangle = row.corner / 3;
-    const auto corner = [&](quint32 k) { return topology.at(triangle * 3 + k); };
-    const Vec middle = (corner(0) + corner(1) + corner(2)) / 3;
+    const quint32 first = row.corner / 3 * 3;
+    const Vec middle = (topology.at(first) + topology.at(first + 1) + topology.at(first + 2)) / 3;
+    const Vec at = row.edge ? topology.at(row.corner) : middle;
     const auto circle =
-        row.edge ? roundEdge(topology, row.corner) : roundFace(topology, triangle, middle);
-    ASSERT_EQ(circle.has_value(), row.radius > 0);
-    if (!circle)
-        return;
-    EXPECT_NEAR(circle->radius, row.radius, 5e-7 * row.radius);
-    const Vec inPlane = row.edge ? topology.at(row.corner) : middle;
-    EXPECT_NEAR((inPlane - circle->centre).dot(circle->normal), 0, 1e-5);
+        row.edge ? roundEdge(topology, row.corner) : roundFace(topology, first / 3, at);
+    EXPECT_NEAR(circle ? circle->radius : 0, row.radius, 5e-7 * row.radius);
+    if (circle) {
+        EXPECT_NEAR((at - circle->centre).dot(circle->normal), 0, 1e-5);
+    }
 }
 
 TEST(CircleFitTest, LeastSquaresOfScatteredPoints)
@@ -183,66 +179,43 @@ TEST(CircleFitTest, LeastSquaresOfScatteredPoints)
     EXPECT_LT((circle->centre - Vec(1, 7, 2)).norm(), 2e-4);
     EXPECT_NEAR(std::abs(circle->normal.y()), 1, 1e-12);
     EXPECT_NEAR(circle->distance({1, 10, 11}), 5, 1e-3);
-    const Vec o(0, 0, 0), a(1, 1, 1);
-    for (const std::vector<Vec> &none :
-         {std::vector{o, a, Vec(2 * a), Vec(5 * a)}, {o, a}, {a, a, a}})
+    const Vec a(1, 1, 1);
+    for (const std::vector<Vec> &none : {std::vector{o, a, Vec(2 * a)}, {o, a}, {a, a, a}})
         EXPECT_FALSE(fitCircle(none));
 }
 
 using M = Measurement;
-const Vec o(0, 0, 0);
 
-M surface(Bounds bounds, const QString &unit, const QString &what)
+M surface(Bounds bounds, const QString &unit)
 {
-    SurfaceMeasures measures;
-    measures.area = 6.25;
-    measures.volume = 1.5;
-    measures.bounds = bounds;
     Mesh mesh;
     mesh.unit = unit;
-    return M::surface(measures, mesh, what);
+    return M::surface({12, 6.25, bounds, 1.5}, mesh, "all");
 }
 
-M radius()
+TEST(MeasurementTest, SaysWhatWasMeasured)
 {
-    Circle circle;
-    circle.centre = {1, 2, 3};
-    circle.radius = 0.125;
-    return M::radius(circle, "cm");
-}
-
-struct TextCase {
-    const char *name;
-    M measurement;
-    const char *text;
-};
-
-const TextCase textCases[] = {
-    {"Point", M::point({1.5, -0.0, 1234567.8}, "mm"), "Point|x 1.5   y 0   z 1.23457e+06 mm"},
-    {"WithoutUnit", M::point({1, 2, 3}, ""), "Point|x 1   y 2   z 3"},
-    {"Distance", M::distance({1, 2, 3}, {4, -2, 15}, "in"), "Distance|13 in|Δx 3   Δy -4   Δz 12"},
-    {"SixDigits", M::distance(o, {1, 1, 0}, ""), "Distance|1.41421|Δx 1   Δy 1   Δz 0"},
-    {"Cube", M::faceAngle({o, {1, 0, 0}}, {o, {0, 0, 9}}, "m"), "Angle of faces|90°"},
-    {"Tetra", M::faceAngle({o, {1, 1, 1}}, {o, {1, -1, -1}}, "m"), "Angle of faces|70.5288°"},
-    {"BackToBack", M::faceAngle({o, {0, 2, 0}}, {{5, -4, 6}, {0, -1, 0}}, "m"),
-     "Angle of faces|0°|parallel, 4 m apart"},
-    {"Steps", M::faceAngle({o, {0, 2, 0}}, {{5, 3, 6}, {0, 3, 0}}, ""),
-     "Angle of faces|180°|parallel, 3 apart"},
-    {"Points", M::pointAngle({2, 0, 0}, {1, 0, 0}, {0, 0, 1}), "Angle of points|135°"},
-    {"Radius", radius(), "Radius|R 0.125 cm|⌀ 0.25 cm|x 1   y 2   z 3"},
-    {"Volume", surface(Bounds::Volume, "m", "all"),
-     "Area and volume|all|area 6.25 m²|volume 1.5 m³"},
-    {"Open", surface(Bounds::Open, "", "all"),
-     "Area and volume|all|area 6.25|no volume: it is not closed"},
-    {"Disagree", surface(Bounds::Disagree, "m", "a"),
-     "Area and volume|a|area 6.25 m²|no volume: some faces look inwards"},
-};
-
-TABLE(MeasurementText, testing::Test, TextCase, textCases);
-
-TEST_P(MeasurementText, SaysWhatWasMeasured)
-{
-    EXPECT_EQ(GetParam().measurement.text().replace('\t', '|').toStdString(), GetParam().text);
+    const auto angle = [](const Vec &normal, const FacePoint &other) {
+        return M::faceAngle({o, normal}, other, "m");
+    };
+    const std::pair<M, const char *> rows[] = {
+        {M::point({1.5, -0.0, 1234567.8}, "mm"), "Point|x 1.5   y 0   z 1.23457e+06 mm"},
+        {M::point({1, 2, 3}, ""), "Point|x 1   y 2   z 3"},
+        {M::distance({1, 2, 3}, {4, -2, 15}, "in"), "Distance|13 in|Δx 3   Δy -4   Δz 12"},
+        {M::distance(o, {1, 1, 0}, ""), "Distance|1.41421|Δx 1   Δy 1   Δz 0"},
+        {angle({1, 0, 0}, {o, {0, 0, 9}}), "Angle of faces|90°"},
+        {angle({1, 1, 1}, {o, {1, -1, -1}}), "Angle of faces|70.5288°"},
+        {angle({0, 2, 0}, {{5, -4, 6}, {0, -1, 0}}), "Angle of faces|0°|parallel, 4 m apart"},
+        {angle({0, 2, 0}, {{5, 3, 6}, {0, 3, 0}}), "Angle of faces|180°|parallel, 3 m apart"},
+        {M::pointAngle({2, 0, 0}, {1, 0, 0}, {0, 0, 1}), "Angle of points|135°"},
+        {M::radius({{1, 2, 3}, {0, 0, 1}, 0.125}, "cm"),
+         "Radius|R 0.125 cm|⌀ 0.25 cm|x 1   y 2   z 3"},
+        {surface(Bounds::Volume, "m"), "Area and volume|all|area 6.25 m²|volume 1.5 m³"},
+        {surface(Bounds::Open, ""), "Area and volume|all|area 6.25|no volume: it is not closed"},
+        {surface(Bounds::Disagree, "m"),
+         "Area and volume|all|area 6.25 m²|no volume: some faces look inwards"}};
+    for (const auto &[measurement, text] : rows)
+        EXPECT_EQ(measurement.text().replace('\t', '|').toStdString(), text);
 }
 
 TEST(PlaceTest, GoesToTheFileAndBack)
@@ -253,6 +226,83 @@ TEST(PlaceTest, GoesToTheFileAndBack)
     EXPECT_EQ(placeInFile(mesh, {1, 2, 4}), Vec(1e6 - 2, 24, 301));
     EXPECT_EQ(placeInMesh(mesh, {1e6 - 2, 24, 301}), Vec(1, 2, 4));
     EXPECT_EQ(toFile(mesh.axes, {1, 2, 4}), Vec(-2, 4, 1));
+}
+
+/// A box seen from above, along -z: its top reaches from (0, 0) to (4, 2), 100 pixels a unit.
+const Shape shape = box({0, 0, 0}, {4, 2, 1});
+
+struct SnapCase {
+    const char *name;
+    QPointF pointer;
+    const char *kind; // of vertex, edge, face; empty: nothing
+    Vec at;
+    SnapTo to = SnapTo::All;
+    bool known = true;  // the topology
+    double hidden = -1; // places left of this x are not seen
+};
+
+const SnapCase snapCases[] = {
+    {"Corner", {3, 4}, "vertex", {0, 0, 1}},
+    {"CornerFromOutside", {406, 207}, "vertex", {4, 2, 1}},
+    {"CornerOutOfReach", {8, 7}, "edge", {0.08, 0, 1}},
+    {"Edge", {150, 6}, "edge", {1.5, 0, 1}},
+    {"EdgeFromOutside", {150, -6}, "edge", {1.5, 0, 1}},
+    {"NotTheDiagonal", {200, 100}, "face", {2, 1, 1}},
+    {"DiagonalIfUnknown", {200, 101}, "edge", {2.004, 1.002, 1}, SnapTo::All, false},
+    {"Face", {50, 150}, "face", {0.5, 1.5, 1}},
+    {"Outside", {150, -60}, "", {0, 0, 0}},
+    {"EdgesAlone", {3, 4}, "edge", {0, 0.04, 1}, SnapTo::Edges},
+    {"FacesAlone", {3, 4}, "face", {0.03, 0.04, 1}, SnapTo::Faces},
+    {"HiddenCorner", {3, 4}, "edge", {0.03, 0, 1}, SnapTo::All, true, 0.02},
+};
+
+TABLE(Snaps, testing::Test, SnapCase, snapCases);
+
+TEST_P(Snaps, ToTheNearest)
+{
+    const SnapCase &row = GetParam();
+    const MeshTopology topology = shape.topology();
+    const auto sight = [](const Vec &p) { return Seen{QPointF(p[0], p[1]) * 100, 1}; };
+    const auto shown = [&](const Vec &v) { return v[0] > row.hidden; };
+    std::optional<SurfacePoint> under;
+    const QPointF p = row.pointer / 100;
+    if (QRectF(0, 0, 4, 2).contains(p))
+        under = SurfacePoint{10, {p.x(), p.y(), 1}};
+    const SnapWish wish{shape.mesh, row.known ? &topology : nullptr, row.to, 10};
+    const auto snap = snapTo(wish, {10, 11}, under, row.pointer, sight, shown);
+    const char *kinds[] = {"vertex", "edge", "face"};
+    EXPECT_STREQ(snap ? kinds[int(snap->kind)] : "", row.kind);
+    EXPECT_LT((snap.value_or(Snap()).at - row.at).norm(), 1e-6);
+}
+
+TEST(SnapTest, PerspectiveIsTakenOutOfEdges)
+{
+    // An edge that runs away from the eye at depth 1 to depth 3: its middle is seen at a third of
+    // its other end's place.
+    Shape slope;
+    slope.triangle({1, 0, 0}, {1, 0, 2}, {9, 9, 0});
+    const auto sight = [](const Vec &p) {
+        return Seen{QPointF(p[0], p[1]) * 300 / (1 + p[2]), 1 + p[2]};
+    };
+    const auto snap = snapTo({slope.mesh, nullptr, SnapTo::All, 5}, {0}, {}, {150, -2}, sight,
+                             [](const Vec &) { return true; });
+    ASSERT_TRUE(snap);
+    EXPECT_LT((snap->at - Vec(1, 0, 1)).norm(), 1e-9) << snap->at.transpose();
+}
+
+TEST(LabelLayoutTest, LabelsStayInsideAndApart)
+{
+    const QRectF bounds(0, 0, 300, 200);
+    std::vector<LabelWish> wishes{{{100, 100}, {60, 20}}, {{290, 10}, {60, 20}}};
+    EXPECT_EQ(layLabels(wishes, bounds, 4)[0], QRectF(108, 72, 60, 20));
+    for (int i = 0; i < 10; ++i)
+        wishes.push_back({{290, 10}, {60, 20}});
+    const auto places = layLabels(wishes, bounds, 4);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        EXPECT_TRUE(bounds.contains(places[i])) << i;
+        for (std::size_t k = 0; k < i; ++k)
+            EXPECT_FALSE(places[i].intersects(places[k])) << i << " on " << k;
+    }
 }
 
 } // namespace
