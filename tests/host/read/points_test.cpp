@@ -26,8 +26,7 @@ std::string pointsOf(const Imported &got)
         const QVector3D at = m.axes.toFile({p[0], p[1], p[2]});
         points << QString();
         for (int k = 0; k < 3; ++k)
-            points.back() +=
-                QString::number(double(at[k]) + m.origin[std::size_t(k)], 'g', 10) + ' ';
+            points.back() += QString("%1 ").arg(at[k] + m.origin[std::size_t(k)], 0, 'g', 10);
         for (std::size_t k = 0; !m.colours.empty() && k < 3; ++k)
             points.back() += QString::number(m.colours[i * 4 + k], 16) + ' ';
     }

@@ -53,6 +53,15 @@ struct Log {
     double last = 0;
 };
 
+/// A shell that runs @p script in place of the reader.
+ReaderProgram shell(const QString &script)
+{
+    ReaderProgram program;
+    program.path = "/bin/sh";
+    program.arguments = QStringList{"-c", script};
+    return program;
+}
+
 class ReadQueueTest : public testing::Test {
 protected:
     ReadQueueTest() { queue.setMaxProcesses(1); }
@@ -169,27 +178,22 @@ TEST_F(ReadQueueTest, MayBeDeletedFromItsOwnSignals)
 
 TEST(ReadQueueChild, ServesUntilItHasServedEnoughOrHasGrownOrCrashesAndIsReplaced)
 {
-    const char *const well = "exec %2 --reader";
+    const QString reader = QCoreApplication::applicationFilePath() + " --reader";
+    const QString crashing = reader + "; dd bs=4096 count=1 >&2; kill -SEGV $$";
     const struct {
-        const char *shell; // what it does, of %2, in place of the reader
+        QString script;
         int mostServed;
         quint64 keptBytes;
         int processes; // that five files take
     } rows[] = {
-        {well, 200, quint64(1) << 40, 1},
-        {well, 2, quint64(1) << 40, 3},
-        {well, 200, 1, 5},
-        {"dd bs=4096 count=1 | %2 --reader; dd bs=4096 count=1 >&2; kill -SEGV $$", 200,
-         quint64(1) << 40, 5},
+        {"exec " + reader, 200, quint64(1) << 40, 1},
+        {"exec " + reader, 2, quint64(1) << 40, 3},
+        {"exec " + reader, 200, 1, 5},
+        {"dd bs=4096 count=1 | " + crashing, 200, quint64(1) << 40, 5},
     };
     for (const auto &c : rows) {
         const ModelFolder folder;
-        ReaderProgram program;
-        program.path = "/bin/sh";
-        program.arguments = QStringList{
-            "-c", QString("printf x >> %1; ")
-                      .append(c.shell)
-                      .arg(folder.path("processes"), QCoreApplication::applicationFilePath())};
+        ReaderProgram program = shell("printf x >> " + folder.path("processes; ") + c.script);
         program.mostServed = c.mostServed;
         program.limits.keptBytes = c.keptBytes;
         ReadQueue queue(nullptr, program);
@@ -230,10 +234,10 @@ TEST(ReadQueueChild, ThatFailsLeavesAReason)
             continue; // this build has no limit, and the file would take gigabytes
         const ModelFolder folder;
         ReaderProgram program;
-        if (*c.shell) {
-            program.path = *c.shell == '/' ? c.shell : "/bin/sh";
-            program.arguments = QStringList{"-c", QString("head -c 1 >&2; ") + c.shell};
-        }
+        if (*c.shell)
+            program = shell(QString("head -c 1 >&2; ") + c.shell);
+        if (*c.shell == '/')
+            program.path = c.shell;
         program.limits.memory = 512u << 20;
         program.limits.cpuSeconds = 1;
         program.limits.wallSeconds = *c.shell ? 1 : 60;
