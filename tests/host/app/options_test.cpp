@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <gtest/gtest.h>
 
 #include "host/app/desktop.h"
 #include "host/app/file_watch.h"
@@ -12,53 +13,39 @@
 #include "host/app/options.h"
 #include "host/app/settings.h"
 #include "host/app/standard_input.h"
-#include "tests/support/table.h"
 
 namespace host {
 namespace {
 
-struct OptionsCase {
-    const char *name;
-    QString arguments; // apart by blanks
-    Options::Action action;
-    const char *complaint; // a part of the error
-};
-
-using Action = Options::Action;
-
-const OptionsCase optionsCases[] = {
-    {"Reader", "--reader", Action::Reader, ""},
-    {"UnknownOption", "--colour", Action::Refuse, "--colour;"},
-    {"FileWithADash", "a.obj -x.obj", Action::Refuse, "-x.obj; a file whose name"},
-    {"SizeWithoutHeight", "--size 800", Action::Refuse, "\"800\""},
-    {"SizeTooSmall", "--size 800x9", Action::Refuse, "16"},
-    {"RateOfNothing", "--fps 0", Action::Refuse, "\"0\""},
-    {"UpOfNoAxis", "--up w a.obj", Action::Refuse, "\"w\""},
-    {"SectionOfNoAxis", "--section w:3 a.obj", Action::Refuse, "\"w:3\""},
-    {"SectionTooOften", "--section x --section y --section z --section x a.obj", Action::Refuse,
-     "three"},
-    {"PictureOfNothing", "--screenshot a.png", Action::Refuse, "needs a file"},
-    {"RecordingOfNothing", "--turntable a.mp4", Action::Refuse, "needs a file"},
-    {"PictureAndRecording", "--turntable a --screenshot b a.obj", Action::Refuse, "at a time"},
-    {"SecondsOfWords", "--turntable t --seconds many a.obj", Action::Refuse, "\"many\""},
-    {"SecondsOfNothing", "--turntable t --seconds 0 a.obj", Action::Refuse, "\"0\""},
-    {"SecondsTooMany", "--turntable t --seconds 601 a.obj", Action::Refuse, "600"},
-    {"SecondsAlone", "--seconds 3 a.obj", Action::Refuse, "--turntable"},
-    {"PictureWatched", "--watch --screenshot p.png a.obj", Action::Refuse, "window"},
-    {"CleanWindow", "--no-overlays a.obj", Action::Refuse, "--screenshot or"},
-    {"InputTwice", "- -", Action::Refuse, "once"},
-    {"CompanionsNowhere", "--companions nowhere a.obj", Action::Refuse, "\"nowhere\""},
-};
-
-TABLE(OptionsLine, testing::Test, OptionsCase, optionsCases);
-
-TEST_P(OptionsLine, IsTakenOrRefused)
+TEST(OptionsTest, WhatMakesNoSenseIsRefused)
 {
-    const Options o =
-        parseOptions(("glview " + GetParam().arguments).split(' ', Qt::SkipEmptyParts));
-    EXPECT_EQ(o.action, GetParam().action) << o.error.toStdString();
-    EXPECT_EQ(o.error.isEmpty(), o.action != Action::Refuse);
-    EXPECT_TRUE(o.error.contains(GetParam().complaint)) << o.error.toStdString();
+    const char *const rows[] = {// and a part of the complaint
+                                "--colour => --colour;",
+                                "a.obj -x.obj => -x.obj; a file whose name",
+                                "--size 800 => \"800\"",
+                                "--size 800x9 => 16",
+                                "--fps 0 => \"0\"",
+                                "--up w a.obj => \"w\"",
+                                "--section w:3 a.obj => \"w:3\"",
+                                "--section x --section y --section z --section x a.obj => three",
+                                "--screenshot a.png => needs a file",
+                                "--turntable a.mp4 => needs a file",
+                                "--turntable a --screenshot b a.obj => at a time",
+                                "--turntable t --seconds many a.obj => \"many\"",
+                                "--turntable t --seconds 0 a.obj => \"0\"",
+                                "--turntable t --seconds 601 a.obj => 600",
+                                "--seconds 3 a.obj => --turntable",
+                                "--watch --screenshot p.png a.obj => window",
+                                "--no-overlays a.obj => --screenshot or",
+                                "- - => once",
+                                "--companions nowhere a.obj => \"nowhere\""};
+    for (const QString row : rows) {
+        const Options o = parseOptions(("glview " + row.section(" => ", 0, 0)).split(' '));
+        EXPECT_EQ(o.action, Options::Action::Refuse) << row.toStdString();
+        EXPECT_TRUE(o.error.contains(row.section(" => ", 1))) << o.error.toStdString();
+    }
+    const Options reader = parseOptions({"glview", "--reader"});
+    EXPECT_TRUE(reader.action == Options::Action::Reader && reader.error.isEmpty());
 }
 
 TEST(OptionsTest, ValuesArrive)
@@ -116,35 +103,20 @@ TEST(DesktopScaleTest, VariablesAreReadAndTakenAway)
 
 TEST(StandardInputTest, FormatsAreKnownByTheirFirstBytes)
 {
-    const QByteArray solid = QByteArray("solid").leftJustified(80, ' ');
-    const QByteArray binary = solid + QByteArray("\2\0\0\0", 4);
-    const std::tuple<QByteArray, int, const char *> rows[] = {
-        {binary, 184, "stl"},
-        {QByteArray(80, 'x') + binary.right(4), 184, "stl"},
-        {QByteArray(80, 'x') + binary.right(4), 185, ""},
-        {QByteArray(84, '\0'), 84, ""},
-        {"solid words", 11, "stl"},
-        {"# made by hand\nv 0 0 0\n", 23, "obj"},
-        {"usemtl red\n", 11, "obj"},
-        {"time,v 1\n0,1\n", 13, "csv"},
-        {"a\tb\n", 4, "csv"},
-        {"a;b\n", 4, "csv"},
-        {"one\na,b\n", 8, ""},
-        {"<?xml version='1'?><COLLADA>", 28, "dae"},
-        {"<amf>", 5, "amf"},
-        {"<X3D>", 5, "x3d"},
-        {"glTF", 4, "glb"},
-        {"\n{\"asset\"", 9, "gltf"},
-        {"ply\n", 4, "ply"},
-        {"OFF\n", 4, "off"},
-        {"PK\x03\x04", 4, "3mf"},
-        {"; FBX 7", 7, "fbx"},
-        {"Kaydara FBX Binary", 18, "fbx"},
-        {"BLENDER", 7, "blend"},
-        {"xof 0303", 8, "x"},
-        {"these are words", 15, ""}};
-    for (const auto &[start, size, suffix] : rows)
-        EXPECT_EQ(StandardInput::suffixOf(start, size), suffix) << start.toStdString();
+    const QString texts = "stl=solid words|obj=# made by hand\nv 0 0 0\n|obj=usemtl red\n|"
+                          "csv=time,v 1\n0,1\n|csv=a\tb\n|csv=a;b\n|=one\na,b\n|"
+                          "dae=<?xml version='1'?><COLLADA>|amf=<amf>|x3d=<X3D>|glb=glTF|"
+                          "gltf=\n{\"asset\"|ply=ply\n|off=OFF\n|3mf=PK\x03\x04|fbx=; FBX 7|"
+                          "fbx=Kaydara FBX Binary|blend=BLENDER|x=xof 0303|=these are words";
+    for (const QString &row : texts.split('|')) {
+        const QByteArray start = row.section('=', 1).toLatin1();
+        EXPECT_EQ(StandardInput::suffixOf(start, start.size()), row.section('=', 0, 0));
+    }
+    const QByteArray two("\2\0\0\0", 4), named = "solid" + QByteArray(75, ' ') + two;
+    EXPECT_EQ(StandardInput::suffixOf(named, 184), "stl");
+    EXPECT_EQ(StandardInput::suffixOf(QByteArray(80, 'x') + two, 184), "stl");
+    EXPECT_EQ(StandardInput::suffixOf(QByteArray(80, 'x') + two, 185), "");
+    EXPECT_EQ(StandardInput::suffixOf(QByteArray(84, '\0'), 84), "");
 }
 
 TEST(StandardInputTest, IsKeptAsAFileOfItsFormat)

@@ -4,7 +4,6 @@
 #include <QClipboard>
 
 #include "sheet/support.h"
-#include "tests/support/table.h"
 
 namespace host {
 namespace {
@@ -35,35 +34,28 @@ protected:
     }
 };
 
-struct ClicksCase {
-    const char *name;
-    int kind;
-    const char *places, *text;
-};
-
-const ClicksCase clicksCases[] = {
-    {"Distance", 1, "0,2,2 5,0,2", "Distance|5.38516|Δx 5   Δy -2   Δz 0"},
-    {"Point", 2, "3,2,2", "Point|x 3   y 2   z 2"},
-    {"Faces", 3, "1,1,2 1,2,1", "Angle of faces|90°"},
-    {"ParallelFaces", 3, "1,1,2 4,1,2", "Angle of faces|180°|parallel, 0 apart"},
-    {"Points", 4, "0,0,2 2,0,2 0,2,2", "Angle of points|45°"},
-    {"Radius", 5, "1,2,2", ""},
-    {"AllKindsAround", 6, "0,2,2 0,0,2", "Distance|2|Δx 0   Δy -2   Δz 0"},
-    {"BesideTheModel", 2, "9,9,9", ""},
-};
-
-TABLE(MeasureClicks, MeasureTest, ClicksCase, clicksCases);
-
-TEST_P(MeasureClicks, AreMeasured)
+TEST_F(MeasureTest, ClicksAreMeasured)
 {
-    open();
-    measure(GetParam().kind, GetParam().places);
-    EXPECT_EQ(measured(), GetParam().text);
-    EXPECT_EQ(tool().hint().contains("no circle"), GetParam().name == std::string("Radius"));
-    // On another axis it is drawn elsewhere and says the same.
-    item()->standOn(glw(), FileAxes::Z);
-    await();
-    EXPECT_EQ(measured(), GetParam().text);
+    const std::tuple<int, const char *, const char *> rows[] = {
+        {1, "0,2,2 5,0,2", "Distance|5.38516|Δx 5   Δy -2   Δz 0"},
+        {2, "3,2,2", "Point|x 3   y 2   z 2"},
+        {3, "1,1,2 1,2,1", "Angle of faces|90°"},
+        {3, "1,1,2 4,1,2", "Angle of faces|180°|parallel, 0 apart"},
+        {4, "0,0,2 2,0,2 0,2,2", "Angle of points|45°"},
+        {5, "1,2,2", ""}, // a radius
+        {6, "0,2,2 0,0,2", "Distance|2|Δx 0   Δy -2   Δz 0"},
+        {2, "9,9,9", ""},
+    };
+    for (const auto &[kind, places, text] : rows) {
+        open();
+        measure(kind, places);
+        EXPECT_EQ(measured(), text) << kind;
+        EXPECT_EQ(tool().hint().contains("no circle"), kind == 5);
+        // On another axis it is drawn elsewhere and says the same.
+        item()->standOn(glw(), FileAxes::Z);
+        await();
+        EXPECT_EQ(measured(), text) << kind;
+    }
 }
 
 TEST_F(MeasureTest, AreaAndVolumeAreThoseOfWhatIsSelectedOrShown)

@@ -7,13 +7,12 @@
 
 #include "GL/glwidget.h"
 #include "GL/glwindow.h"
-#include "tests/support/table.h"
+#include <gtest/gtest.h>
 
 namespace host {
 namespace {
 
 struct RefinementCase {
-    const char *name;
     int repaints; // of others, before the rest
     bool allowed;
     bool worth;        // something is to be smoothed
@@ -24,12 +23,9 @@ struct RefinementCase {
 };
 
 const RefinementCase refinementCases[] = {
-    {"AllFrames", 1, true, true, 0, 0, 9, 50, 125},
-    {"FromTheLastOther", 3, true, true, 0, 0, 11, 50, 125},
-    {"NotAllowed", 1, false, true, 0, 0, 1, 0, 200},
-    {"NothingToSmooth", 1, true, false, 0, 0, 1, 0, 200},
-    {"OutOfTime", 1, true, true, 700, 0, 5, 50, 100},
-    {"ChangedMeanwhile", 1, true, true, 0, 4, 12, 50, 125},
+    {1, true, true, 0, 0, 9, 50, 125},   {3, true, true, 0, 0, 11, 50, 125},
+    {1, false, true, 0, 0, 1, 0, 200},   {1, true, false, 0, 0, 1, 0, 200},
+    {1, true, true, 700, 0, 5, 50, 100}, {1, true, true, 0, 4, 12, 50, 125},
 };
 
 /// Draws a square from the lower left corner to pixel 20.25 and 30.625, and paints a pixel over it.
@@ -88,36 +84,35 @@ public:
     Refinement refinement;
 };
 
-TABLE(RefinementOf, testing::Test, RefinementCase, refinementCases);
-
-TEST_P(RefinementOf, SmoothsWhatStaysAndThenRests)
+TEST(RefinementTest, SmoothsWhatStaysAndThenRests)
 {
-    const RefinementCase &row = GetParam();
-    QGLWindow window(nullptr, "window");
-    window.fps(0);
-    window.resize(40, 40);
-    window.setProperty("drawfps", false);
-    GLWidget scene(nullptr, "scene");
-    window.AddGLWidget(&scene);
-    window.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
-    QCoreApplication::processEvents();
-    window.makeCurrent();
-    Host host(window, row);
-    scene.Connect(&host);
-    for (int i = 0; i < row.repaints; ++i)
-        window.repaint();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return host.refinement.isAtRest(); }, 20000));
-    QCoreApplication::processEvents();
-    EXPECT_EQ(host.frames, row.frames);
-    const auto grey = [&](int x, int y) { return qRed(host.seen.pixel(x, 39 - y)); };
-    EXPECT_EQ(grey(10, 10), 200);
-    EXPECT_NEAR(grey(20, 10), row.right, 1);
-    EXPECT_NEAR(grey(10, 30), row.upper, 1);
-    EXPECT_EQ(grey(21, 10) + grey(10, 31) + grey(35, 19), 0);
-    EXPECT_EQ(grey(35, 20), 100);
-    EXPECT_EQ(host.seen.pixelColor(0, 39), QColor(1, 2, 3));
-    window.RemoveGLWidget(&scene);
+    for (const RefinementCase &row : refinementCases) {
+        QGLWindow window(nullptr, "window");
+        window.fps(0);
+        window.resize(40, 40);
+        window.setProperty("drawfps", false);
+        GLWidget scene(nullptr, "scene");
+        window.AddGLWidget(&scene);
+        window.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+        QCoreApplication::processEvents();
+        window.makeCurrent();
+        Host host(window, row);
+        scene.Connect(&host);
+        for (int i = 0; i < row.repaints; ++i)
+            window.repaint();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return host.refinement.isAtRest(); }, 20000));
+        QCoreApplication::processEvents();
+        EXPECT_EQ(host.frames, row.frames) << &row - refinementCases;
+        const auto grey = [&](int x, int y) { return qRed(host.seen.pixel(x, 39 - y)); };
+        EXPECT_EQ(grey(10, 10), 200);
+        EXPECT_NEAR(grey(20, 10), row.right, 1);
+        EXPECT_NEAR(grey(10, 30), row.upper, 1);
+        EXPECT_EQ(grey(21, 10) + grey(10, 31) + grey(35, 19), 0);
+        EXPECT_EQ(grey(35, 20), 100);
+        EXPECT_EQ(host.seen.pixelColor(0, 39), QColor(1, 2, 3));
+        window.RemoveGLWidget(&scene);
+    }
 }
 
 } // namespace

@@ -11,7 +11,6 @@
 #include "host/view/window/binding.h"
 #include "host/view/window/menu_tree.h"
 #include "sheet/support.h"
-#include "tests/support/table.h"
 
 namespace host {
 namespace {
@@ -64,7 +63,6 @@ TEST_F(SurfaceTest, WhatIsFittedKeepsClearOfOverlays)
         hand(QString("350,%1 move").arg(y));
         EXPECT_EQ(!item()->underPointer().isEmpty(), isOn) << y;
     }
-    view.reset();
     open(true);
     const SeriesPlot &plot = item<SeriesItem>()->plot();
     EXPECT_EQ(plot.options().insets.bottom(), 36);
@@ -72,32 +70,21 @@ TEST_F(SurfaceTest, WhatIsFittedKeepsClearOfOverlays)
                 PlotLayout(plot.table(), {600, 400}, plot.options()).area.bottom(), 1);
 }
 
-struct SizeCase {
-    const char *name;
-    QSize size;
-    const char *overlays; // that are listed
-};
-
-const SizeCase sizeCases[] = {
-    {"All", {600, 400}, "Look along it; Open that file"},
-    {"WithoutTheStrip", {400, 300}, "Look along it"},
-    {"Nothing", {60, 40}, ""},
-};
-
-TABLE(SurfaceOfSize, SurfaceTest, SizeCase, sizeCases);
-
-TEST_P(SurfaceOfSize, LosesItsOverlaysOneByOne)
+TEST_F(SurfaceTest, LosesItsOverlaysOneByOne)
 {
     open();
-    window->frame()->resize(GetParam().size);
-    settle(glw());
-    QStringList listed;
-    for (const QString &row : list())
-        if (row.contains("arm of") || row.contains("strip"))
+    const std::pair<QSize, const char *> rows[] = {// that are listed
+                                                   {{600, 400}, "Look along it; Open that file"},
+                                                   {{400, 300}, "Look along it"},
+                                                   {{60, 40}, ""}};
+    for (const auto &[size, overlays] : rows) {
+        window->frame()->resize(size);
+        settle(glw());
+        QStringList listed;
+        for (const QString &row : list().filter(QRegularExpression("arm of|strip")))
             listed << row.section(": ", 1);
-    EXPECT_EQ(listed.join("; "), GetParam().overlays);
-    if (!listed.isEmpty())
-        return;
+        EXPECT_EQ(listed.join("; "), overlays);
+    }
     const QImage image = painted(); // of one cube in the middle of a background in rows
     const QPoint middle(image.width() / 2, image.height() / 2);
     EXPECT_NE(image.pixel(middle), image.pixel(0, middle.y()));
@@ -106,50 +93,41 @@ TEST_P(SurfaceOfSize, LosesItsOverlaysOneByOne)
             EXPECT_EQ(image.pixel(x, y), image.pixel(0, y)) << x << "," << y;
 }
 
-struct ListsCase {
-    const char *name;
-    bool plot;
-    const char *listed;
-    const char *missing;
-};
-
-const ListsCase listsCases[] = {
-    {"Model", false,
-     "left drag, arrows: Orbit|left click on an arm of the axes: Look along it|W: Shaded, edges|"
-     "M: Mark what|+: Zoom in|Menu, Shift+F10: Menu",
-     "plot|along x|legend"},
-    {"Plot", true,
-     "arrows: Move the plot|Shift+wheel: Zoom along x alone|Ctrl+wheel: Zoom along y|"
-     "legend: Show or hide its column|F: Fit",
-     "Orbit|Look|hidden lines|Lighting|Roll|arm of|Orthographic"},
-};
-
-TABLE(SurfaceLists, SurfaceTest, ListsCase, listsCases);
-
-TEST_P(SurfaceLists, OfferWhatWorksInTheSameWords)
+TEST_F(SurfaceTest, ListAndMenuOfferWhatWorksInTheSameWords)
 {
-    open(GetParam().plot);
-    const QString rows = list().join('\n');
-    for (const QString &text : QString(GetParam().listed).split('|'))
-        EXPECT_TRUE(rows.contains(text)) << text.toStdString() << "\n" << rows.toStdString();
-    MenuTree tree;
-    view->InitContextMenuTree(glw(), &tree);
-    QMenu menu;
-    tree.Build(&menu);
-    QStringList entries;
-    for (const QAction *entry : menu.findChildren<QAction *>())
-        if (entry->text().contains('\t'))
-            entries << entry->text();
-    EXPECT_GT(entries.size(), 3);
-    for (const QString &entry : entries)
-        EXPECT_TRUE(!list()
-                         .filter(QRegularExpression(
-                             "(^|, )" + QRegularExpression::escape(entry.section('\t', 1)) +
-                             "(,.*)?: " + entry.section('\t', 0, 0) + '$'))
-                         .isEmpty())
-            << entry.toStdString();
-    for (const QString &text : QString(GetParam().missing).split('|'))
-        EXPECT_FALSE((rows + entries.join('\n')).contains(text)) << text.toStdString();
+    const char *const rows[][2] = {
+        // what is listed, and what is not; in a model, in a plot
+        {"left drag, arrows: Orbit|left click on an arm of the axes: Look along it|W: Shaded, "
+         "edges|"
+         "M: Mark what|+: Zoom in|Menu, Shift+F10: Menu",
+         "plot|along x|legend"},
+        {"arrows: Move the plot|Shift+wheel: Zoom along x alone|Ctrl+wheel: Zoom along y|"
+         "legend: Show or hide its column|F: Fit",
+         "Orbit|Look|hidden lines|Lighting|Roll|arm of|Orthographic"}};
+    for (const bool plot : {false, true}) {
+        open(plot);
+        const QString listed = list().join('\n');
+        for (const QString &text : QString(rows[plot][0]).split('|'))
+            EXPECT_TRUE(listed.contains(text)) << text.toStdString() << "\n"
+                                               << listed.toStdString();
+        MenuTree tree;
+        view->InitContextMenuTree(glw(), &tree);
+        QMenu menu;
+        tree.Build(&menu);
+        QStringList entries;
+        for (const QAction *entry : menu.findChildren<QAction *>())
+            if (entry->text().contains('\t'))
+                entries << entry->text();
+        EXPECT_GT(entries.size(), 3);
+        for (const QString &entry : entries) {
+            const QString keys = QRegularExpression::escape(entry.section('\t', 1));
+            const QRegularExpression row("(^|, )" + keys + "(,.*)?: " + entry.section('\t', 0, 0) +
+                                         '$');
+            EXPECT_FALSE(list().filter(row).isEmpty()) << entry.toStdString();
+        }
+        for (const QString &text : QString(rows[plot][1]).split('|'))
+            EXPECT_FALSE((listed + entries.join('\n')).contains(text)) << text.toStdString();
+    }
 }
 
 TEST_F(SurfaceTest, TheListScrollsAndItsKeysAreItsOwn)

@@ -5,13 +5,9 @@
 #include <QMimeData>
 
 #include "host/app/viewer.h"
-#include "host/item/model_item.h"
-#include "host/item/series_item.h"
 #include "host/view/sheet/sheet_view.h"
-#include "host/view/single_view.h"
 #include "host/view/window/menu_tree.h"
 #include "support.h"
-#include "tests/support/table.h"
 
 namespace host {
 namespace {
@@ -26,6 +22,7 @@ protected:
 
     void open(const QStringList &paths, quint64 budget = SheetView::memoryBudget())
     {
+        own.reset();
         own = std::make_unique<SheetView>(*window, queue, "folder", paths);
         sheet = own.get();
         sheet->setMemoryBudget(budget);
@@ -59,10 +56,10 @@ protected:
     QString describe() const
     {
         std::map<std::pair<double, double>, QString> places;
-        for (const auto &[id, entry] : sheet->entries())
-            if (sheet->tile(id)->QObject::property("visible").toBool())
-                places[{sheet->tile(id)->orect.y(), sheet->tile(id)->orect.x()}] =
-                    QString::number(id);
+        for (const QChar id : idsWith("visible")) {
+            const QRectF at = sheet->tile(id.digitValue())->orect;
+            places[{at.y(), at.x()}] = id;
+        }
         QString read;
         for (const auto &[place, id] : places)
             read += id;
@@ -76,15 +73,13 @@ protected:
         QMenu menu;
         sheet->InitContextMenuTree(glw, &tree);
         tree.Build(&menu);
-        const QList<QAction *> entries = menu.actions();
-        for (QAction *entry : entries) {
-            if (entry->text().section('\t', 0, 0) != text)
-                continue;
-            entry->trigger();
-            frame();
-            frame();
-            return true;
-        }
+        for (QAction *entry : menu.actions())
+            if (entry->text().section('\t', 0, 0) == text) {
+                entry->trigger();
+                frame();
+                frame();
+                return true;
+            }
         return false;
     }
 
@@ -117,45 +112,38 @@ protected:
     }
 };
 
-struct StepsCase {
-    const char *name, *steps, *expected;
-};
-
-const StepsCase stepsCases[] = {
-    {"ClickSelectsInTheLastRow", "5 click", "5 of 123456 as 123456"},
-    {"ClickAgainTakesBack", "2 click click", " of 123456 as 123456"},
-    {"ControlAddsAndTakes", "1 click ctrl 4 click 6 click 4 click", "16 of 123456 as 123456"},
-    {"OnlySelected", "1 click ctrl 6 click none V", "16 of 16 as 16"},
-    {"AllAgainFromOutside", "1 click ctrl 6 click none V out move V", "16 of 123456 as 123456"},
-    {"AreaSelects", "shift right 5 move down 6 +9,9 move up", "56 of 123456 as 123456"},
-    {"AreaInThePlaceOfOthers", "2 click; shift right 1 move down 4 +9,9 move up",
-     "14 of 123456 as 123456"},
-    {"HideOne", "1:Hide tile", " of 23456 as 23456"},
-    {"HiddenIsNotChosen",
-     "1 click ctrl 4 click 6 click; 1:Hide 3 tiles; ctrl 2 click 3 click; 2:Hide 2 tiles",
-     " of 5 as 5"},
-    {"MenuOverAnotherMeansThat", "1 click ctrl 4 click; 2:Hide tile", "14 of 13456 as 13456"},
-    {"SelectAllMeansWhatIsSeen", "1:Hide tile; gap move Ctrl+A", "23456 of 23456 as 23456"},
-    {"SelectAllTwiceIsNone", "out move Ctrl+A Ctrl+A", " of 123456 as 123456"},
-    {"NothingVisibleAndBack", "Ctrl+A; 1:Hide 6 tiles; V", " of 123456 as 123456"},
-    {"Remove", "1 click ctrl 4 click; 4:Remove 2 tiles from the sheet; V", " of 2356 as 2356"},
-    {"NameTwiceTurnsRound", "gap move N N", " of 123456 as 123456"},
-    {"CountOfTriangles", "out move C", " of 123456 as 251436"},
-    {"SizeTheSmallestFirst", "out move S S", " of 123456 as 634152"},
-};
-
-TABLE(SheetSteps, SheetTest, StepsCase, stepsCases);
-
-TEST_P(SheetSteps, LeadTo)
+TEST_F(SheetTest, StepsLeadTo)
 {
-    open(six());
-    ASSERT_LT(place("1")->y(), place("6")->y()) << "one row would not tell up from down";
-    run(GetParam().steps);
-    EXPECT_EQ(describe().toStdString(), GetParam().expected);
-    EXPECT_EQ(widget->mouse.area, 0);
+    const std::pair<const char *, const char *> rows[] = {
+        {"5 click", "5 of 123456 as 123456"},
+        {"2 click click", " of 123456 as 123456"},
+        {"1 click ctrl 4 click 6 click 4 click", "16 of 123456 as 123456"},
+        {"1 click ctrl 6 click none V", "16 of 16 as 16"},
+        {"1 click ctrl 6 click none V out move V", "16 of 123456 as 123456"},
+        {"shift right 5 move down 6 +9,9 move up", "56 of 123456 as 123456"},
+        {"2 click; shift right 1 move down 4 +9,9 move up", "14 of 123456 as 123456"},
+        {"1:Hide tile", " of 23456 as 23456"},
+        {"1 click ctrl 4 click 6 click; 1:Hide 3 tiles; ctrl 2 click 3 click; 2:Hide 2 tiles",
+         " of 5 as 5"},
+        {"1 click ctrl 4 click; 2:Hide tile", "14 of 13456 as 13456"},
+        {"1:Hide tile; gap move Ctrl+A", "23456 of 23456 as 23456"},
+        {"out move Ctrl+A Ctrl+A", " of 123456 as 123456"},
+        {"Ctrl+A; 1:Hide 6 tiles; V", " of 123456 as 123456"},
+        {"1 click ctrl 4 click; 4:Remove 2 tiles from the sheet; V", " of 2356 as 2356"},
+        {"gap move N N", " of 123456 as 123456"},
+        {"out move C", " of 123456 as 251436"},
+        {"out move S S", " of 123456 as 634152"},
+    };
+    for (const auto &[steps, expected] : rows) {
+        open(six());
+        ASSERT_LT(place("1")->y(), place("6")->y()) << "one row would not tell up from down";
+        run(steps);
+        EXPECT_EQ(describe().toStdString(), expected) << steps;
+        EXPECT_EQ(widget->mouse.area, 0) << steps;
+    }
 }
 
-TEST_F(SheetTest, TheMenuOpensBesideTheTilesToo)
+TEST_F(SheetTest, TheMenuOpensBesideTilesTooAndOnlyWhatIsUnderThePointerIsMarked)
 {
     open(six());
     int opened = 0;
@@ -166,11 +154,6 @@ TEST_F(SheetTest, TheMenuOpensBesideTheTilesToo)
     hand("right gap down up 3 down up");
     QCoreApplication::processEvents();
     EXPECT_EQ(opened, 2);
-}
-
-TEST_F(SheetTest, OnlyWhatIsUnderThePointerIsMarked)
-{
-    open(six());
     // To a tile that is visited later in a pass, and back to one that is visited earlier.
     for (const auto &[under, left] : {std::pair(2, 3), std::pair(3, 2), std::pair(2, 3)}) {
         hand(QString("%1 move").arg(under));
@@ -298,31 +281,19 @@ TEST_F(SheetTest, AFileThatFailsKeepsItsTileAndTellsWhy)
     EXPECT_EQ(state(5), State::Shown) << "there is room now";
 }
 
-struct RoomCase {
-    const char *name;
-    QSize window;
-    bool named;
-};
-
-const RoomCase roomCases[] = {
-    {"Usual", {600, 400}, true},
-    {"Small", {150, 100}, false},
-    {"Tiny", {60, 40}, false},
-};
-
-TABLE(SheetRoom, SheetTest, RoomCase, roomCases);
-
-TEST_P(SheetRoom, IsTheDrawingsFirst)
+TEST_F(SheetTest, RoomIsTheDrawingsFirst)
 {
     open(six());
-    window->frame()->resize(GetParam().window);
-    frame();
-    frame();
-    for (int id = 1; id <= 6; ++id) {
-        const GLW *tile = sheet->tile(id);
-        EXPECT_TRUE(QRectF({}, GetParam().window).contains(tile->orect));
-        EXPECT_EQ(tile->rect != tile->orect, GetParam().named);
-        EXPECT_GT(tile->rect.height(), 8) << "a share of the window, for the module";
+    for (const QSize &size : {QSize(600, 400), QSize(150, 100), QSize(60, 40)}) {
+        window->frame()->resize(size);
+        frame();
+        frame();
+        for (int id = 1; id <= 6; ++id) {
+            const GLW *tile = sheet->tile(id);
+            EXPECT_TRUE(QRectF({}, size).contains(tile->orect));
+            EXPECT_EQ(tile->rect != tile->orect, size.width() == 600) << "its name";
+            EXPECT_GT(tile->rect.height(), 8) << "a share of the window, for the module";
+        }
     }
 }
 
@@ -363,7 +334,6 @@ TEST_F(SheetTest, TilesAreChosenAndOpenedByKeys)
 
 TEST_F(SheetTest, DroppedFilesAreTold)
 {
-    open(six());
     QStringList told;
     QObject::connect(window.get(), &Window::filesDropped,
                      [&](const QStringList &paths) { told << paths; });

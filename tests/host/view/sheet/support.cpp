@@ -111,6 +111,7 @@ void ViewTest::hand(const QString &script)
 
 void SingleViewTest::open(const QString &path, bool fromTheFront)
 {
+    view.reset();
     view = std::make_unique<SingleView>(*window, queue, path);
     show(*view);
     if (fromTheFront)

@@ -2,7 +2,7 @@
 // Which rows a list of parts has, and what they say.
 #include "host/view/side/part_tree_model.h"
 
-#include "tests/support/table.h"
+#include <gtest/gtest.h>
 
 namespace host {
 namespace {
@@ -44,41 +44,35 @@ std::string drawn(const PartTreeModel &model, const QModelIndex &above = {}, int
     return text;
 }
 
-struct TreeCase {
-    const char *name;
-    const char *filter;
-    std::vector<std::size_t> hidden;
-    const char *drawn;
-};
-
-const TreeCase treeCases[] = {
-    {"All",
-     "",
-     {},
-     "car 26 x\n.axle 11 x\n..left  ·  wheel 5 x\n..right 6 x\n.body 15 x\n"
-     "..door 7 x\n..roof 8 x\ncloud 9 x\n"},
-    {"APart", "OOF", {}, "car 26 x\n.body 15 x\n..roof 8 x\n"},
-    {"ANodeWithAllBelow", "body", {}, "car 26 x\n.body 15 x\n..door 7 x\n..roof 8 x\n"},
-    {"Material", "rubber", {}, "car 26 x\n.axle 11 x\n..left  ·  wheel 5 x\n..right 6 x\n"},
-    {"NodeOfAMergedRow", "left", {}, "car 26 x\n.axle 11 x\n..left  ·  wheel 5 x\n"},
-    {"Nothing", "zebra", {}, ""},
-    {"Hidden", "steel", {2}, "car 26 -\n.body 15 -\n..door 7 o\n..roof 8 x\n"},
-    {"AllBelowHidden", "steel", {2, 3}, "car 26 -\n.body 15 o\n..door 7 o\n..roof 8 o\n"},
-};
-
-TABLE(PartTreeRows, testing::Test, TreeCase, treeCases);
-
-TEST_P(PartTreeRows, AreDrawn)
+TEST(PartTreeModelTest, RowsAreThoseOfTheFilterAndWhatIsAboveThem)
 {
+    const std::string left = "..left  ·  wheel 5 x\n", axle = ".axle 11 x\n" + left;
+    const struct {
+        const char *filter;
+        std::vector<std::size_t> hidden;
+        std::string drawn;
+    } rows[] = {
+        {"",
+         {},
+         "car 26 x\n" + axle + "..right 6 x\n.body 15 x\n..door 7 x\n..roof 8 x\ncloud 9 x\n"},
+        {"OOF", {}, "car 26 x\n.body 15 x\n..roof 8 x\n"},
+        {"body", {}, "car 26 x\n.body 15 x\n..door 7 x\n..roof 8 x\n"}, // with all below
+        {"rubber", {}, "car 26 x\n" + axle + "..right 6 x\n"},          // a material
+        {"left", {}, "car 26 x\n" + axle}, // a row of a node and its only part
+        {"zebra", {}, ""},
+        {"steel", {2}, "car 26 -\n.body 15 -\n..door 7 o\n..roof 8 x\n"},
+        {"steel", {2, 3}, "car 26 -\n.body 15 o\n..door 7 o\n..roof 8 o\n"},
+    };
     PartTreeModel model(nullptr);
     model.setMesh(car());
-    model.filter("door"); // what was left out before comes back
-    model.filter(GetParam().filter);
-    PartMarks marks(5);
-    for (const std::size_t part : GetParam().hidden)
-        marks.setHidden(part, true);
-    model.setMarks(marks);
-    EXPECT_EQ(drawn(model), GetParam().drawn);
+    for (const auto &row : rows) { // what was left out before comes back
+        model.filter(row.filter);
+        PartMarks marks(5);
+        for (const std::size_t part : row.hidden)
+            marks.setHidden(part, true);
+        model.setMarks(marks);
+        EXPECT_EQ(drawn(model), row.drawn) << row.filter;
+    }
 }
 
 TEST(PartTreeModelTest, ABoxAsksForAllPartsBelowBeTheyInSightOrNot)

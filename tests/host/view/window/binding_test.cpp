@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The list of bindings: what a person reads.
-#include <QFontMetricsF>
-#include <QSet>
+#include <gtest/gtest.h>
 
 #include "GL/action.h"
-#include "host/view/window/bindings_list.h"
-#include "tests/support/table.h"
+#include "host/view/window/binding.h"
 
 namespace host {
 namespace {
@@ -79,53 +77,6 @@ TEST(BindingRows, GatherWhatDoesTheSameAndListWhatDoesSomething)
             rows << row.keys + ": " + row.text;
         EXPECT_EQ(rows.join("; "), text);
     }
-}
-
-struct ListCase {
-    const char *name;
-    QSizeF window;
-    int columns; // 0: nothing is painted
-    bool scrolls;
-};
-
-const ListCase listCases[] = {
-    {"Large", {1280, 800}, 1, false},
-    {"Low", {1280, 400}, 2, false},
-    {"Small", {250, 300}, 1, true},
-    {"Thumb", {60, 40}, 0, false},
-};
-
-TABLE(BindingsList, testing::Test, ListCase, listCases);
-
-TEST_P(BindingsList, ShowsEveryRowInFullInColumnsOrByScrolling)
-{
-    QVector<BindingRow> rows;
-    for (int i = 0; i < 20; ++i)
-        rows.append(BindingRow{"Ctrl+drag", "Zoom in to it"});
-    QFont font;
-    font.setPixelSize(13);
-    const QRectF bounds(QPointF(), GetParam().window);
-    const BindingsLayout top(bounds, font, rows, -5), end(bounds, font, rows, 1000);
-    QSet<double> columns;
-    for (const BindingsLayout &layout : {top, end}) {
-        double below = 0;
-        for (const auto &place : layout.places) {
-            columns.insert(place.keys.left());
-            EXPECT_TRUE(layout.panel.contains(place.keys) && layout.panel.contains(place.text));
-            EXPECT_FALSE(place.keys.intersects(place.text));
-            EXPECT_TRUE(place.keys.top() >= below || place.keys.top() < below - 100);
-            EXPECT_GE(place.text.height(), QFontMetricsF(font)
-                                               .boundingRect(QRectF(0, 0, place.text.width(), 999),
-                                                             Qt::TextWordWrap, rows[0].text)
-                                               .height());
-            below = place.keys.bottom();
-        }
-        EXPECT_TRUE(layout.places.isEmpty() || bounds.contains(layout.panel));
-    }
-    EXPECT_EQ(top.first, 0);
-    EXPECT_EQ(columns.size(), GetParam().columns);
-    EXPECT_EQ(end.first > 0, GetParam().scrolls);
-    EXPECT_EQ(end.first + end.places.size(), GetParam().columns ? rows.size() : 0);
 }
 
 } // namespace

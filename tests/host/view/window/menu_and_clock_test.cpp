@@ -27,18 +27,15 @@ TEST(MenuTreeTest, BuildsWhatWasAddedAndRunsItAfterwards)
     int entries = 0;
     ASSERT_TRUE(QMetaObject::invokeMethod(&tree, "Build", Q_RETURN_ARG(int, entries),
                                           Q_ARG(QMenu *, &menu)));
-    EXPECT_EQ(entries, 4);
     const QList<QAction *> actions = menu.actions();
-    ASSERT_EQ(actions.size(), 4);
+    ASSERT_TRUE(entries == 4 && actions.size() == 4 && actions[3]->menu());
     EXPECT_EQ(actions[0]->text(), "Fit\tF");
-    EXPECT_FALSE(actions[0]->isCheckable());
-    EXPECT_TRUE(actions[1]->isSeparator());
-    EXPECT_TRUE(actions[2]->isChecked());
-    ASSERT_TRUE(actions[3]->menu());
-    EXPECT_EQ(actions[3]->menu()->actions().value(0)->text(), "Top\t5");
+    EXPECT_TRUE(!actions[0]->isCheckable() && actions[1]->isSeparator() && actions[2]->isChecked());
+    QAction *below = actions[3]->menu()->actions().value(0);
+    EXPECT_EQ(below->text(), "Top\t5");
 
     actions[0]->trigger();
-    actions[3]->menu()->actions().value(0)->trigger();
+    below->trigger();
     EXPECT_TRUE(ran.isEmpty()) << "the menu is still open";
     QCoreApplication::processEvents();
     EXPECT_EQ(ran.join(' '), "fit top");

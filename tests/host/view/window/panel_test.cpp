@@ -3,6 +3,7 @@
 #include "host/view/window/panel.h"
 
 #include <cmath>
+#include <set>
 
 #include <QFontMetricsF>
 
@@ -100,34 +101,54 @@ TEST(PanelTest, AMessageStandsInTheMiddleWithABarOrWithout)
                 }).fills.empty());
 }
 
-TEST(PanelTest, TheListOfBindingsSaysWhichRowsAreSeen)
+TEST(PanelTest, TheListOfBindingsShowsEveryRowInFullInColumnsOrByScrolling)
 {
     QVector<BindingRow> rows;
     for (int i = 1; i <= 20; ++i)
         rows.append(BindingRow{QString("Key%1").arg(i), QString("Does%1").arg(i)});
-    for (int height = 250; height <= 800; height += 50) {
-        int last = 0;
-        const PaintRecord list({160, height}, [&](QPainter *p) {
-            last = paintBindings(p, {0, 0, 160, double(height)}, "Controls", rows, 2, theme);
-        });
-        const int first = std::min(2, last) + 1, shown = first > 1 ? 20 - last : 20;
-        EXPECT_TRUE(height > 250 || last > 2);
-        EXPECT_TRUE(height < 800 || last == 0);
-        EXPECT_EQ(list["Controls"].color, theme.accent);
-        EXPECT_TRUE(list["Controls"].font.bold());
-        EXPECT_EQ(list.fills.at(0).second.alpha(), 240);
-        EXPECT_TRUE(QRectF(8, 8, 144, height - 16).contains(list.fills[0].first)) << height;
-        for (int i = 1; i <= 20; ++i) {
-            const bool seen = i >= first && i < first + shown;
-            EXPECT_EQ(list.texts.count(rows[i - 1].keys), seen ? 1u : 0u) << i;
-            if (!seen)
+    const struct {
+        QSizeF size;
+        int columns;
+        bool scrolls;
+    } windows[] = {{{1280, 800}, 1, false}, {{1280, 400}, 2, false}, {{250, 800}, 1, false},
+                   {{250, 500}, 1, true},   {{250, 250}, 1, true},   {{60, 40}, 0, false}};
+    for (const auto &window : windows) {
+        for (const int from : {-5, 2, 1000}) {
+            int last = 0;
+            const PaintRecord list(window.size.toSize(), [&](QPainter *p) {
+                last = paintBindings(p, {{0, 0}, window.size}, "Controls", rows, from, theme);
+            });
+            ASSERT_EQ(list.fills.empty(), window.columns == 0);
+            if (list.fills.empty())
                 continue;
-            const PaintRecord::Text key = list[rows[i - 1].keys], text = list[rows[i - 1].text];
-            EXPECT_TRUE(key.font.bold() && !text.font.bold() && key.color == theme.text);
-            EXPECT_TRUE(text.color == theme.text && text.box.top() == key.box.top());
+            const int first = std::clamp(from, 0, last) + 1, shown = last > 0 ? 20 - last : 20;
+            EXPECT_EQ(last > 0, window.scrolls) << window.size.height();
+            EXPECT_EQ(list["Controls"].color, theme.accent);
+            EXPECT_TRUE(list["Controls"].font.bold());
+            EXPECT_EQ(list.fills[0].second.alpha(), 240);
+            const QRectF panel = list.fills[0].first;
+            EXPECT_TRUE(QRectF({0, 0}, window.size).adjusted(8, 8, -8, -8).contains(panel));
+            std::set<double> columns;
+            double below = 0;
+            for (int i = 1; i <= 20; ++i) {
+                const bool seen = i >= first && i < first + shown;
+                EXPECT_EQ(list.texts.count(rows[i - 1].keys), seen ? 1u : 0u) << i;
+                if (!seen)
+                    continue;
+                const PaintRecord::Text key = list[rows[i - 1].keys], text = list[rows[i - 1].text];
+                EXPECT_TRUE(key.font.bold() && !text.font.bold() && key.color == theme.text);
+                EXPECT_TRUE(text.color == theme.text && text.box.top() == key.box.top());
+                EXPECT_TRUE(panel.contains(key.box) && panel.contains(text.box));
+                EXPECT_LT(key.box.right(), text.box.left());
+                EXPECT_TRUE(key.box.top() >= below || columns.count(key.box.left()) == 0) << i;
+                below = key.box.bottom();
+                columns.insert(key.box.left());
+            }
+            EXPECT_EQ(int(columns.size()), window.columns);
+            const QString said =
+                QString("%1 to %2 of 20: scroll").arg(first).arg(first + shown - 1);
+            EXPECT_EQ(list.texts.count(said), last > 0 ? 1u : 0u) << said.toStdString();
         }
-        const QString said = QString("%1 to %2 of 20: scroll").arg(first).arg(first + shown - 1);
-        EXPECT_EQ(list.texts.count(said), last > 0 ? 1u : 0u) << said.toStdString();
     }
 }
 
