@@ -152,5 +152,16 @@ TEST(PanelTest, TheListOfBindingsShowsEveryRowInFullInColumnsOrByScrolling)
     }
 }
 
+TEST(PanelTest, ALongRowOfTheListIsWrapped)
+{
+    QFont font;
+    font.setPixelSize(13);
+    const QVector<BindingRow> rows(9, {"Ctrl+drag", "Zoom in to it and then out again"});
+    const BindingsLayout list({0, 0, 250, 300}, font, rows, 0);
+    ASSERT_GT(list.places.size(), 1);
+    EXPECT_GT(list.places[0].text.height(), 1.5 * QFontMetricsF(font).height());
+    EXPECT_GE(list.places[1].text.top(), list.places[0].text.bottom());
+}
+
 } // namespace
 } // namespace host
