@@ -72,7 +72,7 @@ public:
                section_.isBusy();
     }
     bool hasPoints() const override { return mesh_->pointCount() > 0; }
-    bool isWhole() const override { return !section_.isBusy(); }
+    bool isWhole() const override { return !section_.isBusy() && !edgesDue_; }
 
     const Section *section() const override { return &section_.get(); }
     void setSection(const Section &section) override { section_.set(section); }
