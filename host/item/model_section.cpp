@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 
 #include <QThreadPool>
 #include <qopengl.h>
@@ -44,7 +45,10 @@ void ModelSection::turn()
         return;
     build_ = std::make_shared<Build>();
     QThreadPool::globalInstance()->start([build = build_, shared = mesh_] {
-        build->solids = std::make_unique<Solids>(*shared, build->cancel);
+        try {
+            build->solids = std::make_unique<Solids>(*shared, build->cancel);
+        } catch (const std::bad_alloc &) { // a cut stays open
+        }
         build->ready = true;
     });
 }

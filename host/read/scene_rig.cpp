@@ -156,7 +156,9 @@ void SceneRig::addClip(const aiAnimation &animation)
         clip.seconds = animation.mDuration / rate;
     for (unsigned i = 0; i < animation.mNumChannels; ++i) {
         const aiNodeAnim *channel = animation.mChannels[i];
-        const auto node = channel ? names_.find(channel->mNodeName.C_Str()) : names_.end();
+        if (!channel)
+            continue;
+        const auto node = names_.find(channel->mNodeName.C_Str());
         if (node == names_.end())
             continue;
         Rig::Track track = trackOf(*channel, node->second, *sources_[node->second - 1], rate);
