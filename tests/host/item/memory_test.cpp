@@ -10,7 +10,7 @@
 #include "tests/host/shapes.h"
 
 #if defined(__SANITIZE_ADDRESS__)
-#include <sanitizer/allocator_interface.h>
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes(); // has no header everywhere
 #endif
 
 namespace host {
