@@ -6,6 +6,7 @@
 #include <cstring>
 #include <functional>
 #include <thread>
+#include <vector>
 
 #include <QFile>
 #include <QSignalSpy>
@@ -35,12 +36,16 @@ struct Attempt {
     std::function<long(const char *model)> run; // negative: errno tells why not
 };
 
-long openMany(const char *model) // and leave them open
+long openMany(const char *model)
 {
-    int last = 0;
-    for (int i = 0; i < 100 && last >= 0; ++i)
-        last = open(model, O_RDONLY);
-    return last;
+    std::vector<int> files;
+    while (files.size() < 100 && (files.empty() || files.back() >= 0))
+        files.push_back(open(model, O_RDONLY));
+    const int error = errno;
+    for (const int file : files)
+        close(file);
+    errno = error;
+    return files.size() < 100 ? -1 : 0;
 }
 
 const Attempt attempts[] = {
