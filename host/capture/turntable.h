@@ -22,7 +22,8 @@ struct TurntableOptions {
 
 /// Records one turn of the camera of every object of a picture, each about the vertical line
 /// through its own target, the lights turning with it: like objects on a plate before a camera.
-/// The frame after the last would be the first, so that the film runs on smoothly.
+/// The frame after the last would be the first, so that the film runs on smoothly. Where the
+/// options move something else, the cameras stand still, and the caller puts back what it moved.
 ///
 /// Until the recording is whole an older film stands at its path, or nothing, and nothing is left
 /// of one that failed or was given up. Memory: that of one picture and one more frame.

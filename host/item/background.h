@@ -38,6 +38,12 @@ public:
         });
     }
 
+    void clear() ///< As before start().
+    {
+        cancel();
+        work_.reset();
+    }
+
     bool isStarted() const { return work_ != nullptr; }
     bool isBusy() const { return work_ && !work_->ended; }
     /// Null until it is made, and if there was no memory for it.

@@ -4,7 +4,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
+
+#include "host/read/first_of_each.h"
 
 namespace host {
 
@@ -22,43 +23,6 @@ struct Edge {
     quint32 part;
     quint32 from, to; // vertices
 };
-
-quint64 hashOf(const float *position)
-{
-    quint64 sum = 0;
-    for (int i = 0; i < 3; ++i) {
-        const float value = position[i] + 0.0f; // -0 and 0 are equal
-        quint32 bits;
-        std::memcpy(&bits, &value, sizeof bits);
-        sum = (sum ^ bits) * 0x9E3779B97F4A7C15;
-        sum ^= sum >> 29;
-    }
-    return sum;
-}
-
-/// For each vertex the first that stands where it stands: its place.
-std::vector<quint32> placesOf(const Mesh &mesh, const std::atomic<bool> &cancelled)
-{
-    constexpr quint32 none = ~quint32(0);
-    const std::size_t count = mesh.vertexCount();
-    std::size_t size = 16;
-    while (size < count * 2)
-        size *= 2;
-    std::vector<quint32> table(size, none), places(count);
-    for (std::size_t i = 0; i < count && !cancelled; ++i) {
-        const float *p = &mesh.positions[i * 3];
-        const auto differs = [&](quint32 other) { // as numbers, since -0 equals 0
-            return !std::equal(p, p + 3, &mesh.positions[std::size_t(other) * 3]);
-        };
-        std::size_t at = std::size_t(hashOf(p)) & (size - 1);
-        while (table[at] != none && differs(table[at]))
-            at = (at + 1) & (size - 1);
-        if (table[at] == none)
-            table[at] = quint32(i);
-        places[i] = table[at];
-    }
-    return places;
-}
 
 class Finder {
 public:
@@ -85,7 +49,7 @@ private:
 };
 
 Finder::Finder(const Mesh &mesh, const std::atomic<bool> &cancelled)
-    : mesh_(mesh), cancelled_(cancelled), places_(placesOf(mesh, cancelled))
+    : mesh_(mesh), cancelled_(cancelled), places_(firstAtPlace(mesh, mesh.vertexCount(), cancelled))
 {
     double extent = 0;
     for (int i = 0; i < 3; ++i)

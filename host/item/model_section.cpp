@@ -3,27 +3,17 @@
 
 #include <algorithm>
 #include <cmath>
-#include <new>
 
-#include <QThreadPool>
 #include <qopengl.h>
 
 namespace host {
-
-ModelSection::~ModelSection()
-{
-    if (build_)
-        build_->cancel = true;
-}
 
 void ModelSection::setMesh(MeshPtr mesh, const QVector3D &centre, float scale)
 {
     mesh_ = std::move(mesh);
     centre_ = centre;
     scale_ = scale;
-    if (build_)
-        build_->cancel = true;
-    build_.reset();
+    solids_.clear();
     caps_.clear();
     turn();
 }
@@ -41,37 +31,26 @@ void ModelSection::turn()
 {
     inMesh_ = section_.inMesh(mesh_->axes);
     capsAreDue_ = true;
-    if (build_ || !isCutting())
-        return;
-    build_ = std::make_shared<Build>();
-    QThreadPool::globalInstance()->start([build = build_, shared = mesh_] {
-        try {
-            build->solids = std::make_unique<Solids>(*shared, build->cancel);
-        } catch (const std::bad_alloc &) { // a cut stays open
-        }
-        build->ready = true;
-    });
+    if (!solids_.isStarted() && isCutting()) // where memory lacks, a cut stays open
+        solids_.start([mesh = mesh_](const std::atomic<bool> &cancelled) {
+            return Solids(*mesh, cancelled);
+        });
 }
 
-const Solids *ModelSection::solids() const
-{
-    return build_ && build_->ready ? build_->solids.get() : nullptr;
-}
-
-/// Expects solids().
+/// Expects that the solids are found.
 void ModelSection::findCaps() const
 {
     if (capsAreDue_)
-        caps_.update(*mesh_, *solids(), {inMesh_, centre_, scale_});
+        caps_.update(*mesh_, *solids_.get(), {inMesh_, centre_, scale_});
     capsAreDue_ = false;
 }
 
 std::optional<CapHit> ModelSection::hit(const Ray &ray, const PartMarks &marks) const
 {
-    if (!isCutting() || !solids())
+    if (!isCutting() || !solids_.get())
         return {};
     findCaps();
-    return caps_.hit(ray, *solids(), {inMesh_, centre_, scale_}, marks);
+    return caps_.hit(ray, *solids_.get(), {inMesh_, centre_, scale_}, marks);
 }
 
 std::vector<SectionFrame> ModelSection::frames() const
@@ -137,23 +116,23 @@ ModelSection::Clipping::~Clipping()
 void ModelSection::drawCaps(SectionCaps::Kind kind, const Display &display, const PartMarks &marks,
                             double perPixel)
 {
-    if (!isCutting() || !solids())
+    if (!isCutting() || !solids_.get())
         return;
     findCaps();
-    caps_.draw(kind, *solids(), {display, marks, perPixel});
+    caps_.draw(kind, *solids_.get(), {display, marks, perPixel});
 }
 
 void ModelSection::drawShapes(const std::function<bool(std::size_t part)> &colourOf) const
 {
-    if (!isCutting() || !solids())
+    if (!isCutting() || !solids_.get())
         return;
     findCaps();
-    caps_.drawShapes(*solids(), colourOf);
+    caps_.drawShapes(*solids_.get(), colourOf);
 }
 
 std::size_t ModelSection::byteSize() const
 {
-    return caps_.byteSize() + (solids() ? solids()->byteSize() : 0);
+    return caps_.byteSize() + (solids_.get() ? solids_.get()->byteSize() : 0);
 }
 
 std::optional<CutPlane> planeThrough(const Mesh &mesh, quint32 triangle, const QVector3D &direction)

@@ -2,12 +2,11 @@
 #ifndef HOST_ITEM_MODEL_SECTION_H
 #define HOST_ITEM_MODEL_SECTION_H
 
-#include <atomic>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <vector>
 
+#include "host/item/background.h"
 #include "host/item/camera_geometry.h"
 #include "host/item/part_marks.h"
 #include "host/item/section.h"
@@ -24,14 +23,12 @@ namespace host {
 /// Each point p of the mesh stands at (p - centre) * scale in the world.
 class ModelSection {
 public:
-    ~ModelSection();
-
     /// What is cut from now on, with the planes that were set.
     void setMesh(MeshPtr mesh, const QVector3D &centre, float scale);
     void set(const Section &section);
     const Section &get() const { return section_; } ///< In the file's coordinates.
     bool isCutting() const { return inMesh_.isCutting(); }
-    bool isBusy() const { return build_ && !build_->ready; } ///< Faces are still to come.
+    bool isBusy() const { return solids_.isBusy(); } ///< Faces are still to come.
 
     /// Whether a point, in the mesh's coordinates, is left.
     bool keeps(const QVector3D &point) const { return inMesh_.keeps(point); }
@@ -61,21 +58,14 @@ public:
     std::size_t byteSize() const;
 
 private:
-    /// Shared with the thread, which may outlive this.
-    struct Build {
-        std::atomic<bool> cancel{false};
-        std::atomic<bool> ready{false};
-        std::unique_ptr<Solids> solids; // written before ready, read after
-    };
     void turn();
-    const Solids *solids() const;
     void findCaps() const;
 
     Section section_, inMesh_;
     MeshPtr mesh_;
     QVector3D centre_;
     float scale_ = 1;
-    std::shared_ptr<Build> build_; // null until there is a plane
+    Background<Solids> solids_; // not started until there is a plane
     // Found when somebody asks for them.
     mutable SectionCaps caps_;
     mutable bool capsAreDue_ = true;

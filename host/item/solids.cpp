@@ -3,8 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <map>
+
+#include "host/read/first_of_each.h"
 
 namespace host {
 
@@ -19,33 +20,6 @@ quint64 mixed(quint64 x)
     x = (x ^ (x >> 30)) * 0xbf58476d1ce4e5b9u;
     x = (x ^ (x >> 27)) * 0x94d049bb133111ebu;
     return x ^ (x >> 31);
-}
-
-/// For each vertex of triangles the first one that stands in the same place.
-std::vector<quint32> firstInPlace(const Mesh &mesh)
-{
-    const std::size_t count = mesh.normalCount();
-    std::size_t size = 16;
-    while (size < count * 2)
-        size *= 2;
-    std::vector<quint32> table(size, none), first(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        quint32 bits[3];
-        float place[3];
-        for (int k = 0; k < 3; ++k)
-            place[k] = mesh.positions[i * 3 + std::size_t(k)] + 0.0f; // the zeros are one
-        std::memcpy(bits, place, sizeof bits);
-        std::size_t at = mixed(mixed(quint64(bits[0]) << 32 | bits[1]) ^ bits[2]) & (size - 1);
-        const auto same = [&](quint32 other) {
-            return std::equal(place, place + 3, &mesh.positions[std::size_t(other) * 3]);
-        };
-        while (table[at] != none && !same(table[at]))
-            at = (at + 1) & (size - 1);
-        if (table[at] == none)
-            table[at] = quint32(i);
-        first[i] = table[at];
-    }
-    return first;
 }
 
 /// Sets that are joined, each known by one of its members.
@@ -105,7 +79,7 @@ private:
 };
 
 Shells::Shells(const Mesh &mesh, const std::atomic<bool> &cancel)
-    : mesh_(mesh), corner_(firstInPlace(mesh)), joined_(corner_.size())
+    : mesh_(mesh), corner_(firstAtPlace(mesh, mesh.normalCount(), cancel)), joined_(corner_.size())
 {
     const std::size_t triangles = mesh.triangleCount();
     for (std::size_t i = 0; i < triangles && !cancel; ++i)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/measure/mesh_topology.h"
 
-#include <cstring>
+#include "host/read/first_of_each.h"
 
 namespace host {
 
@@ -9,20 +9,6 @@ namespace {
 
 /// How often a loop looks whether it is cancelled.
 constexpr std::size_t often = 0xFFFF;
-
-/// A mixture of the bits of a position; both zeros are the same.
-quint64 hashOf(const float *p)
-{
-    quint64 hash = 0;
-    for (int k = 0; k < 3; ++k) {
-        const float value = p[k] + 0.0f;
-        quint32 bits;
-        std::memcpy(&bits, &value, sizeof bits);
-        hash = (hash ^ bits) * 0x9E3779B97F4A7C15u;
-        hash ^= hash >> 32;
-    }
-    return hash;
-}
 
 } // namespace
 
@@ -35,30 +21,14 @@ MeshTopology::MeshTopology(MeshPtr mesh, const std::atomic<bool> &cancel) : mesh
 bool MeshTopology::weld(const std::atomic<bool> &cancel)
 {
     const std::size_t count = mesh_->firstPoint(); // of triangles and lines
-    const float *positions = mesh_->positions.data();
-    std::size_t room = 16;
-    while (room < count * 2)
-        room *= 2;
-    std::vector<quint32> table(room, none); // of places; open addressing
+    const std::vector<quint32> first = firstAtPlace(*mesh_, count, cancel);
     places_.resize(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        if ((i & often) == 0 && cancel)
-            return false;
-        const float *p = positions + i * 3;
-        std::size_t slot = hashOf(p) & (room - 1);
-        const auto isHere = [&](quint32 place) {
-            const float *q = positions + std::size_t(first_[place]) * 3;
-            return p[0] == q[0] && p[1] == q[1] && p[2] == q[2];
-        };
-        while (table[slot] != none && !isHere(table[slot]))
-            slot = (slot + 1) & (room - 1);
-        if (table[slot] == none) {
-            table[slot] = quint32(first_.size());
-            first_.push_back(quint32(i));
-        }
-        places_[i] = table[slot];
+    for (quint32 i = 0; i < count && !cancel; ++i) {
+        places_[i] = first[i] == i ? quint32(first_.size()) : places_[first[i]];
+        if (first[i] == i)
+            first_.push_back(i);
     }
-    return true;
+    return !cancel;
 }
 
 /// Lists the corners of each place. Returns false if it was cancelled.

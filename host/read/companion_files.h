@@ -29,7 +29,8 @@ public:
 
     /// The path to open for what the model calls @p named: a path from its folder or an absolute
     /// one, with the separators of any system. Returns nothing if there is no such file, and if it
-    /// may not be read: then there is a note, and in @p why what it says.
+    /// may not be read, of which there is a note; @p why is then the reason, and means nothing
+    /// where a path is returned.
     QString find(const QString &named, Verdict *why = nullptr);
 
     /// The picture beside the model that is called as the model is, or begins so: the use of games

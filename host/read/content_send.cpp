@@ -35,10 +35,8 @@ template <class... Fields> bool send(QIODevice &out, Tag tag, const Fields &...f
     return writeAll(out, bytes.constData(), bytes.size());
 }
 
-template <class T> bool sendArray(QIODevice &out, quint32 number, const std::vector<T> &array)
+bool sendBytes(QIODevice &out, quint32 number, const char *data, std::size_t size)
 {
-    const char *data = reinterpret_cast<const char *>(array.data());
-    const std::size_t size = array.size() * sizeof(T);
     for (std::size_t at = 0; at < size; at += messages::maxPiece) {
         const quint32 piece = quint32(std::min<std::size_t>(messages::maxPiece, size - at));
         if (!send(out, Tag::Piece, number, piece) || !writeAll(out, data + at, piece))
@@ -47,9 +45,15 @@ template <class T> bool sendArray(QIODevice &out, quint32 number, const std::vec
     return true;
 }
 
+template <class T> bool sendArray(QIODevice &out, quint32 number, const std::vector<T> &array)
+{
+    return sendBytes(out, number, reinterpret_cast<const char *>(array.data()),
+                     array.size() * sizeof(T));
+}
+
 bool sendRig(QIODevice &out, const Rig &rig, const QByteArray &bytes)
 {
-    return sendArray(out, messages::RigBytes, std::vector<char>(bytes.begin(), bytes.end())) &&
+    return sendBytes(out, messages::RigBytes, bytes.constData(), std::size_t(bytes.size())) &&
            sendArray(out, messages::Bones, rig.vertexBones) &&
            sendArray(out, messages::Weights, rig.vertexWeights);
 }

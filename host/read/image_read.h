@@ -49,7 +49,8 @@ private:
 /// @p size, or what of its shape fits into a square of @p side; no side is 0.
 QSize fitting(const QSize &size, int side);
 
-/// @p image as a texture of the size that fits @p side.
+/// @p image as a texture, made smaller where a side is longer than @p side. Null for a null image,
+/// and where there is no memory.
 std::shared_ptr<Texture> textureOf(const QImage &image, int side);
 
 } // namespace host

@@ -15,6 +15,7 @@
 #include <assimp/postprocess.h>
 
 #include "host/read/companion_files.h"
+#include "host/read/left_out.h"
 #include "host/read/point_reader.h"
 #include "host/read/scene.h"
 
@@ -107,8 +108,7 @@ QString lackOf(const aiScene &scene, quint64 dropped)
         if (scene.mMeshes[i]->mPrimitiveTypes != 0)
             return {};
     }
-    return dropped > 0 ? QStringLiteral("none of its faces has usable vertices")
-                       : QStringLiteral("there are no triangles, lines or points in it");
+    return dropped > 0 ? QStringLiteral("none of its faces has usable vertices") : nothingToShow();
 }
 
 /// Whether some mesh has faces of more than one kind.

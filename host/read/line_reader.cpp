@@ -22,6 +22,8 @@ bool LineReader::fill()
     at_ = 0;
     const int kept = buffer_.size();
     const QByteArray read = file_.read(chunk);
+    if (file_.error() != QFileDevice::NoError)
+        return fail(file_.errorString());
     if (std::memchr(read.constData(), 0, std::size_t(read.size())))
         return fail(QStringLiteral("there is a zero byte in its text: it is binary, or broken"));
     buffer_ += read;
@@ -86,7 +88,7 @@ int readNumbers(std::string_view line, bool decimalComma, double *numbers, int m
         if (error == std::errc::invalid_argument || parsed != stop || at == end)
             return count;
         if (error == std::errc::result_out_of_range)
-            numbers[count] = HUGE_VAL;
+            numbers[count] = QByteArray(begin, int(stop - begin)).toDouble(); // infinite, or 0
         at = next;
     }
     return most;

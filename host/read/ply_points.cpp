@@ -73,7 +73,9 @@ bool takeHeaderLine(const QList<QByteArray> &words, Header &header)
         header.format = words[1] == "ascii"                  ? PlyLayout::Format::Text
                         : words[1] == "binary_little_endian" ? PlyLayout::Format::LittleEndian
                                                              : PlyLayout::Format::BigEndian;
-        return words[1] == "ascii" || words[1].startsWith("binary_");
+        // Offsets are counted as the format has them, so that it has to stand before them.
+        return header.elements.empty() && (words[1] == "ascii" || words[1] == "binary_big_endian" ||
+                                           words[1] == "binary_little_endian");
     }
     if (words[0] == "element" && words.size() > 2) {
         bool isNumber = false;
@@ -198,7 +200,8 @@ void readText(QFile &file, const PlyLayout &layout, const ReadProgress &progress
     fault = lines.fault();
 }
 
-void readBinary(QFile &file, const PlyLayout &layout, const ReadProgress &progress, Points &points)
+void readBinary(QFile &file, const PlyLayout &layout, const ReadProgress &progress, Points &points,
+                QString &fault)
 {
     const qint64 chunk = std::max<qint64>((1 << 20) / layout.stride, 1) * layout.stride;
     const bool bigEndian = layout.format == PlyLayout::Format::BigEndian;
@@ -211,6 +214,8 @@ void readBinary(QFile &file, const PlyLayout &layout, const ReadProgress &progre
                 }))
                 return;
         }
+        if (file.error() != QFileDevice::NoError)
+            fault = file.errorString();
         if (bytes.size() < chunk)
             return;
         if (progress)
@@ -314,7 +319,7 @@ Imported readPlyPoints(QFile &file, const PlyLayout &layout, const QString &name
     if (text)
         readText(file, layout, progress, points, fault);
     else
-        readBinary(file, layout, progress, points);
+        readBinary(file, layout, progress, points, fault);
     if (!fault.isEmpty())
         return {{}, fault};
     return points.finish(name);

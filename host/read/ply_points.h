@@ -35,7 +35,8 @@ struct PlyLayout {
 /// others, and for a header that is broken. Leaves the file anywhere.
 std::optional<PlyLayout> plyPoints(QFile &file);
 
-/// Reads the points.
+/// Reads the points of the file whose layout plyPoints() gave, +Y up, as one part called @p name;
+/// or gives the reason why there are none. Fewer than the header promises are a note.
 Imported readPlyPoints(QFile &file, const PlyLayout &layout, const QString &name,
                        const ReadProgress &progress, const MeshLimits &limits);
 

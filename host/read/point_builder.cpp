@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/read/left_out.h"
 #include "host/read/point_order.h"
 
 namespace host {
@@ -17,6 +18,17 @@ quint8 byteOf(double value)
     return value > 0 ? quint8(std::lround(std::min(value, 255.0))) : quint8(0); // 0 for NaN
 }
 
+/// Coordinates far from zero are counted from near the first point.
+std::array<double, 3> originFor(const PointSample &point)
+{
+    std::array<double, 3> origin{};
+    for (std::size_t k = 0; k < 3; ++k) {
+        if (std::abs(point.at[k]) >= farAway && std::abs(point.at[k]) < 1e12)
+            origin[k] = std::round(point.at[k] / 1000) * 1000;
+    }
+    return origin;
+}
+
 } // namespace
 
 void PointBuilder::reserve(std::size_t points)
@@ -28,26 +40,19 @@ void PointBuilder::reserve(std::size_t points)
         mesh_.colours.reserve(points * 4);
 }
 
-/// Coordinates far from zero are counted from near the first point.
-void PointBuilder::placeOrigin(const PointSample &point)
-{
-    for (std::size_t k = 0; k < 3; ++k) {
-        if (std::abs(point.at[k]) >= farAway && std::abs(point.at[k]) < 1e12)
-            mesh_.origin[k] = std::round(point.at[k] / 1000) * 1000;
-    }
-}
-
 bool PointBuilder::add(const PointSample &point)
 {
-    const auto unusable = [](double v) { return !(std::abs(v) <= double(Mesh::maxCoordinate)); };
-    if (std::any_of(point.at.begin(), point.at.end(), unusable)) { // NaN too
+    const auto isUsable = [](double v) { return std::abs(v) <= double(Mesh::maxCoordinate); };
+    const std::array<double, 3> origin = mesh_.positions.empty() ? originFor(point) : mesh_.origin;
+    for (std::size_t k = 0; k < 3; ++k) {
+        if (isUsable(point.at[k]) && isUsable(point.at[k] - origin[k])) // false for NaN
+            continue;
         ++leftOut_;
         return true;
     }
     if (count() >= limits_.vertices)
         return false;
-    if (mesh_.positions.empty())
-        placeOrigin(point);
+    mesh_.origin = origin;
     for (std::size_t k = 0; k < 3; ++k)
         mesh_.positions.push_back(float(point.at[k] - mesh_.origin[k]));
     if (shade_ == Shade::Colour)
@@ -82,24 +87,21 @@ void PointBuilder::shadeByIntensity()
 Imported PointBuilder::finish(const QString &name, FileAxes::Axis up)
 {
     if (count() == 0)
-        return {{},
-                leftOut_ > 0 ? QStringLiteral("none of its points has usable coordinates")
-                             : QStringLiteral("there are no points in it")};
+        return {{}, leftOut_ > 0 ? noUsablePoints() : QStringLiteral("there are no points in it")};
     shadeByIntensity();
     const PointOrder order(count());
     order.apply(mesh_.positions, 3);
     if (!mesh_.colours.empty())
         order.apply(mesh_.colours, 4);
     MeshPart part;
-    part.name = name.isEmpty() ? QStringLiteral("points") : name.left(200);
+    part.name = name.isEmpty() ? QStringLiteral("points") : name.left(MeshNode::longestName);
     part.kind = MeshPart::Kind::Points;
     part.vertexCount = quint32(count());
     mesh_.parts.push_back(part);
     mesh_.findBounds();
     mesh_.standOn(up);
     if (leftOut_ > 0)
-        mesh_.notes
-            << QStringLiteral("%1 points without usable coordinates left out").arg(leftOut_);
+        mesh_.notes << pointsLeftOut(leftOut_);
     return {std::move(mesh_), {}};
 }
 

@@ -16,13 +16,15 @@ struct PointSample {
     double intensity = 0;           ///< Of any range: shown as grey, between the least and most.
 };
 
-/// Makes a cloud of points that come one by one. Takes 16 to 20 bytes for each.
+/// Makes a cloud of points that come one by one. Takes 12 to 20 bytes for each, and 12 more
+/// while it is finished.
 class PointBuilder {
 public:
     enum class Shade { None, Colour, Intensity };
 
     PointBuilder(const MeshLimits &limits, Shade shade) : limits_(limits), shade_(shade) {}
 
+    /// Makes room for as many; more can be added.
     void reserve(std::size_t points);
 
     /// Takes a point, or counts it as left out if its coordinates are of no use. Returns false if
@@ -36,7 +38,6 @@ public:
     Imported finish(const QString &name, FileAxes::Axis up);
 
 private:
-    void placeOrigin(const PointSample &point);
     void shadeByIntensity();
 
     const MeshLimits limits_;

@@ -27,9 +27,9 @@ bool looksLikePoints(const QByteArray &head);
 /// Text: x, y and z on each line, +Z up, separated by blanks, tabs, commas or semicolons (with
 /// semicolons, a comma may be the decimal point); then, as the first lines tell, red, green and
 /// blue (0 to 255, 0 to 65535, or fractions of 1), an intensity, or a normal, which is not used. In
-/// .pts files the intensity comes first. Lines that begin with #, / or %, and words before the
-/// first point, are passed over; other lines that are no points are counted in a note, and must be
-/// fewer than those that are.
+/// .pts files the intensity comes first. Lines that begin with #, / or %, and words on the
+/// first three lines, are passed over; other lines that are no points are counted in a note, and
+/// may be no more than those that are.
 ///
 /// PLY: ascii and both binary forms, +Y up; x, y, z and red, green, blue or intensity of the
 /// element vertex, of any type. A file that is cut short gives the points that are there, and a

@@ -162,8 +162,12 @@ bool serve(const ReadRequest &request, const ReadLimits &limits, const ModelPars
     if (!sendBegin(out, size))
         return false;
     Answer given = answer(request, now, parser, ProgressWriter(out));
-    if (given.reason.isEmpty() && !sendContent(out, given.content))
-        return false;
+    try {
+        if (given.reason.isEmpty() && !sendContent(out, given.content))
+            return false;
+    } catch (const std::bad_alloc &) { // some of it was sent: nothing can be taken back
+        _exit(outOfMemoryExit);
+    }
     given.content = {};
     const bool last = hasGrown(limits.keptBytes);
     const bool sent =
@@ -188,8 +192,7 @@ bool readRequest(QDataStream &in, ReadRequest &request, ReadLimits &limits)
 ModelParser noting(const QString &note, const ModelParser &parser)
 {
     return [=](const QString &path, const ReadProgress &progress, Companions companions) {
-        Imported read = parser ? parser(path, progress, companions)
-                               : importMesh(path, progress, {}, companions);
+        Imported read = parser(path, progress, companions);
         if (!note.isEmpty())
             read.mesh.notes.prepend(note);
         return read;
@@ -216,11 +219,15 @@ int runReaderProcess(const ModelParser &parser)
     const QString open = closeIn();
     if (!hasListener(stream)) // the parent died before its death was to be told
         return 1;
+    const auto import = [](const QString &path, const ReadProgress &progress, Companions others) {
+        return importMesh(path, progress, {}, others);
+    };
+    const ModelParser noted = noting(open, parser ? parser : import);
     QDataStream requests(&in);
     ReadRequest request;
     ReadLimits limits;
     while (readRequest(requests, request, limits)) {
-        if (!serve(request, limits, noting(open, parser), out))
+        if (!serve(request, limits, noted, out))
             break;
     }
     return 0;

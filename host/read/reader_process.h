@@ -30,6 +30,7 @@ void writeRequest(QDataStream &out, const ReadRequest &request, const ReadLimits
 /// writes no core, and is killed when its parent dies; what libraries print goes to standard error.
 /// Before the first file it enters the sandbox; where the system has none, a note of each mesh says
 /// so.
+/// @p parser reads models; without one importMesh() does.
 /// Expects a QCoreApplication (for the names of files) and no second thread. Returns the exit code.
 int runReaderProcess(const ModelParser &parser = {});
 

@@ -91,22 +91,12 @@ QDataStream &operator>>(QDataStream &in, Rig::Bone &b)
     return in >> b.node >> b.offset;
 }
 
-QDataStream &operator<<(QDataStream &out, const Rig::VectorKey &k)
+template <class Value> QDataStream &operator<<(QDataStream &out, const Rig::Key<Value> &k)
 {
     return out << k.seconds << k.value;
 }
 
-QDataStream &operator>>(QDataStream &in, Rig::VectorKey &k)
-{
-    return in >> k.seconds >> k.value;
-}
-
-QDataStream &operator<<(QDataStream &out, const Rig::TurnKey &k)
-{
-    return out << k.seconds << k.value;
-}
-
-QDataStream &operator>>(QDataStream &in, Rig::TurnKey &k)
+template <class Value> QDataStream &operator>>(QDataStream &in, Rig::Key<Value> &k)
 {
     return in >> k.seconds >> k.value;
 }

@@ -37,14 +37,12 @@ struct Rig {
         quint32 node = 0;
         QMatrix4x4 offset; ///< Affine.
     };
-    struct VectorKey {
+    template <class Value> struct Key {
         double seconds = 0;
-        QVector3D value;
+        Value value;
     };
-    struct TurnKey {
-        double seconds = 0;
-        QQuaternion value; ///< Of unit length.
-    };
+    using VectorKey = Key<QVector3D>;
+    using TurnKey = Key<QQuaternion>; ///< Of unit length.
     /// What one node does: before its first key what that says, after its last what that says.
     struct Track {
         quint32 node = 0;

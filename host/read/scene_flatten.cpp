@@ -8,21 +8,15 @@
 
 #include <assimp/material.h>
 
+#include "host/read/left_out.h"
 #include "host/read/point_order.h"
 #include "host/read/scene_nodes.h"
+#include "host/read/scene_values.h"
 
 namespace host {
 namespace {
 
 constexpr quint32 unseen = std::numeric_limits<quint32>::max();
-
-bool usable(const aiVector3D &v)
-{
-    const auto fits = [](float x) {
-        return std::isfinite(x) && std::abs(x) <= Mesh::maxCoordinate;
-    };
-    return fits(v.x) && fits(v.y) && fits(v.z);
-}
 
 /// Twice the area as a vector, relative to the longer edges so that tiny triangles have it too;
 /// zero without area.
@@ -70,6 +64,7 @@ private:
     void beginPart(const Instance &instance);
     void addColour(const aiMesh &mesh, unsigned index);
     void lightenBlack();
+    void dropTextures();
 
     const aiScene &scene_;
     const MeshLimits &limits_;
@@ -169,14 +164,13 @@ void Flattener::beginPart(const Instance &instance)
     MeshPart part;
     const aiString &name =
         instance.mesh->mName.length > 0 ? instance.mesh->mName : instance.node->mName;
-    part.name = QString::fromUtf8(name.C_Str()).left(200);
+    part.name = shortText(name);
     if (part.name.isEmpty())
         part.name = QStringLiteral("part %1").arg(out_.parts.size() + 1);
     part.node = instance.number;
     part.colour = colourOf(scene_, *instance.mesh);
     if (instance.mesh->mMaterialIndex < scene_.mNumMaterials) {
-        const aiString material = scene_.mMaterials[instance.mesh->mMaterialIndex]->GetName();
-        part.material = QString::fromUtf8(material.C_Str()).left(200);
+        part.material = shortText(scene_.mMaterials[instance.mesh->mMaterialIndex]->GetName());
     }
     if (instance.mesh->mTextureCoords[0] && instance.mesh->mMaterialIndex < covers_.size())
         part.cover = covers_[instance.mesh->mMaterialIndex];
@@ -209,7 +203,7 @@ quint32 Flattener::addVertex(const Instance &instance, const aiMatrix3x3 &turn, 
     aiVector3D normal;
     if (instance.mesh->mNormals)
         normal = turn * instance.mesh->mNormals[index];
-    if (!usable(normal) || !(normal.Length() > 0))
+    if (!isUsable(normal) || !(normal.Length() > 0))
         normal = facing;
     normal.NormalizeSafe();
     out_.positions.insert(out_.positions.end(), {position.x, position.y, position.z});
@@ -275,7 +269,7 @@ void Flattener::addLines(const Instance &instance)
         const unsigned *ends = mesh.mFaces[i].mIndices;
         const aiVector3D from = instance.world * mesh.mVertices[ends[0]];
         const aiVector3D to = instance.world * mesh.mVertices[ends[1]];
-        if (!usable(from) || !usable(to) || from == to)
+        if (!isUsable(from) || !isUsable(to) || from == to)
             continue;
         out_.indices.push_back(addEnd(instance, ends[0], from));
         out_.indices.push_back(addEnd(instance, ends[1], to));
@@ -291,7 +285,7 @@ void Flattener::addPoints(const Instance &instance)
     for (unsigned i = 0; i < count; ++i) {
         const unsigned index = mesh.mNumFaces > 0 ? mesh.mFaces[i].mIndices[0] : i;
         const aiVector3D at = instance.world * mesh.mVertices[index];
-        if (!usable(at)) {
+        if (!isUsable(at)) {
             ++leftOut_;
             continue;
         }
@@ -320,7 +314,8 @@ void Flattener::addTriangles(const Instance &instance)
         for (std::size_t k = 0; k < 3; ++k)
             at[k] = instance.world * mesh.mVertices[corners[k]];
         aiVector3D facing = faceNormal(at[0], at[1], at[2]);
-        if (!usable(at[0]) || !usable(at[1]) || !usable(at[2]) || !(facing.SquareLength() > 0))
+        if (!isUsable(at[0]) || !isUsable(at[1]) || !isUsable(at[2]) ||
+            !(facing.SquareLength() > 0))
             continue;
         if (facesAway(mesh, turn, corners, facing)) {
             std::swap(corners[1], corners[2]);
@@ -345,6 +340,14 @@ void Flattener::lightenBlack()
         part.colour = {0.8f, 0.8f, 0.8f, part.colour[3]};
 }
 
+/// What asked for the pictures is lines, points or without area, and shows none.
+void Flattener::dropTextures()
+{
+    out_.textures.clear();
+    for (MeshPart &part : out_.parts)
+        part.cover = {};
+}
+
 Imported Flattener::run(const aiMatrix4x4 &turn)
 {
     QString reason = collect(turn);
@@ -363,16 +366,16 @@ Imported Flattener::run(const aiMatrix4x4 &turn)
             return {{}, QStringLiteral("it has more than %1 parts").arg(limits_.parts)};
     }
     if (out_.parts.empty())
-        return {{},
-                leftOut_ > 0 ? QStringLiteral("none of its points has usable coordinates")
-                             : QStringLiteral("there are no triangles, lines or points in it")};
+        return {{}, leftOut_ > 0 ? noUsablePoints() : nothingToShow()};
     if (leftOut_ > 0)
-        out_.notes << QStringLiteral("%1 points without usable coordinates left out").arg(leftOut_);
+        out_.notes << pointsLeftOut(leftOut_);
+    if (out_.uvs.empty())
+        dropTextures();
     nodes_.fill(out_, limits_.parts);
     lightenBlack();
     out_.findBounds();
     if (rig_)
-        out_.rig = rig_->finish(turn);
+        out_.rig = rig_->finish(turn, out_.notes);
     return {std::move(out_), {}};
 }
 

@@ -3,6 +3,8 @@
 
 #include <cstring>
 
+#include "host/read/scene_values.h"
+
 namespace host {
 
 qint32 SceneNodes::add(const aiNode &node, qint32 above)
@@ -35,8 +37,7 @@ void SceneNodes::fill(Mesh &mesh, quint64 most) const
         if (!has[i] || (onlyHolds(i) && !holdsPart[i]))
             continue;
         kept[i] = qint32(mesh.nodes.size());
-        MeshNode node{QString::fromUtf8(nodes_[i].node->mName.C_Str()).left(MeshNode::longestName),
-                      above};
+        MeshNode node{shortText(nodes_[i].node->mName), above};
         if (node.name.isEmpty())
             node.name = QStringLiteral("node %1").arg(mesh.nodes.size() + 1);
         mesh.nodes.push_back(node);

@@ -3,9 +3,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <utility>
 #include <vector>
+
+#include "host/read/first_of_each.h"
 
 namespace host {
 namespace {
@@ -15,38 +16,9 @@ constexpr float creaseCosine = 0.5f; // of 60 degrees
 /// take the square of their number.
 constexpr unsigned manyFaces = 256;
 
-quint64 mix(quint64 sum, float value)
+quint64 mixedVector(quint64 sum, const aiVector3D &v)
 {
-    value += 0.0f; // -0 and 0 are equal
-    quint32 bits;
-    std::memcpy(&bits, &value, sizeof bits);
-    sum = (sum ^ bits) * 0x9E3779B97F4A7C15;
-    return sum ^ (sum >> 29);
-}
-
-quint64 mix(quint64 sum, const aiVector3D &v)
-{
-    return mix(mix(mix(sum, v.x), v.y), v.z);
-}
-
-/// For each of @p count elements the number of the first that equals it.
-template <class Hash, class Equal>
-std::vector<unsigned> firstOfEach(unsigned count, const Hash &hash, const Equal &equal)
-{
-    constexpr unsigned none = ~0u;
-    std::size_t size = 16;
-    while (size < std::size_t(count) * 2)
-        size *= 2;
-    std::vector<unsigned> table(size, none), first(count);
-    for (unsigned i = 0; i < count; ++i) {
-        std::size_t at = std::size_t(hash(i)) & (size - 1);
-        while (table[at] != none && !equal(table[at], i))
-            at = (at + 1) & (size - 1);
-        if (table[at] == none)
-            table[at] = i;
-        first[i] = table[at];
-    }
-    return first;
+    return mixed(mixed(mixed(sum, v.x), v.y), v.z);
 }
 
 /// Whether a normal says something; too short ones would not survive being scaled.
@@ -145,7 +117,7 @@ void makeNormals(aiMesh &mesh)
         return;
     const aiVector3D *at = mesh.mVertices;
     const std::vector<unsigned> place = firstOfEach(
-        mesh.mNumVertices, [at](unsigned i) { return mix(1, at[i]); },
+        mesh.mNumVertices, [at](unsigned i) { return mixedVector(1, at[i]); },
         [at](unsigned a, unsigned b) { return at[a] == at[b]; });
     const Surroundings around = surroundingsOf(mesh, place);
     std::vector<aiVector3D> units(faces), normals;
@@ -189,9 +161,9 @@ void joinVertices(aiMesh &mesh)
     const std::vector<unsigned> first = firstOfEach(
         mesh.mNumVertices,
         [=](unsigned i) {
-            quint64 sum = mix(mix(1, at[i]), normal ? normal[i] : aiVector3D());
-            sum = uv ? mix(sum, uv[i]) : sum;
-            return colour ? mix(sum, {colour[i].r, colour[i].g, colour[i].b}) : sum;
+            quint64 sum = mixedVector(mixedVector(1, at[i]), normal ? normal[i] : aiVector3D());
+            sum = uv ? mixedVector(sum, uv[i]) : sum;
+            return colour ? mixedVector(sum, {colour[i].r, colour[i].g, colour[i].b}) : sum;
         },
         [=, &sameColours](unsigned a, unsigned b) {
             return at[a] == at[b] && (!normal || normal[a] == normal[b]) && sameColours(a, b) &&

@@ -6,16 +6,10 @@
 #include <utility>
 #include <vector>
 
+#include "host/read/scene_values.h"
+
 namespace host {
 namespace {
-
-bool usable(const aiVector3D &v)
-{
-    const auto fits = [](float x) {
-        return std::isfinite(x) && std::abs(x) <= Mesh::maxCoordinate;
-    };
-    return fits(v.x) && fits(v.y) && fits(v.z);
-}
 
 /// Takes out the faces that @p keep does not want; returns how many.
 template <class Keep> quint64 keepFaces(aiMesh &mesh, const Keep &keep)
@@ -41,7 +35,7 @@ quint64 scrubMesh(aiMesh &mesh)
 {
     std::vector<bool> bad(mesh.mVertices ? mesh.mNumVertices : 0);
     for (unsigned i = 0; i < bad.size(); ++i) {
-        bad[i] = !usable(mesh.mVertices[i]);
+        bad[i] = !isUsable(mesh.mVertices[i]);
         if (bad[i])
             mesh.mVertices[i] = {};
     }

@@ -4,21 +4,24 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/read/scene_values.h"
+
 namespace host {
 namespace {
 
 // Sets of colours that carry bones and weights: nothing else of a mesh follows its vertices.
 constexpr unsigned bonesIn = 1, weightsIn = 2;
-constexpr double usualRate = 25; // ticks per second where a file names none
+constexpr float mostWeight = 1e6f; // so that sums are finite
+constexpr double usualRate = 25;   // ticks per second where a file names none
 
 QMatrix4x4 matrix(const aiMatrix4x4 &m)
 {
     return QMatrix4x4(&m.a1); // row by row, both
 }
 
-bool isFinite(const aiMatrix4x4 &m)
+QString notPlayed()
 {
-    return std::all_of(&m.a1, &m.a1 + 16, [](float v) { return std::isfinite(v); });
+    return QStringLiteral("its animation is too large, or too broken, to be played");
 }
 
 /// The keys of a channel in seconds, ascending, without those that make no sense.
@@ -115,7 +118,7 @@ std::unique_ptr<SceneRig> SceneRig::of(const aiScene &scene, const std::string &
     if (fits && made->rig_->clips.empty() && !made->tooMany_)
         return nullptr;
     if (!fits || made->tooMany_ || !made->collectSkins(scene)) {
-        notes << QStringLiteral("its animation is too large to be played");
+        notes << notPlayed();
         return nullptr;
     }
     return made;
@@ -149,7 +152,7 @@ void SceneRig::addClip(const aiAnimation &animation)
 {
     const double rate = animation.mTicksPerSecond > 0 ? animation.mTicksPerSecond : usualRate;
     Rig::Clip clip;
-    clip.name = QString::fromUtf8(animation.mName.C_Str()).left(200);
+    clip.name = shortText(animation.mName);
     if (clip.name.isEmpty())
         clip.name = QStringLiteral("animation %1").arg(rig_->clips.size() + 1);
     if (std::isfinite(animation.mDuration))
@@ -187,7 +190,8 @@ bool SceneRig::moves(const Rig::Clip &clip, const aiScene &scene) const
 {
     std::vector<bool> moved(rig_->nodes.size());
     for (const Rig::Track &track : clip.tracks)
-        moved[track.node] = varies(track.places) || varies(track.turns) || varies(track.scales);
+        moved[track.node] = moved[track.node] || varies(track.places) || varies(track.turns) ||
+                            varies(track.scales);
     for (std::size_t i = 1; i < moved.size(); ++i)
         moved[i] = moved[i] || moved[std::size_t(rig_->nodes[i].parent)];
     for (std::size_t i = 1; i < moved.size(); ++i) {
@@ -233,7 +237,8 @@ bool SceneRig::collectSkins(const aiScene &scene)
             const quint16 number = boneOf(node->second, bone.mOffsetMatrix);
             for (unsigned i = 0; i < bone.mNumWeights; ++i) {
                 const aiVertexWeight &weight = bone.mWeights[i];
-                if (weight.mVertexId < mesh.mNumVertices && std::isfinite(weight.mWeight))
+                if (weight.mVertexId < mesh.mNumVertices &&
+                    weight.mWeight < mostWeight) // false for NaN
                     take(holds[weight.mVertexId], number, weight.mWeight);
             }
         }
@@ -289,8 +294,10 @@ void SceneRig::addVertex(const aiNode *node, const aiMesh &mesh, unsigned index)
     rig_->vertexWeights.insert(rig_->vertexWeights.end(), hold.weights.begin(), hold.weights.end());
 }
 
-std::shared_ptr<const Rig> SceneRig::finish(const aiMatrix4x4 &turn)
+std::shared_ptr<const Rig> SceneRig::finish(const aiMatrix4x4 &turn, QStringList &notes)
 {
+    if (tooMany_)
+        notes << notPlayed();
     if (tooMany_ || rig_->bones.empty())
         return nullptr;
     rig_->nodes[0].local = matrix(turn);

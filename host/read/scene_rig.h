@@ -40,9 +40,9 @@ public:
     /// shows it.
     void addVertex(const aiNode *node, const aiMesh &mesh, unsigned index);
 
-    /// The rig of the vertices that were added, for a mesh made with @p turn; null if there are too
-    /// many bones or no vertices.
-    std::shared_ptr<const Rig> finish(const aiMatrix4x4 &turn);
+    /// The rig of the vertices that were added, for a mesh made with @p turn; null if there are no
+    /// vertices, or too many bones, which @p notes then tells.
+    std::shared_ptr<const Rig> finish(const aiMatrix4x4 &turn, QStringList &notes);
 
 private:
     Hold holdOf(const aiNode *node, const aiMesh &mesh, unsigned index);

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "host/read/scene.h"
 
-#include <cmath>
 #include <string>
 #include <unordered_map>
 #include <vector>
+
+#include "host/read/scene_values.h"
 
 namespace host {
 namespace {
@@ -40,17 +41,6 @@ Stance stanceOf(const aiScene &scene)
         }
     }
     return stance;
-}
-
-bool isFinite(const aiMatrix4x4 &m)
-{
-    for (unsigned row = 0; row < 4; ++row) {
-        for (unsigned column = 0; column < 4; ++column) {
-            if (!std::isfinite(m[row][column]))
-                return false;
-        }
-    }
-    return true;
 }
 
 /// What the bones make of each vertex, in the mesh's own frame, and how much of it they hold.

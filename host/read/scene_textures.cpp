@@ -187,11 +187,15 @@ void TextureReader::readAll()
     const int side = sideWithin(limits_.textureBytes, sources_);
     qint64 work = 0;
     for (Source &source : sources_) {
-        work += qint64(source.size.width()) * source.size.height();
-        if (source.reason.isEmpty() && work > maxWork)
+        const qint64 pixels = qint64(source.size.width()) * source.size.height();
+        if (!source.reason.isEmpty())
+            continue;
+        if (work + pixels > maxWork) {
             source.reason = TextureReader::tr("too many large ones");
-        if (source.reason.isEmpty())
-            read(source, side);
+            continue;
+        }
+        work += pixels;
+        read(source, side);
     }
 }
 
@@ -210,8 +214,11 @@ void TextureReader::read(Source &source, int side)
             source.reason = reader.reason();
         });
     }
-    if (!texture)
+    if (!texture) {
+        if (source.reason.isEmpty())
+            source.reason = tr("it cannot be opened");
         return;
+    }
     source.alpha = alphaOf(*texture);
     source.texture = int(out_.textures.size());
     out_.textures.push_back(std::move(texture));

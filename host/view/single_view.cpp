@@ -195,7 +195,6 @@ QRectF SingleView::labelBounds() const
                   -lowerRoom() - noteHeight(font, 1) - margin);
 }
 
-/// The axes stand in a corner: room for them is made on the side where that takes less.
 /// What the strip of neighbours and the scale bar take of the height, at the lower edge.
 double SingleView::lowerRoom() const
 {
@@ -208,6 +207,7 @@ double SingleView::lowerRoom() const
     return room;
 }
 
+/// The axes stand in a corner: room for them is made on the side where that takes less.
 QMarginsF SingleView::covered(GLW *) const
 {
     const QSizeF size = window().widget()->size();

@@ -72,6 +72,9 @@ const struct {
      "500000.25 5000000.5 3 | 500001.25 5000000.5 3 | "},
     {"nan.xyz", "1 2 3\nnan 0 0\n0 1e20 0\n1e999 0 0\n4 5 -6",
      std::string(both) + "3 points without usable coordinates left out"},
+    {"tiny.xyz", "1e-400 2 3\n", "0 2 3 | "},
+    {"astray.xyz", "-9e11 0 0\n1e15 0 0\n",
+     "-9e+11 0 0 | 1 points without usable coordinates left out"},
     {"words.xyz", "1 2 3\nhello\n4 5 -6\n7 8\n",
      std::string(both) + "2 lines that are no points left out, the first is line 2"},
 
@@ -97,6 +100,11 @@ const struct {
      std::string(both) + "the file ends after 2 of 30000000 points"},
 
     {"none.ply", ply("binary_big_endian", twoPoints, "123"), "ends before its first point"},
+    {"late.ply",
+     "ply\nelement vertex 1\nproperty double x\nproperty double y\nproperty double z\n"
+     "format binary_little_endian 1.0\nend_header\n" +
+         QByteArray(24, '\1'),
+     "Missing format"},
     {"word.ply", ply("ascii", twoPoints, "1 2 3\n4 5\n"), "line 2 of its data"},
     {"many.ply", ply("ascii", QByteArray(twoPoints).replace("2", "99000000"), "1 2 3\n"),
      "more than 33554432 points"},
@@ -114,7 +122,6 @@ TEST(PointReader, GivesThePointsOrTheReason)
         SCOPED_TRACE(c.file);
         const std::string summary = pointsOf(importMesh(folder.write(c.file, c.content)));
         EXPECT_NE(summary.find(c.summary), std::string::npos) << summary;
-        EXPECT_EQ(summary.find("point|"), std::string::npos);
     }
     EXPECT_EQ(importMesh(folder.path("a.xyz")).mesh.axes.up(), FileAxes::Z);
     EXPECT_EQ(importMesh(folder.path("a.ply")).mesh.axes.up(), FileAxes::Y);

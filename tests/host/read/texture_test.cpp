@@ -131,6 +131,11 @@ TEST(TextureTest, OneFileIsReadOnceAndAllKeepWithinTheLimit)
     for (const MeshPart &part : mesh.parts)
         order.push_back(part.cover.texture);
     EXPECT_EQ(order, (std::vector<qint32>{0, 0, 0, 1, -1, -1, -1, -1, -1}));
+    const Mesh edge = importMesh(folder.write("line.obj", "mtllib a.mtl\nusemtl m0\nv 0 0 0\n"
+                                                          "v 1 0 0\nvt 0 0\nl 1/1 2/1\n"))
+                          .mesh;
+    expectSound(edge);
+    EXPECT_TRUE(edge.textures.empty() && edge.parts.at(0).cover.texture < 0);
     EXPECT_EQ(mesh.notes.join(';'), "2 textures not found: none.png, …;2 textures not read: "
                                     "cut.png: it is broken or cut short, …");
     MeshLimits limits;
