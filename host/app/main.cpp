@@ -10,6 +10,7 @@
 #include "host/app/module_loader.h"
 #include "host/app/options.h"
 #include "host/app/standard_input.h"
+#include "host/app/thumbnails.h"
 #include "host/app/viewer.h"
 #include "host/capture/encoder.h"
 #include "host/read/reader_process.h"
@@ -85,6 +86,8 @@ int runViewer(int &argc, char **argv, host::Options options)
             qUtf8Printable(loader.error()));
         return Unusable;
     }
+    if (!options.thumbnails.isEmpty())
+        return host::Thumbnails(loader.factory(), options).run();
     host::StandardInput input;
     const int piped = options.files.indexOf("-");
     if (piped >= 0) {

@@ -12,6 +12,8 @@ namespace host {
 
 namespace {
 
+constexpr QSize thumbnailSize(256, 256); // pixels, where none is asked for
+
 /// The options, named once: for parsing and for the text of --help.
 class Parser : public QCommandLineParser {
 public:
@@ -40,6 +42,12 @@ public:
         "seconds", Options::tr("Let the recording last <n> seconds, 0.1 to 600."), "n"};
     const QCommandLineOption animation{
         "animation", Options::tr("Record the model's animation in place of a turn.")};
+    const QCommandLineOption thumbnails{
+        "thumbnails",
+        Options::tr("Write a picture of each file, and an index.html, to <folder> and end."),
+        "folder"};
+    const QCommandLineOption jobs{
+        "jobs", Options::tr("Read <n> of the files at the same time, 1 to 256."), "n"};
     const QCommandLineOption transparent{
         "transparent", Options::tr("Leave the background out of the picture or the recording.")};
     const QCommandLineOption noOverlays{
@@ -60,7 +68,7 @@ public:
         {Options::tr("Window"), {size, fps, up, section, watch, module}},
         {Options::tr("Files"), {companions}},
         {Options::tr("Pictures and recordings"),
-         {screenshot, turntable, seconds, animation, transparent, noOverlays}},
+         {screenshot, turntable, seconds, animation, thumbnails, jobs, transparent, noOverlays}},
         {Options::tr("Help"), {help, version}}};
 
     Parser()
@@ -107,14 +115,22 @@ QString unknownOptions(const Parser &parser, const QStringList &arguments)
 Options checked(const Options &o)
 {
     const bool screenshot = !o.screenshot.isEmpty(), turntable = !o.turntable.isEmpty();
-    if (screenshot && turntable)
-        return refuse(Options::tr("--screenshot and --turntable go one at a time"));
+    const bool thumbnails = !o.thumbnails.isEmpty();
+    if (int(screenshot) + int(turntable) + int(thumbnails) > 1)
+        return refuse(Options::tr("--screenshot, --turntable and --thumbnails go one at a time"));
+    if (o.files.isEmpty() && thumbnails)
+        return refuse(Options::tr("--thumbnails needs files to show"));
+    if (thumbnails && o.files.contains("-"))
+        return refuse(Options::tr("--thumbnails takes files, not standard input (\"-\")"));
+    if (o.jobs > 0 && !thumbnails)
+        return refuse(Options::tr("--jobs goes with --thumbnails"));
     if (o.files.isEmpty() && (screenshot || turntable))
         return refuse(screenshot ? Options::tr("--screenshot needs a file to show")
                                  : Options::tr("--turntable needs a file to show"));
-    if (o.transparent && !screenshot && !turntable)
-        return refuse(Options::tr("--transparent goes with --screenshot or --turntable"));
-    if (!o.overlays && o.isPersonal())
+    if (o.transparent && o.isPersonal())
+        return refuse(
+            Options::tr("--transparent goes with --screenshot, --turntable or --thumbnails"));
+    if (!o.overlays && !screenshot && !turntable)
         return refuse(Options::tr("--no-overlays goes with --screenshot or --turntable"));
     if (o.animation && !turntable)
         return refuse(Options::tr("--animation goes with --turntable"));
@@ -129,9 +145,11 @@ Options checked(const Options &o)
 
 } // namespace
 
-QSize parseSize(const QString &size)
+QSize parseSize(const QString &text, bool square)
 {
     static const QRegularExpression form("^(\\d{1,5})[xX](\\d{1,5})$");
+    const QString size =
+        square && !text.contains('x', Qt::CaseInsensitive) ? text + 'x' + text : text;
     const QRegularExpressionMatch match = form.match(size);
     const QSize s(match.captured(1).toInt(), match.captured(2).toInt());
     const auto usable = [](int n) { return n >= 16 && n <= 16384; };
@@ -150,6 +168,9 @@ Options parseOptions(const QStringList &arguments)
     o.module = parser.value(parser.module);
     o.screenshot = parser.value(parser.screenshot);
     o.turntable = parser.value(parser.turntable);
+    o.thumbnails = parser.value(parser.thumbnails);
+    if (!o.thumbnails.isEmpty())
+        o.size = thumbnailSize;
     o.transparent = parser.isSet(parser.transparent);
     o.animation = parser.isSet(parser.animation);
     o.overlays = !parser.isSet(parser.noOverlays);
@@ -160,7 +181,7 @@ Options parseOptions(const QStringList &arguments)
     else if (parser.isSet(parser.reader))
         o.action = Options::Action::Reader;
     if (parser.isSet(parser.size)) {
-        o.size = parseSize(parser.value(parser.size));
+        o.size = parseSize(parser.value(parser.size), !o.thumbnails.isEmpty());
         o.sizeGiven = true;
         if (!o.size.isValid())
             return refuse(
@@ -207,12 +228,19 @@ Options parseOptions(const QStringList &arguments)
             return refuse(Options::tr("--seconds takes a number from 0.1 to 600, not \"%1\"")
                               .arg(parser.value(parser.seconds)));
     }
+    if (parser.isSet(parser.jobs)) {
+        bool number = false;
+        o.jobs = parser.value(parser.jobs).toInt(&number);
+        if (!number || o.jobs < 1 || o.jobs > 256)
+            return refuse(Options::tr("--jobs takes a number from 1 to 256, not \"%1\"")
+                              .arg(parser.value(parser.jobs)));
+    }
     return checked(o);
 }
 
 QSize windowSize(const Options &o)
 {
-    if (o.screenshot.isEmpty() && o.turntable.isEmpty())
+    if (o.isPersonal())
         return o.size;
     constexpr QSize common(1600, 1200);
     constexpr int narrowest = 64; // the views show nothing in a window that is much narrower

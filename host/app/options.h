@@ -40,10 +40,12 @@ public:
     bool overlays = true;      ///< It shows names, counts, axes and scale bar.
     QString turntable;         ///< Recording to write; empty: none.
     bool animation = false;    ///< The recording is of the animation, not of a turn.
+    QString thumbnails;        ///< Folder for a picture of each file; empty: none.
+    int jobs = 0;              ///< Files read for it at the same time; 0: as many as suit.
     double seconds = 6;        ///< Length of the recording.
     bool secondsGiven = false; ///< Otherwise an animation lasts as long as it is.
     double recordedFps = 30;   ///< Frames per second of the recording.
-    QSize size{1280, 800};     ///< Of the window in logical pixels, or of the picture in pixels.
+    QSize size{1280, 800};     ///< Of the window in logical pixels, or of each picture in pixels.
     bool sizeGiven = false;    ///< Otherwise the size of the last run is preferred.
     std::optional<FileAxes::Axis> up; ///< Of the files' axes; nothing: as their formats have it.
     QVector<SectionRequest> section;  ///< The planes that cut models.
@@ -51,7 +53,10 @@ public:
     Companions companions = Companions::InFolder; ///< What models may name.
 
     /// Whether a person is at the window, whose habits are worth keeping.
-    bool isPersonal() const { return screenshot.isEmpty() && turntable.isEmpty(); }
+    bool isPersonal() const
+    {
+        return screenshot.isEmpty() && turntable.isEmpty() && thumbnails.isEmpty();
+    }
 };
 
 /// The size of the window. That of a large picture or recording has the same shape and fits most
@@ -64,8 +69,9 @@ Options parseOptions(const QStringList &arguments);
 /// The text of --help. Expects a QCoreApplication, whose name and arguments it shows.
 QString optionsHelp();
 
-/// A size written as WIDTHxHEIGHT. Returns an invalid size unless both are 16 to 16384.
-QSize parseSize(const QString &text);
+/// A size written as WIDTHxHEIGHT or, where it may be @p square, as one number. Returns an invalid
+/// size unless both are 16 to 16384.
+QSize parseSize(const QString &text, bool square = false);
 
 } // namespace host
 

@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: MIT
 // The program run from a command line: exit codes, messages and pictures.
+#include <map>
+
+#include <QDateTime>
 #include <QDir>
 #include <QImage>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
+#include <QUrl>
 #include <gtest/gtest.h>
 
 namespace {
@@ -102,6 +107,72 @@ TEST_F(CommandTest, LargePicturesAndRecordingsAreTakenAsAskedFor)
     EXPECT_TRUE(said.contains("4 of 4")) << said.toStdString();
     EXPECT_EQ(QDir(folder.filePath("turn")).entryList(QDir::Files).size(), 4);
     run("--size 320x240 --animation --turntable $/film $/pyramid.obj", 1);
+}
+
+TEST_F(CommandTest, ThumbnailsAreMadeOfWhatIsMissingOrStale)
+{
+    const QDir out(folder.filePath("o#%1"));
+    for (const char *name : {"void/pyramid.obj", "void/<b>&.obj"})
+        ASSERT_TRUE(QFile::copy(folder.filePath("pyramid.obj"), folder.filePath(name)));
+    const auto stamp = [&] {
+        std::map<QString, QDateTime> times;
+        for (const QFileInfo &each : out.entryInfoList({"*.png"}))
+            times[each.fileName()] = each.lastModified();
+        return times;
+    };
+    const struct {
+        const char *before; // what happens to a file first: "name=text"
+        const char *arguments;
+        int exitCode;
+        const char *said; // parts apart by bars
+        int pictures, changed;
+    } rows[] = {
+        {"", "--size 64 --jobs 2 $/pyramid.obj $/void $/words.ply", 1,
+         "3 made, 0 already there, 1 failed|/words.ply  ", 3, 3},
+        {"", "--size 64 $/pyramid.obj $/pyramid.obj $/void/pyramid.obj", 0, "0 made, 2 already", 3,
+         0},
+        {"pyramid.obj=v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n", "--size 64 $/void $/pyramid.obj", 0,
+         "1 made, 2 already", 3, 1},
+        {"", "--size 64x48 $/pyramid.obj", 0, "1 made", 3, 1},
+        {"", "--size 64x48 --up z $/pyramid.obj", 0, "1 made", 3, 1},
+        {"pyramid.obj=v", "--size 64x48 --up z $/pyramid.obj $/none.obj", 1, "2 failed|none.obj", 3,
+         0},
+    };
+    for (const auto &row : rows) {
+        if (const QString change = row.before; !change.isEmpty()) {
+            QFile file(folder.filePath(change.section('=', 0, 0)));
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly) &&
+                        file.write(change.section('=', 1).toUtf8()) >= 0);
+        }
+        const auto before = stamp();
+        const QString said = run(QString("--thumbnails $/o#%1 ") + row.arguments, row.exitCode);
+        for (const QString &part : QString(row.said).split('|'))
+            EXPECT_TRUE(said.contains(part)) << row.arguments << ": " << said.toStdString();
+        const auto after = stamp();
+        int changed = 0;
+        for (const auto &[name, time] : after)
+            changed += before.count(name) == 0 || before.at(name) != time;
+        EXPECT_TRUE(int(after.size()) == row.pictures && changed == row.changed)
+            << row.arguments << ": " << changed << " of " << after.size();
+    }
+    // The same picture as that of a window.
+    run("--size 64x64 --no-overlays --screenshot $/one.png $/void/pyramid.obj", 0);
+    const QImage one(folder.filePath("one.png"));
+    int same = 0;
+    for (const QFileInfo &each : out.entryInfoList({"*.png"}))
+        same += QImage(each.filePath()) == one;
+    EXPECT_EQ(same, 2);
+    QFile index(out.filePath("index.html"));
+    ASSERT_TRUE(index.open(QIODevice::ReadOnly));
+    const QString page = QString::fromUtf8(index.readAll());
+    EXPECT_TRUE(page.contains("&lt;b&gt;&amp;.obj</") ||
+                page.contains("&lt;b&gt;&amp;.obj<small>"));
+    EXPECT_FALSE(page.contains("<b>"));
+    EXPECT_EQ(page.count("<figure"), 3);
+    EXPECT_EQ(page.count("<tr>"), 3) << page.toStdString();
+    const QRegularExpression address("src=\"([^\"]+)\"");
+    for (auto at = address.globalMatch(page); at.hasNext();)
+        EXPECT_TRUE(out.exists(QUrl::fromPercentEncoding(at.next().captured(1).toUtf8())));
 }
 
 } // namespace

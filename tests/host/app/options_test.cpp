@@ -36,6 +36,16 @@ TEST(OptionsTest, WhatMakesNoSenseIsRefused)
                                 "--turntable t --seconds 601 a.obj => 600",
                                 "--seconds 3 a.obj => --turntable",
                                 "--watch --screenshot p.png a.obj => window",
+                                "--watch --thumbnails d a.obj => window",
+                                "--thumbnails d => needs files",
+                                "--thumbnails d a.obj - => \"-\"",
+                                "--thumbnails d --screenshot b a.obj => at a time",
+                                "--thumbnails d --no-overlays a.obj => --screenshot or",
+                                "--thumbnails d --size 15 a.obj => \"15\"",
+                                "--thumbnails d --jobs 0 a.obj => \"0\"",
+                                "--thumbnails d --jobs 257 a.obj => 256",
+                                "--jobs 3 a.obj => --thumbnails",
+                                "--transparent a.obj => --thumbnails",
                                 "--no-overlays a.obj => --screenshot or",
                                 "- - => once",
                                 "--companions nowhere a.obj => \"nowhere\""};
@@ -76,7 +86,10 @@ TEST(OptionsTest, TheWindowHasTheShapeOfThePicture)
         {"--screenshot p.png --size 8000x5000 a.obj", {1600, 1000}},
         {"--turntable t --size 2000x4000 a.obj", {600, 1200}},
         {"--screenshot p.png --size 16000x80 a.obj", {12800, 64}}, // a strip keeps a height
-        {"--screenshot p.png --size 3000x20 a.obj", {3000, 20}}};
+        {"--screenshot p.png --size 3000x20 a.obj", {3000, 20}},
+        {"--thumbnails d --jobs 256 --transparent a.obj", {256, 256}},
+        {"--thumbnails d --size 64 a.obj", {64, 64}},
+        {"--thumbnails d --size 4000x2000 a.obj", {1600, 800}}};
     for (const auto &[line, window] : rows)
         EXPECT_EQ(windowSize(parseOptions(("glview " + QString(line)).split(' '))), window) << line;
 }
