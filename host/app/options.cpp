@@ -196,12 +196,12 @@ Options parseOptions(const QStringList &arguments)
         o.up = FileAxes::Axis(axis);
     }
     for (const QString &text : parser.values(parser.section)) {
-        SectionRequest plane;
-        if (!parseSection(text, plane))
+        const std::optional<SectionRequest> plane = parseSection(text);
+        if (!plane)
             return refuse(Options::tr("--section takes x, y or z, or such as -x:30% or z:12.5, not "
                                       "\"%1\"")
                               .arg(text));
-        o.section << plane;
+        o.section << *plane;
     }
     if (o.section.size() > int(Section::most))
         return refuse(Options::tr("--section goes three times at most"));

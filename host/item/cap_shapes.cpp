@@ -19,21 +19,18 @@ double dot(const QVector3D &a, const QVector3D &b)
            double(a.z()) * double(b.z());
 }
 
-QVector3D vertexAt(const Mesh &mesh, std::size_t index)
-{
-    const float *p = &mesh.positions[std::size_t(mesh.indices[index]) * 3];
-    return {p[0], p[1], p[2]};
-}
-
 /// Whether @p solid has something on both sides of @p plane.
 bool reaches(const Solids::Solid &solid, const CutPlane &plane)
 {
-    const QVector3D reach = (solid.max - solid.min) / 2;
-    double most = 0;
-    for (int k = 0; k < 3; ++k)
-        most += std::abs(double(plane.normal[k]) * double(reach[k]));
-    // A little more than the box: its middle is rounded.
-    return std::abs(plane.beyond((solid.min + solid.max) / 2)) <= most * 1.001;
+    double middle = -plane.offset, reach = 0; // beyond the plane; along its normal
+    for (int k = 0; k < 3; ++k) {
+        const double low = double(solid.min[k]), high = double(solid.max[k]);
+        const double normal = double(plane.normal[k]) / 2;
+        middle += normal * (low + high);
+        reach += std::abs(normal * (high - low));
+    }
+    // A little more than the box: what is rounded here is rounded otherwise at its corners.
+    return std::abs(middle) <= reach * 1.001;
 }
 
 /// Where the edge between two corners on different sides meets the plane. Both triangles at the
@@ -62,7 +59,7 @@ std::vector<PlanePoint> outlineOf(const Mesh &mesh, const Solids &solids,
         double beyond[3];
         int kept = 0;
         for (int k = 0; k < 3; ++k) {
-            corner[k] = vertexAt(mesh, index + std::size_t(k));
+            corner[k] = mesh.position(mesh.indices[index + std::size_t(k)]);
             beyond[k] = plane.beyond(corner[k]);
             kept += beyond[k] <= 0;
         }

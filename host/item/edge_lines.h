@@ -15,8 +15,8 @@ namespace host {
 /// for, then kept. draw() and destroy() need the same current context.
 class EdgeLines {
 public:
-    /// Lets the edges of @p mesh be found, unless that was begun. They hold for any mesh of the
-    /// same indices whose shape is the same.
+    /// Lets the edges of @p mesh be found, unless that was begun: of a model that moves, as it
+    /// stands without an animation. They hold however it stands, also in a pose.
     void request(const MeshPtr &mesh);
     bool isBusy() const { return found_.isBusy(); }
     bool lackedMemory() const { return found_.lackedMemory(); }

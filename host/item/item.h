@@ -127,13 +127,14 @@ public:
     /// The file's units per pixel at the point looked at; 0 where that means nothing.
     virtual double unitsPerPixel(const GLW *) const { return 0; }
 
-    /// Selects what lies in the rectangle that is dragged, in the place of what was selected.
-    /// Called within the object's pick passes, whose matrices show just that rectangle; @p area is
-    /// in the object's pixels.
+    /// Which parts of a model a rectangle selects.
     enum class Reach {
-        Seen,   ///< What is not covered.
-        Through ///< What is behind as well.
+        Seen,   ///< Those that are not covered.
+        Through ///< Those behind as well.
     };
+    /// Selects what lies in the rectangle that is dragged, in the place of what was selected.
+    /// Called within the object's pick passes, whose matrices show just that rectangle; the area is
+    /// in the object's pixels.
     virtual void selectArea3D(GLW *, const QRectF &, Reach) {}
     virtual void selectArea2D(GLW *, const QRectF &) {}
     virtual void clearSelection() {}

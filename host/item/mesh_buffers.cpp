@@ -99,7 +99,7 @@ void MeshBuffers::destroy()
     bytes_ = 0;
 }
 
-void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &marks,
+void MeshBuffers::draw(const Mesh &mesh, const Display &display, const PartMarks &marks,
                        EdgeLines *edges)
 {
     if (!vertices_.isCreated())
@@ -163,7 +163,7 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const Marks &ma
     glPopAttrib();
 }
 
-void MeshBuffers::drawSurfaces(const Mesh &mesh, const Display &display, const Marks &marks)
+void MeshBuffers::drawSurfaces(const Mesh &mesh, const Display &display, const PartMarks &marks)
 {
     for (std::size_t i = 0; i < mesh.trianglePartCount(); ++i)
         if (!isTransparent(mesh.parts[i]) && !marks.isHidden(i))
@@ -174,7 +174,7 @@ void MeshBuffers::drawSurfaces(const Mesh &mesh, const Display &display, const M
 
 /// The opaque parts leave nothing but their depth, so that what lies behind them is hidden and the
 /// background shows; then come the outlines of all triangles.
-void MeshBuffers::drawHiddenLines(const Mesh &mesh, const Display &display, const Marks &marks)
+void MeshBuffers::drawHiddenLines(const Mesh &mesh, const Display &display, const PartMarks &marks)
 {
     glDisable(GL_LIGHTING);
     glDisableClientState(GL_COLOR_ARRAY);
@@ -194,7 +194,7 @@ void MeshBuffers::drawHiddenLines(const Mesh &mesh, const Display &display, cons
     }
 }
 
-void MeshBuffers::drawThin(const Mesh &mesh, const Display &display, const Marks &marks,
+void MeshBuffers::drawThin(const Mesh &mesh, const Display &display, const PartMarks &marks,
                            const PointLook &look)
 {
     if (!vertices_.isCreated() || mesh.trianglePartCount() == mesh.parts.size())
@@ -207,12 +207,12 @@ void MeshBuffers::drawThin(const Mesh &mesh, const Display &display, const Marks
     vertices_.release();
 }
 
-void MeshBuffers::drawShapes(const Mesh &mesh, const std::function<bool(std::size_t part)> &paint)
+void MeshBuffers::drawShapes(const Mesh &mesh, const PartColour &paint)
 {
     if (!vertices_.isCreated())
         return;
     glPushAttrib(GL_ENABLE_BIT | GL_DEPTH_BUFFER_BIT | GL_LIGHTING_BIT | GL_POLYGON_BIT |
-                 GL_CURRENT_BIT);
+                 GL_CURRENT_BIT | GL_VIEWPORT_BIT);
     glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
     for (const GLenum off : {GL_LIGHTING, GL_TEXTURE_2D, GL_BLEND, GL_CULL_FACE})
         glDisable(off);
@@ -224,9 +224,14 @@ void MeshBuffers::drawShapes(const Mesh &mesh, const std::function<bool(std::siz
     indices_.bind();
     glEnableClientState(GL_VERTEX_ARRAY);
     glVertexPointer(3, GL_FLOAT, 0, offset(0));
-    for (std::size_t i = 0; i < mesh.parts.size(); ++i)
-        if (paint(i))
-            drawShape(mesh.parts[i]);
+    for (std::size_t i = 0; i < mesh.parts.size(); ++i) {
+        if (!paint(i))
+            continue;
+        if (mesh.parts[i].kind == MeshPart::Kind::Triangles)
+            drawTriangles(mesh.parts[i]);
+        else
+            drawThinPart(mesh.parts[i]);
+    }
     indices_.release();
     vertices_.release();
     glPopClientAttrib();
@@ -234,7 +239,7 @@ void MeshBuffers::drawShapes(const Mesh &mesh, const std::function<bool(std::siz
 }
 
 /// Each part covers what lies farther away, its own far side too.
-void MeshBuffers::drawTransparent(const Mesh &mesh, const Display &display, const Marks &marks)
+void MeshBuffers::drawTransparent(const Mesh &mesh, const Display &display, const PartMarks &marks)
 {
     QMatrix4x4 view, projection; // as OpenGL keeps them, column by column
     glGetFloatv(GL_MODELVIEW_MATRIX, view.data());
@@ -274,20 +279,6 @@ void MeshBuffers::drawPart(const Mesh &mesh, std::size_t index, const Display &d
     drawTriangles(part);
     if (covered)
         glDisableClientState(GL_TEXTURE_COORD_ARRAY); // not all vertices have coordinates
-}
-
-void MeshBuffers::drawShape(const MeshPart &part)
-{
-    switch (part.kind) {
-    case MeshPart::Kind::Triangles:
-        return drawTriangles(part);
-    case MeshPart::Kind::Lines:
-        glDrawElements(GL_LINES, GLsizei(part.indexCount), GL_UNSIGNED_INT,
-                       offset(std::size_t(part.firstIndex) * sizeof(quint32)));
-        return;
-    case MeshPart::Kind::Points:
-        glDrawArrays(GL_POINTS, GLint(part.firstVertex), GLsizei(part.vertexCount));
-    }
 }
 
 void MeshBuffers::drawTriangles(const MeshPart &part)

@@ -2,8 +2,6 @@
 #ifndef HOST_ITEM_MESH_BUFFERS_H
 #define HOST_ITEM_MESH_BUFFERS_H
 
-#include <functional>
-
 #include <QOpenGLBuffer>
 #include <QVector3D>
 
@@ -34,32 +32,29 @@ public:
 
     quint64 byteSize() const { return bytes_; }
 
-    using Marks = PartMarks;
-
     /// Draws the mesh that create() got, without its hidden parts; the selected ones stand out.
     /// Opaque parts come first, then the transparent ones, the farthest first, of each the faces
     /// that look away first. Expects the light's place and the matrices to be set. Leaves GL state
     /// as it was.
     /// @p edges lie over surfaces that are drawn with their edges; null: there are none.
-    void draw(const Mesh &mesh, const Display &display, const Marks &marks,
+    void draw(const Mesh &mesh, const Display &display, const PartMarks &marks,
               EdgeLines *edges = nullptr);
 
     /// Draws its lines and points, as drawLinesAndPoints() does: before draw(), since transparent
     /// parts cover what is there already.
-    void drawThin(const Mesh &mesh, const Display &display, const Marks &marks,
+    void drawThin(const Mesh &mesh, const Display &display, const PartMarks &marks,
                   const PointLook &look);
 
     /// Draws the bare shapes of those parts for which @p paint, which sets the colour, returns
     /// true; what is nearer covers the rest. Leaves GL state as it was.
-    void drawShapes(const Mesh &mesh, const std::function<bool(std::size_t part)> &paint);
+    void drawShapes(const Mesh &mesh, const PartColour &paint);
 
 private:
-    void drawSurfaces(const Mesh &mesh, const Display &display, const Marks &marks);
-    void drawHiddenLines(const Mesh &mesh, const Display &display, const Marks &marks);
-    static void drawShape(const MeshPart &part);
+    void drawSurfaces(const Mesh &mesh, const Display &display, const PartMarks &marks);
+    void drawHiddenLines(const Mesh &mesh, const Display &display, const PartMarks &marks);
     static void drawTriangles(const MeshPart &part);
     void drawPart(const Mesh &mesh, std::size_t index, const Display &display, bool isMarked);
-    void drawTransparent(const Mesh &mesh, const Display &display, const Marks &marks);
+    void drawTransparent(const Mesh &mesh, const Display &display, const PartMarks &marks);
 
     QOpenGLBuffer vertices_{QOpenGLBuffer::VertexBuffer}; // positions, normals, colours, uvs
     QOpenGLBuffer indices_{QOpenGLBuffer::IndexBuffer};

@@ -102,6 +102,18 @@ double pointSize(const Mesh &mesh, const Display &display, const PointLook &look
     return std::clamp(touching, Metrics::px(1), Metrics::px(4)) * double(display.pointScale);
 }
 
+void drawThinPart(const MeshPart &part, double share)
+{
+    const bool lines = part.kind == MeshPart::Kind::Lines;
+    // A little nearer, so that lines on a surface are seen.
+    glDepthRange(0, lines ? 0.99998 : 1);
+    if (lines)
+        glDrawElements(GL_LINES, GLsizei(part.indexCount), GL_UNSIGNED_INT,
+                       offset(std::size_t(part.firstIndex) * sizeof(quint32)));
+    else
+        drawPoints(part.firstVertex, quint32(std::ceil(part.vertexCount * share)));
+}
+
 void drawLinesAndPoints(const Mesh &mesh, std::size_t colours, const Display &display,
                         const PartMarks &marks, const PointLook &look)
 {
@@ -122,14 +134,7 @@ void drawLinesAndPoints(const Mesh &mesh, std::size_t colours, const Display &di
         if (marks.isHidden(i))
             continue;
         setColour(mesh, part, display.theme(), marks.isSelected(i));
-        const bool lines = part.kind == MeshPart::Kind::Lines;
-        // A little nearer, so that lines on a surface are seen.
-        glDepthRange(0, lines ? 0.99998 : 1);
-        if (lines)
-            glDrawElements(GL_LINES, GLsizei(part.indexCount), GL_UNSIGNED_INT,
-                           offset(std::size_t(part.firstIndex) * sizeof(quint32)));
-        else
-            drawPoints(part.firstVertex, quint32(std::ceil(part.vertexCount * share)));
+        drawThinPart(part, share);
     }
     glPopClientAttrib();
     glPopAttrib();

@@ -33,6 +33,10 @@ double pointSize(const Mesh &mesh, const Display &display, const PointLook &look
 void drawLinesAndPoints(const Mesh &mesh, std::size_t colours, const Display &display,
                         const PartMarks &marks, const PointLook &look);
 
+/// Draws a part of lines or points with the state, the arrays and the indices that are set; of
+/// points that @p share of them, 0 to 1. Leaves the depth range changed.
+void drawThinPart(const MeshPart &part, double share = 1);
+
 } // namespace host
 
 #endif

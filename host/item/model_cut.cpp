@@ -14,7 +14,10 @@ CutPlane ModelItem::planeOf(const SectionRequest &request) const
         min[k] = std::min(a[k], b[k]);
         max[k] = std::max(a[k], b[k]);
     }
-    return request.plane(min, max);
+    SectionRequest inMesh = request; // coordinates are those that people know
+    if (!request.isShare)
+        inMesh.value -= mesh_->origin[std::size_t(request.axis)];
+    return inMesh.plane(min, max);
 }
 
 std::optional<CutPlane> ModelItem::planeAt(const GLW *glw, const QPointF &pixel) const

@@ -35,11 +35,9 @@ void ModelItem::measure()
 {
     centre_ = (mesh_->min + mesh_->max) / 2;
     float radius = 0;
-    for (std::size_t i = 0; i < mesh_->positions.size(); i += 3) {
-        const float *p = &mesh_->positions[i];
-        radius = std::max(radius, (QVector3D(p[0], p[1], p[2]) - centre_).length());
-    }
-    scale_ = radius > 0 ? CameraMotion::worldRadius / radius : 1;
+    for (std::size_t i = 0; i < mesh_->vertexCount(); ++i)
+        radius = std::max(radius, (mesh_->position(i) - centre_).length());
+    scale_ = radius > Mesh::noSize ? CameraMotion::worldRadius / radius : 1;
     spacing_ = pointSpacing(*mesh_) * double(scale_);
     outline_.clear();
     outline(); // now, since what an item holds does not grow
@@ -94,8 +92,10 @@ quint64 ModelItem::byteSize() const
     // Until the tree is there, about what it will take: a size that grew afterwards would pass
     // limits that were kept.
     constexpr quint64 perTriangle = 36, perThin = 6;
-    if (playback_) // a pose, and the mesh that stands in it
-        bytes += mesh_->normalCount() * 48 + mesh_->byteSize();
+    constexpr quint64 perPosed = 4 * 3 * sizeof(float); // place and normal, at rest and posed
+    if (playback_) // a pose, and the mesh that stands in it, which shares textures and rig
+        bytes += mesh_->normalCount() * perPosed + mesh_->byteSize() - mesh_->textureBytes() -
+                 mesh_->rig->byteSize();
     bytes += edges_.byteSize();
     if (const Trees *trees = tree_.get())
         return bytes + trees->triangles.byteSize() + (trees->thin ? trees->thin->byteSize() : 0);
@@ -128,6 +128,7 @@ void ModelItem::standOn(GLW *glw, FileAxes::Axis up)
     turned->standOn(up);
     base_ = mesh_ = std::move(turned);
     pose_.reset();
+    moving_ = false;
     if (playback_ && playback_->clip() >= 0)
         playback_->setTime(playback_->time()); // the next frame takes it up
     hovered_ = -1;
@@ -181,7 +182,7 @@ void ModelItem::draw3D(GLW *glw, const Display &display)
     const std::size_t most = display.whole ? mesh_->pointCount() : budget_.most();
     const bool edged = display.mode == Display::Mode::Edged && mesh_->triangleCount() > 0;
     if (edged)
-        edges_.request(mesh_);
+        edges_.request(base_);
     edgesDue_ = edged && edges_.isBusy();
     {
         const ModelSection::Clipping clipping(section_);

@@ -42,11 +42,8 @@ public:
     }
     quint64 byteSize() const override;
     const Mesh &mesh() const { return *mesh_; }
-    const MeshPtr &sharedMesh() const
-    {
-        return mesh_;
-    }                                            ///< Another one after standOn() and
-                                                 ///< where an animation stopped.
+    /// Another one after standOn() and where an animation stopped.
+    const MeshPtr &sharedMesh() const { return mesh_; }
     int hoveredPart() const { return hovered_; } ///< Into the mesh's parts; -1 for none.
 
     /// The centre and the size of the model's own units in the world:

@@ -20,12 +20,6 @@ std::size_t vertexIn(const Mesh &mesh, const MeshPart &part, std::size_t at)
                                                : mesh.indices[part.firstIndex + at];
 }
 
-QVector3D vertexOf(const Mesh &mesh, std::size_t index)
-{
-    const float *p = &mesh.positions[index * 3];
-    return {p[0], p[1], p[2]};
-}
-
 } // namespace
 
 std::vector<QVector3D> outlineOf(const Mesh &mesh, const QVector3D &centre, float scale)
@@ -34,7 +28,7 @@ std::vector<QVector3D> outlineOf(const Mesh &mesh, const QVector3D &centre, floa
     std::vector<QVector3D> outline;
     outline.reserve(count / step + 1);
     for (std::size_t i = 0; i < count; i += step)
-        outline.push_back((vertexOf(mesh, i) - centre) * scale);
+        outline.push_back((mesh.position(i) - centre) * scale);
     return outline;
 }
 
@@ -53,7 +47,7 @@ std::vector<QVector3D> outlineOf(const Mesh &mesh, const QVector3D &centre, floa
             continue;
         const MeshPart &part = mesh.parts[i];
         for (; next < sizeOf(part); next += step)
-            outline.push_back((vertexOf(mesh, vertexIn(mesh, part, next)) - centre) * scale);
+            outline.push_back((mesh.position(vertexIn(mesh, part, next)) - centre) * scale);
         next -= sizeOf(part);
     }
     return outline;

@@ -11,11 +11,7 @@ namespace host {
 
 int ModelItem::partOf(quint32 triangle) const
 {
-    const auto &parts = mesh_->parts;
-    const auto after = std::upper_bound(
-        parts.begin(), parts.end(), triangle * 3,
-        [](quint32 index, const MeshPart &part) { return index < part.firstIndex; });
-    return int(after - parts.begin()) - 1;
+    return int(mesh_->partOfIndex(std::size_t(triangle) * 3));
 }
 
 /// Whether what the ray meets there is shown: nothing else is picked or measured.

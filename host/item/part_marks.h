@@ -3,6 +3,7 @@
 #define HOST_ITEM_PART_MARKS_H
 
 #include <cstddef>
+#include <functional>
 #include <vector>
 
 namespace host {
@@ -45,6 +46,9 @@ private:
     std::size_t selectedCount_ = 0;
     std::size_t hiddenCount_ = 0;
 };
+
+/// Sets the colour in which a part is drawn; says whether it is.
+using PartColour = std::function<bool(std::size_t part)>;
 
 } // namespace host
 

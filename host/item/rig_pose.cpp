@@ -167,10 +167,4 @@ void RigPose::pose(int clip, double seconds)
     }
 }
 
-std::size_t RigPose::byteSize() const
-{
-    return (rest_.size() + face_.size() + positions_.size() + normals_.size()) * sizeof(float) +
-           bones_.size() * sizeof(Affine) + fixed_.size() / 8;
-}
-
 } // namespace host

@@ -29,8 +29,6 @@ public:
     const std::vector<float> &positions() const { return positions_; } ///< x, y, z of each vertex.
     const std::vector<float> &normals() const { return normals_; }     ///< The same; unit length.
 
-    std::size_t byteSize() const; ///< Memory held.
-
 private:
     /// Three rows of four: turn and scale, then the shift.
     using Affine = std::array<float, 12>;

@@ -56,25 +56,27 @@ CutPlane SectionRequest::plane(const QVector3D &min, const QVector3D &max) const
     return lowerGoes ? plane.flipped() : plane;
 }
 
-bool parseSection(const QString &text, SectionRequest &request)
+std::optional<SectionRequest> parseSection(const QString &text)
 {
     static const QRegularExpression form("^(-?)([xyz])(?::([^%]+)(%?))?$",
                                          QRegularExpression::CaseInsensitiveOption);
     const QRegularExpressionMatch match = form.match(text);
     if (!match.hasMatch())
-        return false;
-    request = {};
+        return {};
+    SectionRequest request;
     request.lowerGoes = !match.captured(1).isEmpty();
     request.axis = FileAxes::Axis(match.captured(2).toLower()[0].unicode() - u'x');
     if (match.captured(3).isEmpty())
-        return true;
+        return request;
     bool number = false;
     request.value = match.captured(3).toDouble(&number);
     request.isShare = !match.captured(4).isEmpty();
     if (request.isShare)
         request.value /= 100;
-    return number && std::abs(request.value) <= (request.isShare ? 1 : Mesh::maxCoordinate) &&
-           !(request.isShare && request.value < 0);
+    const double least = request.isShare ? 0 : -double(Mesh::maxCoordinate);
+    const double most = request.isShare ? 1 : double(Mesh::maxCoordinate);
+    return number && request.value >= least && request.value <= most ? std::optional(request)
+                                                                     : std::nullopt;
 }
 
 } // namespace host

@@ -3,6 +3,7 @@
 #define HOST_ITEM_SECTION_H
 
 #include <array>
+#include <optional>
 #include <vector>
 
 #include <QVector3D>
@@ -14,8 +15,8 @@ namespace host {
 /// A plane that cuts away what lies on the side that its normal points to.
 ///
 /// Of the points p with p · normal = offset (the plane's Hessian form). Coordinates are the axes
-/// and the units of a file, if not said otherwise, so that a file that is read again, or stood on
-/// another axis, is cut in the same place.
+/// and the units of a file, if not said otherwise, counted from Mesh::origin, so that a file that
+/// is read again, or stood on another axis, is cut in the same place.
 struct CutPlane {
     QVector3D normal{1, 0, 0}; ///< Of unit length.
     double offset = 0;         ///< Of the plane from the origin, along the normal.
@@ -55,13 +56,13 @@ struct SectionRequest {
     bool isShare = true; ///< The value is a share of the model's size, 0 to 1, else a coordinate.
     double value = 0.5;
 
-    /// In a box around the model, in the file's coordinates.
+    /// In a box around the model, from the same origin as the coordinate.
     CutPlane plane(const QVector3D &min, const QVector3D &max) const;
 };
 
-/// Reads "x", "x:30%" or "x:12.5", with a minus in front if what lies below goes. Returns false if
-/// it is none of these.
-bool parseSection(const QString &text, SectionRequest &request);
+/// Reads "x", "x:30%" or "x:12.5", with a minus in front if what lies below goes. Returns nothing
+/// if it is none of these.
+std::optional<SectionRequest> parseSection(const QString &text);
 
 /// How a plane stands in the world, to be shown and dragged.
 struct SectionFrame {

@@ -12,9 +12,6 @@
 
 namespace host {
 
-/// Sets the colour in which a part is drawn; says whether it is.
-using PartColour = std::function<bool(std::size_t part)>;
-
 /// Which parts of @p mesh are seen in what the pick pass that runs looks at: those that a pixel of
 /// it shows, were it drawn @p size pixels large without edges smoothed. Transparent parts are seen
 /// where nothing lies in front of them, and hide nothing opaque.

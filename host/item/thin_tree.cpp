@@ -100,7 +100,7 @@ void ThinTree::sort(const std::atomic<bool> &cancel)
     const std::size_t count = lines_ + mesh_->pointCount();
     const QVector3D size = mesh_->max - mesh_->min;
     const float longest = std::max({size.x(), size.y(), size.z()});
-    const float cells = longest > 0 ? 1023 / longest : 0;
+    const float cells = longest > Mesh::noSize ? 1023 / longest : 0;
     std::vector<quint64> keys(count);
     for (std::size_t i = 0; i < count && !cancel; ++i) {
         const Ends ends = endsOf(quint32(i));

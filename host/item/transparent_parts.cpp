@@ -11,8 +11,7 @@ namespace {
 QVector3D middleOf(const Mesh &mesh, const MeshPart &part)
 {
     const auto vertex = [&](quint32 at) {
-        const float *p = &mesh.positions[std::size_t(mesh.indices[part.firstIndex + at]) * 3];
-        return QVector3D(p[0], p[1], p[2]);
+        return mesh.position(mesh.indices[part.firstIndex + at]);
     };
     QVector3D min = vertex(0), max = min;
     for (quint32 at = 1; at < part.indexCount; ++at) {

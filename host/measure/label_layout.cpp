@@ -2,8 +2,9 @@
 #include "host/measure/label_layout.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
+
+#include <QLineF>
 
 namespace host {
 
@@ -14,11 +15,6 @@ QRectF moveInto(QRectF r, const QRectF &bounds)
     r.moveLeft(std::max(bounds.left(), std::min(r.left(), bounds.right() - r.width())));
     r.moveTop(std::max(bounds.top(), std::min(r.top(), bounds.bottom() - r.height())));
     return r;
-}
-
-double distance(const QPointF &a, const QPointF &b)
-{
-    return std::hypot(a.x() - b.x(), a.y() - b.y());
 }
 
 /// The free place nearest to the anchor among those in rows and columns with @p first; @p first
@@ -35,7 +31,7 @@ QRectF freePlace(const QRectF &first, const QPointF &anchor, const QRectF &bound
             const QRectF r = first.translated(i * width, k * height);
             const QRectF wide = r.adjusted(-gap / 2, -gap / 2, gap / 2, gap / 2);
             const auto covers = [&](const QRectF &other) { return other.intersects(wide); };
-            const double away = distance(r.center(), anchor);
+            const double away = QLineF(r.center(), anchor).length();
             if (away < least && bounds.contains(r) && !wide.contains(anchor) &&
                 std::none_of(taken.begin(), taken.end(), covers)) {
                 least = away;

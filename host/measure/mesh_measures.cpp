@@ -188,6 +188,8 @@ SurfaceMeasures::Bounds Measuring::sumVolume(double &volume)
     const auto isOuter = [&](const Shell &s) { return s.volume.value() * largest >= 0; };
     ExactSum sum;
     for (const Shell &shell : all) {
+        if (cancel_)
+            break;
         sum.add(shell.volume.value());
         const auto around = [&](const Shell &other) {
             return isOuter(other) && other.box.holds(shell.box);

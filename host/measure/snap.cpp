@@ -2,7 +2,8 @@
 #include "host/measure/snap.h"
 
 #include <algorithm>
-#include <cmath>
+
+#include <QLineF>
 
 namespace host {
 
@@ -10,11 +11,6 @@ namespace {
 
 /// Edges that bend less than this are the triangulation's and not the shape's.
 constexpr double flat = 0.5 / degrees;
-
-double distance(const QPointF &a, const QPointF &b)
-{
-    return std::hypot(a.x() - b.x(), a.y() - b.y());
-}
 
 /// The share of the way from @p a to @p b, in the picture, at which the pointer is nearest.
 double shareNear(const QPointF &pointer, const QPointF &a, const QPointF &b)
@@ -62,8 +58,8 @@ public:
 private:
     void offer(Snap::Kind kind, quint32 corner, const Vec &at)
     {
-        const double away = distance(sight_(at).pixel, pointer_);
-        if (away <= (best_ ? least_ : reach_) && !(best_ && away == least_) && visible_(at)) {
+        const double away = QLineF(sight_(at).pixel, pointer_).length();
+        if ((best_ ? away < least_ : away <= reach_) && visible_(at)) {
             least_ = away;
             best_ = Snap{kind, corner, at};
         }

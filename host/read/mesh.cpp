@@ -100,6 +100,14 @@ std::size_t Mesh::trianglePartCount() const
     return next ? std::size_t(next - parts.data()) : parts.size();
 }
 
+std::size_t Mesh::partOfIndex(std::size_t index) const
+{
+    const auto after =
+        std::upper_bound(parts.begin(), parts.end(), index,
+                         [](std::size_t i, const MeshPart &p) { return i < p.firstIndex; });
+    return std::size_t(after - parts.begin()) - 1;
+}
+
 std::size_t Mesh::lineCount() const
 {
     return (indices.size() - triangleCount() * 3) / 2;

@@ -112,6 +112,7 @@ struct FileAxes {
 struct Mesh {
     static constexpr float maxCoordinate = 1e15f; ///< Squares of sizes still fit into a float.
     static constexpr float maxUv = 1e6f;          ///< Beyond it a float does not tell pixels apart.
+    static constexpr float noSize = 1e-30f;       ///< Up to here quotients would pass a float.
 
     std::vector<float> positions; ///< x, y, z of each vertex.
     std::vector<float> normals;   ///< x, y, z of each vertex of triangles; these come first.
@@ -138,6 +139,12 @@ struct Mesh {
     std::size_t firstPoint() const; ///< The first vertex that is a point; else vertexCount().
     std::size_t pointCount() const { return vertexCount() - firstPoint(); }
     std::size_t trianglePartCount() const; ///< Of the parts, so many are of triangles.
+    /// The part that has what stands at @p index of the indices. Expects one of those.
+    std::size_t partOfIndex(std::size_t index) const;
+    QVector3D position(std::size_t vertex) const
+    {
+        return {positions[vertex * 3], positions[vertex * 3 + 1], positions[vertex * 3 + 2]};
+    }
     std::size_t byteSize() const; ///< Memory held; that of names and notes by rule of thumb.
     std::size_t textureBytes() const;
     /// Of a mesh of so many.

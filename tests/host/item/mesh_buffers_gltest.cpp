@@ -117,6 +117,7 @@ struct Scan {
                       {"grey", {}, {0.6f, 0.6f, 0.6f, 1}, 8, 0, Kind::Points, 8, 2}};
         mesh.findBounds();
     }
+    void sink(float by) { mesh.positions[14] = mesh.positions[17] = -by; }
     void colour() { mesh.colours.assign(40, 255), mesh.colours[25] = 0; } // the red point's green
 
     Mesh mesh;
@@ -135,6 +136,7 @@ const ThinCase thinCases[] = {
     {"AsWideAsAsked", [](Scan &) {}, "30,30 red; 33,33 red; 35,30 blue; 30,35 blue; 42,30 lime"},
     {"GreyTakesTheInkAndFades", [](Scan &) {}, "18,30 faded; 18,18 faded"},
     {"LineAndSquare", [](Scan &) {}, "34,42 yellow; 40,42 blue; 34,45 white"},
+    {"LineALittleBehind", [](Scan &s) { s.sink(3e-4f); }, "34,42 yellow; 34,45 white"},
     {"WiderInALargerPicture", [](Scan &s) { s.display.scale = 2; }, "30,35 red"},
     {"ASample", [](Scan &s) { s.most = 2; }, "18,18 blue; 18,30 faded"},
     {"SomethingOfEachPart", [](Scan &s) { s.most = 1; }, "30,30 red; 42,30 lime"},
@@ -167,6 +169,12 @@ TEST_P(ThinDrawing, ShowsLinesAndPoints)
     EXPECT_TRUE(glIsEnabled(GL_LIGHTING) && !glIsEnabled(GL_FOG));
     buffers.draw(scan.mesh, scan.display, scan.marks);
     expect(GetParam().seen);
+    begin(projection);
+    buffers.drawShapes(scan.mesh, [](std::size_t i) {
+        glColor3d(1, i > 0, i == 2);
+        return true;
+    });
+    expect("34,42 yellow; 34,45 red; 18,18 yellow");
 }
 
 using C = Cover;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a cut model shows and what the pointer finds on it: colours at places known from geometry.
+// What a model shows that is cut or moves, and what the pointer finds on it: colours at places
+// known from geometry.
 #include "GL/glwidget.h"
 #include "drawing.h"
 #include "host/item/model_item.h"
@@ -109,6 +110,57 @@ TEST_P(SectionSeen, AndFoundByThePointer)
     }
     EXPECT_EQ(seen, row.seen);
     item.release();
+}
+
+/// A sheet that is flat at rest; its upper half turns towards the eye.
+class Hinge : public LargeDrawing {
+protected:
+    Hinge()
+    {
+        Shape sheet;
+        sheet.quad({-1, -1, 0}, {1, -1, 0}, {1, 0, 0}, {-1, 0, 0});
+        sheet.quad({-1, 0, 0}, {1, 0, 0}, {1, 1, 0}, {-1, 1, 0});
+        sheet.hinge().mesh.findBounds();
+        item = std::make_unique<ModelItem>("a", std::make_shared<Mesh>(sheet.mesh));
+        glw.setGeometry({0, 0, 160, 160});
+        item->init(&glw);
+        display.mode = Mode::Edged;
+    }
+    void draw()
+    {
+        QMatrix4x4 projection;
+        projection.ortho(-.75, .75, -.75, .75, -9, 9);
+        begin(projection);
+        item->draw3D(&glw, display);
+    }
+    GLWidget glw{nullptr, "glw"};
+    std::unique_ptr<ModelItem> item;
+};
+
+TEST_F(Hinge, HasTheEdgesThatItHasAtRest)
+{
+    for (const int clip : {0, -1}) {
+        item->playback()->setClip(clip);
+        item->play(0);
+        item->play(0); // stands still
+        const auto drawn = [&] { return draw(), item->isWhole(); };
+        ASSERT_TRUE(QTest::qWaitFor(drawn, 20000));
+    }
+    expect("80~42 edge; 80~118 edge; 80~80 !edge");
+}
+
+TEST_F(Hinge, IsTakenOverWhileItMoves)
+{
+    item->playback()->setTime(1);
+    item->play(0);
+    item->release();
+    item->standOn(&glw, FileAxes::Z);
+    item->init(&glw);
+    draw();
+    expect("80,100 blue");
+    item->play(0);
+    draw();
+    expect("80,100 !blue");
 }
 
 } // namespace

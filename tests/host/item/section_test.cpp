@@ -45,6 +45,7 @@ const CapCase capCases[] = {
     {"ApartInOnePart", cube + box({2, 0, 0}, {3, 2, 1}), middle, {3}, {0}},
     {"AcrossParts", Shape(cube).split(6), middle, {1}, {0}},
     {"FarFromTheOrigin", cube, {{0, 0, 1}, 1e5 + .5}, {1}, {0}, 1e5f},
+    {"FartherNearAnEnd", box({0, 0, .0625}, {1, 1, 1}), {{0, 0, 1}, 1e6 + .99}, {1}, {}, 1e6f},
 };
 
 TABLE(SectionCap, testing::Test, CapCase, capCases);
@@ -118,15 +119,15 @@ TEST(SectionTest, IsAskedForByText)
                                                       {"y:30%", {{0, 1, 0}, 13}},
                                                       {"Z:-2.5", {{0, 0, 1}, -2.5}},
                                                       {"-y:12", {{0, -1, 0}, -12}}};
-    SectionRequest request;
     for (const auto &[text, expected] : read) {
-        EXPECT_TRUE(parseSection(text, request)) << text;
-        const CutPlane plane = request.plane({0, 10, -4}, {1, 20, 4});
+        const std::optional<SectionRequest> request = parseSection(text);
+        ASSERT_TRUE(request) << text;
+        const CutPlane plane = request->plane({0, 10, -4}, {1, 20, 4});
         EXPECT_EQ(plane.normal, expected.normal) << text;
         EXPECT_DOUBLE_EQ(plane.offset, expected.offset) << text;
     }
     for (const char *text : {"w", "x:much", "x:", "x:101%", "x:-1%", "x:inf", "x:nan", "x:5%%"})
-        EXPECT_FALSE(parseSection(text, request)) << text;
+        EXPECT_FALSE(parseSection(text)) << text;
 }
 
 TEST(SectionTest, AFacesPlaneLiesJustBelowIt)
