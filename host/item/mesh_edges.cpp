@@ -49,7 +49,7 @@ private:
 };
 
 Finder::Finder(const Mesh &mesh, const std::atomic<bool> &cancelled)
-    : mesh_(mesh), cancelled_(cancelled), places_(firstAtPlace(mesh, mesh.vertexCount(), cancelled))
+    : mesh_(mesh), cancelled_(cancelled), places_(firstAtPlace(mesh, mesh.normalCount(), cancelled))
 {
     double extent = 0;
     for (int i = 0; i < 3; ++i)
@@ -77,7 +77,7 @@ void Finder::listSides()
             }
         }
     };
-    ends_.assign(mesh_.vertexCount() + 1, 0);
+    ends_.assign(places_.size() + 1, 0);
     forEachSide([this](quint32 low, const Side &) { ++ends_[low + 1]; });
     for (std::size_t i = 1; i < ends_.size(); ++i)
         ends_[i] += ends_[i - 1];
@@ -92,11 +92,7 @@ void Finder::listSides()
 
 quint32 Finder::partOf(quint32 triangle) const
 {
-    const auto &parts = mesh_.parts;
-    const auto after = std::upper_bound(
-        parts.begin(), parts.end(), std::size_t(triangle) * 3,
-        [](std::size_t index, const MeshPart &part) { return index < part.firstIndex; });
-    return quint32(after - parts.begin()) - 1;
+    return quint32(mesh_.partOfIndex(std::size_t(triangle) * 3));
 }
 
 quint32 Finder::vertexAt(quint32 triangle, quint32 place) const

@@ -26,9 +26,9 @@ struct MeshEdges {
 
 /// Finds the edges of @p mesh. Vertices are the same if they stand at the same place, and a
 /// triangle that stands there twice counts once; one that is thinner than its coordinates tell has
-/// no angle. Takes about a second and 100 MB for a few million triangles; may throw std::bad_alloc.
-/// Setting
-/// @p cancelled from another thread ends it early, with anything.
+/// no angle. Takes about a second for a few million triangles, and about 100 MB for each million
+/// that share no vertices; may throw std::bad_alloc. Setting @p cancelled from another thread ends
+/// it early, with anything.
 MeshEdges edgesOf(const Mesh &mesh, const std::atomic<bool> &cancelled);
 
 } // namespace host

@@ -70,6 +70,8 @@ QString ModelItem::details() const
         all << tr("no memory to find what the pointer is on");
     if (edges_.lackedMemory())
         all << tr("no memory for its edges");
+    if (section_.lackedMemory())
+        all << tr("no memory for the cut faces");
     return all.join(QStringLiteral("  ·  "));
 }
 

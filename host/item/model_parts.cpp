@@ -42,10 +42,13 @@ void ModelItem::selectArea3D(GLW *glw, const QRectF &area, Reach reach)
     std::vector<bool> met;
     const ModelSection::Clipping clipping(section_);
     if (reach == Reach::Seen)
-        met = partsSeen(buffers_, *mesh_, marks_, area.size().toSize(),
-                        [this](const PartColour &colourOf) { section_.drawShapes(colourOf); });
-    if (met.empty())
-        met = partsInPick(glw->camera, *mesh_, centre_, scale_, marks_);
+        met = partsSeen(
+            buffers_, *mesh_, marks_, area.size().toSize(),
+            [this](const PartColour &colourOf) { section_.drawShapes(marks_, colourOf); });
+    if (met.empty()) {
+        met = partsInPick(glw->camera, *mesh_, centre_, scale_, marks_, section_.planes());
+        section_.addMet(PickSquare(glw->camera), marks_, met);
+    }
     marks_.select(met);
 }
 

@@ -81,14 +81,25 @@ std::vector<SectionFrame> ModelSection::frames() const
             low[k] -= margin;
             high[k] += margin;
         }
+        const int axis = section_.planes[frames.size()].axis();
         frames.push_back({{grid.inWorld(low), grid.inWorld({high[0], low[1]}), grid.inWorld(high),
                            grid.inWorld({low[0], high[1]})},
                           grid.normal(),
                           double(scale_),
                           least,
-                          most});
+                          most,
+                          axis < 0 ? 0 : mesh_->origin[std::size_t(axis)]});
     }
     return frames;
+}
+
+std::vector<PlaneGrid> ModelSection::planes() const
+{
+    std::vector<PlaneGrid> planes;
+    for (const CutPlane &plane : inMesh_.planes)
+        if (inMesh_.on)
+            planes.emplace_back(plane, centre_, scale_);
+    return planes;
 }
 
 ModelSection::Clipping::Clipping(const ModelSection &section) : on_(section.isCutting())
@@ -97,11 +108,11 @@ ModelSection::Clipping::Clipping(const ModelSection &section) : on_(section.isCu
         return;
     glPushAttrib(GL_TRANSFORM_BIT); // planes, and which are on
     GLenum at = GL_CLIP_PLANE0;
-    for (const CutPlane &plane : section.inMesh_.planes) {
+    for (const PlaneGrid &plane : section.planes()) {
         // OpenGL keeps the points p with equation · (p, 1) >= 0, in the coordinates of this moment.
-        const PlaneGrid grid(plane, section.centre_, section.scale_);
-        const GLdouble equation[4] = {-double(plane.normal.x()), -double(plane.normal.y()),
-                                      -double(plane.normal.z()), grid.height()};
+        const QVector3D &n = plane.normal();
+        const GLdouble equation[4] = {-double(n.x()), -double(n.y()), -double(n.z()),
+                                      plane.height()};
         glClipPlane(at, equation);
         glEnable(at++);
     }
@@ -122,12 +133,21 @@ void ModelSection::drawCaps(SectionCaps::Kind kind, const Display &display, cons
     caps_.draw(kind, *solids_.get(), {display, marks, perPixel});
 }
 
-void ModelSection::drawShapes(const std::function<bool(std::size_t part)> &colourOf) const
+void ModelSection::drawShapes(const PartMarks &marks, const PartColour &colourOf) const
 {
     if (!isCutting() || !solids_.get())
         return;
     findCaps();
-    caps_.drawShapes(*solids_.get(), colourOf);
+    caps_.drawShapes(*solids_.get(), marks, colourOf);
+}
+
+void ModelSection::addMet(const PickSquare &square, const PartMarks &marks,
+                          std::vector<bool> &met) const
+{
+    if (!isCutting() || !solids_.get())
+        return;
+    findCaps();
+    caps_.addMet(square, *solids_.get(), marks, met);
 }
 
 std::size_t ModelSection::byteSize() const
@@ -138,8 +158,7 @@ std::size_t ModelSection::byteSize() const
 std::optional<CutPlane> planeThrough(const Mesh &mesh, quint32 triangle, const QVector3D &direction)
 {
     const auto corner = [&](std::size_t k) {
-        const float *p = &mesh.positions[std::size_t(mesh.indices[triangle * 3 + k]) * 3];
-        return QVector3D(p[0], p[1], p[2]);
+        return mesh.position(mesh.indices[triangle * 3 + k]);
     };
     const QVector3D a = (corner(1) - corner(0)).normalized();
     const QVector3D b = (corner(2) - corner(0)).normalized();

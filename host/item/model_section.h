@@ -2,7 +2,6 @@
 #ifndef HOST_ITEM_MODEL_SECTION_H
 #define HOST_ITEM_MODEL_SECTION_H
 
-#include <functional>
 #include <optional>
 #include <vector>
 
@@ -28,11 +27,12 @@ public:
     void set(const Section &section);
     const Section &get() const { return section_; } ///< In the file's coordinates.
     bool isCutting() const { return inMesh_.isCutting(); }
-    bool isBusy() const { return solids_.isBusy(); } ///< Faces are still to come.
+    bool isBusy() const { return solids_.isBusy(); }             ///< Faces are still to come.
+    bool lackedMemory() const { return solids_.lackedMemory(); } ///< What is cut stays open.
 
     /// Whether a point, in the mesh's coordinates, is left.
     bool keeps(const QVector3D &point) const { return inMesh_.keeps(point); }
-    const Section &inMesh() const { return inMesh_; }
+    std::vector<PlaneGrid> planes() const; ///< Those that cut, in the world.
     /// The first cut face that a ray of the world meets from the open side.
     std::optional<CapHit> hit(const Ray &ray, const PartMarks &marks) const;
     /// The planes as rectangles around the model; none while they do not cut.
@@ -53,7 +53,9 @@ public:
     void drawCaps(SectionCaps::Kind kind, const Display &display, const PartMarks &marks,
                   double perPixel);
     /// The faces alone, within a Clipping; see SectionCaps.
-    void drawShapes(const std::function<bool(std::size_t part)> &colourOf) const;
+    void drawShapes(const PartMarks &marks, const PartColour &colourOf) const;
+    /// Whose faces meet the square; see SectionCaps.
+    void addMet(const PickSquare &square, const PartMarks &marks, std::vector<bool> &met) const;
     void release() { caps_.release(); }
     std::size_t byteSize() const;
 

@@ -26,7 +26,7 @@ struct CutPlane {
     CutPlane flipped() const { return {-normal, -offset}; } ///< The other side goes.
     /// The axis that it stands across; -1 if it is inclined.
     int axis() const;
-    /// Where it stands on that axis; expects that it stands across one.
+    /// Where it stands on that axis, from Mesh::origin; expects that it stands across one.
     double place() const;
 
     bool operator==(const CutPlane &other) const
@@ -71,6 +71,8 @@ struct SectionFrame {
     double scale = 1;                 ///< World units for one of the file's.
     double least = 0; ///< The plane's offset where it has cut away all, in the file's units,
     double most = 0;  ///< and where it cuts away nothing.
+    double origin =
+        0; ///< On the axis that it stands across, of Mesh::origin: see CutPlane::place().
 };
 
 } // namespace host

@@ -42,6 +42,13 @@ void setHatch(const PlaneGrid &grid, double period, bool falling)
     glTexGenfv(GL_S, GL_OBJECT_PLANE, plane);
 }
 
+/// A solid that lacks a part has no face.
+bool isHidden(const Solids::Solid &solid, const PartMarks &marks)
+{
+    return std::any_of(solid.parts.begin(), solid.parts.end(),
+                       [&](quint32 part) { return marks.isHidden(part); });
+}
+
 void addCorners(const PlaneGrid &grid, const std::vector<PlanePoint> &points)
 {
     for (const PlanePoint &at : points) {
@@ -144,9 +151,7 @@ void SectionCaps::drawPlane(const Plane &plane, Kind kind, const Solids &solids,
     std::vector<const CapShape *> shown;
     for (const CapShape &shape : plane.shapes) {
         const Solids::Solid &solid = solids.all()[shape.solid];
-        const bool hidden = std::any_of(solid.parts.begin(), solid.parts.end(),
-                                        [&](quint32 part) { return look.marks.isHidden(part); });
-        if (!hidden && (opacityOf(solid.colour) < 1) == (kind == Transparent))
+        if (!isHidden(solid, look.marks) && (opacityOf(solid.colour) < 1) == (kind == Transparent))
             shown.push_back(&shape);
     }
     if (shown.empty())
@@ -193,8 +198,8 @@ void SectionCaps::drawPlane(const Plane &plane, Kind kind, const Solids &solids,
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
 }
 
-void SectionCaps::drawShapes(const Solids &solids,
-                             const std::function<bool(std::size_t part)> &colourOf) const
+void SectionCaps::drawShapes(const Solids &solids, const PartMarks &marks,
+                             const PartColour &colourOf) const
 {
     glPushAttrib(GL_ALL_ATTRIB_BITS);
     glEnable(GL_DEPTH_TEST);
@@ -208,7 +213,8 @@ void SectionCaps::drawShapes(const Solids &solids,
             glDepthMask(depth);
             glColorMask(!depth, !depth, !depth, !depth);
             for (const CapShape &shape : planes_[i].shapes) {
-                if (!colourOf(solids.all()[shape.solid].parts.front()))
+                const Solids::Solid &solid = solids.all()[shape.solid];
+                if (isHidden(solid, marks) || !colourOf(solid.parts.front()))
                     continue;
                 glBegin(GL_TRIANGLES);
                 addCorners(planes_[i].grid, shape.triangles);
@@ -218,6 +224,29 @@ void SectionCaps::drawShapes(const Solids &solids,
         glEnable(own);
     }
     glPopAttrib();
+}
+
+void SectionCaps::addMet(const PickSquare &square, const Solids &solids, const PartMarks &marks,
+                         std::vector<bool> &met) const
+{
+    std::vector<PlaneGrid> grids;
+    for (const Plane &plane : planes_)
+        grids.push_back(plane.grid);
+    for (std::size_t i = 0; i < planes_.size(); ++i)
+        for (const CapShape &shape : planes_[i].shapes) {
+            const Solids::Solid &solid = solids.all()[shape.solid];
+            auto isMet = met[solid.parts.front()];
+            const std::vector<PlanePoint> &corners = shape.triangles;
+            for (std::size_t k = 0; k < corners.size() && !isMet && !isHidden(solid, marks);
+                 k += 3) {
+                std::vector<PickSquare::Place> triangle;
+                for (std::size_t n = k; n < k + 3; ++n) {
+                    const QVector3D p = grids[i].inWorld(corners[n]);
+                    triangle.push_back({double(p.x()), double(p.y()), double(p.z())});
+                }
+                isMet = square.isMet(std::move(triangle), grids, i);
+            }
+        }
 }
 
 std::optional<CapHit> SectionCaps::hit(const Ray &ray, const Solids &solids, const Place &place,
@@ -237,10 +266,7 @@ std::optional<CapHit> SectionCaps::hit(const Ray &ray, const Solids &solids, con
         // The smaller faces come last and are seen.
         const auto &shapes = planes_[i].shapes;
         const auto found = std::find_if(shapes.rbegin(), shapes.rend(), [&](const CapShape &s) {
-            const auto &parts = solids.all()[s.solid].parts;
-            return s.holds(grid.onPlaneOf(at)) &&
-                   std::none_of(parts.begin(), parts.end(),
-                                [&](quint32 part) { return marks.isHidden(part); });
+            return s.holds(grid.onPlaneOf(at)) && !isHidden(solids.all()[s.solid], marks);
         });
         if (found != shapes.rend())
             best = CapHit{solids.all()[found->solid].parts.front(), over / toward};

@@ -2,13 +2,13 @@
 #ifndef HOST_ITEM_SECTION_CAPS_H
 #define HOST_ITEM_SECTION_CAPS_H
 
-#include <functional>
 #include <optional>
 #include <vector>
 
 #include "host/item/cap_shapes.h"
 #include "host/item/display.h"
 #include "host/item/part_marks.h"
+#include "host/item/pick_square.h"
 
 namespace host {
 
@@ -50,8 +50,11 @@ public:
     void draw(Kind kind, const Solids &solids, const Look &look);
 
     /// Draws faces without light and hatch, where @p colourOf sets a colour for their part.
-    void drawShapes(const Solids &solids,
-                    const std::function<bool(std::size_t part)> &colourOf) const;
+    void drawShapes(const Solids &solids, const PartMarks &marks, const PartColour &colourOf) const;
+
+    /// Notes in @p met, one for each part, whose faces meet the square.
+    void addMet(const PickSquare &square, const Solids &solids, const PartMarks &marks,
+                std::vector<bool> &met) const;
 
     /// The first face that a ray meets from the side that is cut away; coordinates are the world's.
     std::optional<CapHit> hit(const Ray &ray, const Solids &solids, const Place &place,

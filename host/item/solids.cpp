@@ -173,10 +173,11 @@ Solids::Solids(const Mesh &mesh, const std::atomic<bool> &cancel)
     for (std::size_t i = 0; i < mesh.triangleCount() && !cancel; ++i)
         if (const quint32 solid = ofTriangle(i); solid != none)
             triangles_[solids_[solid].first + solids_[solid].count++] = quint32(i);
+    for (Solid &solid : solids_)
+        if (!cancel)
+            describe(mesh, solid);
     if (cancel)
         solids_.clear();
-    for (Solid &solid : solids_)
-        describe(mesh, solid);
 }
 
 /// Finds box, parts and colour of what has its triangles.
@@ -188,12 +189,12 @@ void Solids::describe(const Mesh &mesh, Solid &solid) const
     };
     std::map<quint32, Share> shares; // of each part
     bool first = true;
-    auto part = mesh.parts.begin();
+    const MeshPart *part = nullptr;
     for (std::size_t t = solid.first; t < solid.first + solid.count; ++t) {
         const quint32 index = triangles_[t] * 3;
-        while (part + 1 != mesh.parts.end() && index >= part->firstIndex + part->indexCount)
-            ++part;
-        Share &share = shares[quint32(part - mesh.parts.begin())];
+        if (!part || index >= part->firstIndex + part->indexCount)
+            part = &mesh.parts[mesh.partOfIndex(index)];
+        Share &share = shares[quint32(part - mesh.parts.data())];
         ++share.triangles;
         for (quint32 k = 0; k < 3; ++k) {
             const std::size_t vertex = mesh.indices[index + k];

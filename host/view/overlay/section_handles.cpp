@@ -8,7 +8,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 
-#include "host/item/model_item.h"
 #include "host/ui/metrics.h"
 #include "host/view/window/panel.h"
 
@@ -231,14 +230,12 @@ void SectionHandles::paintValue(QPainter *painter, const QRectF &bounds) const
     const SectionFrame &frame = frames[std::size_t(dragged_)];
     const CutPlane &plane = section.planes[std::size_t(dragged_)];
     const int axis = plane.axis();
-    const ModelItem *model = mainItem()->model();
-    const double origin = axis >= 0 && model ? model->mesh().origin[std::size_t(axis)] : 0;
     const double size =
-        std::max({std::abs(frame.least), std::abs(frame.most), 1e-300}) + std::abs(origin);
+        std::max({std::abs(frame.least), std::abs(frame.most), 1e-300}) + std::abs(frame.origin);
     const double step = mainItem()->unitsPerPixel(mainGLW());
     const int digits =
         step > 0 ? std::clamp(int(std::ceil(std::log10(size / step))) + 1, 3, 12) : 4;
-    const double value = axis >= 0 ? plane.place() + origin : frame.most - plane.offset;
+    const double value = axis >= 0 ? plane.place() + frame.origin : frame.most - plane.offset;
     const QString number =
         QLocale().toString(std::abs(value) < step / 8 ? 0.0 : value, 'g', digits);
     const QString text = axis >= 0 ? QStringLiteral("%1 = %2").arg("xyz"[axis]).arg(number)

@@ -61,6 +61,7 @@ TEST_P(MeshEdgesOf, AreThoseThatTellTheShape)
     Mesh mesh;
     for (const auto &p : row.points)
         mesh.positions.insert(mesh.positions.end(), p.begin(), p.end());
+    mesh.normals = mesh.positions;
     mesh.max = {row.points[1][0], row.points[1][0], 0};
     for (const QString &part : QString(row.indices).split('|')) {
         mesh.parts.push_back({"a", {}, {}, quint32(mesh.indices.size()), quint32(part.size())});

@@ -58,9 +58,11 @@ TEST_P(ModelAxes, AreTheFilesOwn)
     EXPECT_EQ(item.mesh().max - item.mesh().min, row.world * row.unit);
     EXPECT_EQ(item.centre(), (item.mesh().max + item.mesh().min) / 2);
     EXPECT_FLOAT_EQ(item.scale(), row.unit < 1 ? 1 : CameraMotion::worldRadius / std::sqrt(3.5f));
-    for (const auto axis : {FileAxes::X, FileAxes::Y, FileAxes::Z}) // as people know the file
-        EXPECT_EQ(item.planeOf({axis, false, false, 510.5}).offset,
-                  510.5 - mesh.origin[std::size_t(axis)]);
+    for (const auto axis : {FileAxes::X, FileAxes::Y, FileAxes::Z}) { // as people know the file
+        item.setSection({{item.planeOf({axis, true, false, 510.5})}});
+        EXPECT_EQ(item.section()->planes[0].place() + item.sectionFrames()[0].origin, 510.5);
+        EXPECT_EQ(item.sectionFrames()[0].origin, mesh.origin[std::size_t(axis)]);
+    }
 }
 
 TEST(ModelItem, TellsOfLinesAndPointsAndIsBusyUntilAllAreDrawn)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // What a model shows that is cut or moves, and what the pointer finds on it: colours at places
 // known from geometry.
+#include <set>
+
 #include "GL/glwidget.h"
 #include "drawing.h"
 #include "host/item/model_item.h"
@@ -9,11 +11,11 @@
 namespace host {
 namespace {
 
-/// Boxes around the middle, a part each: half their sizes, and their colours.
+/// Boxes around the middle, a part each: half their sizes, their colours, and which triangles.
 struct Part {
     double half;
     std::array<float, 4> colour;
-    bool open = false; // without the side at +z
+    enum { Whole, Open, Lid } what = Whole; // without the side at +z, or that alone
 };
 
 MeshPtr nested(const std::vector<Part> &parts)
@@ -21,7 +23,12 @@ MeshPtr nested(const std::vector<Part> &parts)
     Shape all;
     for (const Part &part : parts) {
         const Shape whole = box(Vec::Constant(-part.half), Vec::Constant(part.half));
-        all.endPart() += part.open ? Shape(whole).drop(10).drop(10) : whole;
+        all.endPart();
+        for (std::size_t i = 0; i < 12; ++i)
+            if (part.what == Part::Whole || (i < 10) == (part.what == Part::Open))
+                all.triangle(cornerOf(whole.mesh, quint32(i), 0),
+                             cornerOf(whole.mesh, quint32(i), 1),
+                             cornerOf(whole.mesh, quint32(i), 2));
         all.mesh.parts.back().colour = part.colour;
     }
     all.mesh.findBounds();
@@ -29,8 +36,9 @@ MeshPtr nested(const std::vector<Part> &parts)
 }
 
 const Part red{2, {1, 0, 0, 1}}, green{1, {0, 1, 0, 1}}, glass{2, {1, 0, 0, .5f}};
-const Part openRed{2, {1, 0, 0, 1}, true}, black{2, {0, 0, 0, 1}};
-const CutPlane front{{0, 0, 1}, 0}, right{{1, 0, 0}, .2}, back{{0, 0, -1}, 0};
+const Part openRed{2, {1, 0, 0, 1}, Part::Open}, black{2, {0, 0, 0, 1}}, lid{2, {}, Part::Lid};
+const CutPlane front{{0, 0, 1}, 0}, low{{0, 0, 1}, -1.5}, high{{0, 0, 1}, 1.5},
+    right{{1, 0, 0}, .2}, back{{0, 0, -1}, 0};
 using Mode = Display::Mode;
 
 struct SeenCase {
@@ -50,6 +58,9 @@ const SeenCase seenCases[] = {
     {"InnerHidden", {red, green}, {front}, "rrrr", {0, 0, 0, 0}, 1},
     {"OuterHidden", {red, green}, {front}, "bggb", {-1, 1, 1, -1}, 0},
     {"OpenHasNoFace", {openRed, green}, {front}, "RggR", {0, 1, 1, 0}},
+    {"HiddenInPart", {openRed, green, lid}, {high}, "RGGR", {0, 1, 1, 0}, 2},
+    {"InnerCutAway", {red, green}, {low}, "rrrr", {0, 0, 0, 0}},
+    {"Slab", {red, green}, {{{0, 0, 1}, .1}, {{0, 0, -1}, .1}}, "rggr", {0, 1, 1, 0}},
     {"FromTheOtherSide", {red, green}, {back}, "RRRR", {0, 0, 0, 0}},
     {"Glass", {glass}, {front}, "mmmm", {0, 0, 0, 0}},
     {"GlassOverItsContents", {glass, green}, {front}, "mggm", {0, 1, 1, 0}},
@@ -109,6 +120,27 @@ TEST_P(SectionSeen, AndFoundByThePointer)
         EXPECT_EQ(item.hoveredPart(), row.part[i]) << i;
     }
     EXPECT_EQ(seen, row.seen);
+    // A rectangle selects what the pointer finds in it; through all, what is left in the middle.
+    std::set<std::size_t> found(row.part, row.part + 4), left;
+    found.erase(std::size_t(-1));
+    for (std::size_t i = 0; i < row.parts.size(); ++i)
+        if (int(i) != row.hidden &&
+            std::none_of(row.planes.begin(), row.planes.end(),
+                         [&](auto &p) { return p.offset < -row.parts[i].half; }))
+            left.insert(i);
+    projection.scale(4, 4, 1);
+    for (int i = 0; i < 16; ++i) {
+        glw.camera.proj_matrix[i] = double(projection.constData()[i]);
+        glw.camera.model_matrix[i] = i % 5 == 0;
+    }
+    for (const auto reach : {Item::Reach::Seen, Item::Reach::Through}) {
+        item.selectArea3D(&glw, {0, 0, 160, 160}, reach);
+        std::set<std::size_t> selected;
+        for (std::size_t i = 0; i < row.parts.size(); ++i)
+            if (item.marks().isSelected(i))
+                selected.insert(i);
+        EXPECT_EQ(selected, reach == Item::Reach::Seen ? found : left);
+    }
     item.release();
 }
 
