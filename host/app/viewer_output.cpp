@@ -83,7 +83,9 @@ QString Viewer::record()
     TurntableOptions wanted{options_.turntable, options_.seconds, options_.recordedFps, {}};
     if (options_.animation) {
         Item *shown = view_->item(view_->mainGLW());
-        Playback *playback = shown ? shown->playback() : nullptr;
+        if (!shown)
+            return tr("--animation takes one file");
+        Playback *playback = shown->playback();
         if (!playback)
             return tr("%1 has no animation").arg(view_->title());
         if (!options_.secondsGiven)

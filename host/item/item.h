@@ -69,6 +69,7 @@ public:
     virtual bool isBusy() const { return false; }
 
     virtual ModelItem *model() { return nullptr; } ///< This, if it is a model.
+    virtual const ModelItem *model() const { return nullptr; }
     /// Whether all that a picture shows of it is there.
     virtual bool isWhole() const { return true; }
 

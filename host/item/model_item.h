@@ -98,6 +98,7 @@ public:
     void showOnlyParts(); ///< The same ones.
 
     ModelItem *model() override { return this; }
+    const ModelItem *model() const override { return this; }
     ItemState state(GLW *glw) override;
     /// Takes up what was selected and hidden of a mesh with as many parts.
     void restore(GLW *glw, const ItemState &state) override;

@@ -13,16 +13,10 @@ namespace host {
 
 namespace {
 
-/// The middle of the pixel that the record names: its y counts the rows below and the pixel's own.
-QPointF middleOf(const Mouse &mouse)
-{
-    return QPointF(mouse.x + 0.5, mouse.y - 0.5);
-}
-
 /// While an action fires the record is in the pixels of the object that was hit.
 QPointF windowPointer(const GLW *fired)
 {
-    return middleOf(fired->gl->mouse) + fired->glCorner();
+    return Controls::middleOf(fired->gl->mouse) + fired->glCorner();
 }
 
 } // namespace

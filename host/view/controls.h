@@ -43,6 +43,9 @@ public:
 
     bool eventFilter(QObject *object, QEvent *event) override;
 
+    /// The middle of the pixel that @p mouse names: its y counts the rows below and the pixel's
+    /// own.
+    static QPointF middleOf(const Mouse &mouse) { return {mouse.x + 0.5, mouse.y - 0.5}; }
     /// The pointer in the pixels of @p glw: from its lower-left corner, y upwards, the middle of
     /// the pixel. @p mouse is the record as the window holds it between events.
     static QPointF pointerIn(const GLW *glw, const Mouse &mouse);

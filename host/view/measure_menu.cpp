@@ -9,6 +9,18 @@
 
 namespace host {
 
+/// In the order of Kind.
+QVector<MeasureTool::KindText> MeasureTool::kinds()
+{
+    const QString first = tr("click the first point");
+    return {{tr("Distance"), {first, tr("click the second point")}},
+            {tr("Point"), {tr("click a point")}},
+            {tr("Angle of faces"), {tr("click the first face"), tr("click the second face")}},
+            {tr("Angle of points"),
+             {first, tr("click the point at the angle"), tr("click the last point")}},
+            {tr("Radius"), {tr("click a round edge or face")}}};
+}
+
 void MeasureTool::CopyMeasurements()
 {
     QString text;
@@ -22,14 +34,10 @@ void MeasureTool::fillMenu(MenuTree *tree)
     if (!model())
         return;
     MenuTree *menu = tree->addMenu(tr("Measure"));
-    const std::pair<Kind, QString> kinds[] = {{Kind::Distance, tr("Distance")},
-                                              {Kind::Point, tr("Point")},
-                                              {Kind::FaceAngle, tr("Angle of two faces")},
-                                              {Kind::PointAngle, tr("Angle of three points")},
-                                              {Kind::Radius, tr("Radius")}};
-    for (const auto &[kind, text] : kinds)
-        menu->addCheck(text, {}, isActive() && kind_ == kind, this,
-                       [this, chosen = kind] { choose(chosen); });
+    const QVector<KindText> all = kinds();
+    for (int i = 0; i < all.size(); ++i)
+        menu->addCheck(all[i].name, {}, isActive() && int(kind_) == i, this,
+                       [this, i] { choose(Kind(i)); });
     menu->add(tr("Measure area and volume"), "Shift+D", this, [this] { MeasureSurface(); });
     menu->addSeparator();
     menu->add(tr("Measure; the next kind of measure"), "D", this, [this] { Measure(); });

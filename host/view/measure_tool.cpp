@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "host/view/measure_tool.h"
 
+#include <utility>
+
 #include <QAction>
 #include <QEvent>
 #include <QPainter>
 
 #include "host/item/model_item.h"
 #include "host/measure/round.h"
-#include "host/view/controls.h"
 #include "host/view/measure_paint.h"
 #include "host/view/window/binding.h"
 
@@ -41,7 +42,8 @@ MeasureTool::MeasureTool(Underlay under, Window &window, const BindKey &bind)
 
 const ModelItem *MeasureTool::model() const
 {
-    return dynamic_cast<const ModelItem *>(under_.item());
+    const Item *shown = under_.item();
+    return shown ? shown->model() : nullptr;
 }
 
 /// Keys do something only where there is something to do it to.
@@ -67,7 +69,7 @@ void MeasureTool::activate()
 {
     active_ = true;
     picked_.clear();
-    prepare();
+    prepareAgain();
     say({});
 }
 
@@ -81,7 +83,7 @@ void MeasureTool::Measure()
 {
     if (!model())
         return;
-    choose(active_ ? Kind((int(kind_) + 1) % 5) : kind_);
+    choose(active_ ? Kind((int(kind_) + 1) % kinds().size()) : kind_);
 }
 
 bool MeasureTool::leave()
@@ -99,24 +101,55 @@ void MeasureTool::sync()
     const ModelItem *shown = model();
     if (!shown || shown->sharedMesh() == mesh_)
         return;
-    work_.cancel();
-    surfaceAsked_ = false;
-    topology_.reset();
+    topology_.clear();
+    looking_ = surfaceAsked_ = false;
+    surfaces_.clear();
     mesh_ = shown->sharedMesh();
 }
 
 void MeasureTool::prepare()
 {
     sync();
-    if (!model() || topology_ || work_.isBusy())
+    if (!model() || topology_.isStarted())
         return;
-    work_.findTopology(mesh_, [this](const TopologyPtr &found) {
-        topology_ = found;
-        if (surfaceAsked_ && found)
-            startSurface();
-        surfaceAsked_ = false;
-        say(found ? message_ : tr("There is not enough memory to measure edges and volumes."));
+    looking_ = true;
+    topology_.start([mesh = mesh_](const std::atomic<bool> &cancelled) {
+        return std::make_shared<const MeshTopology>(mesh, cancelled);
     });
+}
+
+/// A person asks for it: there may be memory now where there was none.
+void MeasureTool::prepareAgain()
+{
+    if (topology_.lackedMemory() && !looking_)
+        topology_.clear();
+    prepare();
+}
+
+/// Null until it is found, and if there was no memory for it.
+MeasureTool::TopologyPtr MeasureTool::topology() const
+{
+    const TopologyPtr *found = topology_.get();
+    return found ? *found : nullptr;
+}
+
+void MeasureTool::advance()
+{
+    if (isActive())
+        prepare();
+    if (looking_ && !topology_.isBusy()) {
+        looking_ = false;
+        if (std::exchange(surfaceAsked_, false) && topology())
+            startSurface();
+        say(topology() ? message_ : tr("There is not enough memory to measure edges and volumes."));
+    }
+    while (!surfaces_.empty() && !surfaces_.front().found.isBusy()) {
+        if (const SurfaceMeasures *found = surfaces_.front().found.get())
+            add(Measurement::surface(*found, *mesh_, surfaces_.front().name));
+        else
+            say(tr("There is not enough memory to measure the volume."));
+        surfaces_.pop_front();
+    }
 }
 
 std::optional<Snap> MeasureTool::snapAt(const QPointF &pixel) const
@@ -124,7 +157,7 @@ std::optional<Snap> MeasureTool::snapAt(const QPointF &pixel) const
     const SnapTo to = kind_ == Kind::FaceAngle ? SnapTo::Faces
                       : kind_ == Kind::Radius  ? SnapTo::Edges
                                                : SnapTo::All;
-    return MeasureSight(*model(), under_.glw).snap(pixel, topology_.get(), to);
+    return MeasureSight(*model(), under_.glw).snap(pixel, topology().get(), to);
 }
 
 bool MeasureTool::click(const QPointF &at)
@@ -162,13 +195,15 @@ void MeasureTool::take(const Snap &snap)
 
 void MeasureTool::takeRadius(const Snap &snap)
 {
-    if (!topology_) {
-        message_ = tr("The model is still looked through: click again in a moment.");
+    const TopologyPtr topology = this->topology();
+    if (!topology) {
+        message_ = looking_ ? tr("The model is still looked through: click again in a moment.")
+                            : tr("There is not enough memory to measure edges and volumes.");
         return;
     }
-    auto circle = snap.kind == Snap::Kind::Edge ? roundEdge(*topology_, snap.corner) : std::nullopt;
+    auto circle = snap.kind == Snap::Kind::Edge ? roundEdge(*topology, snap.corner) : std::nullopt;
     if (!circle)
-        circle = roundFace(*topology_, snap.triangle(), snap.at);
+        circle = roundFace(*topology, snap.triangle(), snap.at);
     if (!circle) {
         message_ = tr("There is no circle: neither the edge nor the face is round.");
         return;
@@ -189,9 +224,9 @@ void MeasureTool::MeasureSurface()
 {
     if (!model())
         return;
-    prepare();
+    prepareAgain();
     message_.clear();
-    if (topology_)
+    if (topology())
         startSurface();
     else
         surfaceAsked_ = true;
@@ -220,14 +255,12 @@ std::vector<bool> MeasureTool::measuredParts(QString &name) const
 
 void MeasureTool::startSurface()
 {
-    QString name;
-    const std::vector<bool> parts = measuredParts(name);
-    work_.measure(topology_, parts, [this, name](const SurfaceMeasures *found) {
-        if (found)
-            add(Measurement::surface(*found, *mesh_, name));
-        else
-            say(tr("There is not enough memory to measure the volume."));
-    });
+    surfaces_.emplace_back();
+    const std::vector<bool> parts = measuredParts(surfaces_.back().name);
+    surfaces_.back().found.start(
+        [topology = topology(), parts](const std::atomic<bool> &cancelled) {
+            return measureSurface(*topology, parts, cancelled);
+        });
 }
 
 void MeasureTool::RemoveLast()
@@ -258,44 +291,37 @@ QString MeasureTool::hint() const
 {
     if (!message_.isEmpty())
         return message_;
-    if (surfaceAsked_ || (work_.isBusy() && topology_))
+    if (surfaceAsked_ || !surfaces_.empty())
         return tr("Measuring…");
     if (!isActive())
         return {};
-    const QString first = tr("click the first point"), second = tr("click the second point");
-    const QString steps[][3] = {
-        {first, second, {}},
-        {tr("click a point"), {}, {}},
-        {tr("click the first face"), tr("click the second face"), {}},
-        {first, tr("click the point at the angle"), tr("click the last point")},
-        {tr("click a round edge or face"), {}, {}}};
-    const QString names[] = {tr("Distance"), tr("Point"), tr("Angle of faces"),
-                             tr("Angle of points"), tr("Radius")};
+    const KindText now = kinds()[int(kind_)];
     return tr("%1: %2  ·  D: another kind, Esc: done")
-        .arg(names[int(kind_)], steps[int(kind_)][picked_.size()]);
+        .arg(now.name, now.steps.value(int(picked_.size())));
 }
 
-void MeasureTool::paint(QPainter *painter, const QRectF &bounds, bool live)
+void MeasureTool::paint(QPainter *painter, const QRectF &bounds) const
 {
-    const ModelItem *shown = model();
-    if (!shown || (all_.empty() && !isActive()))
+    if (!model() || all_.empty())
         return;
-    sync();
-    if (isActive())
-        prepare();
     painter->save();
-    MeasurePaint paint(painter, *shown, under_.glw, under_.display().theme());
-    paint.measurements(all_, bounds);
-    const GLW *glw = under_.glw;
-    if (live && isActive()) {
-        std::vector<Vec> places;
-        for (const Picked &p : picked_)
-            places.push_back(p.at);
-        paint.pending(places);
-        if (glw->gl && glw->gl->underMouse() && glw->gl->mouse.button == 0)
-            if (const auto snap = snapAt(Controls::pointerIn(glw, glw->gl->mouse)))
-                paint.snap(*snap);
-    }
+    MeasurePaint(painter, *model(), under_.glw, under_.display().theme())
+        .measurements(all_, bounds);
+    painter->restore();
+}
+
+void MeasureTool::paintStep(QPainter *painter, const std::optional<QPointF> &pointer) const
+{
+    if (!isActive())
+        return;
+    painter->save();
+    MeasurePaint paint(painter, *model(), under_.glw, under_.display().theme());
+    std::vector<Vec> places;
+    for (const Picked &p : picked_)
+        places.push_back(p.at);
+    paint.pending(places);
+    if (const auto snap = pointer ? snapAt(*pointer) : std::nullopt)
+        paint.snap(*snap);
     painter->restore();
 }
 

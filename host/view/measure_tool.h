@@ -3,14 +3,16 @@
 #define HOST_VIEW_MEASURE_TOOL_H
 
 #include <functional>
+#include <list>
 #include <optional>
 
 #include <QObject>
 #include <QPointer>
 
+#include "host/item/background.h"
 #include "host/measure/measurement.h"
+#include "host/measure/mesh_measures.h"
 #include "host/measure/snap.h"
-#include "host/view/measure_work.h"
 #include "host/view/overlay/overlay.h"
 
 class QAction;
@@ -39,15 +41,20 @@ public:
 
     bool isActive() const { return active_ && model(); }
     const std::vector<Measurement> &measurements() const { return all_; }
-    bool isBusy() const { return work_.isBusy(); } ///< Something that it measures is still to come.
+    /// Whether something that it looks for or measures is still to come, through advance().
+    bool isBusy() const { return looking_ || !surfaces_.empty(); }
 
     /// A click, in the main object's pixels, y upwards. Returns whether it was for the tool.
     bool click(const QPointF &at);
     /// What it waits for or has to say, in one line; empty where that is nothing.
     QString hint() const;
-    /// Paints what was measured, with labels within @p bounds, in the window's pixels, y downwards;
-    /// and what the pointer is on, if @p live.
-    void paint(QPainter *painter, const QRectF &bounds, bool live);
+    /// Takes up what was found meanwhile. Expects to be called once a frame of the window.
+    void advance();
+    /// Paints what was measured, with labels within @p bounds, in the window's pixels, y downwards.
+    void paint(QPainter *painter, const QRectF &bounds) const;
+    /// Paints what is no part of a picture: the places clicked so far, and what the next click
+    /// takes at @p pointer, in the main object's pixels, y upwards.
+    void paintStep(QPainter *painter, const std::optional<QPointF> &pointer) const;
     void fillMenu(MenuTree *tree);
     /// What no binding is for, for the list of bindings.
     const QList<QAction *> &hints() const { return hints_; }
@@ -72,12 +79,24 @@ private:
         Vec at; // in the file's frame, as is the next
         Vec normal;
     };
+    struct Surface {
+        QString name;
+        Background<SurfaceMeasures> found;
+    };
+    struct KindText {
+        QString name;
+        QStringList steps; // a click each
+    };
+    using TopologyPtr = std::shared_ptr<const MeshTopology>;
 
+    static QVector<KindText> kinds();
     const ModelItem *model() const;
     void choose(Kind kind);
     void activate();
     void prepare();
+    void prepareAgain();
     void sync();
+    TopologyPtr topology() const;
     std::optional<Snap> snapAt(const QPointF &pixel) const;
     void take(const Snap &snap);
     void takeRadius(const Snap &snap);
@@ -98,8 +117,9 @@ private:
     QString message_;           // until the next click
     bool surfaceAsked_ = false; // as soon as the topology is there
     MeshPtr mesh_;              // for which the topology is, or will be
-    TopologyPtr topology_;
-    MeasureWork work_;
+    Background<TopologyPtr> topology_;
+    bool looking_ = false;        // for the topology; what came of it is not taken up yet
+    std::list<Surface> surfaces_; // to be taken up in this order
 };
 
 } // namespace host

@@ -83,14 +83,16 @@ void SectionTool::add(const CutPlane &plane)
 {
     Section more = *section();
     more.on = true;
+    const auto same = std::find(more.planes.begin(), more.planes.end(), plane);
+    std::size_t at = std::size_t(same - more.planes.begin());
     // A fourth one takes the place of the one touched last.
-    if (more.planes.size() < Section::most)
-        more.planes.push_back(plane);
-    else
-        more.planes[std::size_t(handles_.chosen())] = plane;
-    const auto at = std::find(more.planes.begin(), more.planes.end(), plane);
+    if (at == Section::most)
+        at = std::size_t(handles_.chosen());
+    if (at == more.planes.size())
+        more.planes.emplace_back();
+    more.planes[at] = plane;
     set(more);
-    handles_.choose(int(at - more.planes.begin()));
+    handles_.choose(int(at));
 }
 
 void SectionTool::addAcross(const SectionRequest &request)
@@ -105,12 +107,13 @@ SectionRequest SectionTool::facing(const QVector3D &forward, const Section &sect
         return std::any_of(section.planes.begin(), section.planes.end(),
                            [axis](const CutPlane &plane) { return plane.axis() == axis; });
     };
+    const bool all = taken(0) && taken(1) && taken(2);
     int best = -1;
     for (int k = 0; k < 3; ++k)
-        if (!taken(k) && (best < 0 || std::abs(forward[k]) > std::abs(forward[best])))
+        if ((all || !taken(k)) && (best < 0 || std::abs(forward[k]) > std::abs(forward[best])))
             best = k;
     SectionRequest request;
-    request.axis = FileAxes::Axis(std::max(best, 0));
+    request.axis = FileAxes::Axis(best);
     request.lowerGoes = forward[request.axis] > 0;
     return request;
 }
@@ -146,7 +149,7 @@ void SectionTool::CutFace(GLW *)
 {
     // While an action fires the record counts from the object's corner.
     if (section() && subject_.glw->gl)
-        addFace(QPointF(subject_.glw->gl->mouse.x + 0.5, subject_.glw->gl->mouse.y - 0.5));
+        addFace(Controls::middleOf(subject_.glw->gl->mouse));
 }
 
 void SectionTool::Flip(GLW *)

@@ -116,6 +116,8 @@ void SingleView::ShowAllParts()
 
 void SingleView::ToggleParts()
 {
+    if (item(glw()) && !model()) // it has none
+        return;
     SideFrame *frame = window().frame();
     frame->setOpen(!frame->isOpen());
     listParts();
@@ -125,6 +127,8 @@ void SingleView::ToggleParts()
 
 void SingleView::FindPart()
 {
+    if (item(glw()) && !model())
+        return;
     window().frame()->setOpen(true);
     listParts();
     if (parts_)

@@ -269,22 +269,32 @@ void SingleView::fillPicture(PictureContents &contents)
             contents.add(overlay->pictured());
 }
 
+void SingleView::paintMeasures(QPainter *painter)
+{
+    if (display().overlays)
+        measure_->paint(painter, labelBounds());
+    if (paintsPicture())
+        return;
+    measure_->advance();
+    measure_->paintStep(painter, hoverPointer(glw()));
+    if (measure_->isBusy())
+        changedSoon();
+}
+
 void SingleView::paintText(GLW *, QPainter *painter)
 {
     const Theme &theme = display().theme();
     const QRectF bounds = window().widget()->rect();
     if (const Item *shown = item(glw())) {
         if (measure_)
-            measure_->paint(painter, labelBounds(), display().hover);
+            paintMeasures(painter);
         if (hasHeading())
             paintNote(painter, bounds, Qt::AlignTop | Qt::AlignLeft, shown->name(),
                       shown->details(), theme);
         // Beside the axes, which have the corner, and above the other overlays.
         const double left = triad_ && triad_->isThere() ? triad_->bounds().right() : 0;
-        // What is said of the pointer is no part of a picture.
-        const bool live = display().hover;
-        const QString hint = measure_ && live ? measure_->hint() : QString();
-        const QString under = hint.isEmpty() && live ? shown->underPointer() : hint;
+        const QString hint = measure_ && !paintsPicture() ? measure_->hint() : QString();
+        const QString under = hint.isEmpty() && display().hover ? shown->underPointer() : hint;
         if (hasHeading() || !fault_.isEmpty())
             paintNote(painter, bounds.adjusted(left, 0, 0, -lowerRoom()),
                       Qt::AlignBottom | Qt::AlignLeft, {}, fault_.isEmpty() ? under : fault_,

@@ -78,13 +78,14 @@ private:
     GLW *glw() const { return mainGLW(); }
 
     QRectF labelBounds() const;
+    void paintMeasures(QPainter *painter);
 
     std::unique_ptr<MeasureTool> measure_;
     std::vector<std::unique_ptr<Overlay>> overlays_;
-    std::unique_ptr<SectionHandles> handles_; // lie over all of it; these two are
-    std::unique_ptr<SectionTool> section_;    // null where there is no file
-    QPointer<PartsPanel> parts_;              // null while it is not wanted, or there are none
-    Triad *triad_ = nullptr;                  // among the overlays, as is the next
+    std::unique_ptr<SectionHandles> handles_; // over all of it; null without a file, as is the next
+    std::unique_ptr<SectionTool> section_;
+    QPointer<PartsPanel> parts_; // null while it is not wanted, or there are none
+    Triad *triad_ = nullptr;     // among the overlays, as is the next
     Neighbours *neighbours_ = nullptr;
     QString path_;
     QString fault_;

@@ -288,6 +288,7 @@ void View::addTextTo(PictureContents &contents)
     const auto paint = [this, overlays = display_.overlays](GLW *at, QPainter *painter) {
         // Where the pointer happens to be is no part of a picture.
         const QScopedValueRollback<bool> quiet(display_.hover, false);
+        const QScopedValueRollback<bool> picture(paintsPicture_, true);
         const QScopedValueRollback<bool> wanted(display_.overlays, overlays);
         paintOver(at, painter);
     };

@@ -85,8 +85,8 @@ public:
     bool eventFilter(QObject *object, QEvent *event) override;
 
     /// What the window shows, as objects of a picture. Holds until the view changes.
-    /// The list of bindings and the frame rate are left out, and so are names, counts, axes and
-    /// scale bar unless @p overlays are wanted.
+    /// The list of bindings and the frame rate are left out, and so are names, counts, axes, scale
+    /// bar and measures unless @p overlays are wanted.
     PictureContents pictured(bool transparent, bool overlays = true);
 
     /// Asks for one frame in a little while, of what goes on in the background.
@@ -164,6 +164,11 @@ protected:
     void addTextTo(PictureContents &contents); ///< What is painted over the items.
     /// Whether the picture that is being listed shows more than the items.
     bool picturesOverlays() const { return display_.overlays; }
+    /// Whether what is painted is a picture, of which what a person is about to do is no part.
+    bool paintsPicture() const { return paintsPicture_; }
+    /// The pointer over @p glw while nothing is dragged and it is to be marked, in its pixels, y
+    /// upwards.
+    std::optional<QPointF> hoverPointer(const GLW *glw) const;
     /// Paints over everything, in the window's pixels, y downwards.
     virtual void paintText(GLW *scene, QPainter *painter) = 0;
     /// The passes that took it are over. The rectangle is in window pixels, y upwards.
@@ -202,7 +207,6 @@ private:
     void paintList(QPainter *painter);
     void paintOver(GLW *glw, QPainter *painter);
     bool pickIsDue(GLW *glw, Slot &slot, const std::optional<QPointF> &pointer);
-    std::optional<QPointF> hoverPointer(const GLW *glw) const;
     void shadeFrameRate(const GLW *glw) const;
     void endArea();
 
@@ -214,6 +218,7 @@ private:
     std::optional<FileAxes::Axis> up_;
     QVector<SectionRequest> section_;
     std::optional<GL::Camera> look_;
+    bool paintsPicture_ = false;
     bool showsBindings_ = false;
     int firstBinding_ = 0; // the row of the list that comes first
     QList<QPointer<QAction>> viewKeys_;

@@ -32,7 +32,6 @@ QVector<double> pickState(const GLW *glw, const std::optional<QPointF> &pointer)
 
 } // namespace
 
-/// The pointer over @p glw while nothing is dragged, in its pixels.
 std::optional<QPointF> View::hoverPointer(const GLW *glw) const
 {
     if (!display_.hover || !glw->gl || !glw->gl->underMouse() || glw->gl->mouse.button != 0)

@@ -70,10 +70,13 @@ bool Overlay::eventFilter(QObject *object, QEvent *event)
     case QEvent::MouseButtonDblClick: {
         const auto *press = static_cast<QMouseEvent *>(event);
         const QPointF at = press->localPos();
+        const bool was = pressed_;
         pressed_ = press->buttons() == Qt::LeftButton && press->modifiers() == Qt::NoModifier &&
                    mainGLW()->property<bool>("visible") && isThere() && bounds().contains(at) &&
                    takes(at, bounds());
         listen(pressed_);
+        if (was && !pressed_) // another button ends it
+            released();
         break;
     }
     case QEvent::MouseMove:

@@ -8,6 +8,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include "host/item/camera_steering.h"
 #include "host/ui/metrics.h"
 #include "host/view/window/panel.h"
 
@@ -68,12 +69,6 @@ int SectionHandles::chosen() const
     return std::clamp(chosen_, 0, std::max(0, int(count) - 1));
 }
 
-CameraGeometry SectionHandles::camera() const
-{
-    const QSizeF size(std::max(1.0, mainGLW()->width()), std::max(1.0, mainGLW()->height()));
-    return CameraGeometry(mainGLW()->camera, size);
-}
-
 QPointF SectionHandles::toObject(const QPointF &at, const QRectF &bounds) const
 {
     return {at.x() - bounds.left(), bounds.bottom() - at.y()};
@@ -83,7 +78,7 @@ QPointF SectionHandles::toObject(const QPointF &at, const QRectF &bounds) const
 std::optional<SectionHandles::Shown> SectionHandles::shown(const SectionFrame &frame,
                                                            const QRectF &bounds) const
 {
-    const CameraGeometry geometry = camera();
+    const CameraGeometry geometry = CameraSteering::geometryOf(mainGLW());
     const bool parallel = mainGLW()->camera.ortho != 0;
     const auto inWindow = [&](const QVector3D &p) {
         const QPointF at = geometry.pixel(p);
@@ -168,7 +163,8 @@ void SectionHandles::drag(const QPointF &at, const QRectF &bounds)
     if (dragged_ < 0 || std::size_t(dragged_) >= frames.size())
         return;
     now_ = at;
-    emit moved(dragged_, dragged(frames[std::size_t(dragged_)], before_, camera(), from_,
+    const CameraGeometry camera = CameraSteering::geometryOf(mainGLW());
+    emit moved(dragged_, dragged(frames[std::size_t(dragged_)], before_, camera, from_,
                                  toObject(at, bounds)));
 }
 

@@ -52,7 +52,6 @@ private:
     std::optional<Shown> shown(const SectionFrame &frame, const QRectF &bounds) const;
     int planeAt(const QPointF &at, const QRectF &bounds) const;
     void paintValue(QPainter *painter, const QRectF &bounds) const;
-    CameraGeometry camera() const;
     QPointF toObject(const QPointF &at, const QRectF &bounds) const;
 
     int chosen_ = 0;

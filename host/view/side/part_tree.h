@@ -26,10 +26,8 @@ public:
     int part(int row) const { return at(row).part; }   ///< -1 where it is a node alone.
     int rowOf(std::size_t part) const { return rowOfPart_[part]; }
     QString name(int row) const;
-    quint64 size(int row) const
-    {
-        return at(row).size;
-    } ///< Triangles, lines and points, all below.
+    /// Triangles, lines and points of all below.
+    quint64 size(int row) const { return at(row).size; }
     /// The parts of the rows that are true in @p rows and of all below them, left out or not.
     std::vector<bool> partsOf(std::vector<bool> rows) const;
 

@@ -73,8 +73,10 @@ PartsPanel::PartsPanel(QWidget *view, QWidget *parent)
     column->addWidget(tree_, 1);
     column->addWidget(counts_);
 
-    search_->installEventFilter(this);
-    tree_->installEventFilter(this);
+    for (QWidget *widget : {static_cast<QWidget *>(search_), static_cast<QWidget *>(tree_)}) {
+        widget->installEventFilter(this);
+        widget->addActions(view_->actions());
+    }
     connect(search_, &QLineEdit::textChanged, this, &PartsPanel::filter);
     connect(model_, &PartTreeModel::shownAsked, this, &PartsPanel::shownAsked);
     connect(tree_, &QTreeView::activated, this, &PartsPanel::fitAsked);
@@ -86,6 +88,8 @@ PartsPanel::PartsPanel(QWidget *view, QWidget *parent)
 
 void PartsPanel::setMesh(const MeshPtr &mesh)
 {
+    if (mesh && mesh.get() == model_->tree().mesh())
+        return; // what a person folded stays
     shownSelection_.clear();
     model_->setMesh(mesh);
     model_->filter(search_->text());
@@ -239,13 +243,28 @@ bool PartsPanel::forSearch(QEvent *event)
     return true;
 }
 
-/// What is typed over the list are keys of the view, such as F: the search has a place of its own.
+/// What is typed over the list are keys of the view, such as F, but for those that move in it. Some
+/// are shortcuts, which are asked for first, the others are heard by the view itself.
 bool PartsPanel::forTree(QEvent *event)
 {
-    if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease &&
+        event->type() != QEvent::ShortcutOverride)
         return false;
-    const QString text = static_cast<QKeyEvent *>(event)->text();
-    if (text.isEmpty() || !text[0].isLetterOrNumber())
+    const auto *typed = static_cast<QKeyEvent *>(event);
+    constexpr int moving[] = {Qt::Key_Space,  Qt::Key_Up,       Qt::Key_Down,  Qt::Key_Left,
+                              Qt::Key_Right,  Qt::Key_PageUp,   Qt::Key_Home,  Qt::Key_End,
+                              Qt::Key_Return, Qt::Key_PageDown, Qt::Key_Enter, Qt::Key_Menu};
+    const bool moves =
+        std::find(std::begin(moving), std::end(moving), typed->key()) != std::end(moving);
+    if (event->type() == QEvent::ShortcutOverride) {
+        if (typed->key() == Qt::Key_Escape)
+            view_->setFocus();
+        if (moves)
+            event->accept();
+        return moves;
+    }
+    const QString text = typed->text();
+    if (moves || text.isEmpty() || !text[0].isLetterOrNumber())
         return false;
     QCoreApplication::sendEvent(view_, event);
     return true;

@@ -22,7 +22,8 @@ class PartTreeModel;
 class PartsPanel : public QWidget {
     Q_OBJECT
 public:
-    /// @p view is the widget that the list stands beside: letters typed over the list are its keys.
+    /// @p view is the widget that the list stands beside: its keys are heard here as well, but for
+    /// those that move in a list or edit a text.
     PartsPanel(QWidget *view, QWidget *parent);
 
     void setMesh(const MeshPtr &mesh); ///< Null for none.

@@ -209,6 +209,8 @@ void Refinement::finish()
         spent_ = 0;
         if (worth && able_)
             wait_.start(pace_.rest);
+        else
+            mean_.reset();
         return;
     }
     if (worth && add() && count_ < frames && spent_ < pace_.most)

@@ -70,7 +70,7 @@ private:
     std::function<bool()> allowed_;
     Pace pace_;
     QTimer wait_;
-    std::unique_ptr<Mean> mean_; // until the last frame is added
+    std::unique_ptr<Mean> mean_; // kept while frames of its own are to come
     bool able_ = true;           // OpenGL is, as far as is known
     bool worth_ = false;         // of this frame: something in it is to be smoothed
     bool own_ = false;           // this frame is one of these

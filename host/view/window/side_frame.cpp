@@ -42,22 +42,22 @@ bool SideFrame::eventFilter(QObject *object, QEvent *event)
 void SideFrame::setOpen(bool open)
 {
     open_ = open;
-    update();
+    followContent();
 }
 
 void SideFrame::setContent(QWidget *content)
 {
     content_ = content;
     if (!content) {
-        QTimer::singleShot(0, this, [this] { update(); });
+        QTimer::singleShot(0, this, [this] { followContent(); });
         return;
     }
     side_->layout()->addWidget(content);
     content->show();
-    update();
+    followContent();
 }
 
-void SideFrame::update()
+void SideFrame::followContent()
 {
     const bool shown = open_ && content_;
     if (shown == !side_->isHidden())

@@ -29,7 +29,7 @@ public:
     bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
-    void update();
+    void followContent();
 
     QWidget *side_;
     QPointer<QWidget> content_;

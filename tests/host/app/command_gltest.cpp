@@ -67,6 +67,8 @@ TEST_F(CommandTest, EndsAsAScriptExpects)
         {"--screenshot $/p.png $/empty.stl $/words.ply", 1, "empty.stl: |none of the"},
         {"--screenshot $/good.png $/pyramid.obj $/void", 0, "void: there is no"},
         {"--turntable $/t.webm $/pyramid.obj", 2, "t.webm|.mp4"},
+        {"--animation --turntable $/film $/pyramid.obj", 1, "pyramid.obj has no animation"},
+        {"--animation --turntable $/film $/pyramid.obj $/void", 1, "takes one file"},
         {"--transparent --screenshot $/p.jpg $/pyramid.obj", 2, "p.jpg"},
         {"--screenshot $/none/p.png $/pyramid.obj", 1, "none/p.png"},
         {"--screenshot $/good.png -", 0, "", "pyramid.obj"},
@@ -106,7 +108,6 @@ TEST_F(CommandTest, LargePicturesAndRecordingsAreTakenAsAskedFor)
         run("--size 320x240 --fps 4 --seconds 1 --turntable $/turn $/pyramid.obj", 0);
     EXPECT_TRUE(said.contains("4 of 4")) << said.toStdString();
     EXPECT_EQ(QDir(folder.filePath("turn")).entryList(QDir::Files).size(), 4);
-    run("--size 320x240 --animation --turntable $/film $/pyramid.obj", 1);
 }
 
 TEST_F(CommandTest, ThumbnailsAreMadeOfWhatIsMissingOrStale)

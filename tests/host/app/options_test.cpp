@@ -35,6 +35,7 @@ TEST(OptionsTest, WhatMakesNoSenseIsRefused)
                                 "--turntable t --seconds 0 a.obj => \"0\"",
                                 "--turntable t --seconds 601 a.obj => 600",
                                 "--seconds 3 a.obj => --turntable",
+                                "--animation a.obj => --turntable",
                                 "--watch --screenshot p.png a.obj => window",
                                 "--watch --thumbnails d a.obj => window",
                                 "--thumbnails d => needs files",
@@ -77,6 +78,9 @@ TEST(OptionsTest, ValuesArrive)
     EXPECT_FALSE(o.overlays);
     EXPECT_EQ(o.files, QStringList({"-", "./-a.obj"}))
         << "no later reader may take it for an option";
+    const Options film =
+        parseOptions(QString("glview --turntable t --animation --seconds 2.5 a.obj").split(' '));
+    EXPECT_TRUE(film.animation && film.secondsGiven && film.seconds == 2.5);
 }
 
 TEST(OptionsTest, TheWindowHasTheShapeOfThePicture)
@@ -177,8 +181,11 @@ TEST(SettingsTest, AreKeptFromRunToRun)
     EXPECT_TRUE(Settings().isDark() && !Settings().isOrthographic());
     Settings().setOrthographic(true);
     Settings().setWindowSize({640, 480});
+    Settings().setPartsOpen(true);
+    Settings().setPartsWidth(310);
     Settings().setFolder(folder.path());
     EXPECT_TRUE(Settings().isOrthographic() && Settings().windowSize() == QSize(640, 480));
+    EXPECT_TRUE(Settings().arePartsOpen() && Settings().partsWidth() == 310);
     EXPECT_EQ(Settings().folder(), folder.path());
     Settings().setFolder(files[1]);
     EXPECT_EQ(Settings().folder(), "") << "no folder";

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#ifndef TESTS_HOST_HAND_H
-#define TESTS_HOST_HAND_H
+#ifndef TESTS_HOST_VIEW_HAND_H
+#define TESTS_HOST_VIEW_HAND_H
 
 #include <functional>
 #include <optional>

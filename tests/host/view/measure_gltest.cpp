@@ -102,7 +102,7 @@ TEST_F(MeasureTest, LabelsArePartOfPicturesAndTheMarkIsNot)
 {
     open();
     const QColor accent = view->display().theme().accent;
-    const QImage plain = picture();
+    const QImage plain = picture(), clean = picture(false);
     measure(1, "");
     hand("@2,2,2 move");
     EXPECT_EQ(picture(), plain);
@@ -114,6 +114,17 @@ TEST_F(MeasureTest, LabelsArePartOfPicturesAndTheMarkIsNot)
         line += QColor(measured.pixel(middle + QPoint(0, y))) == accent;
     EXPECT_GT(line, 0);
     EXPECT_NE(QColor(plain.pixel(middle)), accent);
+    int written = 0;
+    for (int i = 0; i < 3200; ++i)
+        written += measured.pixelColor(middle + QPoint(12 + i % 80, -12 - i / 80)) ==
+                   view->display().theme().text;
+    EXPECT_GT(written, 5) << "a label";
+    EXPECT_EQ(picture(false), clean);
+    hand("M @2,0,2 click 9,200 move"); // what is done shows even so
+    const QImage step = painted();
+    hand("Backspace");
+    for (const QRect &place : {QRect(at({2, 0, 2}).toPoint(), QSize(3, 3)), {104, 300, 300, 99}})
+        EXPECT_NE(painted().copy(place), step.copy(place));
 }
 
 TEST_F(MeasureTest, WhatWasMeasuredStaysWhileTheShapeDoes)

@@ -57,8 +57,9 @@ TEST_F(SectionTest, KeysAndWheelCutTurnAndMove)
     hand("10,200 move Shift+C Shift+C"); // beside the model: across the axes that are left
     ASSERT_EQ(planes().size(), 3u) << "the last one gives way";
     EXPECT_EQ(planes()[2].axis(), 1);
+    const CutPlane last = planes()[2];
     hand("X");
-    EXPECT_EQ(planes()[2].axis(), 1);
+    EXPECT_EQ(planes()[2], last.flipped());
 
     const Section cut = section();
     const Item *first = item();
@@ -67,8 +68,20 @@ TEST_F(SectionTest, KeysAndWheelCutTurnAndMove)
     EXPECT_EQ(planes(), cut.planes);
 }
 
+TEST_F(SectionTest, WhereNoAxisIsLeftThePlaneThatIsThereIsChosen)
+{
+    hand("10,200 move Shift+C Shift+C Shift+C X");
+    ASSERT_EQ(planes().size(), 3u);
+    for (std::size_t i = 0; i < 3; ++i)
+        EXPECT_TRUE(planes()[i].axis() == int(i + 2) % 3 && (planes()[i].offset < 0) == (i == 0));
+}
+
 TEST_F(SectionTest, HandlesAreDraggedAlongTheNormal)
 {
+    hand("9,200 move");
+    const QImage still = painted();
+    hand("@c move down middle down up 9,200 move");
+    EXPECT_EQ(painted(), still) << "another button ends a drag";
     const struct {
         const char *script;
         double step; // in pixels of the picture, from the offset before; 0: to the end, at 2

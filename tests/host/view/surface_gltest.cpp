@@ -127,6 +127,8 @@ TEST_F(SurfaceTest, ListAndMenuOfferWhatWorksInTheSameWords)
         }
         for (const QString &text : QString(rows[plot][1]).split('|'))
             EXPECT_FALSE((listed + entries.join('\n')).contains(text)) << text.toStdString();
+        hand(plot ? "P Ctrl+F" : "P P");
+        EXPECT_FALSE(window->frame()->isOpen());
     }
 }
 
@@ -212,6 +214,7 @@ TEST_F(SurfaceTest, ThePartsListAndTheModelAgree)
     follow();
     EXPECT_TRUE(tree->selectionModel()->isSelected(row(2)));
     EXPECT_EQ(marks(), ".ss") << "nothing comes back";
+    tree->setFocus();
     QTest::keyClick(tree, Qt::Key_H); // a key of the view
     EXPECT_EQ(marks(), ".hh");
     follow();
@@ -219,8 +222,10 @@ TEST_F(SurfaceTest, ThePartsListAndTheModelAgree)
     tree->model()->setData(row(2), Qt::Checked, Qt::CheckStateRole);
     EXPECT_EQ(marks(), ".h.");
 
-    hand("Ctrl+F");
+    const QPersistentModelIndex kept(row(0));
+    QTest::keyClick(tree, Qt::Key_F, Qt::ControlModifier);
     EXPECT_TRUE(search->hasFocus());
+    EXPECT_TRUE(kept.isValid()) << "what is folded stays so";
     QTest::keyClicks(search, "x1");
     EXPECT_EQ(tree->model()->rowCount(), 1);
     EXPECT_EQ(row(0).data().toString(), "box1");
