@@ -88,6 +88,7 @@ private:
     QString folder_;                 // where the next dialog starts
     int settledFrames_ = 0;          // painted since all was shown, while a picture waits for them
     bool finishing_ = false;
+    bool knowsGL_ = false; // a frame was painted
 };
 
 } // namespace host

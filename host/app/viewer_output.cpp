@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QTimer>
 
+#include "host/app/software_gl.h"
 #include "host/app/viewer.h"
 #include "host/capture/picture_file.h"
 #include "host/capture/progress_line.h"
@@ -29,6 +30,9 @@ PictureRequest Viewer::request(const QSize &size, bool transparent, bool overlay
 /// Ends the program with what was asked for once all is shown, or with the reason why nothing is.
 void Viewer::framePainted()
 {
+    if (!knowsGL_ && isSoftwareRenderer(reinterpret_cast<const char *>(glGetString(GL_RENDERER))))
+        keepFreedMemory();
+    knowsGL_ = true;
     if (options_.isPersonal() || finishing_)
         return;
     if (!view_->isSettled() && view_->fault().isEmpty()) {

@@ -19,6 +19,7 @@ public:
     /// stands without an animation. They hold however it stands, also in a pose.
     void request(const MeshPtr &mesh);
     bool isBusy() const { return found_.isBusy(); }
+    bool isFound() const { return found_.isStarted() && !found_.isBusy(); }
     bool lackedMemory() const { return found_.lackedMemory(); }
     quint64 byteSize() const; ///< In memory and in the GL.
 

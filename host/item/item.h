@@ -4,6 +4,7 @@
 
 #include <optional>
 
+#include <QByteArray>
 #include <QMarginsF>
 #include <QPointF>
 #include <QString>
@@ -98,6 +99,14 @@ public:
     virtual void draw3D(GLW *, const Display &) {}
     virtual void draw2D(GLW *, const Display &) {}
     virtual void paintForeground(GLW *, QPainter *, const Display &) {}
+
+    /// What draw3D() and draw2D() draw from, written down, but for the object's camera, viewport
+    /// and size, for the display, and for what the pointer is on: where that is equal, so are the
+    /// pixels. Empty: these may be others in each frame.
+    virtual QByteArray look(GLW *) const { return {}; }
+    /// Draws over its picture, which draw3D() drew without hover, what the pointer is on. Expects a
+    /// cleared depth buffer.
+    virtual void drawMark(GLW *, const Display &) {}
 
     /// Finds what lies under @p pointer, or forgets it where there is none. Returns whether it is
     /// to be drawn anew.

@@ -22,6 +22,7 @@ ModelItem::ModelItem(const QString &name, MeshPtr mesh)
 /// What the pointer was found with until now is given up.
 void ModelItem::buildTree()
 {
+    ++shape_;
     tree_.start([shared = mesh_](const std::atomic<bool> &cancelled) {
         Trees trees{TriangleTree(shared, cancelled), {}};
         if (shared->trianglePartCount() < shared->parts.size())
@@ -181,22 +182,25 @@ void ModelItem::measurePixel(const GLW *glw)
 void ModelItem::draw3D(GLW *glw, const Display &display)
 {
     measurePixel(glw);
-    const std::size_t most = display.whole ? mesh_->pointCount() : budget_.most();
     const bool edged = display.mode == Display::Mode::Edged && mesh_->triangleCount() > 0;
     if (edged)
         edges_.request(base_);
     edgesDue_ = edged && edges_.isBusy();
-    {
-        const ModelSection::Clipping clipping(section_);
-        if (!moving_) // its faces are those of the mesh
-            section_.drawCaps(SectionCaps::Opaque, display, marks_, pixel_);
-        buffers_.drawThin(*mesh_, display, marks_, {pixel_, spacing_, most});
-        buffers_.draw(*mesh_, display, marks_, &edges_);
-        if (!moving_)
-            section_.drawCaps(SectionCaps::Transparent, display, marks_, pixel_);
-    }
+    drawBody(display, &edges_);
     if (display.hover && hovered_ >= 0)
         brackets_.draw(*mesh_, std::size_t(hovered_), centre_, scale_, display);
+}
+
+void ModelItem::drawBody(const Display &display, EdgeLines *edges)
+{
+    const std::size_t most = display.whole ? mesh_->pointCount() : budget_.most();
+    const ModelSection::Clipping clipping(section_);
+    if (!moving_) // its faces are those of the mesh
+        section_.drawCaps(SectionCaps::Opaque, display, marks_, pixel_);
+    buffers_.drawThin(*mesh_, display, marks_, {pixel_, spacing_, most});
+    buffers_.draw(*mesh_, display, marks_, edges);
+    if (!moving_)
+        section_.drawCaps(SectionCaps::Transparent, display, marks_, pixel_);
 }
 
 std::optional<TriangleHit> ModelItem::hit(const Ray &world) const

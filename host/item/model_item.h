@@ -82,6 +82,8 @@ public:
     void init(GLW *glw) override;
     void release() override;
     void draw3D(GLW *glw, const Display &display) override;
+    QByteArray look(GLW *glw) const override;
+    void drawMark(GLW *glw, const Display &display) override;
     bool pick3D(GLW *glw, const std::optional<QPointF> &pointer) override;
 
     void selectArea3D(GLW *glw, const QRectF &area, Reach reach) override;
@@ -114,6 +116,7 @@ private:
         std::optional<ThinTree> thin; // where there are lines or points
     };
 
+    void drawBody(const Display &display, EdgeLines *edges);
     void measure();
     void buildTree();
     void measurePixel(const GLW *glw);
@@ -138,6 +141,7 @@ private:
     CameraSteering steering_{*this};
     MeshBuffers buffers_;
     PointBudget budget_;
+    quint64 shape_ = 0;  // which of its meshes it is
     double spacing_ = 0; // of points, in the world
     double pixel_ = 0;   // of the object, in the world, at the depth that one looks at
     double aimRadius_ = 0, aimSlope_ = 0; // of the room that a pixel sees: see Aim

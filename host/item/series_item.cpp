@@ -65,6 +65,16 @@ void SeriesItem::paintForeground(GLW *glw, QPainter *painter, const Display &dis
     plot_.paintForeground(glw, painter);
 }
 
+/// Where the view stands more finely than the object's viewport tells.
+QByteArray SeriesItem::look(GLW *glw) const
+{
+    const PlotState state = plot_.state(glw);
+    QByteArray all(reinterpret_cast<const char *>(&state.range), int(sizeof state.range));
+    for (const bool enabled : state.enabled)
+        all.append(enabled ? '1' : '0');
+    return all;
+}
+
 /// Snaps the crosshair to the sample nearest to the pointer.
 bool SeriesItem::pick2D(GLW *glw, const std::optional<QPointF> &pointer)
 {

@@ -42,6 +42,7 @@ public:
     void release() override {}
     void draw2D(GLW *glw, const Display &display) override;
     void paintForeground(GLW *glw, QPainter *painter, const Display &display) override;
+    QByteArray look(GLW *glw) const override;
     bool pick2D(GLW *glw, const std::optional<QPointF> &pointer) override;
 
     void selectArea2D(GLW *glw, const QRectF &area) override;

@@ -121,6 +121,12 @@ Item *View::item(GLW *glw) const
     return found == slots_.end() ? nullptr : found->second.item.get();
 }
 
+quint64 View::itemNumber(GLW *glw) const
+{
+    const auto found = slots_.find(glw);
+    return found == slots_.end() ? 0 : found->second.number;
+}
+
 void View::setItem(GLW *glw, std::shared_ptr<Item> item)
 {
     window_.widget()->makeCurrent();
@@ -133,6 +139,7 @@ void View::setItem(GLW *glw, std::shared_ptr<Item> item)
         up = up_;
     slot = Slot();
     slot.item = std::move(item);
+    slot.number = ++items_;
     if (slot.item && up)
         slot.item->standOn(glw, *up);
     if (slot.item)
@@ -227,6 +234,11 @@ void View::advance(GLW *glw)
 
 void View::Draw3D(GLW *glw)
 {
+    drawItem(glw, true);
+}
+
+void View::drawItem(GLW *glw, bool marked)
+{
     drawBackdrop(display_.theme());
     Item *shown = item(glw);
     if (!shown)
@@ -234,6 +246,7 @@ void View::Draw3D(GLW *glw)
     std::optional<Refinement::Shift> shift;
     if (shown->isSpatial())
         shift.emplace(refinement_);
+    const QScopedValueRollback<bool> hover(display_.hover, display_.hover && marked);
     shown->draw3D(glw, display_);
 }
 

@@ -93,7 +93,7 @@ public:
     void changedSoon();
 
     /// Whether no frame comes by itself any more: what is shown is smoothed, and nothing goes on.
-    bool isQuiet() const { return refinement_.isAtRest() && !budget_.isPending(); }
+    virtual bool isQuiet() const { return refinement_.isAtRest() && !budget_.isPending(); }
 
 signals:
     void titleChanged();
@@ -107,8 +107,8 @@ public slots:
     void Init(GLW *glw);
     void Pick3D(GLW *glw);
     void Pick2D(GLW *glw);
-    void Draw3D(GLW *glw);
-    void Draw2D(GLW *glw);
+    virtual void Draw3D(GLW *glw);
+    virtual void Draw2D(GLW *glw);
     void PaintForeground(GLW *glw, QPainter *painter);
     void InitContextMenuTree(GLW *glw, QObject *tree);
 
@@ -145,10 +145,17 @@ protected:
     /// camera's update and before picking.
     void advance(GLW *glw);
 
+    /// Draws what @p glw shows in three dimensions, over its backdrop; what the pointer is on
+    /// stands out in it if @p marked.
+    void drawItem(GLW *glw, bool marked);
     void changed(); ///< Asks for a frame.
+    /// What the pointer is on has changed, and nothing else: asks for a frame.
+    virtual void markChanged() { changed(); }
     /// All that GL draws of this frame is drawn; text comes after it. Views whose main object is
-    /// not the last to be drawn call it.
-    void drawn() { refinement_.finish(); }
+    /// not the last to be drawn call it. Returns whether it is now as smooth as it gets.
+    bool drawn() { return refinement_.finish(); }
+    Refinement &refinement() { return refinement_; }
+    quint64 itemNumber(GLW *glw) const; ///< Which of the view's items it is; 0 for none.
 
     /// Binds a key that concerns the whole view: it is heard wherever the pointer is, in the window
     /// and outside. The scene's own bindings are heard only where the pointer is on the scene.
@@ -191,6 +198,7 @@ protected:
 private:
     struct Slot {
         std::shared_ptr<Item> item;
+        quint64 number = 0;             // each item that comes has another
         std::optional<double> advanced; // when it last was
         QVector<double> picked;         // pointer and camera of the last picking; empty: to be done
     };
@@ -223,6 +231,7 @@ private:
     int firstBinding_ = 0; // the row of the list that comes first
     QList<QPointer<QAction>> viewKeys_;
     std::unordered_map<GLW *, Slot> slots_;
+    quint64 items_ = 0; // that came until now
     QPointer<GLW> menuFor_;
     AreaSelection area_;
     FrameBudget budget_{this};

@@ -68,7 +68,7 @@ void View::Pick3D(GLW *glw)
     const bool busy = slot.item->isBusy(); // asked first: what it was busy with may end right now
     const std::optional<QPointF> pointer = hoverPointer(glw);
     if (pickIsDue(glw, slot, pointer) && slot.item->pick3D(glw, pointer))
-        changed();
+        markChanged();
     if (busy)
         slot.picked.clear();
 }
@@ -88,7 +88,7 @@ void View::Pick2D(GLW *glw)
     if (Item *shown = item(glw); shown && area_.isTaking() && itemsSelect() && glw->gl)
         shown->selectArea2D(glw, area_.areaIn(glw));
     if (Item *shown = item(glw); shown && shown->pick2D(glw, hoverPointer(glw)))
-        changed();
+        markChanged();
 }
 
 } // namespace host

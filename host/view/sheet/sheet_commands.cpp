@@ -122,6 +122,7 @@ void SheetView::remove(const QList<int> &ids)
         entries_.erase(found);
         linked_.remove(id);
         painter_.forget(id);
+        pictures_.forget(id);
         QMetaObject::invokeMethod(scene(), "RemoveTile", Q_ARG(int, id));
     }
     hovered_ = -1;

@@ -30,6 +30,9 @@ SheetView::SheetView(Window &window, ReadQueue &queue, const QString &name,
     bindMouse(gaps_, RightButton, 0, "menu", {}, this, SLOT(GapMenu(GLW *, bool)));
     bindKeys();
     bindChoosing();
+    // Hundreds of small pictures that hold four samples a pixel: what more would bring is little.
+    refinement().setMost(500);
+    connect(&hovering_, &FrameBudget::due, window.widget(), qOverload<>(&QWidget::update));
     wire();
     connectQueue();
     open(paths);
@@ -81,22 +84,6 @@ void SheetView::Update(GLW *glw)
         lead(glw);
 }
 
-void SheetView::DrawBG(GLW *)
-{
-    drawGround();
-}
-
-void SheetView::DrawFG(GLW *)
-{
-    drawn();
-}
-
-/// What shows between the tiles.
-void SheetView::drawGround() const
-{
-    drawPlain(display().dark ? display().theme().bottom : display().theme().top);
-}
-
 void SheetView::fillPicture(PictureContents &contents)
 {
     contents.addGround(mainGLW(), window().widget()->rect(), [this] { drawGround(); });
@@ -118,7 +105,7 @@ void SheetView::hover(const GLW *glw)
     if (GLW *before = tiles_.value(hovered_))
         forgetPointer(before);
     hovered_ = over ? glw->id() : -1;
-    changed();
+    markChanged();
 }
 
 /// The module tells of tiles shown in its passes; of those hidden it tells the count alone.
@@ -192,6 +179,7 @@ QString SheetView::progress() const
 
 void SheetView::paintText(GLW *, QPainter *painter)
 {
+    hovering_.measure();
     const Theme &theme = display().theme();
     const QRectF bounds = window().widget()->rect();
     if (list_ != 0) {

@@ -8,6 +8,7 @@
 #include "host/read/read_queue.h"
 #include "host/view/sheet/sheet_entry.h"
 #include "host/view/sheet/tile_painter.h"
+#include "host/view/sheet/tile_pictures.h"
 #include "host/view/view.h"
 
 namespace host {
@@ -36,11 +37,14 @@ public:
     SheetView(Window &window, ReadQueue &queue, const QString &name, const QStringList &paths);
     ~SheetView() override;
 
+    TilePictures &pictures() { return pictures_; } ///< Of its tiles, beside their memory.
+
     /// A quarter of the machine's memory, and not more than 2 GiB.
     static quint64 memoryBudget();
     void setMemoryBudget(quint64 bytes);
 
     bool isSettled() const override;
+    bool isQuiet() const override { return View::isQuiet() && !hovering_.isPending(); }
     QString fault() const override; ///< Only where not one file could be read.
     QStringList remarks() const override;
     void readAgain(const QString &path) override;
@@ -55,6 +59,9 @@ public:
     /// takeBack(), which puts the item back as it was left here.
     Loan lend(const QString &path);
     void takeBack();
+
+    void Draw3D(GLW *glw) override;
+    void Draw2D(GLW *glw) override;
 
 public slots:
     void Update(GLW *glw); ///< Called for every visible tile in every pass.
@@ -87,6 +94,7 @@ signals:
 
 protected:
     bool advancesInPick() const override { return false; }
+    void markChanged() override;
     void fillPicture(PictureContents &contents) override;
     void paintText(GLW *scene, QPainter *painter) override;
     void clicked(GLW *glw, const QPointF &, Qt::KeyboardModifiers) override { passOn(glw, false); }
@@ -120,6 +128,8 @@ private:
     quint64 bytesOf(int id) const;
     void hover(const GLW *glw);
     void drawGround() const;
+    QByteArray keyOf(GLW *glw) const;
+    void drawMark();
     void sortBy(SheetOrder order);
     void applyOrder();
     void changeSpacing(int pixels);
@@ -158,6 +168,9 @@ private:
     bool sorted_ = false;
     bool reversed_ = false;
     TilePainter painter_;
+    TilePictures pictures_;
+    int copied_ = 0; // the last tile in the pass that is copied
+    FrameBudget hovering_{this, 50, 20};
     ReadQueue &queue_;
 };
 

@@ -9,30 +9,31 @@ namespace host {
 namespace {
 
 /// Of this process, in milliseconds.
-qint64 processorTime()
+double processorTime()
 {
     timespec now{};
     clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return qint64(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
+    return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
 }
 
 } // namespace
 
-FrameBudget::FrameBudget(QObject *parent) : QObject(parent)
+FrameBudget::FrameBudget(QObject *parent, int share, int gather)
+    : QObject(parent), share_(share), gather_(gather)
 {
     soon_.setSingleShot(true);
     connect(&soon_, &QTimer::timeout, this, [this] {
         begin_ = processorTime();
+        sinceDue_.start();
         emit due();
     });
 }
 
 void FrameBudget::request()
 {
-    constexpr int gather = 150; // milliseconds
-    constexpr int share = 8;    // of the time, one part for drawing
+    const double spent = sinceDue_.isValid() ? double(sinceDue_.elapsed()) : 0;
     if (!soon_.isActive())
-        soon_.start(std::max(gather, int(cost_) * share));
+        soon_.start(std::max(gather_, int(cost_ * share_ - spent)));
 }
 
 void FrameBudget::measure()

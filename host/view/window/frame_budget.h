@@ -2,6 +2,7 @@
 #ifndef HOST_VIEW_WINDOW_FRAME_BUDGET_H
 #define HOST_VIEW_WINDOW_FRAME_BUDGET_H
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 
@@ -9,13 +10,15 @@ class QWidget;
 
 namespace host {
 
-/// Frames that show how far the background has come, in a small share of the processor time: the
-/// readers need the rest. Progress is not worth running the frame timer for, whose every tick
-/// clears the window.
+/// Frames of little moment, such as those that show how far the background has come, in a small
+/// share of the processor time: others need the rest. They are not worth running the frame timer
+/// for, whose every tick clears the window.
 class FrameBudget : public QObject {
     Q_OBJECT
 public:
-    explicit FrameBudget(QObject *parent);
+    /// One part in @p share of the time goes into the frames, and a request waits @p gather
+    /// milliseconds for others.
+    explicit FrameBudget(QObject *parent, int share = 8, int gather = 150);
 
     void request(); ///< Asks for one frame in a little while; many requests are one.
     bool isPending() const { return soon_.isActive(); }
@@ -25,9 +28,11 @@ signals:
     void due(); ///< The frame's time has come.
 
 private:
+    int share_, gather_;
     QTimer soon_;
-    qint64 begin_ = -1; // processor time at which the frame under way was due; -1: there is none
-    qint64 cost_ = 0;   // milliseconds of processor time, all threads together, of the last frame
+    QElapsedTimer sinceDue_; // the last frame
+    double begin_ = -1; // processor time at which the frame under way was due; -1: there is none
+    double cost_ = 0;   // milliseconds of processor time, all threads together, of the last frame
 };
 
 } // namespace host

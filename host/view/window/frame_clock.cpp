@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "host/view/window/frame_clock.h"
 
+#include <algorithm>
 #include <chrono>
 
-#include <QEvent>
+#include <QMouseEvent>
 #include <QVariant>
 
 namespace host {
@@ -32,19 +33,34 @@ void FrameClock::touch()
 {
     if (!window_)
         return;
-    if (!running_) {
-        running_ = true;
-        window_->setProperty("fps", rate_);
-    }
+    run(rate_);
+    touched_.start();
     restTimeout_.start();
+}
+
+/// The pointer moves, and holds nothing.
+void FrameClock::look()
+{
+    const bool busy = touched_.isValid() && !touched_.hasExpired(restTimeout_.interval());
+    if (!continuous_ && !busy)
+        run(std::min(rate_, lookRate));
+    restTimeout_.start();
+}
+
+void FrameClock::run(float rate)
+{
+    if (!window_ || running_ == rate)
+        return;
+    running_ = rate;
+    window_->setProperty("fps", rate);
 }
 
 void FrameClock::rest()
 {
     if (!window_ || continuous_)
         return;
-    running_ = false;
-    window_->setProperty("fps", 0.0f);
+    touched_.invalidate();
+    run(0);
 }
 
 void FrameClock::requestFrame()
@@ -66,10 +82,15 @@ void FrameClock::setContinuous(bool on)
 bool FrameClock::eventFilter(QObject *object, QEvent *event)
 {
     switch (event->type()) {
+    case QEvent::MouseMove:
+        if (static_cast<QMouseEvent *>(event)->buttons() == Qt::NoButton)
+            look();
+        else
+            touch();
+        break;
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
     case QEvent::MouseButtonDblClick:
-    case QEvent::MouseMove:
     case QEvent::Wheel:
     case QEvent::KeyPress:
     case QEvent::KeyRelease:

@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
@@ -14,7 +15,9 @@ namespace host {
 /// Runs a window's frame timer only while something goes on, so that an idle window costs nothing.
 ///
 /// The window draws only frames that are asked for (its property "timer" is false). Input wakes its
-/// timer, and so does touch(); a while after the last of them the timer stops.
+/// timer, and so does touch(); a while after the last of them the timer stops. A pointer that only
+/// wanders over the window needs fewer ticks, until something comes of it: each one asks all that
+/// is shown whether it moves.
 class FrameClock : public QObject {
     Q_OBJECT
 public:
@@ -27,6 +30,8 @@ public:
     /// The time in seconds; only differences say anything.
     double seconds() const { return time_(); }
 
+    static constexpr float lookRate = 12; ///< At most so many ticks a second for a pointer alone.
+
     void touch();        ///< Keeps the timer running for a while.
     void requestFrame(); ///< Lets the next tick draw.
 
@@ -37,12 +42,15 @@ public:
     bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
+    void look();
+    void run(float rate);
     void rest();
 
     QPointer<QWidget> window_;
     std::function<double()> time_;
     float rate_;
-    bool running_ = false;
+    float running_ = 0;     // the window's rate; 0 while it rests
+    QElapsedTimer touched_; // since then at the full rate; invalid while it rests
     bool continuous_ = false;
     QTimer restTimeout_;
 };

@@ -8,6 +8,8 @@
 #include <QOpenGLFramebufferObject>
 #include <QOpenGLFunctions>
 
+#include "host/view/window/flat_state.h"
+
 namespace host {
 
 namespace {
@@ -16,51 +18,6 @@ namespace {
 /// and the first so near to the middle that nothing seems to jump.
 constexpr int places[Refinement::frames][2] = {{1, -3}, {-1, 3},  {5, 1}, {-3, -5},
                                                {-5, 5}, {-7, -1}, {3, 7}, {7, -7}};
-
-/// For its lifetime: flat drawing over all of a viewport, -1 to 1 both ways, of a texture in its
-/// own colours.
-class FlatState {
-public:
-    explicit FlatState(const QSize &size)
-    {
-        glPushAttrib(GL_ALL_ATTRIB_BITS);
-        for (const GLenum off : {GL_LIGHTING, GL_DEPTH_TEST, GL_CULL_FACE, GL_BLEND, GL_ALPHA_TEST,
-                                 GL_STENCIL_TEST, GL_SCISSOR_TEST, GL_FOG, GL_COLOR_LOGIC_OP})
-            glDisable(off);
-        glDepthMask(GL_FALSE);
-        glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
-        glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
-        glEnable(GL_TEXTURE_2D);
-        glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
-        glViewport(0, 0, size.width(), size.height());
-        for (const GLenum mode : {GL_TEXTURE, GL_PROJECTION, GL_MODELVIEW}) {
-            glMatrixMode(mode);
-            glPushMatrix();
-            glLoadIdentity();
-        }
-    }
-    ~FlatState()
-    {
-        for (const GLenum mode : {GL_TEXTURE, GL_PROJECTION, GL_MODELVIEW}) {
-            glMatrixMode(mode);
-            glPopMatrix();
-        }
-        glPopAttrib();
-    }
-    FlatState(const FlatState &) = delete;
-    FlatState &operator=(const FlatState &) = delete;
-
-    static void draw(GLuint texture)
-    {
-        glBindTexture(GL_TEXTURE_2D, texture);
-        glBegin(GL_QUADS);
-        for (const auto &[x, y] : {std::pair(0, 0), {1, 0}, {1, 1}, {0, 1}}) {
-            glTexCoord2i(x, y);
-            glVertex2i(2 * x - 1, 2 * y - 1);
-        }
-        glEnd();
-    }
-};
 
 } // namespace
 
@@ -124,10 +81,11 @@ void Refinement::Mean::add(int count)
         gl->glBlendColor(0, 0, 0, 1.0f / float(count));
         glBlendFunc(GL_CONSTANT_ALPHA, GL_ONE_MINUS_CONSTANT_ALPHA);
     }
-    FlatState::draw(drawn_);
+    const std::vector<FlatState::Piece> all{{{{0, 0}, size_}, {0, 0}}};
+    FlatState::draw(drawn_, size_, all);
     gl->glBindFramebuffer(GL_FRAMEBUFFER, GLuint(window));
     glDisable(GL_BLEND);
-    FlatState::draw(sum_->texture());
+    FlatState::draw(sum_->texture(), size_, all);
 }
 
 Refinement::Refinement(QWidget *window, std::function<bool()> allowed, const Pace &pace)
@@ -200,7 +158,7 @@ Refinement::Shift::~Shift()
     glMatrixMode(GLenum(mode));
 }
 
-void Refinement::finish()
+bool Refinement::finish()
 {
     const bool worth = worth_;
     worth_ = false;
@@ -211,12 +169,15 @@ void Refinement::finish()
             wait_.start(pace_.rest);
         else
             mean_.reset();
-        return;
+        return false;
     }
-    if (worth && add() && count_ < frames && spent_ < pace_.most)
+    const bool added = worth && add();
+    if (added && count_ < frames && spent_ < pace_.most) {
         wait_.start(pace_.pause);
-    else
-        mean_.reset(); // at rest it is not needed, and it is as large as the window
+        return false;
+    }
+    mean_.reset(); // at rest it is not needed, and it is as large as the window
+    return added;
 }
 
 /// Returns whether it worked.

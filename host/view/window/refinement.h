@@ -37,9 +37,15 @@ public:
     Refinement(QWidget *window, std::function<bool()> allowed, const Pace &pace);
     ~Refinement() override;
 
+    /// As Pace::most.
+    void setMost(qint64 milliseconds) { pace_.most = milliseconds; }
+
     /// Something changes: what was drawn until now is no part of any mean, and a frame comes.
     void interrupt();
     bool isAtRest() const { return !wait_.isActive() && !own_; } ///< No frame of its own will come.
+
+    bool isRefining() const { return own_; } ///< The frame under way is one of these.
+    void want() { worth_ = true; } ///< In a frame: something that it shows is worth smoothing.
 
     /// In a frame: for its lifetime what is drawn with the projection that is loaded is shifted, if
     /// the frame is one of these, and told to be worth smoothing.
@@ -56,8 +62,9 @@ public:
     };
 
     /// In a frame: all that is to be smoothed is drawn, and what is to stay sharp is not. Replaces
-    /// the colours of the window by the mean. Leaves GL state as it was.
-    void finish();
+    /// the colours of the window by the mean. Leaves GL state as it was. Returns whether these are
+    /// now as smooth as they get.
+    bool finish();
 
 private:
     class Mean;

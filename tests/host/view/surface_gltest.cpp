@@ -257,8 +257,9 @@ TEST_F(SurfaceTest, AtRestEdgesAreSmoothedAndThenNothingIsDrawn)
         rest(); // whatever was under way before
         frames = 0;
         const QImage plain = rest();
-        EXPECT_EQ(frames, 1 + Refinement::frames);
-        EXPECT_NE(last, plain);
+        const bool keeps = qobject_cast<SheetView *>(&each); // what is smooth
+        EXPECT_EQ(frames, keeps ? 1 : 1 + Refinement::frames);
+        EXPECT_EQ(last == plain, keeps);
         window->widget()->repaint();
         EXPECT_EQ(last, plain) << "another frame is plain";
         QObject::disconnect(heard);

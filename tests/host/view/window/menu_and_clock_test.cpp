@@ -88,6 +88,10 @@ TEST(FrameClockTest, RestsWhenNothingHappensAndWakesWithInput)
 
     QMouseEvent move(QEvent::MouseMove, QPointF(1, 1), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
     QCoreApplication::sendEvent(&window, &move);
+    EXPECT_EQ(window.fps(), int(FrameClock::lookRate));
+    QMouseEvent drag(QEvent::MouseMove, QPointF(1, 1), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QCoreApplication::sendEvent(&window, &drag);
     EXPECT_EQ(window.fps(), 50);
     EXPECT_EQ(window.requested, 0) << "input alone draws nothing";
     rest();
@@ -98,6 +102,7 @@ TEST(FrameClockTest, RestsWhenNothingHappensAndWakesWithInput)
     clock.setContinuous(true);
     EXPECT_TRUE(window.property("timer").toBool());
     rest();
+    QCoreApplication::sendEvent(&window, &move);
     EXPECT_EQ(window.fps(), 50) << "continuous drawing never rests";
     clock.setContinuous(false);
     EXPECT_FALSE(window.property("timer").toBool());

@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+// Which tiles are drawn again, and that copied pixels are those that drawing makes.
+#include <QGLWidget>
+#include <QOpenGLFramebufferObject>
+#include <QRegularExpression>
+
+#include "host/view/sheet/sheet_view.h"
+#include "support.h"
+
+namespace host {
+namespace {
+
+constexpr int columns = 5;
+
+/// Frames of single-coloured tiles in a framebuffer. A frame is a list of tiles, each its number,
+/// the letter of its key (- for none) and the column where it stands (its number's, if none is
+/// named); before it * if it refines, + if it is the last that does, ~ if its context is another.
+class Frames {
+public:
+    explicit Frames(const QSize &tile) : tile_(tile) {}
+    TilePictures pictures;
+
+    std::string run(const QString &frame)
+    {
+        QGLWidget &widget = frame.contains('~') ? other_ : own_;
+        widget.makeCurrent();
+        QOpenGLFramebufferObject target(tile_.width() * columns, tile_.height());
+        target.bind();
+        glDisable(GL_SCISSOR_TEST);
+        glClearColor(0, 0, 0, 1);
+        glClear(GL_COLOR_BUFFER_BIT);
+        std::string drawn;
+        QList<QPair<int, int>> expected; // columns and their greens
+        pictures.begin(target.size(), frame.contains('*') || frame.contains('+'));
+        static const QRegularExpression words("(\\d)([a-z-])(\\d?)");
+        for (auto it = words.globalMatch(frame); it.hasNext();) {
+            const QRegularExpressionMatch word = it.next();
+            const int id = word.captured(1).toInt(), letter = word.captured(2)[0].unicode();
+            const int column = word.captured(3).isEmpty() ? id - 1 : word.captured(3).toInt();
+            const QRect place(QPoint(column * tile_.width(), 0), tile_);
+            if (column < columns)
+                expected << qMakePair(column, letter);
+            if (pictures.show(id, letter == '-' ? "" : word.captured(2).toLatin1(), place))
+                continue;
+            drawn += std::to_string(id);
+            glEnable(GL_SCISSOR_TEST);
+            glScissor(place.x(), place.y(), place.width(), place.height());
+            glClearColor(float(id) / 255, float(letter) / 255, 0, 1);
+            glClear(GL_COLOR_BUFFER_BIT);
+            glDisable(GL_SCISSOR_TEST);
+        }
+        pictures.finish();
+        if (frame.contains('+'))
+            pictures.keepSmoothed();
+        const QImage image = target.toImage();
+        for (const auto &[column, letter] : expected)
+            for (const int x : {0, tile_.width() - 1})
+                for (const int y : {0, tile_.height() - 1})
+                    EXPECT_EQ(qGreen(image.pixel(column * tile_.width() + x, y)), letter)
+                        << frame.toStdString();
+        EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+        return drawn;
+    }
+
+private:
+    QSize tile_;
+    QGLWidget own_, other_;
+};
+
+TEST(TilePicturesTest, DrawsWhatChangedAndCopiesTheRest)
+{
+    const struct {
+        int side;
+        quint64 room; // in pages beside the window
+        const char *frames, *drawn;
+    } rows[] = {
+        {9, 9, "1a 2b|1a 2b|1c 2b|1a 2b 3a|2b|1a 2b 3a", "12||1|13||"},
+        {9, 9, "1a0 2b1|1a1 2b0|1a4 2b3", "12||"},
+        {9, 9, "1- 2b|1- 2b", "12|1"},
+        {9, 9, "1a 2b|*1a 2b|+1a 2b|*1a 2b|1a 2c|+1a 2c|*1a 2c", "12|12|12||2|2|"},
+        {9, 9, "1a 2b|*1a 2b|+1c 2b|*1a 2b|1a 2b", "12|12|12|1|"}, // not the same in all frames
+        {9, 9, "1a|*1a|+1a 2b|*1a 2b", "1|1|12|2"},
+        {9, 9, "1a 2b|1a 2b~|1a 2b", "12|12|12"},
+        {9, 9, "1a|1a9|1a|2b9|2b9", "1|||2|2"}, // out of the window nothing is there to be kept
+        {9, 0, "1a 2b|1a 2b", "12|12"},
+        {600, 2, "1a|2b|3c|2b|1a|3c", "1|2|3||1|3"},
+        {600, 2, "1a 2b 3c|1a 2b 3c", "123|3"},
+    };
+    for (const auto &row : rows) {
+        Frames frames({row.side, row.side});
+        const quint64 page =
+            quint64(1024 / row.side * row.side) * quint64(1024 / row.side) * quint64(row.side) * 4;
+        const quint64 window = quint64(row.side) * quint64(row.side) * columns * 4;
+        frames.pictures.setBudget(row.room * page + window);
+        QStringList drawn;
+        for (const QString &frame : QString(row.frames).split('|'))
+            drawn << QString::fromStdString(frames.run(frame));
+        EXPECT_EQ(drawn.join('|').toStdString(), row.drawn) << row.frames;
+        EXPECT_LE(frames.pictures.byteSize(), row.room * page + window);
+    }
+}
+
+TEST_F(ViewTest, ASheetDrawsWhatChangedAndCopiesTheSamePixels)
+{
+    QStringList paths;
+    for (int i = 1; i <= 4; ++i)
+        paths << boxes(QString("m%1.obj").arg(i), i);
+    SheetView sheet(*window, queue, "folder", paths << file("m5.csv", weather()));
+    show(sheet);
+    QSet<int> drawn;
+    QImage image;
+    QObject::connect(&sheet, &View::framePainted, [&] {
+        image = widget->grabFrameBuffer();
+        for (const int id : sheet.pictures().drawn())
+            drawn << id;
+    });
+    const auto rest = [&] {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return sheet.isQuiet(); }, 20000));
+        QCoreApplication::processEvents();
+    };
+    const auto pixels = [&] {
+        frame();
+        rest();
+        drawn.clear();
+        frame();
+        return image;
+    };
+    const auto at = [&](const QString &word) -> std::optional<QPointF> {
+        const GLW *glw = word.size() == 1 ? sheet.tile(word.toInt()) : nullptr;
+        return glw ? std::optional(glw->rect.center()) : std::nullopt;
+    };
+    const std::pair<const char *, const char *> steps[] = {
+        {"", ""},          {"2 move", ""},
+        {"3 click", ""},   {"4 down +40,9 move up", "4"},
+        {"1 move M", ""},  {"M", ""},
+        {"W", "12345"},    {"G", "12345"},
+        {"B", "12345"},    {"5 down +9,0 move up", "5"},
+        {"3 move U", "3"}, {"2 wheel", "2"},
+        {"Ctrl+A", ""},
+    };
+    pixels();
+    for (const auto &[step, expected] : steps) {
+        drawn.clear();
+        if (*step)
+            steer(
+                widget.data(), step, [this] { frame(); }, at);
+        for (int i = 0; i < 40; ++i) // until cameras stand
+            frame();
+        rest();
+        QStringList ids;
+        for (int id = 1; id <= 5; ++id)
+            if (drawn.contains(id))
+                ids << QString::number(id);
+        EXPECT_EQ(ids.join("").toStdString(), expected) << step;
+        const QImage copied = pixels();
+        EXPECT_TRUE(drawn.isEmpty()) << step;
+        sheet.pictures().clear();
+        EXPECT_EQ(pixels(), copied) << step;
+    }
+    sheet.pictures().setBudget(0);
+    const QImage copied = image;
+    frame();
+    rest();
+    EXPECT_EQ(image, copied) << "where nothing is kept";
+    EXPECT_EQ(drawn.size(), 5);
+}
+
+} // namespace
+} // namespace host
