@@ -68,25 +68,6 @@ struct Shape {
         return *this;
     }
     friend Shape operator+(Shape a, const Shape &b) { return a += b; }
-    /// Lets all above y = 0 turn up by a right angle, in the one clip of a rig.
-    Shape &hinge()
-    {
-        Rig rig;
-        rig.nodes.resize(2);
-        rig.nodes[1].parent = 0;
-        rig.bones = {{0, {}}, {1, {}}};
-        for (const quint32 i : mesh.indices) {
-            const std::size_t t = i / 3 * 9;
-            const float *y = &mesh.positions[t + 1];
-            rig.vertexBones.insert(rig.vertexBones.end(),
-                                   {quint16(y[0] + y[3] + y[6] > 0), 0, 0, 0});
-            rig.vertexWeights.insert(rig.vertexWeights.end(), {1, 0, 0, 0});
-        }
-        const QQuaternion up = QQuaternion::fromAxisAndAngle(1, 0, 0, 90);
-        rig.clips = {{"hinge", 1, {{1, {{0, {}}}, {{0, up}}, {{0, {1, 1, 1}}}}}}};
-        mesh.rig = std::make_shared<Rig>(rig);
-        return *this;
-    }
     MeshTopology topology() const
     {
         return {std::make_shared<Mesh>(mesh), std::atomic<bool>(false)};
@@ -152,6 +133,19 @@ inline Shape revolve(const std::vector<QPointF> &profile, int sides, int steps)
         for (std::size_t i = 0; i + 1 < profile.size(); ++i)
             shape.quad(at(i, step), at(i, step + 1), at(i + 1, step + 1), at(i + 1, step));
     return shape;
+}
+
+/// The same with a rig that makes it flat along z, in its one clip.
+inline MeshPtr flattening(Mesh mesh)
+{
+    auto rig = std::make_shared<Rig>();
+    rig->nodes = {{}, {0, {}}};
+    rig->bones = {{1, {}}};
+    rig->vertexBones.resize(mesh.vertexCount() * 4);
+    rig->vertexWeights.assign(mesh.vertexCount() * 4, 0.25f);
+    rig->clips = {{"flat", 1, {{1, {{0, {}}}, {{0, {}}}, {{0, {1, 1, 0}}}}}}};
+    mesh.rig = rig;
+    return std::make_shared<Mesh>(mesh);
 }
 
 } // namespace host

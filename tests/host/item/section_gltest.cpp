@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What a model shows that is cut or moves, and what the pointer finds on it: colours at places
 // known from geometry.
-#include <set>
-
 #include "GL/glwidget.h"
 #include "drawing.h"
 #include "host/item/model_item.h"
@@ -11,24 +9,21 @@
 namespace host {
 namespace {
 
-/// Boxes around the middle, a part each: half their sizes, their colours, and which triangles.
+/// Boxes around the middle, a part each: half their sizes, and their colours.
 struct Part {
     double half;
     std::array<float, 4> colour;
-    enum { Whole, Open, Lid } what = Whole; // without the side at +z, or that alone
+    int dropped = 0; // of its triangles: 2 for the side at +z, 10 for all the others
 };
 
 MeshPtr nested(const std::vector<Part> &parts)
 {
     Shape all;
     for (const Part &part : parts) {
-        const Shape whole = box(Vec::Constant(-part.half), Vec::Constant(part.half));
-        all.endPart();
-        for (std::size_t i = 0; i < 12; ++i)
-            if (part.what == Part::Whole || (i < 10) == (part.what == Part::Open))
-                all.triangle(cornerOf(whole.mesh, quint32(i), 0),
-                             cornerOf(whole.mesh, quint32(i), 1),
-                             cornerOf(whole.mesh, quint32(i), 2));
+        Shape shape = box(Vec::Constant(-part.half), Vec::Constant(part.half));
+        for (int i = 0; i < part.dropped; ++i)
+            shape.drop(part.dropped == 2 ? 10 : 0);
+        all.endPart() += shape;
         all.mesh.parts.back().colour = part.colour;
     }
     all.mesh.findBounds();
@@ -36,9 +31,9 @@ MeshPtr nested(const std::vector<Part> &parts)
 }
 
 const Part red{2, {1, 0, 0, 1}}, green{1, {0, 1, 0, 1}}, glass{2, {1, 0, 0, .5f}};
-const Part openRed{2, {1, 0, 0, 1}, Part::Open}, black{2, {0, 0, 0, 1}}, lid{2, {}, Part::Lid};
-const CutPlane front{{0, 0, 1}, 0}, low{{0, 0, 1}, -1.5}, high{{0, 0, 1}, 1.5},
-    right{{1, 0, 0}, .2}, back{{0, 0, -1}, 0};
+const Part openRed{2, {1, 0, 0, 1}, 2}, lid{2, {1, 0, 0, 1}, 10}, black{2, {0, 0, 0, 1}};
+const CutPlane front{{0, 0, 1}, 0}, right{{1, 0, 0}, .2}, back{{0, 0, -1}, 0};
+const CutPlane high{{0, 0, 1}, 1.5}, low{{0, 0, 1}, -1.5}, behind{{0, 0, -1}, .1};
 using Mode = Display::Mode;
 
 struct SeenCase {
@@ -58,9 +53,9 @@ const SeenCase seenCases[] = {
     {"InnerHidden", {red, green}, {front}, "rrrr", {0, 0, 0, 0}, 1},
     {"OuterHidden", {red, green}, {front}, "bggb", {-1, 1, 1, -1}, 0},
     {"OpenHasNoFace", {openRed, green}, {front}, "RggR", {0, 1, 1, 0}},
-    {"HiddenInPart", {openRed, green, lid}, {high}, "RGGR", {0, 1, 1, 0}, 2},
+    {"LidHidden", {openRed, green, lid}, {high}, "RGGR", {0, 1, 1, 0}, 2},
     {"InnerCutAway", {red, green}, {low}, "rrrr", {0, 0, 0, 0}},
-    {"Slab", {red, green}, {{{0, 0, 1}, .1}, {{0, 0, -1}, .1}}, "rggr", {0, 1, 1, 0}},
+    {"Slab", {red, green}, {front, behind}, "rggr", {0, 1, 1, 0}},
     {"FromTheOtherSide", {red, green}, {back}, "RRRR", {0, 0, 0, 0}},
     {"Glass", {glass}, {front}, "mmmm", {0, 0, 0, 0}},
     {"GlassOverItsContents", {glass, green}, {front}, "mggm", {0, 1, 1, 0}},
@@ -83,7 +78,8 @@ char nameOf(const QColor &c)
 
 class LargeDrawing : public Drawing {
 protected:
-    LargeDrawing() : Drawing(160) {}
+    LargeDrawing() : Drawing(160) { glw.setGeometry({0, 0, 160, 160}); }
+    GLWidget glw{nullptr, "glw"};
 };
 
 TABLE(SectionSeen, LargeDrawing, SeenCase, seenCases);
@@ -91,8 +87,6 @@ TABLE(SectionSeen, LargeDrawing, SeenCase, seenCases);
 TEST_P(SectionSeen, AndFoundByThePointer)
 {
     const SeenCase &row = GetParam();
-    GLWidget glw(nullptr, "glw");
-    glw.setGeometry({0, 0, 160, 160});
     ModelItem item("a", nested(row.parts));
     item.init(&glw);
     glw.camera.ortho = 1;
@@ -121,78 +115,44 @@ TEST_P(SectionSeen, AndFoundByThePointer)
     }
     EXPECT_EQ(seen, row.seen);
     // A rectangle selects what the pointer finds in it; through all, what is left in the middle.
-    std::set<std::size_t> found(row.part, row.part + 4), left;
-    found.erase(std::size_t(-1));
-    for (std::size_t i = 0; i < row.parts.size(); ++i)
-        if (int(i) != row.hidden &&
-            std::none_of(row.planes.begin(), row.planes.end(),
-                         [&](auto &p) { return p.offset < -row.parts[i].half; }))
-            left.insert(i);
     projection.scale(4, 4, 1);
-    for (int i = 0; i < 16; ++i) {
-        glw.camera.proj_matrix[i] = double(projection.constData()[i]);
-        glw.camera.model_matrix[i] = i % 5 == 0;
-    }
-    for (const auto reach : {Item::Reach::Seen, Item::Reach::Through}) {
-        item.selectArea3D(&glw, {0, 0, 160, 160}, reach);
-        std::set<std::size_t> selected;
-        for (std::size_t i = 0; i < row.parts.size(); ++i)
-            if (item.marks().isSelected(i))
-                selected.insert(i);
-        EXPECT_EQ(selected, reach == Item::Reach::Seen ? found : left);
+    std::copy_n(projection.constData(), 16, glw.camera.proj_matrix);
+    std::copy_n(QMatrix4x4().constData(), 16, glw.camera.model_matrix);
+    for (std::size_t i = 0; i < row.parts.size(); ++i) {
+        bool left = int(i) != row.hidden;
+        for (const CutPlane &plane : row.planes)
+            left = left && plane.offset > -row.parts[i].half;
+        item.selectArea3D(&glw, {0, 0, 160, 160}, Item::Reach::Through);
+        EXPECT_EQ(item.marks().isSelected(i), left) << i;
+        item.selectArea3D(&glw, {0, 0, 160, 160}, Item::Reach::Seen);
+        EXPECT_EQ(item.marks().isSelected(i), std::count(row.part, row.part + 4, int(i)) > 0) << i;
     }
     item.release();
 }
 
-/// A sheet that is flat at rest; its upper half turns towards the eye.
-class Hinge : public LargeDrawing {
-protected:
-    Hinge()
-    {
-        Shape sheet;
-        sheet.quad({-1, -1, 0}, {1, -1, 0}, {1, 0, 0}, {-1, 0, 0});
-        sheet.quad({-1, 0, 0}, {1, 0, 0}, {1, 1, 0}, {-1, 1, 0});
-        sheet.hinge().mesh.findBounds();
-        item = std::make_unique<ModelItem>("a", std::make_shared<Mesh>(sheet.mesh));
-        glw.setGeometry({0, 0, 160, 160});
-        item->init(&glw);
-        display.mode = Mode::Edged;
-    }
-    void draw()
-    {
-        QMatrix4x4 projection;
-        projection.ortho(-.75, .75, -.75, .75, -9, 9);
-        begin(projection);
-        item->draw3D(&glw, display);
-    }
-    GLWidget glw{nullptr, "glw"};
-    std::unique_ptr<ModelItem> item;
-};
-
-TEST_F(Hinge, HasTheEdgesThatItHasAtRest)
+TEST_F(LargeDrawing, WhatMovesHasTheEdgesOfItsRestAndIsTakenOver)
 {
+    ModelItem item("a", flattening(*nested({red})));
+    item.init(&glw);
+    display.mode = Mode::Edged;
+    QMatrix4x4 projection;
+    projection.ortho(-.75, .75, -.75, .75, -9, 9); // 15.4 pixels for one of the box's units
+    const auto drawn = [&] {
+        return begin(projection), item.draw3D(&glw, display), item.isWhole();
+    };
     for (const int clip : {0, -1}) {
-        item->playback()->setClip(clip);
-        item->play(0);
-        item->play(0); // stands still
-        const auto drawn = [&] { return draw(), item->isWhole(); };
-        ASSERT_TRUE(QTest::qWaitFor(drawn, 20000));
+        item.playback()->setClip(clip);
+        ASSERT_TRUE(item.play(0) && item.play(0) && QTest::qWaitFor(drawn, 20000));
     }
-    expect("80~42 edge; 80~118 edge; 80~80 !edge");
-}
-
-TEST_F(Hinge, IsTakenOverWhileItMoves)
-{
-    item->playback()->setTime(1);
-    item->play(0);
-    item->release();
-    item->standOn(&glw, FileAxes::Z);
-    item->init(&glw);
-    draw();
-    expect("80,100 blue");
-    item->play(0);
-    draw();
-    expect("80,100 !blue");
+    expect("80~49 edge; 80~60 !edge; 80,90 red");
+    item.playback()->setTime(1);
+    item.play(0);
+    item.standOn(&glw, FileAxes::Z);
+    item.release();
+    item.init(&glw);
+    EXPECT_TRUE(item.play(0) && drawn());
+    expect("80,90 blue");
+    item.release();
 }
 
 } // namespace
