@@ -32,6 +32,8 @@ public:
         Options::tr("Cut models across an axis: x, y or z, :30% of the way or :12.5 on it; -x cuts "
                     "away what is below. Up to three."),
         "axis"};
+    const QCommandLineOption compare{
+        "compare", Options::tr("Hold two models against each other: beside or divider."), "how"};
     const QCommandLineOption screenshot{
         "screenshot", Options::tr("Write a picture of what is shown to <file> and end."), "file"};
     const QCommandLineOption turntable{
@@ -65,7 +67,7 @@ public:
         QList<QCommandLineOption> options;
     };
     const QList<Group> groups{
-        {Options::tr("Window"), {size, fps, up, section, watch, module}},
+        {Options::tr("Window"), {size, fps, up, section, compare, watch, module}},
         {Options::tr("Files"), {companions}},
         {Options::tr("Pictures and recordings"),
          {screenshot, turntable, seconds, animation, thumbnails, jobs, transparent, noOverlays}},
@@ -127,6 +129,8 @@ Options checked(const Options &o)
     if (o.files.isEmpty() && (screenshot || turntable))
         return refuse(screenshot ? Options::tr("--screenshot needs a file to show")
                                  : Options::tr("--turntable needs a file to show"));
+    if (o.compare && o.files.size() != 2)
+        return refuse(Options::tr("--compare needs two files"));
     if (o.transparent && o.isPersonal())
         return refuse(
             Options::tr("--transparent goes with --screenshot, --turntable or --thumbnails"));
@@ -205,6 +209,12 @@ Options parseOptions(const QStringList &arguments)
     }
     if (o.section.size() > int(Section::most))
         return refuse(Options::tr("--section goes three times at most"));
+    if (parser.isSet(parser.compare)) {
+        o.compare = compareWay(parser.value(parser.compare));
+        if (!o.compare)
+            return refuse(Options::tr("--compare takes beside or divider, not \"%1\"")
+                              .arg(parser.value(parser.compare)));
+    }
     if (parser.isSet(parser.companions)) {
         const QString where = parser.value(parser.companions);
         if (where != "anywhere" && where != "folder")

@@ -13,6 +13,7 @@
 #include "host/item/section.h"
 #include "host/read/companions.h"
 #include "host/read/mesh.h"
+#include "host/view/compare/compare_way.h"
 
 namespace host {
 
@@ -47,9 +48,10 @@ public:
     double recordedFps = 30;   ///< Frames per second of the recording.
     QSize size{1280, 800};     ///< Of the window in logical pixels, or of each picture in pixels.
     bool sizeGiven = false;    ///< Otherwise the size of the last run is preferred.
-    std::optional<FileAxes::Axis> up; ///< Of the files' axes; nothing: as their formats have it.
-    QVector<SectionRequest> section;  ///< The planes that cut models.
-    float fps = 60;                   ///< Frames per second while something moves.
+    std::optional<FileAxes::Axis> up;  ///< Of the files' axes; nothing: as their formats have it.
+    QVector<SectionRequest> section;   ///< The planes that cut models.
+    std::optional<CompareWay> compare; ///< The two files are held against each other, in this way.
+    float fps = 60;                    ///< Frames per second while something moves.
     Companions companions = Companions::InFolder; ///< What models may name.
 
     /// Whether a person is at the window, whose habits are worth keeping.

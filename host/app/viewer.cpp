@@ -11,6 +11,7 @@
 #include "host/app/opening.h"
 #include "host/app/settings.h"
 #include "host/ui/metrics.h"
+#include "host/view/compare/compare_view.h"
 #include "host/view/sheet/sheet_view.h"
 #include "host/view/single_view.h"
 #include "host/view/window/menu_tree.h"
@@ -60,7 +61,12 @@ Viewer::Viewer(const ModuleLoader &loader, const Options &options)
         if (sheet_)
             sheet_->readAgain(path);
     });
-    open(options.files);
+    if (options.compare) {
+        adopt(makeComparison(options.files[0], options.files[1]));
+        watch(options.files);
+    } else {
+        open(options.files);
+    }
 }
 
 Viewer::~Viewer()
@@ -99,8 +105,22 @@ std::unique_ptr<View> Viewer::makeView(const Opening &opening)
     connect(sheet.get(), &SheetView::pictureAsked, this, &Viewer::savePicture);
     // Once the event is over: its keys are taken off the window.
     connect(sheet.get(), &SheetView::openAsked, this, &Viewer::openFromSheet, Qt::QueuedConnection);
+    connect(sheet.get(), &SheetView::compareAsked, this, &Viewer::openComparison,
+            Qt::QueuedConnection);
     connectView(sheet.get());
     return sheet;
+}
+
+/// What the sheet behind it holds is not read again.
+std::unique_ptr<View> Viewer::makeComparison(const QString &first, const QString &second)
+{
+    const auto model = [this](const QString &path) {
+        return CompareView::Model{path, sheet_ ? sheet_->meshOf(path) : nullptr};
+    };
+    auto comparison = std::make_unique<CompareView>(window_, queue_, model(first), model(second),
+                                                    options_.compare.value_or(CompareWay::Beside));
+    connectView(comparison.get());
+    return comparison;
 }
 
 void Viewer::connectView(View *view)
@@ -137,24 +157,37 @@ void Viewer::openNeighbour(const QString &path)
         shown->steering().lookAlong(view_->mainGLW(), *look_);
 }
 
-/// Shows a file of the sheet alone; the sheet waits behind it, as it is.
-void Viewer::openFromSheet(const QString &path)
+/// Makes room for another view: the sheet waits behind it, as it is. There may be none any more.
+void Viewer::putSheetBehind()
 {
     takeLook();
     if (sheet_) {
         view_.reset();
-    } else {
-        auto *sheet = qobject_cast<SheetView *>(view_.get());
-        if (!sheet) // gone meanwhile
-            return;
+    } else if (auto *sheet = qobject_cast<SheetView *>(view_.get())) {
         view_.release();
         sheet_.reset(sheet);
         sheet_->setShown(false);
     }
+}
+
+/// Shows a file of the sheet alone.
+void Viewer::openFromSheet(const QString &path)
+{
+    putSheetBehind();
+    if (!sheet_)
+        return;
     const Loan loan = sheet_->lend(path);
     adopt(makeSingleView(path, loan.item));
     if (loan.item)
         loan.item->restore(view_->mainGLW(), loan.state);
+}
+
+/// Shows two files of the sheet together.
+void Viewer::openComparison(const QString &first, const QString &second)
+{
+    putSheetBehind();
+    if (sheet_)
+        adopt(makeComparison(first, second));
 }
 
 void Viewer::returnToSheet()

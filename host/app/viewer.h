@@ -63,11 +63,14 @@ private:
     PictureRequest request(const QSize &size, bool transparent, bool overlays) const;
     std::unique_ptr<View> makeSingleView(const QString &path,
                                          const std::shared_ptr<Item> &item = {});
+    std::unique_ptr<View> makeComparison(const QString &first, const QString &second);
     std::unique_ptr<View> makeView(const Opening &opening);
     void connectView(View *view);
     void adopt(std::unique_ptr<View> view);
     void openNeighbour(const QString &path);
     void openFromSheet(const QString &path);
+    void openComparison(const QString &first, const QString &second);
+    void putSheetBehind();
     void returnToSheet();
     void takeLook();
     void watch(const QStringList &files);

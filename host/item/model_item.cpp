@@ -10,8 +10,33 @@
 
 namespace host {
 
-ModelItem::ModelItem(const QString &name, MeshPtr mesh)
-    : name_(name), mesh_(std::move(mesh)), base_(mesh_), marks_(mesh_->parts.size())
+namespace {
+
+/// A copy that stands on another axis: others may hold the one that it is made of.
+MeshPtr turned(const Mesh &mesh, FileAxes::Axis up)
+{
+    auto turned = std::make_shared<Mesh>(mesh);
+    turned->standOn(up);
+    return turned;
+}
+
+/// The longest distance of a vertex from @p centre.
+float radiusAbout(const QVector3D &centre, const Mesh &mesh)
+{
+    float radius = 0;
+    for (std::size_t i = 0; i < mesh.vertexCount(); ++i)
+        radius = std::max(radius, (mesh.position(i) - centre).length());
+    return radius;
+}
+
+} // namespace
+
+ModelItem::ModelItem(const QString &name, MeshPtr mesh, MeshPtr beside)
+    : name_(name),
+      mesh_(std::move(mesh)),
+      base_(mesh_),
+      beside_(std::move(beside)),
+      marks_(mesh_->parts.size())
 {
     if (mesh_->rig)
         playback_ = std::make_unique<Playback>(mesh_->rig);
@@ -34,10 +59,15 @@ void ModelItem::buildTree()
 /// Finds where the model stands in the world.
 void ModelItem::measure()
 {
-    centre_ = (mesh_->min + mesh_->max) / 2;
-    float radius = 0;
-    for (std::size_t i = 0; i < mesh_->vertexCount(); ++i)
-        radius = std::max(radius, (mesh_->position(i) - centre_).length());
+    QVector3D low = mesh_->min, high = mesh_->max;
+    for (int k = 0; beside_ && k < 3; ++k) {
+        low[k] = std::min(low[k], beside_->min[k]);
+        high[k] = std::max(high[k], beside_->max[k]);
+    }
+    centre_ = (low + high) / 2;
+    float radius = radiusAbout(centre_, *mesh_);
+    if (beside_)
+        radius = std::max(radius, radiusAbout(centre_, *beside_));
     scale_ = radius > Mesh::noSize ? CameraMotion::worldRadius / radius : 1;
     spacing_ = pointSpacing(*mesh_) * double(scale_);
     outline_.clear();
@@ -127,9 +157,9 @@ void ModelItem::standOn(GLW *glw, FileAxes::Axis up)
     chosenUp_ = up;
     if (mesh_->axes.up() == up && !mesh_->axes.upIsNegative())
         return;
-    auto turned = std::make_shared<Mesh>(*base_); // others may hold the one that it was made of
-    turned->standOn(up);
-    base_ = mesh_ = std::move(turned);
+    base_ = mesh_ = turned(*base_, up);
+    if (beside_)
+        beside_ = turned(*beside_, up);
     pose_.reset();
     moving_ = false;
     if (playback_ && playback_->clip() >= 0)

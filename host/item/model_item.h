@@ -31,8 +31,10 @@ class ModelItem : public Item, private CameraSteering::Shape {
     Q_DECLARE_TR_FUNCTIONS(ModelItem)
 public:
     /// @p mesh has a triangle, line or point. What the pointer needs to find them is built in a
-    /// thread of its own; until then nothing is under the pointer.
-    ModelItem(const QString &name, MeshPtr mesh);
+    /// thread of its own; until then nothing is under the pointer. With another mesh @p beside it,
+    /// in the same frame, the world is the one that both fill together, whole views hold both, and
+    /// an item of that one beside this one has the same.
+    ModelItem(const QString &name, MeshPtr mesh, MeshPtr beside = {});
     QString name() const override { return name_; }
     QString details() const override;
     QString underPointer() const override;
@@ -128,8 +130,9 @@ private:
     void takePose();
 
     QString name_;
-    MeshPtr mesh_; // as it is drawn, but for while it moves
-    MeshPtr base_; // as it stands without an animation
+    MeshPtr mesh_;   // as it is drawn, but for while it moves
+    MeshPtr base_;   // as it stands without an animation
+    MeshPtr beside_; // null: it is alone in its world
     std::unique_ptr<Playback> playback_;
     std::unique_ptr<RigPose> pose_; // of base_; made when it is first needed
     bool moving_ = false;           // what is drawn is not mesh_

@@ -92,6 +92,10 @@ const std::vector<QVector3D> &ModelItem::outline() const
                              [this](std::size_t part) { return !marks_.isHidden(part); });
     if (outline_.empty()) // of all parts, be they all hidden
         outline_ = outlineOf(*mesh_, centre_, scale_);
+    if (beside_) {
+        const std::vector<QVector3D> more = outlineOf(*beside_, centre_, scale_);
+        outline_.insert(outline_.end(), more.begin(), more.end());
+    }
     return outline_;
 }
 

@@ -41,6 +41,16 @@ void PictureContents::addItem(GLW *glw, Item *item)
     add(std::move(object));
 }
 
+void PictureContents::addModels(GLW *glw, std::function<void(GLW *, const Display &)> draw)
+{
+    addItem(glw, nullptr);
+    objects_.back().draw3D = [draw = std::move(draw), display = display_](GLW *at, float scale) {
+        Display scaled = display;
+        scaled.scale = scale;
+        draw(at, scaled);
+    };
+}
+
 void PictureContents::addText(GLW *glw, const QRectF &rect,
                               std::function<void(GLW *, QPainter *)> paint)
 {

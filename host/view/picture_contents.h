@@ -20,6 +20,8 @@ public:
     void addGround(GLW *glw, const QRectF &rect, std::function<void()> draw);
     /// What @p glw shows, without text over it; its backdrop alone if @p item is null.
     void addItem(GLW *glw, Item *item);
+    /// What @p draw draws of models in @p glw, on its backdrop.
+    void addModels(GLW *glw, std::function<void(GLW *, const Display &)> draw);
     /// What @p paint paints over the rest.
     void addText(GLW *glw, const QRectF &rect, std::function<void(GLW *, QPainter *)> paint);
     void add(PictureObject object) { objects_.push_back(std::move(object)); }

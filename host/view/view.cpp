@@ -246,8 +246,15 @@ void View::drawItem(GLW *glw, bool marked)
     std::optional<Refinement::Shift> shift;
     if (shown->isSpatial())
         shift.emplace(refinement_);
-    const QScopedValueRollback<bool> hover(display_.hover, display_.hover && marked);
-    shown->draw3D(glw, display_);
+    Display shownAs = display_;
+    shownAs.hover = display_.hover && marked;
+    drawContents(glw, shownAs);
+}
+
+void View::drawContents(GLW *glw, const Display &display)
+{
+    if (Item *shown = item(glw))
+        shown->draw3D(glw, display);
 }
 
 void View::Draw2D(GLW *glw)

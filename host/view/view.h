@@ -163,6 +163,10 @@ protected:
                          QObject *receiver, const char *slot);
     void askMenu(GLW *glw); ///< Opens the menu for @p glw.
 
+    /// Draws what @p glw shows in three dimensions: its item, if not told otherwise.
+    virtual void drawContents(GLW *glw, const Display &display);
+    /// Whether what the item of @p glw shows is seen at a place in its pixels, y upwards.
+    virtual bool showsItemAt(const GLW *, const QPointF &) const { return true; }
     /// Whether @p glw is advanced by its pick pass. Views whose scene tells of each frame say no.
     virtual bool advancesInPick() const { return true; }
     /// Adds what a picture of the view shows: its main item and the text over it, if not told

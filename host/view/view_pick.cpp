@@ -37,7 +37,7 @@ std::optional<QPointF> View::hoverPointer(const GLW *glw) const
     if (!display_.hover || !glw->gl || !glw->gl->underMouse() || glw->gl->mouse.button != 0)
         return {};
     const QPointF at = Controls::pointerIn(glw, glw->gl->mouse);
-    if (!QRectF(0, 0, glw->width(), glw->height()).contains(at))
+    if (!QRectF(0, 0, glw->width(), glw->height()).contains(at) || !showsItemAt(glw, at))
         return {};
     return at;
 }

@@ -29,6 +29,7 @@ void SheetView::bindKeys()
         {"C", "sort-count", tr("Sort by triangles or rows"), this, SLOT(SortByCount())},
         {"+ =", "wider", tr("More space between tiles"), this, SLOT(WiderSpacing())},
         {"-", "narrower", tr("Less space"), this, SLOT(NarrowerSpacing())},
+        {"D", "compare", tr("Compare the two that are selected"), this, SLOT(CompareSelected())},
         {"Shift+Home", "reset-all", tr("All cameras back to the first view"), this,
          SLOT(ResetAll())},
     };
@@ -139,6 +140,7 @@ void SheetView::fillMenu(GLW *glw, MenuTree *tree)
         const QString what = targets.size() > 1 ? tr("%1 tiles").arg(targets.size()) : tr("tile");
         const QString path = found->second.path;
         tree->add(tr("Open alone"), {}, this, [this, path] { emit openAsked(path); });
+        addCompareEntry(tree);
         tree->add(tr("Fit %1").arg(what), {}, this, [this, targets] {
             leader_ = -1;
             for (int id : targets)

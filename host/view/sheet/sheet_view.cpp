@@ -217,7 +217,7 @@ void SheetView::paintTiles(QPainter *painter)
 /// What goes on, what the pointer is on, or else what was left out.
 void SheetView::paintBottomNote(QPainter *painter, const QRectF &bounds)
 {
-    QString name, note = progress();
+    QString name, note = hint_.isEmpty() ? progress() : hint_;
     if (note.isEmpty() && hovered_ > 0) {
         if (const Item *shown = item(tile(hovered_)))
             note = shown->underPointer();

@@ -59,6 +59,8 @@ public:
     /// takeBack(), which puts the item back as it was left here.
     Loan lend(const QString &path);
     void takeBack();
+    /// What the tile of a file shows, shared; null if that is no model, or is not there.
+    MeshPtr meshOf(const QString &path) const;
 
     void Draw3D(GLW *glw) override;
     void Draw2D(GLW *glw) override;
@@ -78,12 +80,17 @@ public slots:
     void ToggleLink(); ///< The cameras of the selected tiles, or of all if fewer than two are.
     void WiderSpacing() { changeSpacing(2); }
     void NarrowerSpacing() { changeSpacing(-2); }
-    void ResetAll();       ///< Every camera back to its first view.
-    void ChooseNear();     ///< Selects the tile beside the chosen one, as the key's action says.
-    void ChooseNext();     ///< Selects the next in reading order.
-    void ChoosePrevious(); ///< Selects the one before.
-    void OpenChosen();     ///< Opens it alone.
-    void SelectionChanged() { changed(); }
+    void ResetAll();        ///< Every camera back to its first view.
+    void ChooseNear();      ///< Selects the tile beside the chosen one, as the key's action says.
+    void ChooseNext();      ///< Selects the next in reading order.
+    void ChoosePrevious();  ///< Selects the one before.
+    void OpenChosen();      ///< Opens it alone.
+    void CompareSelected(); ///< Two of them.
+    void SelectionChanged()
+    {
+        hint_.clear();
+        changed();
+    }
     void VisibilityChanged();
 
 signals:
@@ -91,6 +98,7 @@ signals:
     /// A person wants a picture of @p crop, in the window's pixels, y downwards.
     void pictureAsked(const QString &name, const QRect &crop);
     void openAsked(const QString &path); ///< A person wants to see a file alone.
+    void compareAsked(const QString &first, const QString &second); ///< Or two of them together.
 
 protected:
     bool advancesInPick() const override { return false; }
@@ -142,6 +150,7 @@ private:
     QList<int> targetsOf(const GLW *glw) const;
     void hide(const QList<int> &ids);
     void remove(const QList<int> &ids);
+    void addCompareEntry(MenuTree *tree);
     void passOn(GLW *glw, bool state);
     QString progress() const;
     void paintTiles(QPainter *painter);
@@ -149,6 +158,7 @@ private:
 
     QString name_;
     QString notice_;
+    QString hint_; // until something else is selected
     SheetEntries entries_;
     QHash<int, GLW *> tiles_;
     QHash<int, int> jobs_; // of the queue, to ids

@@ -26,6 +26,8 @@ TEST(OptionsTest, WhatMakesNoSenseIsRefused)
                                 "--size 800x9 => 16",
                                 "--fps 0 => \"0\"",
                                 "--up w a.obj => \"w\"",
+                                "--compare over a.obj b.obj => \"over\"",
+                                "--compare divider a.obj => two files",
                                 "--section w:3 a.obj => \"w:3\"",
                                 "--section x --section y --section z --section x a.obj => three",
                                 "--screenshot a.png => needs a file",

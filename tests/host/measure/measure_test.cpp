@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Areas, volumes, round edges and faces, what measurements say, what a pointer means, and where
 // labels stand.
+#include "host/measure/common_frame.h"
 #include "host/measure/label_layout.h"
 #include "host/measure/measurement.h"
 #include "host/measure/round.h"
@@ -302,6 +303,44 @@ TEST(LabelLayoutTest, LabelsStayInsideAndApart)
         EXPECT_TRUE(bounds.contains(places[i])) << i;
         for (std::size_t k = 0; k < i; ++k)
             EXPECT_FALSE(places[i].intersects(places[k])) << i << " on " << k;
+    }
+}
+
+TEST(CommonFrameTest, WhatHasTheSameCoordinatesLiesInTheSamePlace)
+{
+    const struct {
+        const char *name;
+        FileAxes axes;
+        std::array<double, 3> origin;
+        QString unit;
+        Vec at; // in its file, of what lies at 1, 2, 3 in the file of the other
+    } rows[] = {{"Same", FileAxes::standing(FileAxes::Z), {{10, 20, 30}}, "mm", {1, 2, 3}},
+                {"YUp", FileAxes(), {{10, 20, 30}}, "mm", {1, 2, 3}},
+                {"Mirrored", {{{1, 2, -3}}}, {{10, 20, 30}}, "", {1, 2, 3}},
+                {"Origin", FileAxes::standing(FileAxes::X), {{7, -5, 64}}, "mm", {1, 2, 3}},
+                {"Inches", FileAxes(), {{0, 0, 0}}, "in", Vec(1, 2, 3) / 25.4},
+                {"UnitUnknown", FileAxes(), {{0, 0, 0}}, "el", {1, 2, 3}}};
+    Mesh other;
+    other.axes = FileAxes::standing(FileAxes::Z);
+    other.origin = {{10, 20, 30}};
+    other.unit = "mm";
+    const Vec wanted = placeInMesh(other, {1, 2, 3});
+    for (const auto &row : rows) {
+        Mesh mesh = cube().mesh;
+        mesh.axes = row.axes;
+        mesh.origin = row.origin;
+        mesh.unit = row.unit;
+        const Vec corner = placeInMesh(mesh, row.at);
+        for (int k = 0; k < 3; ++k)
+            mesh.positions[std::size_t(k)] = float(corner[k]);
+        const Vec normal = toFile(mesh.axes, {0, 0, 1});
+        const auto given = std::make_shared<Mesh>(mesh);
+        const MeshPtr moved = inFrameOf(other, given);
+        EXPECT_LT((vertexOf(*moved, 0) - wanted).norm(), 1e-5) << row.name;
+        const Vec turned(moved->normals[0], moved->normals[1], moved->normals[2]);
+        EXPECT_LT((toFile(moved->axes, turned) - normal).norm(), 1e-6) << row.name;
+        EXPECT_EQ(moved == given, QString(row.name) == "Same");
+        EXPECT_EQ(moved->axes.of, other.axes.of);
     }
 }
 

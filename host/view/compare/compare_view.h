@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+#ifndef HOST_VIEW_COMPARE_COMPARE_VIEW_H
+#define HOST_VIEW_COMPARE_COMPARE_VIEW_H
+
+#include <array>
+#include <memory>
+
+#include "host/read/read_queue.h"
+#include "host/view/compare/compare_way.h"
+#include "host/view/compare/divider.h"
+#include "host/view/view.h"
+
+namespace host {
+
+class ModelItem;
+
+/// Two models in one world, where their files' coordinates put them: beside one another with one
+/// pose for both cameras, or in one place with a line that is dragged between them.
+///
+/// The first of the two is shown on the left. Files are read by a queue that outlives the view.
+class CompareView : public View {
+    Q_OBJECT
+public:
+    /// One of the two: a mesh that was made of its file before is not read again.
+    struct Model {
+        QString path;
+        MeshPtr mesh = {};
+    };
+    CompareView(Window &window, ReadQueue &queue, const Model &first, const Model &second,
+                CompareWay way);
+    ~CompareView() override;
+
+    CompareWay way() const { return way_; }
+    void setWay(CompareWay way);
+    Divider &divider() { return *divider_; }
+    /// Where a model is drawn: 0 is the one that was named first. Not in the window in every way.
+    GLW *tile(int model) const { return tiles_[std::size_t(model)]; }
+
+    bool isSettled() const override;
+    QString fault() const override;
+    QString title() const override;
+    void readAgain(const QString &path) override;
+    QList<QAction *> bindings() const override;
+
+public slots:
+    void Update(GLW *glw); ///< Called for every visible tile in every pass.
+    void DrawBG(GLW *glw); ///< Called before the tiles are drawn.
+    void DrawFG(GLW *glw); ///< Called after them.
+
+    void NextWay(); ///< Shows the two in the next way.
+    void Swap();    ///< Lets the first be the second.
+    void DividerLeft() { moveDivider(-1); }
+    void DividerRight() { moveDivider(1); }
+
+protected:
+    bool advancesInPick() const override { return false; }
+    bool showsItemAt(const GLW *glw, const QPointF &at) const override;
+    void drawContents(GLW *glw, const Display &display) override;
+    void fillPicture(PictureContents &contents) override;
+    void paintText(GLW *scene, QPainter *painter) override;
+    void fillMenu(GLW *glw, MenuTree *tree) override;
+    GLW *keyTarget() const override { return shownTile(); }
+    QMarginsF covered(GLW *glw) const override;
+
+private:
+    struct Side {
+        QString path;
+        QString name;
+        MeshPtr mesh; ///< As it was read; null until then.
+        int job = 0;
+        double fraction = 0;
+        QString stage;
+        QString fault;
+    };
+
+    void addTiles();
+    void bindKeys();
+    void read(Side &side);
+    void connectQueue();
+    Side *sideOf(int job);
+    void take(Side &side, const Content &content);
+    void makeItems();
+    void place();
+    void follow();
+    void moveDivider(int steps);
+    bool areThere() const;
+    int first() const { return first_; }
+    int second() const { return 1 - first_; }
+    GLW *shownTile() const;
+    Item *shownItem(int model) const { return item(tile(model)); }
+    bool hasHeadings() const;
+    void paintWaiting(QPainter *painter);
+    void paintHeadings(QPainter *painter);
+
+    std::array<Side, 2> sides_;
+    std::array<GLW *, 2> tiles_{}; // of the scene
+    int first_ = 0;                // into both
+    GLW *leader_ = nullptr;        // the tile whose pose all take
+    CompareWay way_;
+    std::unique_ptr<Divider> divider_;
+    ReadQueue &queue_;
+};
+
+} // namespace host
+
+#endif
