@@ -33,7 +33,8 @@ public:
                     "away what is below. Up to three."),
         "axis"};
     const QCommandLineOption compare{
-        "compare", Options::tr("Hold two models against each other: beside or divider."), "how"};
+        "compare",
+        Options::tr("Hold two models against each other: beside, divider or difference."), "how"};
     const QCommandLineOption screenshot{
         "screenshot", Options::tr("Write a picture of what is shown to <file> and end."), "file"};
     const QCommandLineOption turntable{
@@ -212,7 +213,7 @@ Options parseOptions(const QStringList &arguments)
     if (parser.isSet(parser.compare)) {
         o.compare = compareWay(parser.value(parser.compare));
         if (!o.compare)
-            return refuse(Options::tr("--compare takes beside or divider, not \"%1\"")
+            return refuse(Options::tr("--compare takes beside, divider or difference, not \"%1\"")
                               .arg(parser.value(parser.compare)));
     }
     if (parser.isSet(parser.companions)) {

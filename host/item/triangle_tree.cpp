@@ -166,6 +166,58 @@ std::optional<TriangleHit> TriangleTree::nearest(const Ray &ray, const Accept &a
     return best;
 }
 
+/// The square of the distance from a point to the box; 0 inside of it.
+double TriangleTree::squareTo(quint32 node, const Vec &p) const
+{
+    const Box &box = nodes_[node].box;
+    double square = 0;
+    for (int k = 0; k < 3; ++k) {
+        const double d = std::max({double(box.min[k]) - p[k], p[k] - double(box.max[k]), 0.0});
+        square += d * d;
+    }
+    return square;
+}
+
+std::optional<NearestTriangle> TriangleTree::nearestTo(const Vec &p, double within) const
+{
+    if (nodes_.empty())
+        return {};
+    NearestTriangle best;
+    double least = within * within;
+    bool found = false;
+    quint32 stack[64]; // deeper than the tree of 2^32 triangles
+    int top = 0;
+    stack[top++] = 0;
+    while (top > 0) {
+        const quint32 index = stack[--top];
+        const Node &node = nodes_[index];
+        if (squareTo(index, p) > least)
+            continue;
+        for (quint32 i = 0; i < node.count; ++i) {
+            const quint32 triangle = order_[node.first + i];
+            const NearestOnTriangle nearest =
+                nearestOnTriangle(p, cornerOf(*mesh_, triangle, 0), cornerOf(*mesh_, triangle, 1),
+                                  cornerOf(*mesh_, triangle, 2));
+            const double square = (nearest.at - p).squaredNorm();
+            if (square < least || (!found && square == least)) {
+                best = {triangle, nearest, 0};
+                least = square;
+                found = true;
+            }
+        }
+        if (node.count > 0)
+            continue;
+        // The nearer child on top, so that the other is mostly passed over.
+        const bool secondNearer = squareTo(node.first, p) < squareTo(index + 1, p);
+        stack[top++] = secondNearer ? index + 1 : node.first;
+        stack[top++] = secondNearer ? node.first : index + 1;
+    }
+    if (!found)
+        return {};
+    best.distance = std::sqrt(least);
+    return best;
+}
+
 std::size_t TriangleTree::byteSize() const
 {
     return order_.capacity() * sizeof(quint32) + nodes_.capacity() * sizeof(Node);

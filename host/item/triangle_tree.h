@@ -4,10 +4,12 @@
 
 #include <atomic>
 #include <functional>
+#include <limits>
 #include <optional>
 #include <vector>
 
 #include "host/item/camera_geometry.h"
+#include "host/measure/nearest_on_triangle.h"
 #include "host/read/mesh.h"
 
 namespace host {
@@ -18,8 +20,15 @@ struct TriangleHit {
     double distance = 0;  ///< From the ray's origin, in the mesh's units.
 };
 
-/// Finds the triangle that a ray meets first, in a time that hardly grows with their number: boxes
-/// in boxes around the triangles. Coordinates are the mesh's.
+/// The point of a mesh's triangles that is nearest to another point.
+struct NearestTriangle {
+    quint32 triangle = 0; ///< Of several that it lies on, any.
+    NearestOnTriangle nearest;
+    double distance = 0; ///< To the other point.
+};
+
+/// Finds the triangle that a ray meets first, or that is nearest to a point, in a time that hardly
+/// grows with their number: boxes in boxes around the triangles. Coordinates are the mesh's.
 class TriangleTree {
 public:
     /// Builds the boxes around the triangles of @p mesh, about a second's work for a few million of
@@ -36,6 +45,11 @@ public:
     using Accept = std::function<bool(const TriangleHit &)>;
     std::optional<TriangleHit> nearest(const Ray &ray, const Accept &accept) const;
 
+    /// The nearest point, if one is no farther from @p p than @p within. A good guess for that
+    /// spares most of the search.
+    std::optional<NearestTriangle>
+    nearestTo(const Vec &p, double within = std::numeric_limits<double>::infinity()) const;
+
     std::size_t byteSize() const;
 
 private:
@@ -51,6 +65,7 @@ private:
 
     Box boxOf(quint32 begin, quint32 end) const;
     void build(quint32 begin, quint32 end, const std::atomic<bool> &cancel);
+    double squareTo(quint32 node, const Vec &p) const;
     double meets(quint32 triangle, const double origin[3], const double direction[3]) const;
 
     MeshPtr mesh_;

@@ -24,6 +24,10 @@ CompareView::CompareView(Window &window, ReadQueue &queue, const Model &first, c
     const Underlay under{tiles_[0], [this] { return item(tiles_[0]); },
                          [this]() -> const Display & { return display(); }};
     divider_ = std::make_unique<Divider>(under, window);
+    legend_ = std::make_unique<Legend>(Underlay{tiles_[differenceTile],
+                                                [this] { return item(tiles_[differenceTile]); },
+                                                [this]() -> const Display & { return display(); }},
+                                       window);
     connect(divider_.get(), &Divider::moved, this, [this] { changed(); });
     connect(&controls(), &Controls::steered, this, [this](GLW *glw) { leader_ = glw; });
     bindKeys();
@@ -125,6 +129,7 @@ void CompareView::makeItems()
         if (state)
             made->restore(tiles_[i], *state);
     }
+    forgetDifference();
     place();
 }
 
@@ -138,12 +143,16 @@ void CompareView::place()
 {
     follow();
     const bool beside = way_ == CompareWay::Beside;
-    tiles_[0]->setProperty("visible", true);
+    const bool coloured = way_ == CompareWay::Difference;
+    tiles_[0]->setProperty("visible", !coloured);
     tiles_[1]->setProperty("visible", beside);
-    const QVariantList order{first() + 1, second() + 1};
+    tiles_[differenceTile]->setProperty("visible", coloured);
+    const QVariantList order{first() + 1, second() + 1, int(differenceTile) + 1};
     scene()->setProperty("order", order);
     QMetaObject::invokeMethod(scene(), "UpdateLayout");
-    leader_ = shownTile();
+    if (item(shownTile()))
+        leader_ = shownTile();
+    measureDifference();
     divider_->setOn(way_ == CompareWay::Divider && areThere());
     changed();
 }
@@ -185,6 +194,8 @@ void CompareView::Update(GLW *glw)
 {
     if (!areThere()) // not before the first frame: until then the view is told how to look
         makeItems();
+    if (difference_.get() && !item(tiles_[differenceTile]))
+        showDifference();
     advance(glw);
     if (glw == leader_)
         follow();
@@ -227,19 +238,26 @@ void CompareView::fillPicture(PictureContents &contents)
         if (glw->property<bool>("visible"))
             contents.addModels(
                 glw, [this](GLW *at, const Display &display) { drawContents(at, display); });
-    if (picturesOverlays() && divider_->isThere())
-        contents.add(divider_->pictured());
+    for (Overlay *overlay :
+         {static_cast<Overlay *>(divider_.get()), static_cast<Overlay *>(legend_.get())})
+        if (picturesOverlays() && isOver(overlay))
+            contents.add(overlay->pictured());
     addTextTo(contents);
 }
 
 bool CompareView::isSettled() const
 {
+    if (way_ == CompareWay::Difference && !item(tiles_[differenceTile]))
+        return false;
     return areThere() && shownItem(0)->isWhole() && shownItem(1)->isWhole();
 }
 
 QString CompareView::fault() const
 {
-    return sides_[0].fault.isEmpty() ? sides_[1].fault : sides_[0].fault;
+    for (const Side &side : sides_)
+        if (!side.fault.isEmpty())
+            return side.fault;
+    return way_ == CompareWay::Difference ? differenceFault() : QString();
 }
 
 QString CompareView::title() const
@@ -255,10 +273,18 @@ void CompareView::readAgain(const QString &path)
             read(side);
 }
 
-QMarginsF CompareView::covered(GLW *) const
+/// What stands over the tiles that are in the window now.
+bool CompareView::isOver(const Overlay *overlay) const
+{
+    return overlay->isThere() && (overlay == legend_.get()) == (way_ == CompareWay::Difference);
+}
+
+QMarginsF CompareView::covered(GLW *glw) const
 {
     const double heading = noteHeight(window().widget()->font(), 2);
-    return {0, hasHeadings() ? heading : 0, 0, 0};
+    const bool beside = glw == tiles_[differenceTile] && isOver(legend_.get());
+    return {0, hasHeadings() ? heading : 0,
+            beside ? window().widget()->width() - legend_->bounds().left() : 0, 0};
 }
 
 bool CompareView::hasHeadings() const
@@ -273,6 +299,8 @@ void CompareView::paintText(GLW *, QPainter *painter)
         paintWaiting(painter);
     else if (hasHeadings())
         paintHeadings(painter);
+    if (areThere() && way_ == CompareWay::Difference)
+        paintDifferenceState(painter);
 }
 
 /// How far each has been read, where it will be.
@@ -302,7 +330,14 @@ void CompareView::paintHeadings(QPainter *painter)
     const QRectF bounds = window().widget()->rect();
     for (const int model : {first(), second()}) {
         const Item *shown = shownItem(model);
+        if (way_ == CompareWay::Difference && model == first())
+            continue; // the legend names it
         QRectF place = tile(model)->rect;
+        if (way_ == CompareWay::Difference) {
+            place = bounds;
+            if (isOver(legend_.get()))
+                place.setRight(legend_->bounds().left());
+        }
         if (divider_->isOn()) {
             place = bounds;
             const double line = divider_->share() * bounds.width();

@@ -7,7 +7,9 @@
 
 #include "host/read/read_queue.h"
 #include "host/view/compare/compare_way.h"
+#include "host/view/compare/difference.h"
 #include "host/view/compare/divider.h"
+#include "host/view/compare/legend.h"
 #include "host/view/view.h"
 
 namespace host {
@@ -15,7 +17,8 @@ namespace host {
 class ModelItem;
 
 /// Two models in one world, where their files' coordinates put them: beside one another with one
-/// pose for both cameras, or in one place with a line that is dragged between them.
+/// pose for both cameras, in one place with a line that is dragged between them, or the second in
+/// colours that say how far it lies from the first one's surface.
 ///
 /// The first of the two is shown on the left. Files are read by a queue that outlives the view.
 class CompareView : public View {
@@ -33,7 +36,10 @@ public:
     CompareWay way() const { return way_; }
     void setWay(CompareWay way);
     Divider &divider() { return *divider_; }
-    /// Where a model is drawn: 0 is the one that was named first. Not in the window in every way.
+    /// What was measured of the second one from the first; null until it is there.
+    const Difference::Found *difference() const { return difference_.get(); }
+    /// Where a model is drawn: 0 is the one that was named first, 2 their difference. Not all are
+    /// in the window at once.
     GLW *tile(int model) const { return tiles_[std::size_t(model)]; }
 
     bool isSettled() const override;
@@ -41,6 +47,7 @@ public:
     QString title() const override;
     void readAgain(const QString &path) override;
     QList<QAction *> bindings() const override;
+    bool leaveTool() override;
 
 public slots:
     void Update(GLW *glw); ///< Called for every visible tile in every pass.
@@ -51,6 +58,10 @@ public slots:
     void Swap();    ///< Lets the first be the second.
     void DividerLeft() { moveDivider(-1); }
     void DividerRight() { moveDivider(1); }
+    void WiderColours() { stepColours(true); }
+    void NarrowerColours() { stepColours(false); }
+    void LargerTolerance() { stepTolerance(true); }
+    void SmallerTolerance() { stepTolerance(false); }
 
 protected:
     bool advancesInPick() const override { return false; }
@@ -75,6 +86,7 @@ private:
 
     void addTiles();
     void bindKeys();
+    void bindColours();
     void read(Side &side);
     void connectQueue();
     Side *sideOf(int job);
@@ -83,21 +95,36 @@ private:
     void place();
     void follow();
     void moveDivider(int steps);
+    MeshPtr meshOf(int model) const;
+    QString differenceFault() const;
+    void leadByFirst();
+    void forgetDifference();
+    void measureDifference();
+    void showDifference();
+    void tellDifference();
+    void stepColours(bool up);
+    void stepTolerance(bool up);
+    void paintDifferenceState(QPainter *painter);
     bool areThere() const;
     int first() const { return first_; }
     int second() const { return 1 - first_; }
     GLW *shownTile() const;
     Item *shownItem(int model) const { return item(tile(model)); }
     bool hasHeadings() const;
+    bool isOver(const Overlay *overlay) const;
     void paintWaiting(QPainter *painter);
     void paintHeadings(QPainter *painter);
 
     std::array<Side, 2> sides_;
-    std::array<GLW *, 2> tiles_{}; // of the scene
+    static constexpr std::size_t differenceTile = 2;
+    std::array<GLW *, 3> tiles_{}; // of the scene: of both, and of their difference
     int first_ = 0;                // into both
     GLW *leader_ = nullptr;        // the tile whose pose all take
     CompareWay way_;
     std::unique_ptr<Divider> divider_;
+    std::unique_ptr<Legend> legend_;
+    Difference difference_;
+    double end_ = 0, tolerance_ = 0; // of the colours, in the file's unit; 0: not chosen yet
     ReadQueue &queue_;
 };
 

@@ -4,22 +4,22 @@
 
 #include <optional>
 
-#include <QString>
+#include <QStringList>
 
 namespace host {
 
 /// How two models are held against each other, in the order in which a key goes round.
 enum class CompareWay {
-    Beside,  ///< Beside one another.
-    Divider, ///< In one place; one is seen left of a line, the other right of it.
+    Beside,     ///< Beside one another.
+    Divider,    ///< In one place; one is seen left of a line, the other right of it.
+    Difference, ///< The second, in colours of how far it is from the first.
 };
 
-/// The way that a command line calls beside or divider; nothing for another word.
+/// The way that a command line calls beside, divider or difference; nothing for another word.
 inline std::optional<CompareWay> compareWay(const QString &word)
 {
-    if (word == QLatin1String("beside"))
-        return CompareWay::Beside;
-    return word == QLatin1String("divider") ? std::optional(CompareWay::Divider) : std::nullopt;
+    const int way = QStringList{"beside", "divider", "difference"}.indexOf(word);
+    return way < 0 ? std::nullopt : std::optional(CompareWay(way));
 }
 
 } // namespace host

@@ -1,5 +1,10 @@
 // SPDX-License-Identifier: MIT
-// What of triangles, lines and points a line of sight finds.
+// What of triangles, lines and points a line of sight finds, and which is nearest.
+#include <random>
+#include <set>
+
+#include <Eigen/Geometry>
+
 #include "host/item/thin_tree.h"
 #include "host/item/triangle_tree.h"
 #include "tests/host/shapes.h"
@@ -20,6 +25,7 @@ MeshPtr squaresAt(const std::vector<QVector3D> &corners)
 }
 
 const std::atomic<bool> goOn{false}, stop{true};
+const Vec o(0, 0, 0);
 
 TEST(TriangleTreeTest, MeetsTheFirstOfMany)
 {
@@ -47,6 +53,62 @@ TEST(TriangleTreeTest, MeetsTheFirstOfMany)
         EXPECT_EQ(met(-1, 0.5f, 0.5f, {1, 0, 0}), -1) << "along";
         EXPECT_FALSE(none.nearest({above, -up})) << "cancelled";
     }
+}
+
+TEST(TriangleTreeTest, FindsTheNearestPointAsTryingAllOfThemDoes)
+{
+    Shape shape;
+    std::mt19937 random(7);
+    const auto place = [&](double size) {
+        std::uniform_real_distribution<double> to(-size, size);
+        return Vec(to(random), to(random), to(random));
+    };
+    for (int i = 0; i < 150; ++i) {
+        const Vec at = place(9);
+        shape.triangle(at, at + place(2), at + place(2));
+    }
+    const auto mesh = std::make_shared<Mesh>(shape.mesh);
+    const TriangleTree tree(mesh, goOn);
+    std::set<int> places;
+    for (int i = 0; i < 400; ++i) {
+        const Vec p = place(12);
+        double least = 1e9;
+        for (quint32 t = 0; t < 150; ++t) {
+            const Vec corners[] = {cornerOf(*mesh, t, 0), cornerOf(*mesh, t, 1),
+                                   cornerOf(*mesh, t, 2)};
+            const auto [at, where] = nearestOnTriangle(p, corners[0], corners[1], corners[2]);
+            least = std::min(least, (at - p).norm());
+            // A point of a convex shape is the nearest if none of it lies farther towards p.
+            for (const Vec &corner : corners)
+                EXPECT_LT((corner - at).dot(p - at), 1e-9);
+            const Vec &from = corners[where % 3], &to = corners[(where + 1) % 3];
+            const double way = (to - from).norm(), left = (at - from).norm() + (to - at).norm();
+            if (where < NearestOnTriangle::Edge0)
+                EXPECT_EQ(at, from);
+            else if (where < NearestOnTriangle::Inside)
+                EXPECT_NEAR(left, way, 1e-9);
+            const Vec normal = normalOf(*mesh, t);
+            double area = 0;
+            for (int k = 0; k < 3; ++k)
+                area += (corners[k] - at).cross(corners[(k + 1) % 3] - at).norm();
+            EXPECT_NEAR(area, normal.norm(), 1e-7);
+            places.insert(where);
+        }
+        const auto found = tree.nearestTo(p), still = tree.nearestTo(p, least * 1.0001);
+        ASSERT_TRUE(found && still);
+        EXPECT_DOUBLE_EQ(found->distance, least);
+        EXPECT_DOUBLE_EQ(still->distance, least);
+        EXPECT_DOUBLE_EQ((found->nearest.at - p).norm(), least);
+        EXPECT_FALSE(tree.nearestTo(p, least * 0.999));
+    }
+    EXPECT_EQ(places.size(), 7u);
+    EXPECT_FALSE(TriangleTree(mesh, stop).nearestTo(o));
+    const Vec flat[][4] = {{o, {4, 0, 0}, {1, 0, 0}, {2, 0, 0}},
+                           {{2, 0, 0}, o, {4, 0, 0}, {2, 0, 0}},
+                           {o, o, {2, 0, 0}, {2, 0, 0}},
+                           {{2, 0, 0}, {2, 0, 0}, {2, 0, 0}, {2, 0, 0}}};
+    for (const auto &[a, b, c, nearest] : flat)
+        EXPECT_LT((nearestOnTriangle({2, 3, 1}, a, b, c).at - nearest).norm(), 1e-12);
 }
 
 using Kind = MeshPart::Kind;

@@ -4,6 +4,7 @@
 #include "host/measure/common_frame.h"
 #include "host/measure/label_layout.h"
 #include "host/measure/measurement.h"
+#include "host/measure/refined_mesh.h"
 #include "host/measure/round.h"
 #include "host/measure/snap.h"
 #include "tests/host/shapes.h"
@@ -339,9 +340,43 @@ TEST(CommonFrameTest, WhatHasTheSameCoordinatesLiesInTheSamePlace)
         EXPECT_LT((vertexOf(*moved, 0) - wanted).norm(), 1e-5) << row.name;
         const Vec turned(moved->normals[0], moved->normals[1], moved->normals[2]);
         EXPECT_LT((toFile(moved->axes, turned) - normal).norm(), 1e-6) << row.name;
+        EXPECT_GT(
+            toFile(moved->axes, normalOf(*moved, 5)).dot(toFile(mesh.axes, normalOf(mesh, 5))), 0);
         EXPECT_EQ(moved == given, QString(row.name) == "Same");
         EXPECT_EQ(moved->axes.of, other.axes.of);
     }
+}
+
+TEST(RefinedMeshTest, HasTheSameSurfaceInSmallTriangles)
+{
+    Mesh mesh = box({0, 0, 0}, {4, 2, 1}).split(5).mesh;
+    mesh.positions.insert(mesh.positions.end(), {7, 0, 0, 8, 0, 0, 9, 1, 2});
+    mesh.indices.insert(mesh.indices.end(), {0, 37});
+    using Kind = MeshPart::Kind;
+    mesh.parts.push_back({"line", {}, {}, 36, 2, Kind::Lines});
+    mesh.parts.push_back({"point", {}, {}, 38, 0, Kind::Points, 38, 1});
+    for (const double longest : {1.1, 0.3}) {
+        const auto fine = std::make_shared<Mesh>(refinedMesh(mesh, longest, 1000000, goOn));
+        const MeshTopology topology(fine, goOn);
+        double greatest = 0;
+        for (quint32 c = 0; c < fine->triangleCount() * 3; ++c)
+            greatest =
+                std::max(greatest, (topology.at(c) - topology.at(MeshTopology::next(c))).norm());
+        EXPECT_LE(greatest, longest);
+        EXPECT_GT(greatest, longest / 2);
+        const SurfaceMeasures all = measureSurface(topology, {}, goOn);
+        EXPECT_EQ(int(all.bounds), int(Bounds::Volume));
+        EXPECT_NEAR(all.volume, 8, 1e-9);
+        EXPECT_NEAR(measureSurface(topology, {true}, goOn).area, 2 + 2 + 2, 1e-9);
+        EXPECT_EQ(fine->normals.size(), fine->firstPoint() * 3 - 6) << "two are the line's";
+        const quint32 *line = &fine->indices[fine->parts[2].firstIndex];
+        EXPECT_EQ(vertexOf(*fine, line[0]), vertexOf(mesh, 0));
+        EXPECT_EQ(vertexOf(*fine, line[1]), Vec(8, 0, 0));
+        EXPECT_EQ(vertexOf(*fine, fine->parts[3].firstVertex), Vec(9, 1, 2));
+        EXPECT_EQ(fine->max, QVector3D(9, 2, 2));
+    }
+    const std::size_t count = refinedMesh(mesh, 1e-9, 1000, goOn).triangleCount();
+    EXPECT_TRUE(count >= 1000 && count < 4000) << count;
 }
 
 } // namespace

@@ -55,7 +55,7 @@ TEST_F(CompareTest, TheDividerShowsOneOnEachSide)
                 differing[left ? 0 : 1] += first.pixel(x, y) != second.pixel(x, y);
                 wrong += both.pixel(x, y) != (left ? first : second).pixel(x, y);
             }
-        EXPECT_EQ(wrong, 0) << swapped;
+        EXPECT_LE(wrong, 4) << swapped << ": where the line cuts an outline";
         EXPECT_GT(differing[0], 5000);
         EXPECT_GT(differing[1], 5000);
         const QRgb ground = both.pixel(1190, 400), middle = first.pixel(1000, 400);
@@ -88,7 +88,7 @@ TEST_F(CompareTest, BothLieInOneWorldAndAreLookedAtTogether)
     };
     EXPECT_FALSE(differ());
     for (const char *script : {"450,200 move down +30,20 move up", "150,200 move wheel", "O", "U",
-                               "S 450,200 move 4", "D 450,200 move down +30,20 move up D"}) {
+                               "S 450,200 move 4", "D 450,200 move down +30,20 move up D D"}) {
         const GL::Camera before = camera(0);
         const FileAxes axes = *item(0)->axes();
         hand(script);
@@ -100,6 +100,46 @@ TEST_F(CompareTest, BothLieInOneWorldAndAreLookedAtTogether)
             << script;
     }
     EXPECT_LT(view->tile(1)->rect.right(), view->tile(0)->rect.right()) << "swapped";
+}
+
+TEST_F(CompareTest, ColoursSayHowFarTheSecondIs)
+{
+    open(CompareWay::Difference);
+    ASSERT_TRUE(view->difference());
+    EXPECT_DOUBLE_EQ(view->difference()->deviation.greatest, 6) << "at the end of the third box";
+    view->lookFrom(Steering::Side::Front);
+    view->ToggleLighting();
+    settle(view->tile(2));
+    const auto colourAt = [this](float x) { // of the front
+        const ModelItem *shown = item(2);
+        const QVector3D at = (QVector3D(x, 1.3f, 2) - shown->centre()) * shown->scale();
+        const QPointF p = CameraSteering::geometryOf(view->tile(2)).pixel(at);
+        return QColor(picture(0.5).pixel(QPointF(p.x() * 2, 800 - p.y() * 2).toPoint()));
+    };
+    const auto near = [](const QColor &a, const QColor &b) {
+        return std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) +
+                   std::abs(a.blue() - b.blue()) <
+               12;
+    };
+    for (const double end : {10.0, 20.0, 5.0}) {
+        for (const auto &[x, distance] : {std::pair{1.0f, 0.0}, {4.5f, 2.5}, {7.5f, 5.5}}) {
+            const QColor seen = colourAt(x), meant = ColourScale{true, end}.at(distance);
+            EXPECT_TRUE(near(seen, meant))
+                << end << ' ' << distance << ' ' << seen.name().toStdString() << " for "
+                << meant.name().toStdString();
+        }
+        const float radius = camera(2).radius;
+        hand(end == 10 ? "]" : "[ [");
+        EXPECT_EQ(camera(2).radius, radius);
+    }
+    hand("S"); // the boxes bound a volume too
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        frame();
+        return view->isSettled();
+    }));
+    EXPECT_EQ(view->difference()->deviation.largest, 0) << "the first lies on the others";
+    hand("Esc");
+    EXPECT_EQ(view->way(), CompareWay::Difference) << "nothing is under way";
 }
 
 TEST_F(CompareTest, TwoOfASheetAreComparedAndLeft)
