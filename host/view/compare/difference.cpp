@@ -11,7 +11,6 @@ namespace host {
 
 namespace {
 
-constexpr double fineness = 128;          // the size of a model by its longest edge
 constexpr std::size_t enough = 1'000'000; // triangles; a file may have more
 constexpr double prepared = 0.3;          // of all the work
 
@@ -84,11 +83,11 @@ QString Difference::fault(const Mesh &from, const Mesh &mesh)
     return {};
 }
 
-void Difference::start(const MeshPtr &from, const MeshPtr &mesh)
+void Difference::start(const MeshPtr &from, const MeshPtr &mesh, double fineness)
 {
     progress_ = std::make_shared<std::atomic<double>>(0);
     work_ = std::make_unique<Background<Found>>();
-    work_->start([from, mesh, progress = progress_](const std::atomic<bool> &cancel) {
+    work_->start([from, mesh, fineness, progress = progress_](const std::atomic<bool> &cancel) {
         Found found;
         Measuring measure(from, cancel);
         *progress = prepared / 2;
@@ -102,6 +101,7 @@ void Difference::start(const MeshPtr &from, const MeshPtr &mesh)
             return Found();
         found.deviation.sumUp(*fine);
         found.mesh = fine;
+        *progress = 1;
         return found;
     });
 }

@@ -22,8 +22,9 @@ public:
     /// What makes it impossible; empty if nothing does.
     static QString fault(const Mesh &from, const Mesh &mesh);
 
-    /// Begins to measure @p mesh from @p from, and gives up what was under way.
-    void start(const MeshPtr &from, const MeshPtr &mesh);
+    /// Begins to measure @p mesh from @p from, and gives up what was under way. Edges of triangles
+    /// that are longer than its size by @p fineness are halved.
+    void start(const MeshPtr &from, const MeshPtr &mesh, double fineness = 100);
     void stop() { work_.reset(); } ///< Forgets all.
 
     bool isStarted() const { return work_ != nullptr; }

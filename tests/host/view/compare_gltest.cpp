@@ -133,10 +133,7 @@ TEST_F(CompareTest, ColoursSayHowFarTheSecondIs)
         EXPECT_EQ(camera(2).radius, radius);
     }
     hand("S"); // the boxes bound a volume too
-    ASSERT_TRUE(QTest::qWaitFor([&] {
-        frame();
-        return view->isSettled();
-    }));
+    show(*view);
     EXPECT_EQ(view->difference()->deviation.largest, 0) << "the first lies on the others";
     hand("Esc");
     EXPECT_EQ(view->way(), CompareWay::Difference) << "nothing is under way";
