@@ -178,8 +178,10 @@ void CompareView::follow()
             continue;
         const auto up = leading->chosenUp();
         const bool turns = up && other->chosenUp() != up;
-        if (turns)
+        if (turns) {
+            window().widget()->makeCurrent();
             other->standOn(glw, *up);
+        }
         if (!turns && same(glw->camera))
             continue;
         other->steering().restore(glw, pose, leading->steering().wholeIn());
