@@ -17,6 +17,8 @@ packages_format=(git clang-format-14)
 packages_analyse=(cppcheck clang-tidy-14)
 packages_docs=(doxygen)
 packages_load=(stress-ng)
+packages_compare=(libqglviewer-dev-qt5 libvtk9-dev libvtk9-qt-dev libopenscenegraph-dev libcoin-dev
+                  python3-pyqt5 python3-pyqt5.qtopengl python3-opengl python3-pyqtgraph)
 
 say() { printf '== %s\n' "$*"; }
 

@@ -18,6 +18,7 @@ ThumbnailDrawing::ThumbnailDrawing(const ObjectFactory &factory, const Options &
     window_->setAttribute(Qt::WA_DontShowOnScreen);
     window_->setProperty("timer", false); // draws what is asked for, which is nothing
     window_->setProperty("fps", 0.0f);
+    window_->installEventFilter(this);
     window_->resize(windowSize(options));
     QMetaObject::invokeMethod(window_.get(), "AddGLWidget", Q_ARG(QObject *, scene_.get()));
     window_->show();
@@ -26,6 +27,13 @@ ThumbnailDrawing::ThumbnailDrawing(const ObjectFactory &factory, const Options &
 ThumbnailDrawing::~ThumbnailDrawing()
 {
     QMetaObject::invokeMethod(window_.get(), "RemoveGLWidget", Q_ARG(QObject *, scene_.get()));
+}
+
+/// What Qt would have painted is not seen, and swapped into nowhere.
+bool ThumbnailDrawing::eventFilter(QObject *object, QEvent *event)
+{
+    return event->type() == QEvent::Paint || event->type() == QEvent::UpdateRequest ||
+           QObject::eventFilter(object, event);
 }
 
 /// As a view would show it at first.
