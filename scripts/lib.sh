@@ -5,7 +5,8 @@
 # Debian packages by purpose; a command asks for the ones it uses. zlib is here because the CMake
 # package of assimp names it while its Debian package does not depend on it.
 packages_build=(ninja-build qtbase5-dev libqt5opengl5-dev libglu1-mesa-dev libassimp-dev
-                zlib1g-dev libcsv-dev libseccomp-dev libeigen3-dev libstb-dev)
+                zlib1g-dev libcsv-dev libmeshoptimizer-dev libseccomp-dev libeigen3-dev
+                libstb-dev)
 # A compiler or a CMake that came from elsewhere than Debian's packages serves as well.
 command -v c++ >/dev/null || packages_build+=(g++)
 command -v cmake >/dev/null || packages_build+=(cmake)

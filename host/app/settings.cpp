@@ -14,6 +14,7 @@ const char filesKey[] = "recent/files";
 const char sizeKey[] = "window/size";
 const char darkKey[] = "view/dark";
 const char orthographicKey[] = "view/orthographic";
+const char reducingKey[] = "view/lessMoving";
 const char partsOpenKey[] = "parts/open";
 const char partsWidthKey[] = "parts/width";
 const char folderKey[] = "recent/folder";
@@ -77,6 +78,16 @@ bool Settings::isOrthographic() const
 void Settings::setOrthographic(bool orthographic)
 {
     Store().setValue(orthographicKey, orthographic);
+}
+
+bool Settings::isReducing() const
+{
+    return Store().value(reducingKey, true).toBool();
+}
+
+void Settings::setReducing(bool reducing)
+{
+    Store().setValue(reducingKey, reducing);
 }
 
 bool Settings::arePartsOpen() const

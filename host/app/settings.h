@@ -24,6 +24,8 @@ public:
     void setDark(bool dark);
     bool isOrthographic() const; ///< The projection; perspective at first.
     void setOrthographic(bool orthographic);
+    bool isReducing() const; ///< Large models while they move; on at first.
+    void setReducing(bool reducing);
     bool arePartsOpen() const; ///< The list of parts; closed at first.
     void setPartsOpen(bool open);
     int partsWidth() const; ///< Its width in pixels; 0 if none was chosen.

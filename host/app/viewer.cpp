@@ -54,6 +54,7 @@ Viewer::Viewer(const ModuleLoader &loader, const Options &options)
         window_.frame()->setOpen(last.arePartsOpen());
     }
     display_.overlays = options.overlays;
+    display_.reduces = options.isPersonal() && Settings().isReducing();
     bindKeys();
     connect(&window_, &Window::filesDropped, this, &Viewer::open);
     connect(&watch_, &FileWatch::changed, this, [this](const QString &path) {
@@ -77,6 +78,7 @@ Viewer::~Viewer()
     Settings last;
     last.setDark(display_.dark);
     last.setOrthographic(orthographic_);
+    last.setReducing(display_.reduces);
     const SideFrame *frame = window_.frame();
     if (!frame)
         return;

@@ -37,6 +37,7 @@ struct Display {
     Mode mode = Mode::Shaded;
     bool hover = true;     ///< Whether what the pointer is on is marked and named.
     double pointScale = 1; ///< Points are so many times as wide as they would be.
+    bool reduces = true;   ///< Whether large models show less while the view moves.
     // What a picture asks for.
     bool overlays = true;     ///< Whether names, counts, axes and scale bar lie over what is shown.
     float scale = 1;          ///< Pixels drawn per window pixel: what widths are multiplied by.

@@ -32,6 +32,11 @@ quint64 EdgeLines::byteSize() const
     return (edges ? edges->byteSize() : 0) + inGL;
 }
 
+std::size_t EdgeLines::count() const
+{
+    return found_.get() ? found_.get()->vertices.size() / 2 : 0;
+}
+
 void EdgeLines::draw(const Mesh &mesh, const Display &display, const PartMarks &marks)
 {
     const MeshEdges *edges = found_.get();

@@ -21,7 +21,8 @@ public:
     bool isBusy() const { return found_.isBusy(); }
     bool isFound() const { return found_.isStarted() && !found_.isBusy(); }
     bool lackedMemory() const { return found_.lackedMemory(); }
-    quint64 byteSize() const; ///< In memory and in the GL.
+    quint64 byteSize() const;  ///< In memory and in the GL.
+    std::size_t count() const; ///< Of those found by now.
 
     /// Draws what is found by now of the parts that are not hidden. Expects the vertices' array to
     /// be set and the depth test to be as for the surface. Leaves lighting, texture, alpha test,

@@ -62,9 +62,18 @@ public:
     /// of them.
     virtual void setInsets(const QMarginsF &) {}
 
-    /// Called once a frame, after the steering advanced: whether that @p moved the view, and the
-    /// seconds since the last time.
-    virtual void passed(bool, double) {}
+    /// What a pass tells an item.
+    struct Pass {
+        bool moved = false;   ///< The view, or the item by itself.
+        bool reduces = false; ///< See Display.
+        double seconds = 0;   ///< Since the last pass.
+        double took = 0;      ///< Seconds that the last frame took until it was on the screen.
+    };
+    /// Called once a pass, after the steering advanced. Returns whether it is to be drawn anew.
+    virtual bool passed(const Pass &) { return false; }
+    /// Whether the last frame on the screen showed less than all, since the view moved: the passes
+    /// must go on, until it is drawn anew.
+    virtual bool isReduced() const { return false; }
 
     /// Whether something is under way that will show by itself, so that passes must go on.
     virtual bool isBusy() const { return false; }

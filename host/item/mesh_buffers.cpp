@@ -100,7 +100,7 @@ void MeshBuffers::destroy()
 }
 
 void MeshBuffers::draw(const Mesh &mesh, const Display &display, const PartMarks &marks,
-                       EdgeLines *edges)
+                       EdgeLines *edges, LevelBuffers *level)
 {
     if (!vertices_.isCreated())
         return;
@@ -140,7 +140,8 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const PartMarks
     const std::size_t normals = mesh.positions.size() * sizeof(float);
     const std::size_t colours = normals + mesh.normals.size() * sizeof(float);
     vertices_.bind();
-    indices_.bind();
+    level_ = level;
+    level ? level->bind() : void(indices_.bind());
     glEnableClientState(GL_VERTEX_ARRAY);
     glVertexPointer(3, GL_FLOAT, 0, offset(0));
     glEnableClientState(GL_NORMAL_ARRAY);
@@ -157,6 +158,7 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const PartMarks
     if (display.mode == Display::Mode::Edged && edges)
         edges->draw(mesh, display, marks);
 
+    level_ = nullptr;
     indices_.release();
     vertices_.release();
     glPopClientAttrib();
@@ -181,7 +183,7 @@ void MeshBuffers::drawHiddenLines(const Mesh &mesh, const Display &display, cons
     glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
     for (std::size_t i = 0; i < mesh.trianglePartCount(); ++i)
         if (!isTransparent(mesh.parts[i]) && !marks.isHidden(i))
-            drawTriangles(mesh.parts[i]);
+            drawTriangles(mesh, i);
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
     glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
     const Theme &theme = display.theme();
@@ -190,7 +192,7 @@ void MeshBuffers::drawHiddenLines(const Mesh &mesh, const Display &display, cons
             continue;
         const QColor &c = marks.isSelected(i) ? theme.accent : theme.ink;
         glColor4d(c.redF(), c.greenF(), c.blueF(), 1);
-        drawTriangles(mesh.parts[i]);
+        drawTriangles(mesh, i);
     }
 }
 
@@ -228,7 +230,7 @@ void MeshBuffers::drawShapes(const Mesh &mesh, const PartColour &paint)
         if (!paint(i))
             continue;
         if (mesh.parts[i].kind == MeshPart::Kind::Triangles)
-            drawTriangles(mesh.parts[i]);
+            drawTriangles(mesh, i);
         else
             drawThinPart(mesh.parts[i]);
     }
@@ -276,15 +278,19 @@ void MeshBuffers::drawPart(const Mesh &mesh, std::size_t index, const Display &d
     textures_.cover(covered ? part.cover : Cover(), isMarked);
     if (covered)
         glEnableClientState(GL_TEXTURE_COORD_ARRAY);
-    drawTriangles(part);
+    drawTriangles(mesh, index);
     if (covered)
         glDisableClientState(GL_TEXTURE_COORD_ARRAY); // not all vertices have coordinates
 }
 
-void MeshBuffers::drawTriangles(const MeshPart &part)
+void MeshBuffers::drawTriangles(const Mesh &mesh, std::size_t index) const
 {
-    glDrawElements(GL_TRIANGLES, GLsizei(part.indexCount), GL_UNSIGNED_INT,
-                   offset(std::size_t(part.firstIndex) * sizeof(quint32)));
+    const MeshPart &part = mesh.parts[index];
+    const auto [first, count] =
+        level_ ? level_->run(index) : std::pair(part.firstIndex, part.indexCount);
+    if (count > 0)
+        glDrawElements(GL_TRIANGLES, GLsizei(count), GL_UNSIGNED_INT,
+                       offset(std::size_t(first) * sizeof(quint32)));
 }
 
 } // namespace host

@@ -7,6 +7,7 @@
 
 #include "host/item/display.h"
 #include "host/item/edge_lines.h"
+#include "host/item/level_buffers.h"
 #include "host/item/mesh_points.h"
 #include "host/item/mesh_textures.h"
 #include "host/item/part_marks.h"
@@ -37,8 +38,9 @@ public:
     /// that look away first. Expects the light's place and the matrices to be set. Leaves GL state
     /// as it was.
     /// @p edges lie over surfaces that are drawn with their edges; null: there are none.
+    /// @p level stands for the triangles, as it was chosen; null: all are drawn.
     void draw(const Mesh &mesh, const Display &display, const PartMarks &marks,
-              EdgeLines *edges = nullptr);
+              EdgeLines *edges = nullptr, LevelBuffers *level = nullptr);
 
     /// Draws its lines and points, as drawLinesAndPoints() does: before draw(), since transparent
     /// parts cover what is there already.
@@ -52,7 +54,7 @@ public:
 private:
     void drawSurfaces(const Mesh &mesh, const Display &display, const PartMarks &marks);
     void drawHiddenLines(const Mesh &mesh, const Display &display, const PartMarks &marks);
-    static void drawTriangles(const MeshPart &part);
+    void drawTriangles(const Mesh &mesh, std::size_t index) const;
     void drawPart(const Mesh &mesh, std::size_t index, const Display &display, bool isMarked);
     void drawTransparent(const Mesh &mesh, const Display &display, const PartMarks &marks);
 
@@ -60,6 +62,7 @@ private:
     QOpenGLBuffer indices_{QOpenGLBuffer::IndexBuffer};
     MeshTextures textures_;
     TransparentParts transparent_;
+    const LevelBuffers *level_ = nullptr; // while draw() runs, what stands for the triangles
     quint64 bytes_ = 0;
 };
 

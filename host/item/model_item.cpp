@@ -103,6 +103,8 @@ QString ModelItem::details() const
         all << tr("no memory for its edges");
     if (section_.lackedMemory())
         all << tr("no memory for the cut faces");
+    if (levels_.lackedMemory())
+        all << tr("no memory to draw less of it while it moves");
     return all.join(QStringLiteral("  ·  "));
 }
 
@@ -129,7 +131,7 @@ quint64 ModelItem::byteSize() const
     if (playback_) // a pose, and the mesh that stands in it, which shares textures and rig
         bytes += mesh_->normalCount() * perPosed + mesh_->byteSize() - mesh_->textureBytes() -
                  mesh_->rig->byteSize();
-    bytes += edges_.byteSize();
+    bytes += edges_.byteSize() + levels_.byteSize(*mesh_);
     if (const Trees *trees = tree_.get())
         return bytes + trees->triangles.byteSize() + (trees->thin ? trees->thin->byteSize() : 0);
     if (!tree_.isBusy())
@@ -196,6 +198,7 @@ void ModelItem::release()
     buffers_.destroy();
     section_.release();
     edges_.destroy();
+    levels_.destroy();
 }
 
 /// Notes how large a pixel is that looks at the model.
@@ -212,6 +215,7 @@ void ModelItem::measurePixel(const GLW *glw)
 void ModelItem::draw3D(GLW *glw, const Display &display)
 {
     measurePixel(glw);
+    noteDetail(display);
     const bool edged = display.mode == Display::Mode::Edged && mesh_->triangleCount() > 0;
     if (edged)
         edges_.request(base_);
@@ -223,12 +227,15 @@ void ModelItem::draw3D(GLW *glw, const Display &display)
 
 void ModelItem::drawBody(const Display &display, EdgeLines *edges)
 {
-    const std::size_t most = display.whole ? mesh_->pointCount() : budget_.most();
+    const Detail detail = detailOf(display.reduces && !display.whole);
+    // Lines by the million cost more than what they lie on.
+    if (levels_.choose(detail.level) && edges_.count() > levels_.triangleCount())
+        edges = nullptr;
     const ModelSection::Clipping clipping(section_);
     if (!moving_) // its faces are those of the mesh
         section_.drawCaps(SectionCaps::Opaque, display, marks_, pixel_);
-    buffers_.drawThin(*mesh_, display, marks_, {pixel_, spacing_, most});
-    buffers_.draw(*mesh_, display, marks_, edges);
+    buffers_.drawThin(*mesh_, display, marks_, {pixel_, spacing_, detail.points});
+    buffers_.draw(*mesh_, display, marks_, edges, detail.level < 0 ? nullptr : &levels_);
     if (!moving_)
         section_.drawCaps(SectionCaps::Transparent, display, marks_, pixel_);
 }

@@ -8,14 +8,15 @@
 
 #include "host/item/background.h"
 #include "host/item/camera_steering.h"
+#include "host/item/detail_budget.h"
 #include "host/item/edge_lines.h"
 #include "host/item/item.h"
+#include "host/item/level_buffers.h"
 #include "host/item/mesh_buffers.h"
 #include "host/item/model_section.h"
 #include "host/item/part_brackets.h"
 #include "host/item/part_marks.h"
 #include "host/item/playback.h"
-#include "host/item/point_budget.h"
 #include "host/item/rig_pose.h"
 #include "host/item/thin_tree.h"
 #include "host/item/triangle_tree.h"
@@ -24,7 +25,8 @@
 namespace host {
 
 /// A model: its triangles, lines and points in GL buffers, lit, with the part under the pointer
-/// marked. Of many points a frame may draw a sample: all of them once the view rests.
+/// marked. While the view moves, a frame draws a sample of many points, and many triangles with
+/// less detail: all of them once the view rests. Only what is drawn on the screen is reduced.
 ///
 /// World: the model is moved and scaled so that it fills CameraMotion::worldRadius.
 class ModelItem : public Item, private CameraSteering::Shape {
@@ -64,12 +66,9 @@ public:
     void standOn(GLW *glw, FileAxes::Axis up) override;
     std::optional<FileAxes::Axis> chosenUp() const override { return chosenUp_; }
     double unitsPerPixel(const GLW *glw) const override;
-    void passed(bool moved, double seconds) override { budget_.advance(moved, seconds); }
-    bool isBusy() const override
-    {
-        return tree_.isBusy() || edgesDue_ || budget_.most() < mesh_->pointCount() ||
-               section_.isBusy();
-    }
+    bool passed(const Pass &pass) override;
+    bool isReduced() const override { return reduced_; }
+    bool isBusy() const override { return tree_.isBusy() || edgesDue_ || section_.isBusy(); }
     bool hasPoints() const override { return mesh_->pointCount() > 0; }
     bool isWhole() const override { return !section_.isBusy() && !edgesDue_; }
 
@@ -128,6 +127,13 @@ private:
     int partOf(quint32 triangle) const;
     void selectMeant();
     void takePose();
+    /// What a frame draws of the model.
+    struct Detail {
+        std::size_t points = 0;
+        int level = -1; // of its triangles; negative: all
+    };
+    Detail detailOf(bool reduces) const;
+    void noteDetail(const Display &display);
 
     QString name_;
     MeshPtr mesh_;   // as it is drawn, but for while it moves
@@ -143,10 +149,14 @@ private:
     std::optional<FileAxes::Axis> chosenUp_;
     CameraSteering steering_{*this};
     MeshBuffers buffers_;
-    PointBudget budget_;
-    quint64 shape_ = 0;  // which of its meshes it is
-    double spacing_ = 0; // of points, in the world
-    double pixel_ = 0;   // of the object, in the world, at the depth that one looks at
+    DetailBudget budget_;
+    LevelBuffers levels_;
+    bool reduces_ = true;  // frames may leave something out while the view moves
+    bool shown_ = false;   // by a frame on the screen
+    bool reduced_ = false; // the last of them left something out
+    quint64 shape_ = 0;    // which of its meshes it is
+    double spacing_ = 0;   // of points, in the world
+    double pixel_ = 0;     // of the object, in the world, at the depth that one looks at
     double aimRadius_ = 0, aimSlope_ = 0; // of the room that a pixel sees: see Aim
     ModelSection section_;
     PartBrackets brackets_;

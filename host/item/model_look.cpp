@@ -2,8 +2,6 @@
 // What a model's picture shows, and what lies over it.
 #include "host/item/model_item.h"
 
-#include <algorithm>
-
 namespace host {
 
 namespace {
@@ -27,7 +25,9 @@ QByteArray ModelItem::look(GLW *) const
         return {};
     QByteArray all;
     add(all, shape_);
-    add(all, std::min(budget_.most(), std::size_t(count()))); // while it moves not all is drawn
+    const Detail detail = detailOf(reduces_); // while it moves not all is drawn
+    add(all, detail.points);
+    add(all, detail.level);
     all.append(buffers_.isCreated() ? 'b' : '-');
     all.append(edges_.isFound() ? 'e' : '-'); // drawn from then on
     if (section_.isCutting()) {

@@ -29,13 +29,18 @@ void connectBase(QObject *scene, const char *base, const char *signal, QObject *
         QObject::connect(scene, meta->method(from), receiver, receiver->metaObject()->method(to));
 }
 
+/// Of frames that are drawn again to smooth what stays, in seconds: meanwhile nothing answers.
+constexpr double slowest = 0.5;
+
 } // namespace
 
 View::View(Window &window, const char *className, bool single)
     : window_(window),
       area_(window),
-      refinement_(window.widget(),
-                  [this] { return isSettled() && !window_.clock().isContinuous(); }, {})
+      refinement_(
+          window.widget(),
+          [this] { return isSettled() && !window_.clock().isContinuous() && frameTook_ < slowest; },
+          {})
 {
     scene_ = window.addScene(className, "scene");
     controls_ = new Controls(
@@ -220,16 +225,36 @@ void View::advance(GLW *glw)
     const bool first = !slot.advanced;
     const double now = window_.clock().seconds();
     const double seconds = now - slot.advanced.value_or(now);
-    slot.advanced = now;
+    slot.advanced = passed_ = now;
     slot.item->setInsets(covered(glw));
     const bool moved = slot.item->steering().advance(glw, seconds);
     const bool played = slot.item->play(seconds);
-    slot.item->passed(moved || played, seconds);
-    if (played || (moved && !first))
+    const bool due = slot.item->passed({moved || played, display_.reduces, seconds, frameTook_});
+    if (played || due || (moved && !first))
         changed();
     // Where an item finds its place at first nobody moved it, and hundreds may arrive.
-    if (moved || slot.item->isBusy())
+    else if (moved)
         changedSoon();
+    if (slot.item->isBusy())
+        changedSoon();
+    if (slot.item->isReduced())
+        refinement_.interrupt(); // the mean is that of whole models
+}
+
+/// Takes how long the frame takes that is under way: when events come again, it is on the screen.
+void View::timeFrame()
+{
+    QMetaObject::invokeMethod(
+        this, [this, begin = passed_] { frameTook_ = window_.clock().seconds() - begin; },
+        Qt::QueuedConnection);
+}
+
+bool View::isQuiet() const
+{
+    for (const auto &[glw, slot] : slots_)
+        if (slot.item->isReduced() && glw->property<bool>("visible"))
+            return false;
+    return refinement_.isAtRest() && !budget_.isPending();
 }
 
 void View::Draw3D(GLW *glw)
@@ -249,6 +274,8 @@ void View::drawItem(GLW *glw, bool marked)
     Display shownAs = display_;
     shownAs.hover = display_.hover && marked;
     drawContents(glw, shownAs);
+    if (shown->isReduced())
+        window_.clock().touch(); // the passes go on, in which it comes to rest
 }
 
 void View::drawContents(GLW *glw, const Display &display)
@@ -324,6 +351,7 @@ void View::PaintForeground(GLW *glw, QPainter *painter)
     if (showsBindings_)
         paintList(painter);
     budget_.measure();
+    timeFrame();
     painter->beginNativePainting();
     emit framePainted();
     painter->endNativePainting();

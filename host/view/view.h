@@ -93,7 +93,7 @@ public:
     void changedSoon();
 
     /// Whether no frame comes by itself any more: what is shown is smoothed, and nothing goes on.
-    virtual bool isQuiet() const { return refinement_.isAtRest() && !budget_.isPending(); }
+    virtual bool isQuiet() const;
 
 signals:
     void titleChanged();
@@ -114,7 +114,8 @@ public slots:
 
     void NextUp(GLW *glw); ///< Lets the next axis of the file point up.
     void ToggleLighting();
-    void NextMode(); ///< Draws surfaces in the next way.
+    void ToggleReducing(); ///< Whether large models show less while they move.
+    void NextMode();       ///< Draws surfaces in the next way.
     void WiderPoints();
     void ThinnerPoints();
     void ToggleBackdrop();
@@ -221,6 +222,7 @@ private:
     bool pickIsDue(GLW *glw, Slot &slot, const std::optional<QPointF> &pointer);
     void shadeFrameRate(const GLW *glw) const;
     void endArea();
+    void timeFrame();
 
     Window &window_;
     QPointer<QObject> scene_;
@@ -240,6 +242,8 @@ private:
     AreaSelection area_;
     FrameBudget budget_{this};
     Refinement refinement_;
+    double passed_ = 0;    // the clock's time at the last pass
+    double frameTook_ = 0; // seconds, of the last frame, until it was on the screen
 };
 
 } // namespace host

@@ -79,6 +79,9 @@ void View::fillMenu(GLW *glw, MenuTree *tree)
         tree->add(tr("Wider points"), "Ctrl++", this, [this] { WiderPoints(); });
         tree->add(tr("Thinner points"), "Ctrl+-", this, [this] { ThinnerPoints(); });
     }
+    if (contents(glw) & OnModel)
+        tree->addCheck(tr("Less detail while it moves"), "Shift+W", display_.reduces, this,
+                       [this] { ToggleReducing(); });
     tree->addCheck(tr("Mark what the pointer is on"), "M", display_.hover, this,
                    [this] { ToggleHover(); });
     tree->addCheck(tr("Dark background"), "B", display_.dark, this, [this] { ToggleBackdrop(); });
@@ -134,6 +137,12 @@ void View::NextUp(GLW *glw)
 void View::ToggleLighting()
 {
     display_.lighting = !display_.lighting;
+    changed();
+}
+
+void View::ToggleReducing()
+{
+    display_.reduces = !display_.reduces;
     changed();
 }
 
@@ -257,6 +266,9 @@ void View::bindDisplay()
                             SLOT(NextMode())),
                 OnModel);
     setContents(bindViewKey("G", "lighting", tr("Lighting"), this, SLOT(ToggleLighting())),
+                OnModel);
+    setContents(bindViewKey("Shift+W", "reducing", tr("Less detail while it moves"), this,
+                            SLOT(ToggleReducing())),
                 OnModel);
     setContents(
         bindViewKey("M", "hover", tr("Mark what the pointer is on"), this, SLOT(ToggleHover())),

@@ -106,6 +106,46 @@ inline Shape prism(const std::vector<QPointF> &outline, double height)
     return shape;
 }
 
+/// A roof over the unit square in the x-y plane, with its ridge at x = 1/2 and bumps on it, of so
+/// many cells of two triangles each way; with @p facets each triangle has vertices of its own. One
+/// part is left of about x = 1/4, red, the next green, the last a blue triangle at x > 1.
+inline Mesh roof(int cells, bool facets, float bumps = 0)
+{
+    Mesh mesh;
+    const auto vertex = [&](int x, int y, bool isLeft) {
+        const float u = float(x) / float(cells), v = float(y) / float(cells);
+        const float bump = bumps * std::sin(u * 70) * std::sin(v * 70), n = 1 / std::sqrt(1.16f);
+        for (const float value : {u, v, 0.2f - 0.4f * std::abs(u - 0.5f) + bump})
+            mesh.positions.push_back(value);
+        for (const float value : {(isLeft ? -0.4f : 0.4f) * n, 0.0f, n})
+            mesh.normals.push_back(value);
+        return quint32(mesh.vertexCount() - 1);
+    };
+    const auto endPart = [&](const std::array<float, 4> &colour) {
+        const auto end = quint32(mesh.indices.size());
+        const quint32 first = mesh.parts.empty() ? 0 : mesh.parts[0].indexCount;
+        mesh.parts.push_back({"p", {}, colour, first, end - first});
+    };
+    for (int i = 0; !facets && i < (cells + 1) * (cells + 1); ++i)
+        vertex(i / (cells + 1), i % (cells + 1), i < cells / 2);
+    for (int x = 0; x < cells; ++x) {
+        if (x == cells / 4)
+            endPart({1, 0, 0, 1});
+        for (int y = 0; y < cells; ++y)
+            for (const auto &[i, j] : {std::pair(0, 0), {1, 0}, {1, 1}, {0, 0}, {1, 1}, {0, 1}})
+                mesh.indices.push_back(facets ? vertex(x + i, y + j, x < cells / 2)
+                                              : quint32((x + i) * (cells + 1) + y + j));
+    }
+    endPart({0, 1, 0, 1});
+    for (const int y : {0, 1, cells})
+        mesh.indices.push_back(vertex(cells * (y == 1 ? 2 : 1), y, false));
+    endPart({0, 0, 1, 1});
+    mesh.parts[2].firstIndex += mesh.parts[1].indexCount;
+    mesh.parts[2].indexCount = 3;
+    mesh.findBounds();
+    return mesh;
+}
+
 /// Points of an arc, the first and the last included; those of a whole turn are the same.
 inline std::vector<QPointF> arc(const QPointF &centre, double radius, double from, double to,
                                 int chords)

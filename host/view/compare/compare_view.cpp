@@ -217,10 +217,12 @@ void CompareView::drawContents(GLW *glw, const Display &display)
         View::drawContents(glw, display);
         return;
     }
+    Display whole = display;
+    whole.reduces = false; // only the tile's own model hears that the view moves
     for (const auto &[model, side] :
          {std::pair{first(), HalfClip::Left}, std::pair{second(), HalfClip::Right}}) {
         const HalfClip clip(glw->camera, divider_->share(), side);
-        shownItem(model)->draw3D(glw, display);
+        shownItem(model)->draw3D(glw, whole);
     }
 }
 

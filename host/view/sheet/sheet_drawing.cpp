@@ -74,6 +74,7 @@ QByteArray SheetView::keyOf(GLW *glw) const
     add(key, display().pointScale);
     key.append(display().dark ? 'd' : 'l');
     key.append(display().lighting ? 'L' : '-');
+    key.append(display().reduces ? 'r' : '-');
     return key;
 }
 

@@ -253,5 +253,44 @@ TEST_P(CoverOf, IsSeen)
     }
 }
 
+TEST_F(Drawing, LevelsAreDrawnPartByPartAndOnlyIfTheyAreFewer)
+{
+    const auto mesh = std::make_shared<Mesh>(roof(230, false));
+    LevelBuffers levels;
+    EXPECT_EQ(levels.levelFor(*mesh, 1), -1);
+    EXPECT_EQ(levels.byteSize(*mesh), 2 * MeshLevels::expectedBytes(*mesh));
+    levels.request(mesh);
+    QThreadPool::globalInstance()->waitForDone();
+    const std::size_t all = mesh->triangleCount();
+    const std::tuple<std::size_t, int, double> rows[] = {// what may be drawn, and what is
+                                                         {all, -1, 4},
+                                                         {all - 1, 0, 1},
+                                                         {all / 4 + 9, 0, 1},
+                                                         {all / 5, 1, 0.5},
+                                                         {0, 1, 0.5}};
+    buffers.create(*mesh, {1, 0.5f, 0}, 1); // x, y: a half of the window each
+    for (const auto &[most, level, quarters] : rows) {
+        ASSERT_EQ(levels.levelFor(*mesh, most), level);
+        ASSERT_EQ(levels.choose(level), level >= 0);
+        if (level >= 0) {
+            EXPECT_NEAR(double(levels.triangleCount()) * 4 / double(all), quarters, quarters / 20);
+        }
+        PartMarks marks(3);
+        for (const char *green : {"lime", "blue"}) {
+            begin();
+            buffers.draw(*mesh, display, marks, nullptr, level < 0 ? nullptr : &levels);
+            expect(QString("3,30 red; 12,30 %1; 25,30 %1; 33,16 blue").arg(green));
+            marks.setHidden(1, true);
+        }
+        begin(); // what is not drawn by a level
+        buffers.drawShapes(*mesh,
+                           [](std::size_t part) { return glColor3ub(0, 255, 0), part == 0; });
+        expect("3,30 lime; 12,30 blue");
+        if (level > 0)
+            levels.destroy(); // and made again
+    }
+    levels.destroy();
+}
+
 } // namespace
 } // namespace host

@@ -9,6 +9,7 @@
 #include <QThreadPool>
 
 #include "GL/glwidget.h"
+#include "host/item/detail_budget.h"
 #include "host/item/mesh_points.h"
 #include "host/item/rig_pose.h"
 #include "tests/support/table.h"
@@ -64,7 +65,7 @@ TEST_P(ModelAxes, AreTheFilesOwn)
     EXPECT_EQ(ModelItem("tiny", std::make_shared<Mesh>(mesh)).scale(), 1);
 }
 
-TEST(ModelItem, TellsOfLinesAndPointsAndIsBusyUntilAllAreDrawn)
+TEST(ModelItem, TellsOfLinesAndPoints)
 {
     auto mesh = std::make_shared<Mesh>();
     mesh->positions.assign(3 * 1200002, 0);
@@ -77,9 +78,7 @@ TEST(ModelItem, TellsOfLinesAndPointsAndIsBusyUntilAllAreDrawn)
     EXPECT_EQ(item.details().toStdString(), "1 line  ·  1,200,000 points  ·  2 × 0 × 0  ·  Y up");
     EXPECT_EQ(item.count(), 1200001u);
     QThreadPool::globalInstance()->waitForDone();
-    EXPECT_TRUE(item.hasPoints() && item.isBusy());
-    item.passed(false, 1);
-    EXPECT_FALSE(item.isBusy());
+    EXPECT_TRUE(item.hasPoints() && !item.isBusy());
 }
 
 using M = PartMarks;
@@ -124,24 +123,45 @@ TEST_P(PartMarksStep, LeavesTheseMarks)
     EXPECT_FALSE(marks.isHidden(4) || marks.isSelected(4));
 }
 
-TEST(PointBudget, IsLessWhileFramesAreSlowAndAllAtRest)
+struct BudgetRow {
+    bool moved;
+    double seconds, took;
+    std::size_t drawn, most; // by the last frame, and then
+};
+
+TEST(DetailBudget, IsLessWhileFramesAreSlowAndAllAtRest)
 {
-    PointBudget budget;
-    const std::tuple<bool, double, std::size_t> frames[] = {
-        // moved, seconds, the most then
-        {true, 9, 1'000'000},  {true, 0.05, 1'000'000}, {true, 0.1, 750'000},
-        {true, 0.01, 937'500}, {false, 9, 2'812'500},   {false, 9, 8'437'500},
-        {true, 9, 937'500},    {true, 0.14, 468'750},   {true, 0.02, 585'935}};
-    for (const auto &[moved, seconds, most] : frames) {
-        budget.advance(moved, seconds);
-        EXPECT_EQ(budget.most(), most);
+    constexpr std::size_t all = DetailBudget::all;
+    const BudgetRow rows[] = {{true, 0.1, 9, 200'000, 300'000},
+                              {true, 0.1, 0.03, 200'000, 300'000},
+                              {true, 0.1, 0.05, 200'000, 300'000},
+                              {true, 0.1, 0.0625, 200'000, 114'285},
+                              {true, 0.1, 0.019, 100'000, 142'855},
+                              {true, 0.1, 0.05, 100'000, 142'855},
+                              {true, 0.1, 0.045, 100'000, 142'855},
+                              {true, 0.1, 0.05, 100'000, 142'855},
+                              {true, 0.1, 0.25, 100'000, 14'285},
+                              {true, 0.1, 0.25, 20'000, 10'000},
+                              {true, 0.1, 0.01, 15'000, 12'500},
+                              {false, 0.1, 9, 15'000, 12'500},
+                              {true, 0.1, 9, 15'000, 12'500},
+                              {true, 0.1, 0.01, 15'000, 15'625},
+                              {true, 0.1, 0.01, 15'000, 19'530},
+                              {true, 0.1, 0.01, 15'000, 19'999},
+                              {false, 0.15, 0, 0, 19'999},
+                              {false, 0.05, 0, 0, all},
+                              {true, 0.1, 9, 0, 19'999},
+                              {true, 0.1, 0.01, 0, 24'995}};
+    DetailBudget budget;
+    for (const BudgetRow &row : rows) {
+        budget.drew(row.drawn);
+        budget.advance(row.moved, row.seconds, row.took);
+        EXPECT_EQ(budget.most(), row.most) << &row - rows;
+        EXPECT_EQ(budget.rests(), row.most == all) << &row - rows;
     }
     for (int i = 0; i < 100; ++i)
-        budget.advance(true, 1);
-    EXPECT_EQ(budget.most(), 100'000u);
-    for (int i = 0; i < 200; ++i)
-        budget.advance(i < 100, 0.001);
-    EXPECT_EQ(budget.most(), std::size_t(1) << 40);
+        budget.advance(true, 1, 0.001);
+    EXPECT_EQ(budget.most(), all);
 }
 
 TEST(PointLook, PointsTouchWithinBounds)

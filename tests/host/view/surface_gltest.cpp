@@ -5,12 +5,14 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QRegularExpression>
+#include <QThreadPool>
 #include <QTreeView>
 
 #include "host/view/sheet/sheet_view.h"
 #include "host/view/window/binding.h"
 #include "host/view/window/menu_tree.h"
 #include "sheet/support.h"
+#include "tests/host/shapes.h"
 
 namespace host {
 namespace {
@@ -270,6 +272,35 @@ TEST_F(SurfaceTest, AtRestEdgesAreSmoothedAndThenNothingIsDrawn)
     view->setShown(false);
     SheetView sheet(*window, queue, "sheet", {boxes("a.obj", 1), boxes("b.obj", 1)});
     check(sheet);
+}
+
+// By the window's clock a frame takes three twentieths of a second, and a tenth goes by before it.
+TEST_F(SurfaceTest, ALargeModelIsReducedWhileItMovesOnTheScreenAlone)
+{
+    const auto large =
+        std::make_shared<ModelItem>("a", std::make_shared<Mesh>(roof(250, false, 0.02f)));
+    QThreadPool::globalInstance()->waitForDone(); // its tree is there
+    view = std::make_unique<SingleView>(*window, queue, file("a.obj", ""), large);
+    show(*view);
+    QThreadPool::globalInstance()->waitForDone(); // and its levels
+    hand("M");
+    QObject::connect(view.get(), &View::framePainted, [&] { time += 0.15; });
+    for (const bool reduces : {true, false, true}) {
+        EXPECT_EQ(view->display().reduces, reduces);
+        hand("300,200 down +40,10 move +40,10 move");
+        settle(glw());
+        EXPECT_EQ(large->isReduced(), reduces);
+        const QString before = pose();
+        const QImage moving = painted(), whole = picture(false);
+        EXPECT_EQ(large->isReduced(), reduces) << "a picture is no frame";
+        EXPECT_FALSE(reduces && view->isQuiet());
+        const QImage rested = painted();
+        EXPECT_FALSE(large->isReduced());
+        EXPECT_EQ(pose(), before);
+        EXPECT_EQ(moving != rested, reduces);
+        EXPECT_EQ(picture(false), whole);
+        hand("up Shift+W");
+    }
 }
 
 } // namespace

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// How much of a model a frame draws.
+#include <algorithm>
+
+#include "host/item/model_item.h"
+
+namespace host {
+
+bool ModelItem::passed(const Pass &pass)
+{
+    reduces_ = pass.reduces;
+    // After the first picture, and after the tree: both take memory for a while.
+    if (reduces_ && shown_ && !tree_.isBusy())
+        levels_.request(mesh_);
+    budget_.advance(pass.moved, pass.seconds, pass.took);
+    return reduced_ && budget_.rests();
+}
+
+ModelItem::Detail ModelItem::detailOf(bool reduces) const
+{
+    constexpr std::size_t leastPoints = 100'000; // a shape is still made out
+    const std::size_t most = reduces ? budget_.most() : DetailBudget::all;
+    return {std::min(mesh_->pointCount(), std::max(most, leastPoints)),
+            levels_.levelFor(*mesh_, most)};
+}
+
+/// Takes what a frame on the screen draws.
+void ModelItem::noteDetail(const Display &display)
+{
+    if (display.whole)
+        return;
+    const Detail detail = detailOf(display.reduces);
+    shown_ = true;
+    reduced_ = levels_.choose(detail.level) || detail.points < mesh_->pointCount();
+    budget_.drew(detail.points +
+                 (detail.level < 0 ? mesh_->triangleCount() : levels_.triangleCount()));
+}
+
+} // namespace host

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+// What is left of a mesh in its levels, part by part.
+#include "host/item/mesh_levels.h"
+
+#include "tests/host/shapes.h"
+#include "tests/support/table.h"
+
+namespace host {
+namespace {
+
+struct LevelsCase {
+    const char *name;
+    int cells;
+    bool facets, coloured; // vertices that differ in colour are never one
+    std::size_t levels;
+    bool keepsShape;
+};
+
+const LevelsCase levelsCases[] = {
+    {"Small", 220, false, false, 0, true},           {"Shared", 230, false, false, 2, true},
+    {"Facets", 230, true, false, 2, true},           {"InPieces", 400, true, false, 3, true},
+    {"Coloured", 230, false, true, 2, true},         {"ColouredFacets", 230, true, true, 2, false},
+    {"ColouredInPieces", 400, true, true, 3, false},
+};
+
+TABLE(MeshLevelsOf, testing::Test, LevelsCase, levelsCases);
+
+TEST_P(MeshLevelsOf, HaveTheSameShapeOfFewerTriangles)
+{
+    const LevelsCase &row = GetParam();
+    Mesh mesh = roof(row.cells, row.facets);
+    if (row.coloured)
+        mesh.colours.assign(mesh.vertexCount() * 4, 255);
+    const MeshLevels made = levelsOf(mesh, std::atomic<bool>(false));
+    ASSERT_EQ(made.levels.size(), row.levels);
+    const std::size_t expected = MeshLevels::expectedBytes(mesh);
+    EXPECT_NEAR(double(expected), double(made.byteSize()), 0.1 * double(expected));
+    const double share = double(row.cells / 4) / row.cells; // of the first part
+    for (std::size_t i = 0; i < made.levels.size(); ++i) {
+        const MeshLevel &level = made.levels[i];
+        const double whole = double(mesh.triangleCount() >> (i + 2));
+        EXPECT_LE(double(level.triangleCount()), whole * (row.keepsShape ? 1.2 : 1) + 16);
+        EXPECT_GE(double(level.triangleCount()), whole * 0.75);
+        ASSERT_EQ(level.ends.size(), 3u);
+        EXPECT_EQ(level.ends[2], level.indices.size());
+        EXPECT_EQ(level.ends[2] - level.ends[1], 3u) << "a small part is whole";
+        Mesh reduced = mesh, lit = mesh;
+        reduced.indices = lit.indices = level.indices;
+        lit.positions = mesh.normals;
+        quint32 at = 0; // triangle
+        for (const std::size_t part : {0, 1}) {
+            double area = 0, bent = 0, off = 0;
+            for (; at * 3 < level.ends[part]; ++at) {
+                Vec middle(0, 0, 0);
+                const Vec across = normalOf(reduced, at);
+                double bend = 1;
+                for (quint32 k = 0; k < 3; ++k) {
+                    middle += cornerOf(reduced, at, k) / 3;
+                    bend = std::min(bend, across.normalized().dot(cornerOf(lit, at, k)));
+                }
+                area += across[2] / 2;
+                bent += bend < 0.999 ? across.norm() / 2 : 0; // lit as beyond the ridge
+                off = std::max(off, std::abs(middle[2] - 0.2 + 0.4 * std::abs(middle[0] - 0.5)));
+                EXPECT_EQ(middle[0] < share + (part == 0 ? 1e-6 : -1e-6), part == 0);
+            }
+            if (row.keepsShape) {
+                EXPECT_NEAR(area, part == 0 ? share : 1 - share, 1e-4) << "a gap, or a fold";
+                EXPECT_LT(off, 1e-5);
+            }
+            EXPECT_LT(bent, row.keepsShape && row.facets ? 1e-4 : 1);
+        }
+    }
+    EXPECT_TRUE(levelsOf(mesh, std::atomic<bool>(true)).byteSize() < mesh.byteSize() / 8);
+}
+
+} // namespace
+} // namespace host
