@@ -12,6 +12,7 @@
 #include "host/app/opening.h"
 #include "host/app/options.h"
 #include "host/app/settings.h"
+#include "host/app/software_gl.h"
 #include "host/app/standard_input.h"
 
 namespace host {
@@ -228,6 +229,14 @@ TEST(OpeningTest, OneFileFillsTheWindowAndAFolderMakesASheet)
     EXPECT_TRUE(openingOf({"a.obj"}).single && openingOf({}).single);
     EXPECT_FALSE(openingOf({folder.path()}).single || openingOf({"a.obj", "b.obj"}).single);
     EXPECT_EQ(openingOf({folder.path()}).name, QDir(folder.path()).dirName());
+}
+
+TEST(SoftwareGLTest, IsToldByTheRenderersName)
+{
+    for (const char *name : {"llvmpipe (LLVM 15.0.6, 256 bits)", "softpipe", "Software Rasterizer"})
+        EXPECT_TRUE(isSoftwareRenderer(name)) << name;
+    for (const char *name : {"", "AMD Radeon RX 550 (radeonsi)", "Mesa Intel(R) UHD Graphics"})
+        EXPECT_FALSE(isSoftwareRenderer(name)) << name;
 }
 
 } // namespace
