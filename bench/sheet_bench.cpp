@@ -60,6 +60,7 @@ public:
                 file.write(sphere(30));
         }
         view_ = std::make_unique<host::SheetView>(window_, queue_, "bench", paths);
+        view_->setTileSize(1); // all of them in one window
         window_.show();
         while (!view_->isSettled() || !window_.widget()->isVisible())
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);

@@ -17,6 +17,7 @@ const char orthographicKey[] = "view/orthographic";
 const char reducingKey[] = "view/lessMoving";
 const char partsOpenKey[] = "parts/open";
 const char partsWidthKey[] = "parts/width";
+const char tileSizeKey[] = "sheet/tile";
 const char folderKey[] = "recent/folder";
 
 /// The same file whatever the application object is called, in tests too.
@@ -108,6 +109,16 @@ int Settings::partsWidth() const
 void Settings::setPartsWidth(int width)
 {
     Store().setValue(partsWidthKey, width);
+}
+
+double Settings::tileSize() const
+{
+    return Store().value(tileSizeKey).toDouble();
+}
+
+void Settings::setTileSize(double usual)
+{
+    Store().setValue(tileSizeKey, usual);
 }
 
 QString Settings::folder() const

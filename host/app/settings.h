@@ -30,6 +30,8 @@ public:
     void setPartsOpen(bool open);
     int partsWidth() const; ///< Its width in pixels; 0 if none was chosen.
     void setPartsWidth(int width);
+    double tileSize() const; ///< The least width of a sheet's tiles; 0 if none was chosen.
+    void setTileSize(double usual);
     QString folder() const; ///< Of what was opened last; empty if none was or it is gone.
     void setFolder(const QString &path);
 };

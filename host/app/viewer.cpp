@@ -50,6 +50,7 @@ Viewer::Viewer(const ModuleLoader &loader, const Options &options)
         display_.dark = last.isDark();
         orthographic_ = last.isOrthographic();
         folder_ = last.folder();
+        tileSize_ = last.tileSize();
         window_.frame()->setSideWidth(last.partsWidth());
         window_.frame()->setOpen(last.arePartsOpen());
     }
@@ -79,6 +80,8 @@ Viewer::~Viewer()
     last.setDark(display_.dark);
     last.setOrthographic(orthographic_);
     last.setReducing(display_.reduces);
+    if (tileSize_ > 0)
+        last.setTileSize(tileSize_);
     const SideFrame *frame = window_.frame();
     if (!frame)
         return;
@@ -104,6 +107,9 @@ std::unique_ptr<View> Viewer::makeView(const Opening &opening)
         return makeSingleView(opening.files.value(0));
     auto sheet = std::make_unique<SheetView>(window_, queue_, opening.name, opening.files);
     connect(sheet.get(), &SheetView::filesFound, this, &Viewer::watch);
+    sheet->setTileSize(tileSize_);
+    connect(sheet.get(), &SheetView::tileSizeChosen, this,
+            [this](double size) { tileSize_ = size; });
     connect(sheet.get(), &SheetView::pictureAsked, this, &Viewer::savePicture);
     // Once the event is over: its keys are taken off the window.
     connect(sheet.get(), &SheetView::openAsked, this, &Viewer::openFromSheet, Qt::QueuedConnection);

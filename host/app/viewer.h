@@ -87,6 +87,7 @@ private:
     // What stays when another file is opened.
     Display display_;
     bool orthographic_ = false;
+    double tileSize_ = 0;            // of sheets; 0: nobody chose
     std::optional<GL::Camera> look_; // while a person goes from file to file
     QString folder_;                 // where the next dialog starts
     int settledFrames_ = 0;          // painted since all was shown, while a picture waits for them

@@ -52,9 +52,12 @@ Drawing::Drawing(const PictureRequest &request, const QSize &largestViewport)
         placements_.push_back(place(object.rect));
         records_.emplace_back(object.glw);
     }
-    // In pixels, whatever the real window's size is. An object may stand in the list twice.
+    // In pixels, whatever the real window's size is. An object may stand in the list twice. One
+    // that begins outside of the window stays as it is: its negative origin would count from the
+    // far edge.
     for (const PictureObject &object : request.objects)
-        object.glw->rect = object.rect;
+        if (object.rect.x() >= 0 && object.rect.y() >= 0)
+            object.glw->rect = object.rect;
 }
 
 /// Whole window pixels the way the window finds them: counted from the lower edge.

@@ -26,9 +26,9 @@ public:
 
     /// Binds everything on @p scene. @p steering gives that of a GLW, null where there is none yet.
     /// On an object that is @p single, Control+drag rolls, as R+drag does anyway, a double click
-    /// focuses, arrows, + and - steer, and keys are heard with the pointer outside of the window
-    /// too; on one with tiles these belong to the tiles. Every drag ends where its button is let
-    /// go, be it over another object or none.
+    /// focuses, Control+wheel zooms a plot along y, arrows, + and - steer, and keys are heard with
+    /// the pointer outside of the window too; on one with tiles these belong to the tiles. Every
+    /// drag ends where its button is let go, be it over another object or none.
     Controls(QObject *scene, Lookup steering, bool single, QObject *parent);
 
     /// What moves along when a GLW is steered, that one included; by default just itself. With

@@ -43,9 +43,11 @@ void Controls::bindPointer(QObject *scene)
             setContents(action, contents);
         }
     };
-    wheel(0, "", tr("wheel"), tr("Zoom towards the pointer"), OnAny);
+    wheel(0, "", single_ ? tr("wheel") : tr("wheel, with Alt where that scrolls"),
+          tr("Zoom towards the pointer"), OnAny);
     wheel(Qt::ShiftModifier, "-x", tr("Shift+wheel"), tr("Zoom along x alone"), OnPlot);
-    wheel(Qt::ControlModifier, "-y", tr("Ctrl+wheel"), tr("Zoom along y alone"), OnPlot);
+    if (single_)
+        wheel(Qt::ControlModifier, "-y", tr("Ctrl+wheel"), tr("Zoom along y alone"), OnPlot);
     setContents(bind(RightButton | Qt::ShiftModifier, 0, "select-area", drag,
                      tr("Select what a rectangle holds"), SLOT(SelectArea(GLW *, bool))),
                 OnAny);

@@ -64,7 +64,7 @@ public:
     Item *item(GLW *glw) const; ///< Null if the GLW shows nothing yet.
 
     /// Takes the view off the window, with its keys, or puts it back; it keeps all that it holds.
-    void setShown(bool on);
+    virtual void setShown(bool on);
 
     /// All bindings that apply here, the window's own included.
     virtual QList<QAction *> bindings() const;

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A sheet under the keyboard alone: arrows and Tab choose a tile, Return opens it.
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 #include <QAction>
 
@@ -12,7 +10,7 @@ namespace host {
 
 void SheetView::bindChoosing()
 {
-    const std::pair<const char *, QPointF> ways[] = {
+    const std::pair<const char *, QPoint> ways[] = {
         {"Left", {-1, 0}}, {"Right", {1, 0}}, {"Up", {0, -1}}, {"Down", {0, 1}}};
     for (const auto &[key, way] : ways) {
         QAction *action = bindViewKey(key, QByteArray("choose-") + key, tr("Choose a tile"), this,
@@ -27,78 +25,94 @@ void SheetView::bindChoosing()
                     SLOT(OpenChosen()));
 }
 
-/// The tiles in view, row after row.
-QList<int> SheetView::inReadingOrder() const
+/// A sheet that is larger than its window.
+void SheetView::bindScrolling()
 {
-    QList<int> ids;
-    for (const auto &[id, entry] : entries_)
-        if (entry.visible)
-            ids.append(id);
-    std::sort(ids.begin(), ids.end(), [this](int a, int b) {
-        const QPointF p = tiles_.value(a)->orect.topLeft(), q = tiles_.value(b)->orect.topLeft();
-        return p.y() != q.y() ? p.y() < q.y() : p.x() < q.x();
-    });
-    return ids;
+    bindViewKey("PgUp", "page-up", tr("Scroll up"), this, SLOT(PageUp()));
+    bindViewKey("PgDown", "page-down", tr("Scroll down"), this, SLOT(PageDown()));
+    bindViewKey("Ctrl+Home", "start", tr("Scroll to the first tile"), this, SLOT(ScrollToStart()));
+    bindViewKey("Ctrl+End", "end", tr("Scroll to the last tile"), this, SLOT(ScrollToEnd()));
+    bindViewKey("Z", "larger", tr("Larger tiles"), this, SLOT(LargerTiles()));
+    bindViewKey("Shift+Z", "smaller", tr("Smaller tiles"), this, SLOT(SmallerTiles()));
+    bindViewKey("Ctrl+F", "find", tr("Find tiles by name"), this, SLOT(Find()));
+    // The sheet takes these wheel steps before they reach a binding.
+    const std::pair<QString, QString> wheels[] = {
+        {tr("wheel"), tr("Scroll a sheet that is larger than the window")},
+        {tr("Ctrl+wheel"), tr("Larger or smaller tiles")}};
+    for (const auto &[words, text] : wheels) {
+        hints_.append(new QAction(text, this));
+        hints_.last()->setProperty("words", words);
+    }
+    bar_ = std::make_unique<SheetBar>(Underlay{mainGLW(), [] { return nullptr; },
+                                               [this]() -> const Display & { return display(); }},
+                                      window(), scroll_);
+    connect(bar_.get(), &SheetBar::moved, this, &SheetView::scrollTo);
+    connect(bar_.get(), &SheetBar::letGo, this, [this] { changed(); });
 }
 
-/// The first selected tile in view; -1 if there is none.
+QList<QAction *> SheetView::bindings() const
+{
+    return View::bindings() + hints_ + bar_->actions();
+}
+
+/// The first selected tile that is shown, as one reads; -1 if there is none.
 int SheetView::chosen() const
 {
-    const QList<int> chosen = selected();
-    for (int id : inReadingOrder())
-        if (chosen.contains(id))
-            return id;
-    return -1;
+    int first = -1;
+    for (int id : selected_)
+        if (isSeen(id) && (first < 0 || index_.value(id) < index_.value(first)))
+            first = id;
+    return first;
 }
 
 GLW *SheetView::keyTarget() const
 {
     const int id = chosen();
-    return id < 0 ? mainGLW() : tiles_.value(id);
+    return id >= 0 && entries_.at(id).visible ? tile(id) : mainGLW();
 }
 
-void SheetView::choose(int step)
+void SheetView::choose(int index)
 {
-    const QList<int> ids = inReadingOrder();
-    if (ids.isEmpty())
+    select({shown_[index]});
+    chosenByKeys_ = true;
+    reveal(shown_[index]);
+}
+
+void SheetView::chooseNext(int step)
+{
+    const int count = shown_.size();
+    if (count == 0)
         return;
-    const int at = ids.indexOf(chosen()), count = ids.size();
-    const int first = step > 0 ? 0 : count - 1;
-    select({ids[at < 0 ? first : (at + step + count) % count]});
+    const int id = chosen(), first = step > 0 ? 0 : count - 1;
+    choose(id < 0 ? first : (index_.value(id) + step + count) % count);
 }
 
 void SheetView::ChooseNext()
 {
-    choose(1);
+    chooseNext(1);
 }
 
 void SheetView::ChoosePrevious()
 {
-    choose(-1);
+    chooseNext(-1);
 }
 
-/// The nearest whose middle lies that way; one that is off to the side counts as farther away.
+/// The one beside it, above or below; below the last whole row that is the last tile of all.
 void SheetView::ChooseNear()
 {
-    const QPointF way = sender() ? sender()->property("way").toPointF() : QPointF();
-    const int from = chosen();
+    const QPoint way = sender() ? sender()->property("way").toPoint() : QPoint();
+    const int from = chosen(), last = shown_.size() - 1;
     if (from < 0) {
-        choose(1);
+        chooseNext(1);
         return;
     }
-    int best = -1;
-    double least = std::numeric_limits<double>::max();
-    for (int id : inReadingOrder()) {
-        const QPointF d = tiles_.value(id)->orect.center() - tiles_.value(from)->orect.center();
-        const double ahead = QPointF::dotProduct(d, way);
-        const double aside = std::abs(d.x() * way.y() - d.y() * way.x());
-        if (ahead >= 1 && ahead + 3 * aside < least) {
-            least = ahead + 3 * aside;
-            best = id;
-        }
-    }
-    if (best >= 0)
-        select({best});
+    const int columns =
+        grid_.fits() ? std::max(1, scene()->property("cols").toInt()) : grid_.columns();
+    const int at = index_.value(from), column = at % columns + way.x();
+    const int to = std::min(at + way.x() + way.y() * columns, last);
+    const bool below = to / columns == at / columns + way.y();
+    if (column >= 0 && column < columns && to >= 0 && below)
+        choose(to);
 }
 
 /// As a double click does.

@@ -22,7 +22,7 @@ void SheetView::bindKeys()
     };
     const Key all[] = {
         {"Ctrl+A", "select-all", tr("Select all, or none"), this, SLOT(SelectAll())},
-        {"V", "only-selected", tr("Only the selected, or all"), scene(), SLOT(ToggleVisible())},
+        {"V", "only-selected", tr("Only the selected, or all"), this, SLOT(ToggleShown())},
         {"L", "link", tr("Link cameras"), this, SLOT(ToggleLink())},
         {"N", "sort-name", tr("Sort by name"), this, SLOT(SortByName())},
         {"S", "sort-size", tr("Sort by file size"), this, SLOT(SortBySize())},
@@ -69,26 +69,25 @@ void SheetView::ToggleLink()
         if (few || chosen.contains(id))
             wanted.insert(id);
     linked_ = linked_ == wanted || (few && !linked_.isEmpty()) ? QSet<int>() : wanted;
+    leader_ = -1;
+    pose_.reset();
     changed();
 }
 
-/// The linked cameras take the pose of the one that a hand moved last.
-void SheetView::lead(GLW *leader)
+/// The linked cameras take the pose of the one that a hand moved last, each when it is in view.
+void SheetView::followLeader(GLW *glw)
 {
-    if (!isSpatial(leader))
+    if (leader_ < 0 || !linked_.contains(glw->id()) || !isSpatial(glw))
         return;
-    const GL::Camera &pose = leader->camera;
-    const auto same = [&](const GL::Camera &c) {
-        return c.rot == pose.rot && c.setTarget == pose.setTarget && c.radius == pose.radius &&
-               c.ortho == pose.ortho;
-    };
-    for (int id : qAsConst(linked_)) {
-        GLW *glw = tiles_.value(id);
-        if (glw == leader || !isSpatial(glw) || same(glw->camera))
-            continue;
-        item(glw)->steering().restore(glw, pose);
-        changed();
-    }
+    const GL::Camera &own = glw->camera;
+    if (pose_ && own.rot == pose_->rot && own.setTarget == pose_->setTarget &&
+        own.radius == pose_->radius && own.ortho == pose_->ortho)
+        return;
+    if (glw->id() == leader_)
+        pose_ = own;
+    else if (pose_)
+        item(glw)->steering().restore(glw, *pose_);
+    changed(); // those that come before the leader follow in the next frame
 }
 
 bool SheetView::isSpatial(GLW *glw) const
@@ -105,6 +104,7 @@ bool SheetView::isLinked(int id) const
 void SheetView::ResetAll()
 {
     leader_ = -1; // each goes its own way home
+    pose_.reset();
     for (GLW *glw : qAsConst(tiles_))
         if (Item *shown = item(glw))
             shown->steering().home(glw);
@@ -119,17 +119,30 @@ void SheetView::remove(const QList<int> &ids)
             continue;
         queue_.cancel(found->second.job);
         jobs_.remove(found->second.job);
-        setItem(tiles_.take(id), nullptr);
+        if (tile(id))
+            dropTile(id);
         entries_.erase(found);
         linked_.remove(id);
-        painter_.forget(id);
-        pictures_.forget(id);
-        QMetaObject::invokeMethod(scene(), "RemoveTile", Q_ARG(int, id));
+        selected_.remove(id);
+        inView_.removeOne(id);
     }
     hovered_ = -1;
+    const auto gone = [this](int id) { return entries_.count(id) == 0; };
+    inOrder_.erase(std::remove_if(inOrder_.begin(), inOrder_.end(), gone), inOrder_.end());
+    listShown();
     makeRoom();
     emit titleChanged();
     changed();
+}
+
+/// All of it, though it may be in view only in part.
+void SheetView::pictureOf(int id)
+{
+    if (!isSeen(id))
+        return;
+    if (!grid_.fits())
+        scrollTo(grid_.revealing(index_.value(id), scroll_.offset()));
+    emit pictureAsked(entries_.at(id).name, tile(id)->orect.toAlignedRect());
 }
 
 void SheetView::fillMenu(GLW *glw, MenuTree *tree)
@@ -143,6 +156,7 @@ void SheetView::fillMenu(GLW *glw, MenuTree *tree)
         addCompareEntry(tree);
         tree->add(tr("Fit %1").arg(what), {}, this, [this, targets] {
             leader_ = -1;
+            pose_.reset();
             for (int id : targets)
                 if (Item *shown = item(tiles_.value(id)))
                     shown->steering().fit(tiles_.value(id));
@@ -151,15 +165,15 @@ void SheetView::fillMenu(GLW *glw, MenuTree *tree)
         tree->add(tr("Hide %1").arg(what), {}, this, [this, targets] { hide(targets); });
         tree->add(tr("Remove %1 from the sheet").arg(what), {}, this,
                   [this, targets] { remove(targets); });
-        const QRect cell = glw->orect.toAlignedRect();
-        const QString name = found->second.name;
-        tree->add(tr("Picture of this tile…"), {}, this,
-                  [this, name, cell] { emit pictureAsked(name, cell); });
+        const int id = found->first;
+        tree->add(tr("Picture of this tile…"), {}, this, [this, id] { pictureOf(id); });
         tree->addSeparator();
     }
     tree->add(tr("Select all, or none"), "Ctrl+A", this, [this] { SelectAll(); });
-    tree->add(tr("Only the selected, or all"), "V", scene(),
-              [this] { QMetaObject::invokeMethod(scene(), "ToggleVisible"); });
+    tree->add(tr("Only the selected, or all"), "V", this, [this] { ToggleShown(); });
+    tree->add(tr("Find tiles by name"), "Ctrl+F", this, [this] { Find(); });
+    tree->add(tr("Larger tiles"), "Z", this, [this] { LargerTiles(); });
+    tree->add(tr("Smaller tiles"), "Shift+Z", this, [this] { SmallerTiles(); });
     tree->addCheck(tr("Link cameras"), "L", !linked_.isEmpty(), this, [this] { ToggleLink(); });
     tree->add(tr("All cameras back to the first view"), "Shift+Home", this, [this] { ResetAll(); });
     MenuTree *sort = tree->addMenu(tr("Sort by"));

@@ -20,10 +20,9 @@ MeshPtr SheetView::meshOf(const QString &path) const
 /// The selected ones, if they are two; in reading order, so that what is on the left stays there.
 void SheetView::CompareSelected()
 {
-    const QList<int> chosen = selected();
     QStringList paths;
-    for (int id : inReadingOrder())
-        if (chosen.contains(id))
+    for (int id : qAsConst(shown_)) // as one reads
+        if (selected_.contains(id))
             paths << entries_.at(id).path;
     if (paths.size() == 2)
         emit compareAsked(paths[0], paths[1]);

@@ -2,6 +2,7 @@
 #include "host/view/sheet/sheet_entry.h"
 
 #include <algorithm>
+#include <vector>
 
 #include <QCollator>
 #include <QFileInfo>
@@ -63,17 +64,25 @@ QList<int> sortedIds(const SheetEntries &entries, SheetOrder order, bool reverse
     QCollator byName(own.language() == QLocale::C ? QLocale(QLocale::English) : own);
     byName.setNumericMode(true);
     byName.setCaseSensitivity(Qt::CaseInsensitive);
-    QList<int> ids;
-    for (const auto &[id, entry] : entries)
-        ids.append(id);
-    std::stable_sort(ids.begin(), ids.end(), [&](int a, int b) {
-        const SheetEntry &left = entries.at(a), &right = entries.at(b);
-        if (order == SheetOrder::Size && left.fileSize != right.fileSize)
-            return left.fileSize > right.fileSize;
-        if (order == SheetOrder::Count && left.count != right.count)
-            return left.count > right.count;
-        return byName.compare(left.name, right.name) < 0;
+    struct Row {
+        int id;
+        quint64 most;          // the largest comes first
+        QCollatorSortKey name; // made once: thousands are compared many times each
+    };
+    std::vector<Row> rows;
+    rows.reserve(entries.size());
+    for (const auto &[id, entry] : entries) {
+        const quint64 most = order == SheetOrder::Size    ? quint64(entry.fileSize)
+                             : order == SheetOrder::Count ? entry.count
+                                                          : 0;
+        rows.push_back({id, most, byName.sortKey(entry.name)});
+    }
+    std::stable_sort(rows.begin(), rows.end(), [](const Row &a, const Row &b) {
+        return a.most != b.most ? a.most > b.most : a.name.compare(b.name) < 0;
     });
+    QList<int> ids;
+    for (const Row &row : rows)
+        ids.append(row.id);
     if (reversed)
         std::reverse(ids.begin(), ids.end());
     return ids;

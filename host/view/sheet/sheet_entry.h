@@ -32,7 +32,8 @@ struct SheetEntry {
     quint64 needed = 0;            ///< Bytes that there was no room for; 0 for another reason.
     int job = 0;                   ///< Of the queue; 0 unless it waits or is read.
     quint64 count = 0;             ///< Triangles or samples; 0 until it was read.
-    bool visible = true;           ///< As last heard.
+    bool hidden = false;           ///< A person does not want to see it.
+    bool visible = false;          ///< It is in view.
     quint64 lastSeen = 0;          ///< Grows with each pass that showed it.
     std::optional<ItemState> left; ///< How the person left the item, while it is released.
 };

@@ -107,7 +107,9 @@ void SheetView::read(int id)
 void SheetView::readAgain(const QString &path)
 {
     for (auto &[id, entry] : entries_) {
-        if ((!path.isEmpty() && entry.path != path) || entry.state == State::Released)
+        const bool unread =
+            entry.state == State::Released || (entry.state == State::Waiting && entry.job == 0);
+        if ((!path.isEmpty() && entry.path != path) || unread)
             continue;
         if (Item *shown = item(tiles_.value(id)))
             entry.left = shown->state(tiles_.value(id));
@@ -115,12 +117,6 @@ void SheetView::readAgain(const QString &path)
         jobs_.remove(entry.job);
         read(id);
     }
-}
-
-void SheetView::setVisible(SheetEntry &entry, bool visible)
-{
-    entry.visible = visible;
-    queue_.setPriority(entry.job, visible ? ReadQueue::InView : ReadQueue::Background);
 }
 
 void SheetView::fail(int id, const QString &reason, quint64 needed)
@@ -141,10 +137,21 @@ void SheetView::show(int id, const std::shared_ptr<Item> &made)
     if (found == entries_.end())
         return;
     SheetEntry &entry = found->second;
-    entry.state = State::Shown;
     entry.job = 0;
     entry.count = made->count();
-    GLW *glw = tiles_.value(id);
+    const bool wanted = tile(id) != nullptr;
+    entry.state = wanted ? State::Shown : State::Released;
+    if (wanted)
+        take(id, made);
+    if (order_ == SheetOrder::Count && queue_.isIdle())
+        applyOrder();
+}
+
+/// Gives an item to its tile, if there is room for it.
+void SheetView::take(int id, const std::shared_ptr<Item> &made)
+{
+    SheetEntry &entry = entries_.at(id);
+    GLW *glw = tileFor(id);
     made->setTitled(false); // the header names the file
     setItem(glw, made);
     if (entry.left) {
@@ -161,8 +168,6 @@ void SheetView::show(int id, const std::shared_ptr<Item> &made)
         return;
     }
     changedSoon();
-    if (order_ == SheetOrder::Count && queue_.isIdle())
-        applyOrder();
 }
 
 quint64 SheetView::bytesOf(int id) const
@@ -176,20 +181,28 @@ quint64 SheetView::makeRoom()
 {
     // What a reader still holds is the queue's to bound; the rest is left to the items.
     queue_.setMemoryLimit(budget_);
-    for (int id : idsToRelease(entries_, budget_ / 2, [this](int each) { return bytesOf(each); }))
-        release(id);
-    quint64 held = 0;
-    for (const auto &[id, entry] : entries_)
-        held += bytesOf(id);
-    readRefused(held);
-    return held;
+    const auto count = [this] {
+        held_ = 0;
+        for (auto it = tiles_.cbegin(); it != tiles_.cend(); ++it)
+            held_ += bytesOf(it.key());
+    };
+    count();
+    if (held_ > budget_ / 2) {
+        const auto bytes = [this](int each) { return bytesOf(each); };
+        for (int id : idsToRelease(entries_, budget_ / 2, bytes))
+            release(id);
+        count();
+    }
+    readRefused(held_);
+    return held_;
 }
 
 /// Reads again what there was no room for, as far as there is now; @p held bytes are taken.
 void SheetView::readRefused(quint64 held)
 {
-    for (auto &[id, entry] : entries_) {
-        if (entry.needed == 0 || !entry.visible || held + entry.needed > budget_)
+    for (int id : qAsConst(inView_)) {
+        const SheetEntry &entry = entries_.at(id);
+        if (entry.needed == 0 || held + entry.needed > budget_)
             continue;
         held += entry.needed;
         read(id);

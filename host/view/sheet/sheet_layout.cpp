@@ -25,34 +25,61 @@ void SheetView::sortBy(SheetOrder order)
 
 void SheetView::applyOrder()
 {
-    QVariantList ids;
-    for (int id : sortedIds(entries_, order_, reversed_))
-        ids.append(id);
-    scene()->setProperty("order", ids);
-    changed();
+    inOrder_ = sortedIds(entries_, order_, reversed_);
+    listShown();
+    const int id = chosen();
+    scrollTo(id < 0 ? 0 : grid_.revealing(index_.value(id), 0));
+    if (order_ == SheetOrder::Count)
+        readForCount();
+}
+
+/// How large a file's content is, only reading it tells.
+void SheetView::readForCount()
+{
+    for (const auto &[id, entry] : entries_)
+        if (entry.state == State::Waiting && entry.job == 0)
+            read(id);
 }
 
 void SheetView::changeSpacing(int pixels)
 {
     spacing_ = std::clamp(spacing_ + pixels, narrowest, widest);
-    QMetaObject::invokeMethod(scene(), "UpdateLayout");
-    changed();
+    arrange();
 }
 
-/// The names go, and the space between, before the drawings do. Expects the share of a cell, which
-/// depends on neither.
-void SheetView::AdaptTo(int width, int height)
+/// The space between goes before the drawings do.
+int SheetView::spacingIn(double extent) const
 {
-    const int full = TilePainter::header();
-    const int header = height >= 3 * full && width >= 3 * full ? full : 0;
-    const int spacing = std::clamp(std::min(width, height) / 4, narrowest, spacing_);
-    // The module takes a rectangle of at most one pixel for fractions of the window.
-    cramped_ = std::min(width, height) < 4;
+    return std::clamp(int(extent) / 4, narrowest, spacing_);
+}
+
+void SheetView::setCramped(bool cramped)
+{
+    cramped_ = cramped;
     for (const char *pass : {"draw3d", "draw2d", "pick3d", "pick2d"})
         scene()->setProperty(pass, !cramped_);
-    if (scene()->property("header") == header && scene()->property("spacing") == spacing)
+}
+
+/// The module has placed the tiles. Where all fit, the names go, and the space between, before the
+/// drawings do; the share of a cell depends on neither.
+void SheetView::AdaptTo(int width, int height)
+{
+    if (grid_.measures().window != window().widget()->size()) {
+        arrange();
         return;
-    scene()->setProperty("header", header);
+    }
+    if (!grid_.fits()) {
+        placeCells();
+        return;
+    }
+    const int full = TilePainter::header();
+    header_ = height >= 3 * full && width >= 3 * full ? full : 0;
+    const int spacing = spacingIn(std::min(width, height));
+    // The module takes a rectangle of at most one pixel for fractions of the window.
+    setCramped(std::min(width, height) < 4);
+    if (scene()->property("header") == header_ && scene()->property("spacing") == spacing)
+        return;
+    scene()->setProperty("header", header_);
     scene()->setProperty("spacing", spacing);
     scene()->setProperty("order", scene()->property("order")); // which lays out at once
 }

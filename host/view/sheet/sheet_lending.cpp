@@ -24,7 +24,7 @@ Loan SheetView::lend(const QString &path)
 
 void SheetView::takeBack()
 {
-    const std::shared_ptr<Item> item = std::move(lentItem_);
+    const std::shared_ptr<Item> item = lentItem_;
     lentItem_.reset();
     if (!item || !entries_.count(lent_) || entries_.at(lent_).state != State::Released)
         return;

@@ -12,39 +12,56 @@ void SheetView::passOn(GLW *glw, bool state)
 {
     if (state)
         beforePress_ = selected();
-    QMetaObject::invokeMethod(scene(), "LeftMouse", Q_ARG(GLW *, glw), Q_ARG(bool, state));
+    const bool beyond = std::any_of(selected_.begin(), selected_.end(),
+                                    [this](int id) { return !tile(id) || !isSeen(id); });
+    if (beyond && !state) // of which the module does not know
+        select({glw->id()});
+    else
+        QMetaObject::invokeMethod(scene(), "LeftMouse", Q_ARG(GLW *, glw), Q_ARG(bool, state));
 }
 
+/// Of tiles that the module does not hold it says nothing.
+void SheetView::SelectionChanged()
+{
+    for (auto it = tiles_.cbegin(); it != tiles_.cend(); ++it)
+        if (it.value()->property<bool>("selected"))
+            selected_.insert(it.key());
+        else
+            selected_.remove(it.key());
+    hint_.clear();
+    changed();
+}
+
+/// Whether it is shown, be it in view or scrolled away.
 bool SheetView::isSeen(int id) const
 {
-    const GLW *glw = tile(id);
-    return glw && glw->property<bool>("visible");
+    return index_.contains(id);
 }
 
 QList<int> SheetView::seen() const
 {
-    QList<int> ids;
-    for (const auto &[id, entry] : entries_)
-        if (isSeen(id))
-            ids.append(id);
+    QList<int> ids = shown_;
+    std::sort(ids.begin(), ids.end());
     return ids;
 }
 
-/// The tiles know which of them are selected.
+/// In the order of their numbers, as the module lists tiles.
 QList<int> SheetView::selected() const
 {
     QList<int> ids;
-    for (int id : seen())
-        if (tile(id)->property<bool>("selected"))
+    for (int id : selected_)
+        if (isSeen(id))
             ids.append(id);
+    std::sort(ids.begin(), ids.end());
     return ids;
 }
 
 /// Selects @p ids, and tells of it as the module does when it selects.
 void SheetView::select(const QList<int> &ids)
 {
+    selected_ = QSet<int>(ids.begin(), ids.end());
     for (auto it = tiles_.cbegin(); it != tiles_.cend(); ++it)
-        it.value()->setProperty("selected", ids.contains(it.key()));
+        it.value()->setProperty("selected", selected_.contains(it.key()));
     QMetaObject::invokeMethod(scene(), "ValueChanged", Q_ARG(QList<int>, ids));
 }
 
@@ -60,7 +77,7 @@ void SheetView::areaSelected(const QRectF &area)
     QRectF fromTop = area;
     fromTop.moveTop(window().widget()->height() - area.bottom());
     QList<int> ids;
-    for (int id : seen())
+    for (int id : qAsConst(inView_))
         if (tile(id)->orect.intersects(fromTop))
             ids.append(id);
     select(ids);
@@ -75,10 +92,25 @@ QList<int> SheetView::targetsOf(const GLW *glw) const
 
 void SheetView::hide(const QList<int> &ids)
 {
-    QMetaObject::invokeMethod(scene(), "SetVisible", Q_ARG(QList<int>, ids), Q_ARG(bool, false));
-    // The module tells nobody of what it was told to hide.
-    QMetaObject::invokeMethod(scene(), "VisibleCountChanged", Q_ARG(int, seen().size()));
+    for (int id : ids)
+        if (const auto found = entries_.find(id); found != entries_.end())
+            found->second.hidden = true;
+    listShown();
+    makeRoom();
     select(selected());
+}
+
+/// Where only the selected are shown already, all are.
+void SheetView::ToggleShown()
+{
+    const bool more = std::any_of(entries_.begin(), entries_.end(), [this](const auto &each) {
+        return !each.second.hidden && !selected_.contains(each.first);
+    });
+    const bool onlyChosen = more && chosen() >= 0;
+    for (auto &[id, entry] : entries_)
+        entry.hidden = onlyChosen && !selected_.contains(id);
+    listShown();
+    makeRoom();
 }
 
 void SheetView::OpenTile(GLW *glw, bool pressed)

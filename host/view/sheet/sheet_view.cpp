@@ -13,23 +13,29 @@ namespace host {
 
 SheetView::SheetView(Window &window, ReadQueue &queue, const QString &name,
                      const QStringList &paths)
-    : View(window, "GLMultiWidget", false), name_(name), queue_(queue)
+    : View(window, "GLMultiWidget", false), name_(name), search_(window.widget()), queue_(queue)
 {
-    scene()->setProperty("header", TilePainter::header());
+    header_ = TilePainter::header();
+    scene()->setProperty("header", header_);
     spacing_ = qRound(Metrics::px(4));
     scene()->setProperty("spacing", spacing_);
     connect(scene(), SIGNAL(ValueChanged(QList<int>)), this, SLOT(SelectionChanged()));
-    connect(scene(), SIGNAL(VisibleCountChanged(int)), this, SLOT(VisibilityChanged()));
     connect(&controls(), &Controls::pressed, this, [this](GLW *glw) { passOn(glw, true); });
     connect(scene(), SIGNAL(TileResized(int, int)), this, SLOT(AdaptTo(int, int)));
     connect(&controls(), &Controls::steered, this, [this](GLW *glw) {
         if (linked_.contains(glw->id()))
             leader_ = glw->id();
     });
+    // Tiles and text move together: only when both are painted.
+    connect(this, &View::framePainted, this, &SheetView::glide, Qt::QueuedConnection);
+    connect(&search_, &SheetSearch::changed, this, &SheetView::searched);
+    connect(&search_, &SheetSearch::closed, this, &SheetView::arrange);
     gaps_ = window.addScene("GLWidget", "gaps", Window::Behind);
     bindMouse(gaps_, RightButton, 0, "menu", {}, this, SLOT(GapMenu(GLW *, bool)));
     bindKeys();
     bindChoosing();
+    bindScrolling();
+    setTileSize(0);
     // Hundreds of small pictures that hold four samples a pixel: what more would bring is little.
     refinement().setMost(500);
     connect(&hovering_, &FrameBudget::due, window.widget(), qOverload<>(&QWidget::update));
@@ -50,15 +56,6 @@ SheetView::~SheetView()
 void SheetView::addTiles(const QStringList &files)
 {
     entries_ = makeEntries(files);
-    for (auto &[id, entry] : entries_) {
-        QObject *made = nullptr;
-        QMetaObject::invokeMethod(scene(), "AddTile", Q_RETURN_ARG(QObject *, made),
-                                  Q_ARG(uint, uint(id)));
-        auto *glw = static_cast<GLW *>(made);
-        glw->setProperty("sizeHint", QSize(4, 3));
-        tiles_[id] = glw;
-        read(id);
-    }
     sortBy(SheetOrder::Name);
 }
 
@@ -74,22 +71,18 @@ void SheetView::Update(GLW *glw)
     if (!entry)
         return;
     entry->lastSeen = ++passes_;
-    if (!entry->visible)
-        setVisible(*entry, true);
-    if (entry->state == State::Released)
+    if (entry->state == State::Released && !isLent(glw->id()))
         read(glw->id());
     hover(glw);
     advance(glw);
-    if (glw->id() == leader_)
-        lead(glw);
+    followLeader(glw);
 }
 
 void SheetView::fillPicture(PictureContents &contents)
 {
     contents.addGround(mainGLW(), window().widget()->rect(), [this] { drawGround(); });
-    for (const auto &[id, entry] : entries_)
-        if (entry.visible)
-            contents.addItem(tiles_.value(id), item(tiles_.value(id)));
+    for (int id : qAsConst(inView_))
+        contents.addItem(tile(id), item(tile(id)));
     addTextTo(contents);
 }
 
@@ -108,21 +101,6 @@ void SheetView::hover(const GLW *glw)
     markChanged();
 }
 
-/// The module tells of tiles shown in its passes; of those hidden it tells the count alone.
-void SheetView::VisibilityChanged()
-{
-    for (auto &[id, entry] : entries_) {
-        const bool visible = tiles_.value(id)->property<bool>("visible");
-        if (entry.visible == visible)
-            continue;
-        setVisible(entry, visible);
-    }
-    makeRoom();
-    if (!isSeen(hovered_))
-        hovered_ = -1;
-    changed();
-}
-
 void SheetView::GapMenu(GLW *, bool pressed)
 {
     if (!pressed)
@@ -133,22 +111,25 @@ bool SheetView::isSettled() const
 {
     if (entries_.empty())
         return false;
-    for (const auto &[id, entry] : entries_) {
-        const Item *shown = item(tiles_.value(id));
-        if (entry.visible && entry.state != State::Failed && !(shown && shown->isWhole()))
-            return false;
-    }
-    return true;
+    return std::all_of(inView_.begin(), inView_.end(), [this](int id) {
+        const Item *shown = item(tile(id));
+        return entries_.at(id).state == State::Failed || (shown && shown->isWhole());
+    });
 }
 
 QString SheetView::fault() const
 {
     if (entries_.empty())
         return notice_;
+    // What nobody came near was not asked for.
     const bool failed = std::all_of(entries_.begin(), entries_.end(), [](const auto &entry) {
+        return entry.second.state == State::Failed ||
+               (entry.second.state == State::Waiting && entry.second.job == 0);
+    });
+    const bool tried = std::any_of(entries_.begin(), entries_.end(), [](const auto &entry) {
         return entry.second.state == State::Failed;
     });
-    return failed ? tr("none of the files can be shown") : QString();
+    return failed && tried ? tr("none of the files can be shown") : QString();
 }
 
 QStringList SheetView::remarks() const
@@ -182,6 +163,8 @@ void SheetView::paintText(GLW *, QPainter *painter)
     hovering_.measure();
     const Theme &theme = display().theme();
     const QRectF bounds = window().widget()->rect();
+    if (search_.isOpen())
+        search_.setTheme(theme);
     if (list_ != 0) {
         paintMessage(painter, bounds, tr("Looking through %1").arg(name_), {}, -1, theme);
         return;
@@ -191,8 +174,11 @@ void SheetView::paintText(GLW *, QPainter *painter)
                      tr("Drop files or a folder here or press Ctrl+O."), -1, theme);
         return;
     }
-    const int count = seen().size();
-    if (count == 0)
+    const int count = shown_.size();
+    if (count == 0 && !search_.isEmpty())
+        paintMessage(painter, bounds, tr("No name of a tile holds that."),
+                     tr("Esc shows all again."), -1, theme);
+    else if (count == 0)
         paintMessage(painter, bounds, tr("All tiles are hidden."), tr("V shows them again."), -1,
                      theme);
     else if (cramped_)
@@ -205,13 +191,14 @@ void SheetView::paintText(GLW *, QPainter *painter)
 
 void SheetView::paintTiles(QPainter *painter)
 {
-    for (const auto &[id, entry] : entries_) {
-        const GLW *glw = tiles_.value(id);
-        if (isSeen(id))
-            painter_.paint(painter, id, entry, {glw->orect, glw->rect},
-                           {glw->property<bool>("selected"), hovered_ == id, isLinked(id)},
-                           display().theme());
+    for (int id : qAsConst(inView_)) {
+        const GLW *glw = tile(id);
+        painter_.paint(painter, id, entries_.at(id), {glw->orect, glw->geometry(false)},
+                       {selected_.contains(id), hovered_ == id, isLinked(id)}, display().theme());
     }
+    if (header_ > 0 && hovered_ > 0)
+        painter_.paintWholeName(painter, entries_.at(hovered_).name, tile(hovered_)->orect,
+                                window().widget()->rect(), display().theme());
 }
 
 /// What goes on, what the pointer is on, or else what was left out.
@@ -221,9 +208,11 @@ void SheetView::paintBottomNote(QPainter *painter, const QRectF &bounds)
     if (note.isEmpty() && hovered_ > 0) {
         if (const Item *shown = item(tile(hovered_)))
             note = shown->underPointer();
-        if (scene()->property("header").toInt() == 0) // which would name it
+        if (header_ == 0) // which would name it
             name = entries_.at(hovered_).name;
     }
+    if (note.isEmpty() && name.isEmpty() && !search_.isEmpty())
+        note = tr("%1 of %2 files").arg(shown_.size()).arg(entries_.size());
     if (note.isEmpty() && name.isEmpty())
         note = QString(notice_).replace('\n', "  ·  ");
     if (bounds.height() >= Metrics::type(90)) // else it would cover the tiles

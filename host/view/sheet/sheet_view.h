@@ -6,10 +6,16 @@
 #include <QSet>
 
 #include "host/read/read_queue.h"
+#include "host/view/sheet/sheet_bar.h"
 #include "host/view/sheet/sheet_entry.h"
+#include "host/view/sheet/sheet_grid.h"
+#include "host/view/sheet/sheet_scroll.h"
+#include "host/view/sheet/sheet_search.h"
 #include "host/view/sheet/tile_painter.h"
 #include "host/view/sheet/tile_pictures.h"
 #include "host/view/view.h"
+
+class QWheelEvent;
 
 namespace host {
 
@@ -19,8 +25,11 @@ struct Loan {
     ItemState state;
 };
 
-/// Many files side by side: a tile for each, with its own camera. Files are read in the background,
-/// those in view first; a file that cannot be read keeps its tile, with the reason in it.
+/// Many files side by side: a tile for each, with its own camera. Tiles have a least width; a sheet
+/// that is larger than its window is scrolled. Files are read in the background, those in view
+/// first and then those a window above and below; a file that cannot be read keeps its tile, with
+/// the reason in it. The module holds tiles for what is near and for some hundreds seen before;
+/// order, selection and what is hidden are the sheet's, for all files alike.
 ///
 /// Memory: the items together hold at most memoryBudget() bytes in arrays and GL buffers. Beyond
 /// half of it, tiles out of view give theirs back, the one seen longest ago first, and are read
@@ -50,7 +59,15 @@ public:
     void readAgain(const QString &path) override;
     QString title() const override;
     const SheetEntries &entries() const { return entries_; }
-    GLW *tile(int id) const { return tiles_.value(id); } ///< Null if there is none.
+    GLW *tile(int id) const { return tiles_.value(id); } ///< Null if there is none now.
+    const QList<int> &inView() const { return inView_; } ///< In the order in which one reads.
+    double offset() const { return scroll_.offset(); }   ///< Pixels that are scrolled away.
+
+    /// The least width of a tile, in usual pixels; what is not positive stands for the usual one.
+    void setTileSize(double usual);
+    double tileSize() const { return tileSize_; }
+    /// How many tiles the module holds at most, if not more are near; some hundreds unless set.
+    void setMostTiles(int count) { mostTiles_ = count; }
     /// Whether its camera is moved with others; plots have none.
     bool isLinked(int id) const;
 
@@ -65,12 +82,25 @@ public:
     void Draw3D(GLW *glw) override;
     void Draw2D(GLW *glw) override;
 
+    bool leaveTool() override; ///< Ends a search.
+    void setShown(bool on) override;
+    QList<QAction *> bindings() const override;
+    bool eventFilter(QObject *object, QEvent *event) override;
+
 public slots:
     void Update(GLW *glw); ///< Called for every visible tile in every pass.
     void DrawBG(GLW *glw); ///< Called before the tiles are drawn.
     void DrawFG(GLW *glw); ///< Called after them.
 
-    void SelectAll(); ///< All that are seen, or none if all were.
+    void SelectAll();   ///< All that are shown, in view or not, or none if all were.
+    void ToggleShown(); ///< Only the selected tiles, or all of them again.
+    void Find();        ///< Lets a person write what the names of the tiles are to hold.
+    void PageUp() { scrollPages(-1); }
+    void PageDown() { scrollPages(1); }
+    void ScrollToStart() { glideTo(0); }
+    void ScrollToEnd() { glideTo(scroll_.largest()); }
+    void LargerTiles() { resizeTiles(1); }
+    void SmallerTiles() { resizeTiles(-1); }
     void OpenTile(GLW *glw, bool pressed);
     void GapMenu(GLW *glw, bool pressed);
     void AdaptTo(int width, int height);
@@ -80,18 +110,13 @@ public slots:
     void ToggleLink(); ///< The cameras of the selected tiles, or of all if fewer than two are.
     void WiderSpacing() { changeSpacing(2); }
     void NarrowerSpacing() { changeSpacing(-2); }
-    void ResetAll();        ///< Every camera back to its first view.
-    void ChooseNear();      ///< Selects the tile beside the chosen one, as the key's action says.
-    void ChooseNext();      ///< Selects the next in reading order.
-    void ChoosePrevious();  ///< Selects the one before.
-    void OpenChosen();      ///< Opens it alone.
-    void CompareSelected(); ///< Two of them.
-    void SelectionChanged()
-    {
-        hint_.clear();
-        changed();
-    }
-    void VisibilityChanged();
+    void ResetAll();         ///< Every camera back to its first view.
+    void ChooseNear();       ///< Selects the tile beside the chosen one, as the key's action says.
+    void ChooseNext();       ///< Selects the next in reading order.
+    void ChoosePrevious();   ///< Selects the one before.
+    void OpenChosen();       ///< Opens it alone.
+    void SelectionChanged(); ///< The module changed the tiles that it holds.
+    void CompareSelected();  ///< Two of them.
 
 signals:
     void filesFound(const QStringList &files); ///< The folders were looked through.
@@ -99,6 +124,7 @@ signals:
     void pictureAsked(const QString &name, const QRect &crop);
     void openAsked(const QString &path); ///< A person wants to see a file alone.
     void compareAsked(const QString &first, const QString &second); ///< Or two of them together.
+    void tileSizeChosen(double usual);                              ///< As setTileSize() takes it.
 
 protected:
     bool advancesInPick() const override { return false; }
@@ -120,17 +146,44 @@ private:
     void takeList(const FileList &list);
     void bindKeys();
     void bindChoosing();
-    QList<int> inReadingOrder() const;
     int chosen() const;
-    void choose(int step);
+    void choose(int index);
+    void chooseNext(int step);
     void connectQueue();
     SheetEntry *entryOf(const GLW *glw);
     SheetEntry *entryOfJob(int job, int *id = nullptr);
     void read(int id);
     void show(int id, const std::shared_ptr<Item> &made);
+    void take(int id, const std::shared_ptr<Item> &made);
     void fail(int id, const QString &reason, quint64 needed = 0);
-    void setVisible(SheetEntry &entry, bool visible);
     void release(int id);
+    GLW *tileFor(int id);
+    void dropTile(int id);
+    void listShown();
+    void arrange();
+    void showTiles();
+    void setVisible(int id, bool visible);
+    bool isIn(int id, const SheetGrid::Range &range) const;
+    bool isLent(int id) const;
+    void comeNear(int id);
+    void readForCount();
+    void forgetFar();
+    void layOut();
+    void placeCells();
+    void setCramped(bool cramped);
+    int spacingIn(double extent) const;
+    double tileWidth() const;
+    void glide();
+    void scrollTo(double offset);
+    void glideTo(double offset);
+    void scrollPages(int pages);
+    void reveal(int id);
+    void resizeTiles(double steps);
+    bool wheel(const QWheelEvent &event);
+    void searched();
+    void bringPointerToChosen();
+    void bindScrolling();
+    void pictureOf(int id);
     quint64 makeRoom();
     void readRefused(quint64 held);
     quint64 bytesOf(int id) const;
@@ -143,7 +196,7 @@ private:
     void changeSpacing(int pixels);
     QList<int> selected() const;
     void select(const QList<int> &ids);
-    void lead(GLW *leader);
+    void followLeader(GLW *glw);
     bool isSpatial(GLW *glw) const;
     bool isSeen(int id) const;
     QList<int> seen() const;
@@ -160,12 +213,29 @@ private:
     QString notice_;
     QString hint_; // until something else is selected
     SheetEntries entries_;
-    QHash<int, GLW *> tiles_;
-    QHash<int, int> jobs_; // of the queue, to ids
-    int list_ = 0;         // the job that looks through folders; 0 if none does
+    QHash<int, GLW *> tiles_; // those that the module holds
+    QSet<int> selected_;
+    QList<int> inOrder_;    // all files
+    QList<int> shown_;      // of these, what is neither hidden nor filtered away
+    QHash<int, int> index_; // in shown_, by id
+    QList<int> inView_;     // of these
+    SheetGrid::Range near_; // in shown_: what is in view or will be soon
+    SheetGrid grid_;
+    SheetScroll scroll_;
+    SheetSearch search_;
+    std::unique_ptr<SheetBar> bar_;
+    double tileSize_ = 0; // usual pixels
+    int mostTiles_ = 512;
+    double firstTop_ = 0; // in the sheet, of the first row in view
+    int header_ = 0;      // of the tiles in view, in pixels
+    QList<QAction *> hints_;
+    bool chosenByKeys_ = false; // and no mouse was moved since then
+    QHash<int, int> jobs_;      // of the queue, to ids
+    int list_ = 0;              // the job that looks through folders; 0 if none does
     QSet<int> linked_;
-    int leader_ = -1;        // the linked tile whose camera was moved last
-    QList<int> beforePress_; // selected before the left button went down
+    int leader_ = -1;                // the linked tile whose camera was moved last
+    std::optional<GL::Camera> pose_; // its
+    QList<int> beforePress_;         // selected before the left button went down
     int lent_ = 0;
     std::shared_ptr<Item> lentItem_;
     QPointer<QObject> gaps_; // behind the tiles: hears the pointer where there is none
@@ -174,6 +244,7 @@ private:
     bool cramped_ = false; // the tiles have no room for a drawing
     quint64 passes_ = 0;
     quint64 budget_ = memoryBudget();
+    quint64 held_ = 0; // bytes, by all items, as last counted
     SheetOrder order_ = SheetOrder::Name;
     bool sorted_ = false;
     bool reversed_ = false;

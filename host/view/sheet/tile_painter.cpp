@@ -91,6 +91,28 @@ void TilePainter::paintHeader(QPainter *painter, int id, const SheetEntry &entry
                   theme.accent);
 }
 
+void TilePainter::paintWholeName(QPainter *painter, const QString &name, const QRectF &cell,
+                                 const QRectF &bounds, const Theme &theme)
+{
+    const QFontMetricsF metrics(painter->font());
+    const double width = metrics.horizontalAdvance(name);
+    if (width <= cell.width() - 2 * inset())
+        return;
+    QRectF r(cell.left(), cell.top(), width + 2 * inset(), header());
+    r.moveLeft(std::max(bounds.left(), std::min(r.left(), bounds.right() - r.width())));
+    r.moveTop(std::max(bounds.top(), r.top()));
+    painter->save();
+    painter->fillRect(r, theme.top);
+    painter->setBrush(Qt::NoBrush);
+    painter->setPen(QPen(theme.faint, Metrics::px(1)));
+    painter->drawRect(r);
+    painter->setPen(theme.text);
+    const double room = std::min(r.width(), bounds.width()) - 2 * inset();
+    painter->drawText(r.adjusted(inset(), 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter,
+                      metrics.elidedText(name, Qt::ElideMiddle, std::max(room, 0.0) + 1));
+    painter->restore();
+}
+
 void TilePainter::paintState(QPainter *painter, int id, const SheetEntry &entry,
                              const QRectF &bounds, const Theme &theme)
 {

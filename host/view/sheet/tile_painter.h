@@ -34,6 +34,10 @@ public:
     };
     void paint(QPainter *painter, int id, const SheetEntry &entry, const Place &place,
                const Marks &marks, const Theme &theme);
+    /// The name of a tile that is cut in its header, whole, over the tiles beside it but inside of
+    /// @p bounds. Nothing if it is not cut.
+    static void paintWholeName(QPainter *painter, const QString &name, const QRectF &cell,
+                               const QRectF &bounds, const Theme &theme);
     void forget(int id); ///< Drops the texts of a tile that is gone.
 
 private:

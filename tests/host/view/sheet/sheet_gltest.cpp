@@ -284,6 +284,7 @@ TEST_F(SheetTest, AFileThatFailsKeepsItsTileAndTellsWhy)
 TEST_F(SheetTest, RoomIsTheDrawingsFirst)
 {
     open(six());
+    sheet->setTileSize(16);
     for (const QSize &size : {QSize(600, 400), QSize(150, 100), QSize(60, 40)}) {
         window->frame()->resize(size);
         frame();

@@ -9,6 +9,8 @@
 #include "host/view/area_selection.h"
 #include "host/view/overlay/scale_bar.h"
 #include "host/view/sheet/sheet_entry.h"
+#include "host/view/sheet/sheet_grid.h"
+#include "host/view/sheet/sheet_scroll.h"
 
 namespace host {
 namespace {
@@ -70,6 +72,90 @@ TEST(SheetEntries, WhatWasUnseenLongestGivesItsMemoryBack)
         {40, ""}, {39, "3"}, {20, "3 4"}, {0, "3 4 2"}};
     for (const auto &[limit, ids] : rows)
         EXPECT_EQ(words(idsToRelease(entries, limit, bytes)).toStdString(), ids);
+}
+
+// Cells of at least 100 pixels, 4 pixels apart, with names of 20 and a bar of 10.
+TEST(SheetGridTest, HasAsManyColumnsAsHaveRoom)
+{
+    const std::tuple<QSize, int, int, const char *> rows[] = {
+        // window, cells, foot: columns, cell, name, largest offset
+        {{400, 300}, 6, 0, "fits 3 100x95 20 0"},
+        {{400, 202}, 6, 9, "fits 3 100x95 20 0"},
+        {{400, 201}, 6, 0, "3 124x113 20 37"},
+        {{400, 300}, 9, 0, "3 124x113 20 55"},
+        {{400, 300}, 10, 7, "3 124x113 20 179"},
+        {{80, 60}, 2, 0, "1 62x52 0 56"},
+        {{108, 400}, 1, 0, "fits 1 100x95 20 0"},
+        {{107, 400}, 1, 0, "1 89x86 20 0"},
+        {{9, 1}, 1, 0, "1 1x1 0 8"},
+        {{430, 300}, 100, 0, "4 100x95 20 2179"}};
+    for (const auto &[window, count, foot, expected] : rows) {
+        const SheetGrid grid({window, count, 100, 4, 20, 10, double(foot)});
+        const QSizeF cell = grid.cellSize();
+        EXPECT_EQ(QString("%1%2 %3x%4 %5 %6")
+                      .arg(grid.fits() ? "fits " : "")
+                      .arg(grid.columns())
+                      .arg(cell.width())
+                      .arg(cell.height())
+                      .arg(grid.header())
+                      .arg(grid.largestOffset())
+                      .toStdString(),
+                  expected)
+            << window.width() << "x" << window.height() << ": " << count;
+    }
+}
+
+TEST(SheetGridTest, TellsWhatIsInViewAndWhere)
+{
+    const SheetGrid grid({{400, 300}, 100, 100, 4, 20, 10, 0}); // 34 rows of 117
+    EXPECT_EQ(grid.cell(0, 0), QRectF(4, 4, 124, 113));
+    EXPECT_EQ(grid.cell(4, 50), QRectF(132, 71, 124, 113));
+    const int ranges[][4] = {// offset, around: first, end
+                             {0, 0, 0, 9},    {116, 0, 0, 12},    {117, 0, 3, 12},
+                             {55, 0, 0, 9},   {56, 0, 0, 12},     {1000, 300, 15, 42},
+                             {0, 300, 0, 18}, {3682, 0, 93, 100}, {3682, 300, 84, 100}};
+    for (const auto &[offset, around, first, end] : ranges) {
+        const SheetGrid::Range range = grid.inView(offset, around);
+        EXPECT_TRUE(range.first == first && range.end == end)
+            << offset << ": " << range.first << ", " << range.end;
+    }
+    const int moves[][3] = {{0, 0, 0},        {0, 50, 0},       {50, 0, 1693},
+                            {50, 3682, 1872}, {50, 1800, 1800}, {99, 0, 3682}};
+    for (const auto &[index, offset, expected] : moves)
+        EXPECT_EQ(grid.revealing(index, offset), expected) << index << " from " << offset;
+
+    EXPECT_EQ(storedRect({4, -30, 124, 93}, {400, 300}), QRectF(4, -237, 124, 93));
+    EXPECT_EQ(storedRect({4, 0, 124, 93}, {400, 300}), QRectF(4, 0, 124, 93));
+}
+
+// Two thirds of the way are gone in 0.06 seconds.
+TEST(SheetScrollTest, GlidesAndEndsWhereItShould)
+{
+    SheetScroll scroll;
+    scroll.setLargest(1000);
+    scroll.glideTo(600);
+    EXPECT_EQ(scroll.offset(), 0);
+    const std::tuple<double, bool, int> frames[] = {// time, whether it moved: offset
+                                                    {5, true, 146},    {5, false, 146},
+                                                    {5.06, true, 433}, {5.05, false, 433},
+                                                    {9, true, 600},    {10, false, 600}};
+    for (const auto &[time, moved, offset] : frames) {
+        EXPECT_EQ(scroll.advance(time), moved) << time;
+        EXPECT_EQ(scroll.offset(), offset) << time;
+        EXPECT_EQ(scroll.isMoving(), time < 9) << time;
+    }
+    scroll.glideBy(-600); // after a rest it begins with one frame's way again
+    scroll.advance(100);
+    EXPECT_EQ(scroll.offset(), 454);
+    scroll.glideBy(100);
+    scroll.advance(200);
+    EXPECT_EQ(scroll.offset(), 100);
+    scroll.jumpTo(4000);
+    EXPECT_EQ(scroll.offset(), 1000);
+    scroll.setLargest(300);
+    EXPECT_TRUE(scroll.offset() == 300 && !scroll.isMoving());
+    scroll.jumpTo(-1);
+    EXPECT_EQ(scroll.offset(), 0);
 }
 
 TEST(ScaleBarTest, HasARoundLengthThatFits)

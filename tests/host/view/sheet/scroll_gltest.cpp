@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: MIT
+// A sheet that is larger than its window: 60 models in four columns; rows of 131 pixels, the first
+// four in view.
+#include <algorithm>
+
+#include <QLineEdit>
+
+#include "host/view/sheet/sheet_view.h"
+#include "support.h"
+
+namespace host {
+namespace {
+
+class ScrollTest : public ViewTest {
+protected:
+    std::unique_ptr<SheetView> sheet;
+
+    void open(int count = 60)
+    {
+        sheet.reset();
+        QStringList paths;
+        for (int i = 1; i <= count; ++i)
+            paths << boxes(QString("m%1.obj").arg(i), i == 20 ? 9 : 1);
+        sheet = std::make_unique<SheetView>(*window, queue, "folder", paths);
+        show(*sheet);
+    }
+    void TearDown() override { sheet.reset(); }
+
+    std::optional<QPointF> place(const QString &word) const override
+    {
+        const int id = word.size() <= 2 && word[0] != '+' ? word.toInt() : 0;
+        return id > 0 && sheet->tile(id) ? std::optional(sheet->tile(id)->orect.center())
+                                         : std::nullopt;
+    }
+    /// What hands do, and what they write into the search (?m1) and how they leave it (!Esc).
+    void run(const QString &steps)
+    {
+        for (const QString &step : steps.split("; ", Qt::SkipEmptyParts)) {
+            if (step[0] == '?')
+                line()->setText(step.mid(1));
+            else if (step[0] == '!')
+                QTest::keyClick(line(), Qt::Key(QKeySequence(step.mid(1))[0]));
+            else
+                hand(step);
+            for (int i = 0; i < 12; ++i) // it glides
+                frame();
+        }
+        ASSERT_TRUE(QTest::qWaitFor([&] { return queue.isIdle(); }, 60000));
+        frame();
+    }
+    QLineEdit *line() const { return widget->findChild<QLineEdit *>(); }
+    Vector rot(int id) const { return sheet->tile(id)->camera.rot; }
+    int countOf(SheetEntry::State state) const
+    {
+        return int(
+            std::count_if(sheet->entries().begin(), sheet->entries().end(),
+                          [state](const auto &entry) { return entry.second.state == state; }));
+    }
+    std::string describe() const
+    {
+        const QList<int> ids = sheet->inView();
+        return QString("%1: %2 to %3")
+            .arg(sheet->offset())
+            .arg(ids.value(0))
+            .arg(ids.value(ids.size() - 1))
+            .toStdString();
+    }
+};
+
+TEST_F(ScrollTest, StepsLeadTo)
+{
+    const std::pair<const char *, const char *> rows[] = {
+        {"1 move back", "131: 5 to 20"},
+        {"1 move back back wheel", "131: 5 to 20"},
+        {"1 move wheel alt back ctrl Home", "0: 1 to 16"},
+        {"1 move PgDown PgDown", "786: 25 to 40"},
+        {"1 move Ctrl+End PgUp", "1176: 33 to 48"},
+        {"1 move Ctrl+End; Ctrl+Home", "0: 1 to 16"},
+        {"593,5 down +0,100 move up +0,50 move", "492: 13 to 28"},
+        {"593,390 down up", "1569: 45 to 60"},
+        {"1 move PgDown PgDown; 30 move ctrl back", "440: 21 to 40"},
+        {"1 move PgDown PgDown; Z", "1344: 25 to 33"},
+        {"PgDown S; 13 click S S", "128: 20 to 15"},
+        {"Down Down Down Down Right", "128: 1 to 16"},
+        {"Shift+Backtab", "1569: 45 to 60"},
+        {"PgDown; Ctrl+F; ?1.OBJ m", "0: 1 to 51"},
+        {"Ctrl+F; ?m6; !Return; Tab Tab; Ctrl+F; !Esc", "1569: 45 to 60"},
+        {"Ctrl+F; ?m6; !Down; V PgDown; !Esc; PgDown", "393: 13 to 28"},
+        {"Ctrl+F; !Return; Ctrl+End; Ctrl+F; !Esc", "1569: 45 to 60"},
+        {"Ctrl+F; ?nothing", "0: 0 to 0"},
+        // What is selected is so, scrolled away or not.
+        {"Ctrl+A; ctrl 1 click none V", "0: 2 to 17"},
+        {"Ctrl+A; 3 click V", "0: 3 to 3"},
+        {"Tab Ctrl+End; V", "0: 1 to 1"},
+        {"Ctrl+A Ctrl+End; Ctrl+A V", "1569: 45 to 60"},
+        {"2 click; Ctrl+F; ?m3 m; !Return; Ctrl+A V; Ctrl+F; !Esc", "0: 3 to 39"},
+    };
+    for (const auto &[steps, expected] : rows) {
+        open();
+        run(steps);
+        EXPECT_EQ(describe(), expected) << steps;
+    }
+}
+
+TEST_F(ScrollTest, OnlyWhatIsNearIsReadAndTheRestStaysAsItWasLeft)
+{
+    using State = SheetEntry::State;
+    open();
+    run("1 move");
+    EXPECT_EQ(countOf(State::Shown), 28);
+    EXPECT_EQ(countOf(State::Waiting), 32);
+    EXPECT_EQ(sheet->tile(40), nullptr);
+    run("1 down +40,0 move up L; 1 down +0,20 move up");
+    const Vector left = rot(1);
+    sheet->setMostTiles(30);
+    run("Ctrl+End");
+    EXPECT_EQ(sheet->tile(1), nullptr);
+    EXPECT_EQ(rot(60), left) << "its camera is linked";
+    EXPECT_EQ(countOf(State::Shown), 28);
+    run("L; 60 move +2 -2");
+    EXPECT_NE(rot(60), left);
+    run("Ctrl+Home; 1 move back; C");
+    EXPECT_EQ(rot(1), left);
+    EXPECT_EQ(sheet->inView()[0], 20) << "the largest of all, which nobody had looked at";
+    EXPECT_EQ(countOf(State::Waiting), 0);
+
+    run("20 move back wheel back");
+    const GLW *top = sheet->tile(20);
+    EXPECT_EQ(top->geometry(false), top->orect.adjusted(0, 22, 0, 0))
+        << "the module's own reckoning";
+}
+
+TEST_F(ScrollTest, KeysAreForTheTileThatWasPointedAtOrChosenLast)
+{
+    open(6);
+    const Vector first = rot(1), second = rot(2);
+    run("2 move Tab +2 -2");
+    EXPECT_EQ(rot(2), second);
+    EXPECT_NE(rot(1), first);
+    run("2 move +2 -2");
+    EXPECT_EQ(rot(2), rot(1));
+}
+
+} // namespace
+} // namespace host
