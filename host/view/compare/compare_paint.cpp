@@ -83,10 +83,11 @@ void CompareView::paintHeadings(QPainter *painter)
         const bool right = divider_->isOn() && model == second();
         paintNote(painter, place, Qt::AlignTop | (right ? Qt::AlignRight : Qt::AlignLeft),
                   shown->name(), shown->details(), theme);
-        if (!display().hover)
+        const Item *under = way_ == CompareWay::Difference ? item(tiles_[differenceTile]) : shown;
+        if (!display().hover || !under)
             continue;
         paintNote(painter, place, Qt::AlignBottom | (right ? Qt::AlignRight : Qt::AlignLeft), {},
-                  shown->underPointer(), theme);
+                  under->underPointer(), theme);
     }
     if (way_ != CompareWay::Beside)
         return;

@@ -195,9 +195,23 @@ void CompareView::Update(GLW *glw)
         makeItems();
     if (difference_.get() && !item(tiles_[differenceTile]))
         showDifference();
+    hover(glw);
     advance(glw);
     if (glw == leader_)
         follow();
+}
+
+/// Only the tile under the pointer is picked: the one before would go on showing its mark.
+void CompareView::hover(GLW *glw)
+{
+    const GLWindow *widget = window().widget();
+    const QPointF pointer(widget->mouse.x, widget->height() - widget->mouse.y);
+    if (hovered_ == glw || !glw->orect.contains(pointer))
+        return;
+    if (hovered_)
+        forgetPointer(hovered_);
+    hovered_ = glw;
+    changed();
 }
 
 void CompareView::DrawBG(GLW *)

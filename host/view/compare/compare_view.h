@@ -94,6 +94,7 @@ private:
     void makeItems();
     void place();
     void follow();
+    void hover(GLW *glw);
     void moveDivider(int steps);
     MeshPtr meshOf(int model) const;
     QString differenceFault() const;
@@ -120,6 +121,7 @@ private:
     std::array<GLW *, 3> tiles_{}; // of the scene: of both, and of their difference
     int first_ = 0;                // into both
     GLW *leader_ = nullptr;        // the tile whose pose all take
+    GLW *hovered_ = nullptr;       // the tile that the pointer was on last
     CompareWay way_;
     std::unique_ptr<Divider> divider_;
     std::unique_ptr<Legend> legend_;
