@@ -1,13 +1,13 @@
 # SPDX-License-Identifier: MIT
-# Precompiled headers, for a build that has to be quick. The others go without, so that there each file has to
-# include what it uses.
-option(GLWINDOW_PRECOMPILE "Precompile the headers of Qt, and for tests those of GoogleTest" OFF)
+# Precompiled headers, for builds that have to be quick. TESTS leaves the module and the viewer without, so that
+# each of their files has to include what it uses.
+set(GLWINDOW_PRECOMPILE OFF CACHE STRING "Precompile the headers of Qt and GoogleTest: OFF, TESTS or ON")
 
 # glwindow_precompile(TARGET [LIBRARY HEADER])
 # Lets a target begin with the precompiled headers of Qt and that of a library. Targets with the same share them.
 function(glwindow_precompile target)
     list(POP_FRONT ARGN library)
-    if(NOT GLWINDOW_PRECOMPILE)
+    if(NOT GLWINDOW_PRECOMPILE OR (GLWINDOW_PRECOMPILE STREQUAL "TESTS" AND NOT library))
         return()
     endif()
     get_target_property(visibility ${target} CXX_VISIBILITY_PRESET)
