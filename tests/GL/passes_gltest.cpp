@@ -190,7 +190,8 @@ TEST_F(WindowTest, PassesQuestionsToTheHostHaveAnswersWithoutOne)
     GLWidget *a = add("a");
     QRectF set;
     QObject::connect(a, qOverload<QRectF *, int>(&GLWidget::Range2D), [&](QRectF *r) {
-        r->setX(set.x());
+        if (set.x() != 0)
+            r->setX(set.x());
         r->setWidth(set.width());
         if (set.y() != 0)
             r->setTop(set.y()); // the bottom stays
