@@ -79,7 +79,8 @@ BindingsLayout::BindingsLayout(const QRectF &bounds, const QFont &font,
     const QRectF room = bounds.adjusted(edge, edge, -edge, -edge);
     const double inside = room.width() - 2 * columns.gap;
     columns.height = room.height() - 2 * columns.gap - 1.5 * line;
-    if (inside < Metrics::type(100) || columns.height < 2 * line)
+    // Where it is narrower the longest keys would run into the text beside them.
+    if (inside < Metrics::type(180) || columns.height < 2 * line)
         return;
     const int most = int((inside + columns.gap) / (columns.width + columns.gap));
     if (most < 1) {

@@ -111,7 +111,8 @@ TEST(PanelTest, TheListOfBindingsShowsEveryRowInFullInColumnsOrByScrolling)
         int columns;
         bool scrolls;
     } windows[] = {{{1280, 800}, 1, false}, {{1280, 400}, 2, false}, {{250, 800}, 1, false},
-                   {{250, 500}, 1, true},   {{250, 250}, 1, true},   {{60, 40}, 0, false}};
+                   {{250, 500}, 1, true},   {{250, 250}, 1, true},   {{220, 400}, 0, false},
+                   {{60, 40}, 0, false}};
     for (const auto &window : windows) {
         for (const int from : {-5, 2, 1000}) {
             int last = 0;
