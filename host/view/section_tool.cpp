@@ -198,10 +198,10 @@ void SectionTool::removeAll()
     set({});
 }
 
-bool SectionTool::fillMenu(MenuTree *tree)
+void SectionTool::fillMenu(MenuTree *tree)
 {
     if (!section())
-        return false;
+        return;
     MenuTree *menu = tree->addMenu(tr("Section"));
     const bool any = !section()->planes.empty();
     menu->addCheck({}, "C", section()->isCutting(), this, [this] { Toggle(subject_.glw); });
@@ -219,7 +219,7 @@ bool SectionTool::fillMenu(MenuTree *tree)
             addFace(pointer);
     });
     if (!any)
-        return true;
+        return;
     menu->addSeparator();
     menu->add({}, "X", this, [this] { Flip(subject_.glw); });
     menu->add(tr("Remove this plane"), {}, this, [this] {
@@ -230,7 +230,6 @@ bool SectionTool::fillMenu(MenuTree *tree)
         if (section())
             removeAll();
     });
-    return true;
 }
 
 } // namespace host

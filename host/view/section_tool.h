@@ -30,7 +30,7 @@ public:
     };
     SectionTool(Subject subject, SectionHandles &handles);
 
-    bool fillMenu(MenuTree *tree); ///< Returns whether there is anything to do.
+    void fillMenu(MenuTree *tree);
 
     /// The axis of the file along which one looks most, as a plane across it through the middle
     /// that cuts away what is before it. Axes that a plane of @p section stands across already are

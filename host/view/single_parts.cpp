@@ -79,11 +79,13 @@ void SingleView::fillMenu(GLW *glw, MenuTree *tree)
         tree->addSeparator();
     }
     View::fillMenu(glw, tree);
-    if (section_ && section_->fillMenu(tree))
-        tree->addSeparator();
+    if (section_)
+        section_->fillMenu(tree);
     fillPlayMenu(tree);
     if (measure_)
         measure_->fillMenu(tree);
+    if (model())
+        tree->addSeparator();
 }
 
 /// What the pointer is on may be another part now.
@@ -174,6 +176,7 @@ void SingleView::followParts()
     if (!parts_ || !shown)
         return;
     parts_->setTheme(display().theme());
+    window().frame()->setGround(display().theme().bottom);
     parts_->follow(shown->marks());
 }
 

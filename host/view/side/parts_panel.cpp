@@ -57,6 +57,7 @@ PartsPanel::PartsPanel(QWidget *view, QWidget *parent)
     tree_->setAccessibleName(tr("Parts"));
     tree_->setModel(model_);
     tree_->setUniformRowHeights(true);
+    tree_->setIndentation(int(Metrics::px(12))); // nodes may lie deep, and names need the room
     tree_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     tree_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     tree_->setExpandsOnDoubleClick(false);

@@ -57,6 +57,15 @@ void SideFrame::setContent(QWidget *content)
     followContent();
 }
 
+void SideFrame::setGround(const QColor &colour)
+{
+    QPalette all = palette();
+    if (all.color(QPalette::Window) == colour)
+        return;
+    all.setColor(QPalette::Window, colour);
+    setPalette(all);
+}
+
 void SideFrame::followContent()
 {
     const bool shown = open_ && content_;
