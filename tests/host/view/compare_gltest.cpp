@@ -157,6 +157,7 @@ TEST_F(CompareTest, TwoOfASheetAreComparedAndLeft)
     QMetaObject::invokeMethod(sheet->scene(), "SelectAll"); // none
     for (int id : {1, 2})
         sheet->tile(id)->setProperty("selected", true);
+    sheet->SelectionChanged(); // as it hears of what the module selects
     hand("D");
     frame();
     ASSERT_NE(viewer.view(), sheet);
