@@ -59,7 +59,7 @@ private:
     void offer(Snap::Kind kind, quint32 corner, const Vec &at)
     {
         const double away = QLineF(sight_(at).pixel, pointer_).length();
-        if ((best_ ? away < least_ : away <= reach_) && visible_(at)) {
+        if (away <= (best_ ? least_ : reach_) && !(best_ && away == least_) && visible_(at)) {
             least_ = away;
             best_ = Snap{kind, corner, at};
         }
