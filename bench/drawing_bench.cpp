@@ -57,8 +57,7 @@ std::shared_ptr<host::Mesh> ring(int around, int across)
     auto mesh = std::make_shared<host::Mesh>();
     const auto at = [&](int i, int j) {
         const double u = 2 * M_PI * i / around, v = 2 * M_PI * j / across;
-        const double r = 0.13 + 0.006 * std::sin(24 * u) * std::sin(18 * v) +
-                         0.001 * std::sin(140 * u) * std::cos(120 * v);
+        const double r = 0.13 + 0.006 * std::sin(24 * u) * std::sin(18 * v);
         const double from = 0.34 + r * std::cos(v);
         return QVector3D(float(from * std::cos(u)), float(from * std::sin(u)),
                          float(r * std::sin(v)));
