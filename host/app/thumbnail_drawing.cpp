@@ -3,6 +3,7 @@
 
 #include <QCoreApplication>
 #include <QPainter>
+#include <QThread>
 #include <QTimerEvent>
 
 #include "host/ui/metrics.h"
@@ -59,6 +60,8 @@ Picture ThumbnailDrawing::draw(Item &item)
     auto *glw = static_cast<GLW *>(scene_.get());
     window_->makeCurrent();
     place(item);
+    while (!item.isWhole()) // the faces of a cut are found by a thread, which tells nobody
+        QThread::msleep(1);
     window_->makeCurrent();
     Display display;
     display.overlays = false;
