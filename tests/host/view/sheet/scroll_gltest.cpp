@@ -42,8 +42,10 @@ protected:
                 QTest::keyClick(line(), Qt::Key(QKeySequence(step.mid(1))[0]));
             else
                 hand(step);
-            for (int i = 0; i < 12; ++i) // it glides
+            for (double before = -1; before != sheet->offset();) { // it glides
+                before = sheet->offset();
                 frame();
+            }
         }
         ASSERT_TRUE(QTest::qWaitFor([&] { return queue.isIdle(); }, 60000));
         frame();
@@ -69,6 +71,8 @@ protected:
 
 TEST_F(ScrollTest, StepsLeadTo)
 {
+    // In the first, which leave nothing else behind, the sheet is that of the one before.
+    const std::size_t alike = 8;
     const std::pair<const char *, const char *> rows[] = {
         {"1 move back", "131: 5 to 20"},
         {"1 move back back wheel", "131: 5 to 20"},
@@ -95,10 +99,11 @@ TEST_F(ScrollTest, StepsLeadTo)
         {"Ctrl+A Ctrl+End; Ctrl+A V", "1569: 45 to 60"},
         {"2 click; Ctrl+F; ?m3 m; !Return; Ctrl+A V; Ctrl+F; !Esc", "0: 3 to 39"},
     };
-    for (const auto &[steps, expected] : rows) {
-        open();
-        run(steps);
-        EXPECT_EQ(describe(), expected) << steps;
+    for (std::size_t i = 0; i < std::size(rows); ++i) {
+        if (i == 0 || i >= alike)
+            open();
+        run(QString("Ctrl+Home; ") + rows[i].first);
+        EXPECT_EQ(describe(), rows[i].second) << rows[i].first;
     }
 }
 
@@ -135,10 +140,13 @@ TEST_F(ScrollTest, KeysAreForTheTileThatWasPointedAtOrChosenLast)
     open(6);
     const Vector first = rot(1), second = rot(2);
     run("2 move Tab +2 -2");
+    settle(sheet->tile(1));
     EXPECT_EQ(rot(2), second);
     EXPECT_NE(rot(1), first);
     run("2 move +2 -2");
-    EXPECT_EQ(rot(2), rot(1));
+    settle(sheet->tile(2));
+    for (const auto axis : {&Vector::x, &Vector::y})
+        EXPECT_FLOAT_EQ(rot(2).*axis, rot(1).*axis);
 }
 
 } // namespace
