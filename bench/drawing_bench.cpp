@@ -2,8 +2,10 @@
 // What the viewer's ways to draw a model cost, each beside the plain way.
 #include <chrono>
 #include <cmath>
+#include <functional>
 
 #include <QGLWidget>
+#include <QImage>
 #include <QOpenGLFramebufferObject>
 #include <QThreadPool>
 
@@ -12,10 +14,13 @@
 #include "host/item/detail_budget.h"
 #include "host/item/lamps.h"
 #include "host/item/mesh_buffers.h"
+#include "host/item/model_section.h"
 
 namespace {
 
 constexpr QSize usual(1024, 1024); // pixels
+constexpr int perSide = 20;        // boxes
+const host::CutPlane middle{{0, 0, 1}, 0.015};
 
 /// A block of @p count boxes each way, with air between them: 12 triangles and 12 edges each.
 std::shared_ptr<host::Mesh> boxes(int count)
@@ -48,6 +53,22 @@ std::shared_ptr<host::Mesh> boxes(int count)
     host::MeshPart part;
     part.indexCount = quint32(mesh->indices.size());
     mesh->parts.push_back(part);
+    return mesh;
+}
+
+/// Boxes under a texture of yellow and dark yellow, 512 x 512 pixels.
+std::shared_ptr<host::Mesh> covered(const host::Mesh &plain)
+{
+    auto mesh = std::make_shared<host::Mesh>(plain);
+    host::Texture texture{512, 512, {}};
+    for (quint32 i = 0; i < 512 * 512; ++i) {
+        const quint8 value = (i / 32 + i / 512 / 32) % 2 == 0 ? 255 : 128;
+        texture.pixels.insert(texture.pixels.end(), {value, value, 0, 255});
+    }
+    for (std::size_t face = 0; face < mesh->vertexCount() / 4; ++face)
+        mesh->uvs.insert(mesh->uvs.end(), {0, 0, 1, 0, 1, 1, 0, 1});
+    mesh->textures = {std::make_shared<host::Texture>(texture)};
+    mesh->parts[0].cover.texture = 0;
     return mesh;
 }
 
@@ -86,7 +107,7 @@ std::shared_ptr<host::Mesh> ring(int around, int across)
 /// One model in a picture off the screen.
 class Scene {
 public:
-    explicit Scene(std::shared_ptr<host::Mesh> mesh = boxes(20), const QSize &size = usual)
+    explicit Scene(std::shared_ptr<host::Mesh> mesh = boxes(perSide), const QSize &size = usual)
         : mesh_(std::move(mesh)),
           marks_(mesh_->parts.size()),
           picture_((widget_.makeCurrent(), size), QOpenGLFramebufferObject::CombinedDepthStencil)
@@ -103,6 +124,8 @@ public:
         edges_.destroy();
         levels_.destroy();
         buffers_.destroy();
+        coveredBuffers_.destroy();
+        section_.release();
     }
 
     static void setLamps(int count)
@@ -114,46 +137,91 @@ public:
     /// From @p azimuth; all triangles, or the level of @p most.
     void draw(host::Display::Mode mode, float azimuth = 30, std::size_t most = ~std::size_t(0))
     {
+        const host::Display display = begin(mode, azimuth);
+        const bool fewer = levels_.choose(levels_.levelFor(*mesh_, most));
+        drawn_ = fewer ? levels_.triangleCount() : mesh_->triangleCount();
+        buffers_.draw(*mesh_, display, marks_, &edges_, fewer ? &levels_ : nullptr);
+    }
+    /// Boxes; what is drawn with is made the first time.
+    void drawTextured()
+    {
+        const host::Display display = begin(host::Display::Mode::Shaded);
+        if (!covered_)
+            covered_ = covered(*mesh_);
+        coveredBuffers_.create(*covered_, {}, 1);
+        coveredBuffers_.draw(*covered_, display, marks_);
+    }
+    /// The same; cut faces are found once, as while only the camera moves.
+    void drawCut()
+    {
+        const host::Display display = begin(host::Display::Mode::Shaded);
+        if (section_.get().planes.empty()) {
+            section_.setMesh(mesh_, {}, 1);
+            section_.set({{middle}});
+            QThreadPool::globalInstance()->waitForDone();
+        }
+        const host::ModelSection::Clipping clipping(section_);
+        section_.drawCaps(host::SectionCaps::Opaque, display, marks_, 0.001);
+        buffers_.draw(*mesh_, display, marks_);
+        section_.drawCaps(host::SectionCaps::Transparent, display, marks_, 0.001);
+    }
+
+    /// What a picture shows of the box in the middle of the near side, or inside of it, at shares
+    /// of its width and height.
+    QColor onBox(float x, float y, bool inside = false) const
+    {
+        const float z = inside ? float(middle.offset) : (perSide - 0.3f) / perSide - 0.5f;
+        const QVector3D at =
+            (projection_ * view_).map(QVector3D(x * 0.7f / perSide, y * 0.7f / perSide, z));
+        return picture().pixel(int((at.x() + 1) * float(picture_.width()) / 2),
+                               int((1 - at.y()) * float(picture_.height()) / 2));
+    }
+    QColor beside() const { return picture().pixel(5, 5); } ///< In the corner, off all boxes.
+    QImage picture() const { return picture_.toImage(); }
+    int triangles() const { return int(mesh_->triangleCount()); }
+    std::size_t drawn() const { return drawn_; } ///< Of them, in the last picture.
+
+private:
+    /// Clears the picture, and sets camera and lamps.
+    host::Display begin(host::Display::Mode mode, float azimuth = 30)
+    {
         host::Display display;
         display.mode = mode;
         picture_.bind();
         const QSizeF size = picture_.size();
         glViewport(0, 0, picture_.width(), picture_.height());
         glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-        QMatrix4x4 projection, view;
-        projection.perspective(45, float(size.width() / size.height()), 0.1f, 10);
-        view.translate(0, 0, -1.7f);
-        view.rotate(25, 1, 0, 0);
-        view.rotate(azimuth, 0, 1, 0);
+        projection_ = view_ = {};
+        projection_.perspective(45, float(size.width() / size.height()), 0.1f, 10);
+        view_.translate(0, 0, -1.7f);
+        view_.rotate(25, 1, 0, 0);
+        view_.rotate(azimuth, 0, 1, 0);
         glMatrixMode(GL_PROJECTION);
-        glLoadMatrixf(projection.constData());
+        glLoadMatrixf(projection_.constData());
         glMatrixMode(GL_MODELVIEW);
-        glLoadMatrixf(view.constData());
+        glLoadMatrixf(view_.constData());
         host::placeLamps(&lit_, host::CameraGeometry(lit_.camera, size));
         for (GL::Light &lamp : lit_.lights)
             lamp.Reposition();
-        const bool fewer = levels_.choose(levels_.levelFor(*mesh_, most));
-        drawn_ = fewer ? levels_.triangleCount() : mesh_->triangleCount();
-        buffers_.draw(*mesh_, display, marks_, &edges_, fewer ? &levels_ : nullptr);
+        return display;
     }
-    QImage picture() const { return picture_.toImage(); }
-    int triangles() const { return int(mesh_->triangleCount()); }
-    std::size_t drawn() const { return drawn_; } ///< Of them, in the last picture.
 
-private:
     QGLWidget widget_;
     GLWidget lit_{nullptr, "lit"}; // its lights alone
-    std::shared_ptr<host::Mesh> mesh_;
+    QMatrix4x4 projection_, view_;
+    std::shared_ptr<host::Mesh> mesh_, covered_;
     host::PartMarks marks_;
     QOpenGLFramebufferObject picture_;
-    host::MeshBuffers buffers_;
+    host::MeshBuffers buffers_, coveredBuffers_;
+    host::ModelSection section_;
     host::EdgeLines edges_;
     host::LevelBuffers levels_;
     std::size_t drawn_ = 0;
 };
 
-/// @p drawn against the shaded surface, in one run.
-void compareWithPlain(benchmark::State &state, const std::function<void(Scene &)> &drawn)
+/// @p drawn against the shaded surface, in one run; @p isRight looks at its picture.
+void compareWithPlain(benchmark::State &state, const std::function<void(Scene &)> &drawn,
+                      const std::function<bool(const Scene &, const QColor &plain)> &isRight)
 {
     Scene scene;
     Contest c;
@@ -164,9 +232,11 @@ void compareWithPlain(benchmark::State &state, const std::function<void(Scene &)
     };
     c.correct = [&] {
         c.bare();
-        const QImage plain = scene.picture();
+        const QColor plain = scene.onBox(0.25f, 0.6f);
+        if (plain.value() < 32 || scene.beside().value() > 0)
+            return false;
         c.module();
-        return scene.picture() != plain;
+        return scene.beside().value() == 0 && isRight(scene, plain);
     };
     c.items = scene.triangles();
     c.gl = true;
@@ -175,16 +245,51 @@ void compareWithPlain(benchmark::State &state, const std::function<void(Scene &)
 
 void Drawing(benchmark::State &state, host::Display::Mode mode)
 {
-    compareWithPlain(state, [mode](Scene &scene) { scene.draw(mode); });
+    const auto isRight = [mode](const Scene &scene, const QColor &plain) {
+        const bool filled = mode == host::Display::Mode::Edged;
+        const host::Theme &theme = host::Display().theme();
+        bool line = false; // at the left side, within a pixel or two
+        for (const float x : {-0.04f, -0.02f, 0.0f, 0.02f, 0.04f})
+            line = line || scene.onBox(x, 0.6f) == (filled ? theme.edge : theme.ink);
+        return line && scene.onBox(0.25f, 0.6f) == (filled ? plain : QColor(Qt::black));
+    };
+    compareWithPlain(
+        state, [mode](Scene &scene) { scene.draw(mode); }, isRight);
+}
+
+void DrawingTextured(benchmark::State &state)
+{
+    compareWithPlain(
+        state, [](Scene &scene) { scene.drawTextured(); },
+        [](const Scene &scene, const QColor &plain) {
+            const QColor now = scene.onBox(0.25f, 0.6f);
+            return now.blue() < plain.blue() / 2 && now.red() > plain.red() / 3;
+        });
+}
+
+void DrawingCut(benchmark::State &state)
+{
+    compareWithPlain(
+        state, [](Scene &scene) { scene.drawCut(); },
+        [](const Scene &scene, const QColor &plain) {
+            const QColor face = scene.onBox(0.25f, 0.6f, true);
+            return face.value() > 32 && face != plain; // darker, and hatched
+        });
 }
 
 /// The other way round: what there would be to gain with one lamp alone.
 void DrawingOneLamp(benchmark::State &state)
 {
-    compareWithPlain(state, [](Scene &scene) {
-        Scene::setLamps(1);
-        scene.draw(host::Display::Mode::Shaded);
-    });
+    compareWithPlain(
+        state,
+        [](Scene &scene) {
+            Scene::setLamps(1);
+            scene.draw(host::Display::Mode::Shaded);
+        },
+        [](const Scene &scene, const QColor &plain) {
+            const int now = scene.onBox(0.25f, 0.6f).value();
+            return now > 0 && now <= plain.value();
+        });
 }
 
 /// The mean difference of a colour, 0 to 255.
@@ -238,6 +343,8 @@ BENCHMARK_CAPTURE(Drawing, HiddenLines, host::Display::Mode::HiddenLines)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(Turning)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(DrawingTextured)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(DrawingCut)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(DrawingOneLamp)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -115,7 +115,7 @@ TEST_P(SectionSeen, AndFoundByThePointer)
     }
     EXPECT_EQ(seen, row.seen);
     // A rectangle selects what the pointer finds in it; through all, what is left in the middle.
-    projection.scale(4, 4, 1);
+    projection.scale(16, 16, 1);
     std::copy_n(projection.constData(), 16, glw.camera.proj_matrix);
     std::copy_n(QMatrix4x4().constData(), 16, glw.camera.model_matrix);
     for (std::size_t i = 0; i < row.parts.size(); ++i) {
