@@ -333,7 +333,6 @@ void Turning(benchmark::State &state)
     c.items = scene.triangles();
     c.gl = true;
     compare(state, c);
-    state.counters["drawn"] = double(scene.drawn());
 }
 
 BENCHMARK_CAPTURE(Drawing, Edged, host::Display::Mode::Edged)

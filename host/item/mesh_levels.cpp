@@ -2,6 +2,7 @@
 #include "host/item/mesh_levels.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 
 #include <meshoptimizer.h>
@@ -46,6 +47,40 @@ bool hasSeams(const Mesh &mesh, const MeshPart &part)
     return part.cover.texture >= 0 || !mesh.colours.empty();
 }
 
+/// Whether a triangle looks where its corners' normals do (1) or the other way (-1).
+int facing(const QVector3D &across, const float *normals, const quint32 *vertices)
+{
+    float agreement = 0;
+    for (int k = 0; k < 3; ++k) {
+        const float *n = &normals[std::size_t(vertices[k]) * 3];
+        agreement += QVector3D::dotProduct(across, {n[0], n[1], n[2]});
+    }
+    return agreement > 0 ? 1 : agreement < 0 ? -1 : 0;
+}
+
+/// Across a triangle to its front, however long.
+QVector3D across(const std::vector<float> &positions, const quint32 *corners)
+{
+    const auto at = [&](quint32 place) {
+        const float *p = &positions[std::size_t(place) * 3];
+        return QVector3D(p[0], p[1], p[2]);
+    };
+    const QVector3D origin = at(corners[0]);
+    return QVector3D::crossProduct(at(corners[1]) - origin, at(corners[2]) - origin);
+}
+
+/// As nearly all triangles of a part do: in some files all are inside out. 0 if they do not agree.
+int facingOf(const Mesh &mesh, const MeshPart &part)
+{
+    std::ptrdiff_t sum = 0;
+    for (quint32 i = 0; i + 2 < part.indexCount; i += 3) {
+        const quint32 *c = &mesh.indices[part.firstIndex + i];
+        sum += facing(across(mesh.positions, c), mesh.normals.data(), c);
+    }
+    const bool agree = std::abs(sum) * 100 >= std::ptrdiff_t(part.indexCount / 3) * 98;
+    return !agree ? 0 : sum < 0 ? -1 : 1;
+}
+
 class Maker {
 public:
     Maker(const Mesh &mesh, const std::atomic<bool> &cancelled) : mesh_(mesh), cancelled_(cancelled)
@@ -70,6 +105,7 @@ private:
     const Mesh &mesh_;
     const std::atomic<bool> &cancelled_;
     std::vector<quint32> slots_; // of gather(): none, but while it runs
+    int facing_ = 1;             // of the part
     std::vector<quint32> twins_; // of each place that was welded, the next at the same place
 };
 
@@ -134,21 +170,20 @@ quint32 Maker::cornerFor(const Patch &patch, quint32 place, const QVector3D &nor
     return best;
 }
 
-/// Adds triangles of a part, as those of the mesh's vertices.
+/// Adds triangles of a part, as those of the mesh's vertices. What was turned over on a plane lies
+/// over others there, and would be dark: it is left out.
 void Maker::append(const Patch &patch, const Indices &indices, MeshLevel &level) const
 {
-    const auto at = [&](quint32 place) {
-        const float *p = &patch.positions[std::size_t(place) * 3];
-        return QVector3D(p[0], p[1], p[2]);
-    };
     for (std::size_t i = 0; i + 2 < indices.size(); i += 3) {
-        const quint32 *c = &indices[i];
-        const QVector3D across = // however long
-            QVector3D::crossProduct(at(c[1]) - at(c[0]), at(c[2]) - at(c[0]));
-        for (int k = 0; k < 3; ++k) {
-            const quint32 corner = twins_.empty() ? c[k] : cornerFor(patch, c[k], across);
-            level.indices.push_back(patch.vertices[corner]);
+        const QVector3D normal =
+            across(patch.positions, &indices[i]) * (facing_ < 0 ? -1.0f : 1.0f);
+        quint32 corners[3];
+        for (std::size_t k = 0; k < 3; ++k) {
+            const quint32 place = indices[i + k];
+            corners[k] = patch.vertices[twins_.empty() ? place : cornerFor(patch, place, normal)];
         }
+        if (facing_ == 0 || facing(normal, mesh_.normals.data(), corners) >= 0)
+            level.indices.insert(level.indices.end(), corners, corners + 3);
     }
 }
 
@@ -214,6 +249,7 @@ void Maker::addPart(const MeshPart &part, MeshLevels &made)
 {
     const quint32 *first = mesh_.indices.data() + part.firstIndex;
     Patch patch = gather(mesh_.positions, first, first + part.indexCount);
+    facing_ = facingOf(mesh_, part);
     twins_.clear();
     if (!hasSeams(mesh_, part))
         weld(patch);
