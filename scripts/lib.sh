@@ -81,11 +81,11 @@ build() {
     cmake --build "build/$preset" ${1:+--target "$@"} </dev/null
 }
 
-# run_tests PRESET [OPTION...]: runs what was built, two programs at a time or as many as there are
-# processors. Each test of a window starts an X server of its own. Fails if there was no test.
+# run_tests PRESET [OPTION...]: runs what was built, one program more at a time than there are
+# processors, since each waits at times. Each test of a window starts an X server of its own. Fails
+# if there was no test.
 run_tests() {
-    local jobs preset=$1
+    local preset=$1
     shift
-    jobs=$(nproc)
-    ctest --preset "$preset" --no-tests=error -j "$((jobs > 2 ? jobs : 2))" "$@" </dev/null
+    ctest --preset "$preset" --no-tests=error -j "$(($(nproc) + 1))" "$@" </dev/null
 }

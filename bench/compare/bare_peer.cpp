@@ -4,6 +4,7 @@
 
 #include "fixed.h"
 #include "peer.h"
+#include "surface_peer.h"
 
 namespace {
 
@@ -30,22 +31,11 @@ private:
     GLuint list_ = 0;
 };
 
-class BarePeer : public Peer {
-public:
-    explicit BarePeer(int rows) : widget_(rows) {}
-    QWidget *window() override { return &widget_; }
-    void turn(int tile, float azimuth) override { widget_.turn(tile, azimuth); }
-    void draw(const std::vector<int> &) override { widget_.updateGL(); }
-
-private:
-    Bare widget_;
-};
-
 } // namespace
 
 void prepare() {}
 
 std::unique_ptr<Peer> makePeer(int rows)
 {
-    return std::make_unique<BarePeer>(rows);
+    return std::make_unique<SurfacePeer<Bare>>(rows);
 }

@@ -16,6 +16,7 @@
 
 #include "peer.h"
 #include "scene.h"
+#include "surface_peer.h"
 
 namespace {
 
@@ -114,17 +115,6 @@ private:
     SoGLRenderAction action_{SbViewportRegion(Peer::side, Peer::side)};
 };
 
-class CoinPeer : public Peer {
-public:
-    explicit CoinPeer(int rows) : surface_(rows) {}
-    QWidget *window() override { return &surface_; }
-    void turn(int tile, float azimuth) override { surface_.turn(tile, azimuth); }
-    void draw(const std::vector<int> &) override { surface_.updateGL(); }
-
-private:
-    Surface surface_;
-};
-
 } // namespace
 
 void prepare()
@@ -134,5 +124,5 @@ void prepare()
 
 std::unique_ptr<Peer> makePeer(int rows)
 {
-    return std::make_unique<CoinPeer>(rows);
+    return std::make_unique<SurfacePeer<Surface>>(rows);
 }

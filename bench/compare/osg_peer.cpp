@@ -10,6 +10,7 @@
 
 #include "peer.h"
 #include "scene.h"
+#include "surface_peer.h"
 
 namespace {
 
@@ -86,22 +87,11 @@ private:
     osgViewer::CompositeViewer viewer_;
 };
 
-class OsgPeer : public Peer {
-public:
-    explicit OsgPeer(int rows) : surface_(rows) {}
-    QWidget *window() override { return &surface_; }
-    void turn(int tile, float azimuth) override { surface_.turn(tile, azimuth); }
-    void draw(const std::vector<int> &) override { surface_.updateGL(); }
-
-private:
-    Surface surface_;
-};
-
 } // namespace
 
 void prepare() {}
 
 std::unique_ptr<Peer> makePeer(int rows)
 {
-    return std::make_unique<OsgPeer>(rows);
+    return std::make_unique<SurfacePeer<Surface>>(rows);
 }

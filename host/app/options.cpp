@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include "host/read/reader_child.h"
+
 namespace host {
 
 namespace {
@@ -247,6 +249,13 @@ Options parseOptions(const QStringList &arguments)
                               .arg(parser.value(parser.jobs)));
     }
     return checked(o);
+}
+
+ReaderProgram readerProgram(const Options &options)
+{
+    ReaderProgram program;
+    program.companions = options.companions;
+    return program;
 }
 
 QSize windowSize(const Options &o)

@@ -17,6 +17,8 @@
 
 namespace host {
 
+struct ReaderProgram;
+
 /// What the command line asks for.
 struct Options {
     Q_DECLARE_TR_FUNCTIONS(Options)
@@ -64,6 +66,9 @@ public:
 /// The size of the window. That of a large picture or recording has the same shape and fits most
 /// screens; what it shows is drawn larger.
 QSize windowSize(const Options &options);
+
+/// What reads files for these options.
+ReaderProgram readerProgram(const Options &options);
 
 /// Reads @p arguments, the program's name first. Needs no application object.
 Options parseOptions(const QStringList &arguments);

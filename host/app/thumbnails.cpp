@@ -33,13 +33,6 @@ QString stateOf(const Options &o)
     return words.join(", ");
 }
 
-ReaderProgram readerProgram(const Options &options)
-{
-    ReaderProgram program;
-    program.companions = options.companions;
-    return program;
-}
-
 } // namespace
 
 Thumbnails::Thumbnails(const ObjectFactory &factory, const Options &options)

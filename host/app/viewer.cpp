@@ -31,13 +31,6 @@ QSize startSize(const Options &options)
     return screen ? wanted.boundedTo(screen->availableSize()) : wanted;
 }
 
-ReaderProgram readerProgram(const Options &options)
-{
-    ReaderProgram program;
-    program.companions = options.companions;
-    return program;
-}
-
 } // namespace
 
 Viewer::Viewer(const ModuleLoader &loader, const Options &options)

@@ -125,42 +125,51 @@ double TriangleTree::meets(quint32 triangle, const double origin[3],
     return distance >= 0 ? distance : never;
 }
 
+/// Looks at triangles, at those in nearer boxes first: @p away says how far a node is, @p worth
+/// whether what is so far can still be of use, and @p take looks at a triangle.
+template <class Away, class Worth, class Take>
+void TriangleTree::walk(const Away &away, const Worth &worth, const Take &take) const
+{
+    quint32 stack[64]; // deeper than the tree of 2^32 triangles
+    int top = 0;
+    if (!nodes_.empty())
+        stack[top++] = 0;
+    while (top > 0) {
+        const quint32 index = stack[--top];
+        const Node &node = nodes_[index];
+        if (!worth(away(index)))
+            continue;
+        for (quint32 i = 0; i < node.count; ++i)
+            take(order_[node.first + i]);
+        if (node.count > 0)
+            continue;
+        // The nearer child on top, so that the other is mostly passed over.
+        const bool secondNearer = away(node.first) < away(index + 1);
+        stack[top++] = secondNearer ? index + 1 : node.first;
+        stack[top++] = secondNearer ? node.first : index + 1;
+    }
+}
+
 std::optional<TriangleHit> TriangleTree::nearest(const Ray &ray, const Accept &accept) const
 {
-    if (nodes_.empty())
-        return {};
     double origin[3], direction[3], inverse[3];
     for (int k = 0; k < 3; ++k) {
         origin[k] = ray.origin[k];
         direction[k] = ray.direction[k];
         inverse[k] = 1 / direction[k];
     }
-    const auto entry = [&](quint32 node) {
-        return enters(nodes_[node].box.min, nodes_[node].box.max, origin, inverse);
-    };
     TriangleHit best;
     best.distance = never;
-    quint32 stack[64]; // deeper than the tree of 2^32 triangles
-    int top = 0;
-    stack[top++] = 0;
-    while (top > 0) {
-        const quint32 index = stack[--top];
-        const Node &node = nodes_[index];
-        if (!(entry(index) < best.distance))
-            continue;
-        for (quint32 i = 0; i < node.count; ++i) {
-            const quint32 triangle = order_[node.first + i];
+    walk(
+        [&](quint32 node) {
+            return enters(nodes_[node].box.min, nodes_[node].box.max, origin, inverse);
+        },
+        [&](auto away) { return away < best.distance; },
+        [&](quint32 triangle) {
             const TriangleHit hit{triangle, meets(triangle, origin, direction)};
             if (hit.distance < best.distance && accept(hit))
                 best = hit;
-        }
-        if (node.count > 0)
-            continue;
-        // The nearer child on top, so that the other is mostly passed over.
-        const bool secondNearer = entry(node.first) < entry(index + 1);
-        stack[top++] = secondNearer ? index + 1 : node.first;
-        stack[top++] = secondNearer ? node.first : index + 1;
-    }
+        });
     if (best.distance == never)
         return {};
     return best;
@@ -180,38 +189,22 @@ double TriangleTree::squareTo(quint32 node, const Vec &p) const
 
 std::optional<NearestTriangle> TriangleTree::nearestTo(const Vec &p, double within) const
 {
-    if (nodes_.empty())
-        return {};
     NearestTriangle best;
     double least = within * within;
     bool found = false;
-    quint32 stack[64]; // deeper than the tree of 2^32 triangles
-    int top = 0;
-    stack[top++] = 0;
-    while (top > 0) {
-        const quint32 index = stack[--top];
-        const Node &node = nodes_[index];
-        if (squareTo(index, p) > least)
-            continue;
-        for (quint32 i = 0; i < node.count; ++i) {
-            const quint32 triangle = order_[node.first + i];
-            const NearestOnTriangle nearest =
-                nearestOnTriangle(p, cornerOf(*mesh_, triangle, 0), cornerOf(*mesh_, triangle, 1),
-                                  cornerOf(*mesh_, triangle, 2));
-            const double square = (nearest.at - p).squaredNorm();
-            if (square < least || (!found && square == least)) {
-                best = {triangle, nearest, 0};
-                least = square;
-                found = true;
-            }
-        }
-        if (node.count > 0)
-            continue;
-        // The nearer child on top, so that the other is mostly passed over.
-        const bool secondNearer = squareTo(node.first, p) < squareTo(index + 1, p);
-        stack[top++] = secondNearer ? index + 1 : node.first;
-        stack[top++] = secondNearer ? node.first : index + 1;
-    }
+    walk([&](quint32 node) { return squareTo(node, p); },
+         [&](double away) { return away <= least; },
+         [&](quint32 triangle) {
+             const NearestOnTriangle nearest =
+                 nearestOnTriangle(p, cornerOf(*mesh_, triangle, 0), cornerOf(*mesh_, triangle, 1),
+                                   cornerOf(*mesh_, triangle, 2));
+             const double square = (nearest.at - p).squaredNorm();
+             if (square < least || (!found && square == least)) {
+                 best = {triangle, nearest, 0};
+                 least = square;
+                 found = true;
+             }
+         });
     if (!found)
         return {};
     best.distance = std::sqrt(least);

@@ -65,6 +65,8 @@ private:
 
     Box boxOf(quint32 begin, quint32 end) const;
     void build(quint32 begin, quint32 end, const std::atomic<bool> &cancel);
+    template <class Away, class Worth, class Take>
+    void walk(const Away &away, const Worth &worth, const Take &take) const;
     double squareTo(quint32 node, const Vec &p) const;
     double meets(quint32 triangle, const double origin[3], const double direction[3]) const;
 

@@ -92,15 +92,17 @@ bool SheetSearch::eventFilter(QObject *object, QEvent *event)
 {
     if (object == over_ && event->type() == QEvent::Resize)
         place();
-    if (object == line_ && takesKey(event))
+    if (takesKey(object, event))
         return true;
     return QObject::eventFilter(object, event);
 }
 
 /// Escape ends the search; Return and Down lead to the tiles that it left.
-bool SheetSearch::takesKey(QEvent *event)
+bool SheetSearch::takesKey(const QObject *object, QEvent *event)
 {
-    if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride)
+    // The type first: a line that is being deleted sends events when it no longer is a line.
+    if ((event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride) ||
+        object != line_)
         return false;
     const int key = static_cast<QKeyEvent *>(event)->key();
     const bool tiles = key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter;

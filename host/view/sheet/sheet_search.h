@@ -21,8 +21,8 @@ public:
     bool isOpen() const { return open_; }
     void open();  ///< The next letters go there.
     void close(); ///< Forgets what was written; the keys are those of the widget again.
-    void
-    setShown(bool on); ///< Hides the line and keeps all of it, or shows it again if it is open.
+    /// Hides the line and keeps all of it, or shows it again if it is open.
+    void setShown(bool on);
     void setTheme(const Theme &theme);
     double height() const; ///< Of the window's lower edge that it covers; 0 while it is closed.
 
@@ -38,7 +38,7 @@ signals:
 
 private:
     void place();
-    bool takesKey(QEvent *event);
+    bool takesKey(const QObject *object, QEvent *event);
 
     QPointer<QWidget> over_;
     QPointer<QLineEdit> line_; // a child of that

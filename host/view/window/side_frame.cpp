@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include <QEvent>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -26,17 +25,6 @@ void SideFrame::setViews(QWidget *views)
     setStretchFactor(0, 1); // who widens the window wants to see more of the views
     setStretchFactor(1, 0);
     side_->hide();
-    views->installEventFilter(this);
-}
-
-/// The views have a native window of their own, of which an event from before they were laid out
-/// can come late: they would keep the size that it tells.
-bool SideFrame::eventFilter(QObject *object, QEvent *event)
-{
-    if (event->type() == QEvent::Resize && object == widget(0) && isVisible() &&
-        widget(0)->height() != contentsRect().height())
-        QTimer::singleShot(0, this, &QSplitter::refresh);
-    return QSplitter::eventFilter(object, event);
 }
 
 void SideFrame::setOpen(bool open)

@@ -28,8 +28,6 @@ public:
 
     void setGround(const QColor &colour); ///< Between the views and the side.
 
-    bool eventFilter(QObject *object, QEvent *event) override;
-
 private:
     void followContent();
 

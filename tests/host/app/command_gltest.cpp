@@ -163,6 +163,11 @@ TEST_F(CommandTest, ThumbnailsAreMadeOfWhatIsMissingOrStale)
     for (const QFileInfo &each : out.entryInfoList({"*.png"}))
         same += QImage(each.filePath()) == one;
     EXPECT_EQ(same, 2);
+    run("--section x --size 64x64 --no-overlays --screenshot $/cut.png $/void/pyramid.obj", 0);
+    run("--section x --size 64 --thumbnails $/cut $/void/pyramid.obj", 0);
+    const QDir cut(folder.filePath("cut"));
+    EXPECT_EQ(QImage(cut.filePath(cut.entryList({"*.png"}).value(0))),
+              QImage(folder.filePath("cut.png")));
     QFile index(out.filePath("index.html"));
     ASSERT_TRUE(index.open(QIODevice::ReadOnly));
     const QString page = QString::fromUtf8(index.readAll());

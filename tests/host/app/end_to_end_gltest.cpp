@@ -127,7 +127,7 @@ TEST_F(EndToEnd, AModelIsOpenedTurnedSavedReplacedAndClosedByTheMenu)
     EXPECT_GT(redOf("back.png"), 50);
 
     activate(window);
-    answer("ctrl+o", "Open", folder.filePath("other.obj"));
+    answer("ctrl+o", "^Open files$", folder.filePath("other.obj"));
     windowOf("other.obj");
     ASSERT_TRUE(QTest::qWaitFor([&] { return windows() == alone; }, patience));
     run({"mousemove", "--window", window, "300", "60", "click", "3"});
