@@ -42,6 +42,7 @@ View::View(Window &window, const char *className, bool single)
           [this] { return isSettled() && !window_.clock().isContinuous() && frameTook_ < slowest; },
           {})
 {
+    refinement_.setParent(this);
     scene_ = window.addScene(className, "scene");
     controls_ = new Controls(
         scene_,

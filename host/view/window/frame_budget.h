@@ -29,7 +29,7 @@ signals:
 
 private:
     int share_, gather_;
-    QTimer soon_;
+    QTimer soon_{this};
     QElapsedTimer sinceDue_; // the last frame
     double begin_ = -1; // processor time at which the frame under way was due; -1: there is none
     double cost_ = 0;   // milliseconds of processor time, all threads together, of the last frame

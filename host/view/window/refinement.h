@@ -76,7 +76,7 @@ private:
     QPointer<QWidget> window_;
     std::function<bool()> allowed_;
     Pace pace_;
-    QTimer wait_;
+    QTimer wait_{this};
     std::unique_ptr<Mean> mean_; // kept while frames of its own are to come
     bool able_ = true;           // OpenGL is, as far as is known
     bool worth_ = false;         // of this frame: something in it is to be smoothed

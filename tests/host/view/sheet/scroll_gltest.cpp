@@ -15,6 +15,8 @@ class ScrollTest : public ViewTest {
 protected:
     std::unique_ptr<SheetView> sheet;
 
+    ScrollTest() { smooth = false; }
+
     void open(int count = 60)
     {
         sheet.reset();
@@ -44,10 +46,11 @@ protected:
                 hand(step);
             for (double before = -1; before != sheet->offset();) { // it glides
                 before = sheet->offset();
+                time += 1;
                 frame();
             }
         }
-        ASSERT_TRUE(QTest::qWaitFor([&] { return queue.isIdle(); }, 60000));
+        ASSERT_TRUE(until([&] { return queue.isIdle(); }));
         frame();
     }
     QLineEdit *line() const { return widget->findChild<QLineEdit *>(); }

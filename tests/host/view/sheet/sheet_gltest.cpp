@@ -20,6 +20,8 @@ protected:
     std::unique_ptr<SheetView> own;
     SheetView *sheet = nullptr;
 
+    SheetTest() { smooth = false; }
+
     void open(const QStringList &paths, quint64 budget = SheetView::memoryBudget())
     {
         own.reset();

@@ -2,7 +2,9 @@
 #include "support.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QFile>
+#include <QGLFormat>
 #include <QThreadPool>
 
 #include "host/app/application.h"
@@ -30,6 +32,9 @@ namespace host {
 void ViewTest::SetUp()
 {
     ASSERT_TRUE(loader.load({GLWINDOW_MODULE})) << loader.error().toStdString();
+    QGLFormat format = QGLFormat::defaultFormat();
+    format.setSampleBuffers(smooth);
+    QGLFormat::setDefaultFormat(format);
     window = std::make_unique<Window>(loader.factory(), QSize(600, 400), 0);
     widget = window->widget();
     widget->setProperty("clampMouseToFrame", false);
@@ -80,7 +85,7 @@ void ViewTest::show(View &view)
     QApplication::setActiveWindow(widget); // without a window manager nobody else does
     widget->setFocus();
     widget->setAttribute(Qt::WA_UnderMouse); // the hand is here, wherever the screen's pointer is
-    ASSERT_TRUE(QTest::qWaitFor([&] { return view.isSettled(); }, 60000));
+    ASSERT_TRUE(until([&] { return view.isSettled(); }));
     QThreadPool::globalInstance()->waitForDone(); // then the pointer finds triangles
     frame();
 }
@@ -92,11 +97,32 @@ void ViewTest::frame()
     QCoreApplication::processEvents();
 }
 
+bool ViewTest::until(const std::function<bool()> &holds)
+{
+    QTimer now; // and then: not all that happens elsewhere is told
+    now.start(10);
+    QDeadlineTimer end(60000);
+    while (!holds() && !end.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    return holds();
+}
+
+void ViewTest::rest(View &view)
+{
+    ASSERT_TRUE(until([&] {
+        for (QTimer *each : view.findChildren<QTimer *>())
+            if (each->isActive())
+                each->start(0);
+        return view.isQuiet();
+    }));
+}
+
 void ViewTest::settle(GLW *glw)
 {
     const GL::Camera &camera = glw->camera;
     int frames = 0;
     do {
+        time += 1;
         frame(); // it moves on, and says how far it will move in the next one
         ASSERT_LT(++frames, 100) << "it never comes to rest";
     } while (camera.d_rot != Vector() || camera.d_target != Vector() || camera.d_radius != 0);

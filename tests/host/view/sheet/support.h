@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include "GL/glw.h"
 #include "host/app/module_loader.h"
@@ -26,6 +27,8 @@ protected:
     std::unique_ptr<Window> window;
     QPointer<GLWindow> widget; ///< What the hand is at: that of the window, if not told otherwise.
     QTemporaryDir folder;
+    /// Whether a pixel has several samples, as the viewer's have; without, frames cost a third.
+    bool smooth = true;
     double time = 0; ///< Of the window's clock, in seconds; each frame() takes a tenth.
 
     void SetUp() override;
@@ -38,7 +41,11 @@ protected:
 
     /// Shows the window and waits until all that @p view reads is there and at rest.
     void show(View &view);
-    void frame();          ///< Paints one.
+    void frame(); ///< Paints one.
+    /// Handles events until @p holds does. Returns whether it did within a minute.
+    static bool until(const std::function<bool()> &holds);
+    /// Lets what @p view does after a while come now, until nothing is left of it.
+    static void rest(View &view);
     void settle(GLW *glw); ///< Paints until the camera stays where it is.
 
     /// As in steer(), with a frame after each event.
