@@ -14,7 +14,8 @@
 
 namespace host {
 
-/// What is painted: texts, with boxes from the font's ascent to its descent, lines and fills.
+/// What is painted: texts, with boxes from the font's ascent to its descent, lines, and fills in
+/// the colour of their rim where they are empty.
 class PaintRecord : public QImage, private QPaintEngine {
 public:
     struct Text {
@@ -72,9 +73,19 @@ private:
         for (int i = 0; i < count; ++i)
             lines.emplace_back(painter()->transform().map(all[i]), painter()->pen());
     }
-    void drawPath(const QPainterPath &path) override
+    void fill(const QRectF &box)
     {
-        fills.emplace_back(placed(path.boundingRect()), painter()->brush().color());
+        const QBrush &brush = painter()->brush();
+        fills.emplace_back(placed(box),
+                           brush.style() == Qt::NoBrush ? painter()->pen().color() : brush.color());
+    }
+    void drawPath(const QPainterPath &path) override { fill(path.boundingRect()); }
+    void drawPolygon(const QPointF *points, int count, PolygonDrawMode) override
+    {
+        QPolygonF all;
+        for (int i = 0; i < count; ++i)
+            all << points[i];
+        fill(all.boundingRect());
     }
 };
 

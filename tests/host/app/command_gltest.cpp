@@ -19,11 +19,15 @@ protected:
 
     void SetUp() override
     {
-        ASSERT_TRUE(QDir(folder.path()).mkdir("void"));
+        ASSERT_TRUE(QDir(folder.path()).mkdir("void") && QDir(folder.path()).mkdir("deep"));
         for (const auto &[name, text] :
              {std::pair("pyramid.obj", "v -1 0 -1\nv 1 0 -1\nv 1 0 1\nv -1 0 1\nv 0 2 0\n"
                                        "f 1 2 3 4\nf 1 5 2\nf 2 5 3\nf 3 5 4\nf 4 5 1\n"),
-              std::pair("empty.stl", ""), std::pair("words.ply", "these are words\n")}) {
+              {"deep/red.obj", "mtllib ../red.mtl\nv 0 0 0\nv 2 0 0\nv 0 2 0\nv 2 2 0\n"
+                               "usemtl red\nf 1 2 3\nf 3 2 4\n"},
+              {"red.mtl", "newmtl red\nKd 1 0 0\n"},
+              {"empty.stl", ""},
+              {"words.ply", "these are words\n"}}) {
             QFile file(folder.filePath(name));
             ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(text) >= 0);
         }
@@ -103,6 +107,12 @@ TEST_F(CommandTest, LargePicturesAndRecordingsAreTakenAsAskedFor)
     }
     EXPECT_GT(covered, 10000);
     EXPECT_LT(apart, covered / 50);
+
+    for (const QString where : {"folder", "anywhere"}) {
+        run("--companions " + where + " --size 64x64 --screenshot $/red.png $/deep/red.obj", 0);
+        const QColor seen = QImage(folder.filePath("red.png")).pixelColor(32, 32);
+        EXPECT_EQ(seen.red() > 3 * seen.green(), where == "anywhere");
+    }
 
     const QString said =
         run("--size 320x240 --fps 4 --seconds 1 --turntable $/turn $/pyramid.obj", 0);

@@ -7,7 +7,6 @@
 #include <QMatrix4x4>
 
 #include "host/item/camera_motion.h"
-#include "host/item/framing.h"
 #include "tests/support/table.h"
 
 namespace host {
@@ -69,14 +68,6 @@ double distance(const QPointF &a, const QPointF &b)
     return QLineF(a, b).length();
 }
 
-QRectF reachedBy(const GL::Camera &camera, const std::vector<QVector3D> &points)
-{
-    QRectF reached;
-    for (const QVector3D &p : points)
-        reached |= QRectF(CameraGeometry(camera, size).pixel(p), QSizeF(1e-9, 1e-9));
-    return reached;
-}
-
 struct ViewCase {
     const char *name;
     QVector3D rot;
@@ -116,38 +107,6 @@ TEST_P(CameraView, PredictsThePixelThatOpenGLDrawsAndASwitchKeepsTheSize)
     EXPECT_NEAR(distance(at(a), at(b)), before, 0.5);
 }
 
-TEST_P(CameraView, FramesAllPointsUpToTheMargin)
-{
-    std::vector<QVector3D> points;
-    for (int i = 0; i < 8; ++i)
-        points.push_back({i & 1 ? 0.4f : -0.1f, i & 2 ? 0.3f : -0.2f, i & 4 ? 0.05f : -0.35f});
-    const Framing framing = frameAll(camera, size, {}, points, 0.1f);
-    motion.jumpTo(camera, {GetParam().rot, framing.target, framing.radius});
-    const QRectF reached = reachedBy(camera, points), room(40, 25, 720, 450);
-    EXPECT_TRUE(room.adjusted(-0.5, -0.5, 0.5, 0.5).contains(reached));
-    EXPECT_LT(std::min(room.width() - reached.width(), room.height() - reached.height()), 1);
-    EXPECT_LT(distance(reached.center(), room.center()), 120);
-}
-
-TEST(CameraTurn, KeepsAllPointsInThePictureAndFillsIt)
-{
-    const std::vector<QVector3D> points{
-        {0.4f, 0.3f, 0.1f}, {-0.2f, -0.1f, 0.35f}, {0.1f, -0.4f, -0.1f}, {0, 0.2f, -0.3f}};
-    for (const auto &[elevation, ortho] :
-         {std::pair(0.0f, false), {22, true}, {-60, false}, {90, true}}) {
-        Moving m({elevation, -32, 0}, ortho);
-        const Framing framing = frameTurn(m.camera, size, points, 0.1f);
-        EXPECT_LT(std::hypot(framing.target.x(), framing.target.z()), 1e-5f);
-        QRectF reached;
-        for (float azimuth = 0; azimuth < 360; ++azimuth) {
-            m.motion.jumpTo(m.camera, {{elevation, azimuth, 0}, framing.target, framing.radius});
-            reached |= reachedBy(m.camera, points);
-        }
-        EXPECT_TRUE(QRectF(-1, -1, 802, 502).contains(reached));
-        EXPECT_GT(std::max(reached.width() / 800, reached.height() / 500), 0.75);
-    }
-}
-
 TEST_P(CameraView, PanHoldsTheGrabbedPointAndZoomThePivotInEveryFrame)
 {
     const QVector3D grabbed(0.2f, 0.1f, 0.3f), pivot(0.15f, 0.1f, 0.1f);
@@ -161,24 +120,6 @@ TEST_P(CameraView, PanHoldsTheGrabbedPointAndZoomThePivotInEveryFrame)
     const int frames = rest([&] { EXPECT_LT(distance(at(pivot), before), 1); });
     EXPECT_NEAR(camera.radius, radius / 4, radius * 1e-4);
     EXPECT_GT(frames, 6) << "the zoom is not smooth";
-}
-
-/// Degrees, right and up in the picture, in pictures that are rolled by the third number.
-TEST(CameraMotionTest, DragsMoveTheNearSideTheSameWay)
-{
-    for (const QVector3D &row :
-         {QVector3D(20, 0, 0), {0, 20, 0}, {-20, 0, 0}, {20, 0, 90}, {0, 20, 90}, {0, -20, 180}}) {
-        Moving m({5, 10, row.z()});
-        const CameraGeometry geometry(m.camera, size);
-        const QVector3D nearSide = geometry.target() - geometry.forward() * 0.4f;
-        const QPointF before = m.at(nearSide);
-        m.motion.orbit(m.camera, row.toPointF());
-        m.rest();
-        const QPointF moved = m.at(nearSide) - before;
-        const double along = QPointF::dotProduct(moved, row.toPointF()) / 20;
-        EXPECT_GT(along, std::max(50.0, 0.9 * distance(moved, {})))
-            << row.x() << row.y() << row.z();
-    }
 }
 
 TEST(CameraMotionTest, DragsBeyondThePoleLeaveNothingToUndoAtAnyFrameRate)
@@ -195,36 +136,6 @@ TEST(CameraMotionTest, DragsBeyondThePoleLeaveNothingToUndoAtAnyFrameRate)
         fast.rest();
         slow.rest();
         EXPECT_NEAR(fast.camera.rot.x, elevation, 0.05);
-    }
-}
-
-TEST(CameraMotionTest, GoesToAPoseTheShortWayAndRests)
-{
-    Moving m({0, 170, 0});
-    m.motion.orbit(m.camera, {500, 0}); // dropped by what follows
-    const Pose pose{{10, -170, 0}, {-0.2f, 0.1f, 0}, 0.5f};
-    m.motion.goTo(m.camera, pose);
-    m.rest();
-    const Vector rot = m.camera.rot;
-    m.frame();
-    EXPECT_EQ(m.camera.rot, rot);
-    EXPECT_LT((toQt(rot) - QVector3D(10, 190, 0)).length(), 0.1f);
-    EXPECT_LT((toQt(m.camera.target) - pose.target).length(), 0.002f);
-    EXPECT_NEAR(m.camera.radius, 0.5, 0.001);
-}
-
-TEST(CameraMotionTest, ZoomStopsAtBothEndsInBothProjections)
-{
-    for (const bool ortho : {false, true}) {
-        Moving m({}, ortho), farthest({});
-        for (const float factor : {1e6f, 1e-6f}) {
-            m.motion.zoom(factor, {});
-            m.rest();
-        }
-        farthest.camera.radius = CameraMotion::maxRadius;
-        EXPECT_NEAR(shownHalfHeight(m.camera), shownHalfHeight(farthest.camera), 0.01) << ortho;
-        const Vector &target = m.camera.target;
-        EXPECT_LE(std::hypot(target.x, target.z), m.camera.bounds.x * 1.001f);
     }
 }
 

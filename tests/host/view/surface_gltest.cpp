@@ -72,29 +72,6 @@ TEST_F(SurfaceTest, WhatIsFittedKeepsClearOfOverlays)
                 PlotLayout(plot.table(), {600, 400}, plot.options()).area.bottom(), 1);
 }
 
-TEST_F(SurfaceTest, LosesItsOverlaysOneByOne)
-{
-    open();
-    const std::pair<QSize, const char *> rows[] = {// that are listed
-                                                   {{600, 400}, "Look along it; Open that file"},
-                                                   {{400, 300}, "Look along it"},
-                                                   {{60, 40}, ""}};
-    for (const auto &[size, overlays] : rows) {
-        window->frame()->resize(size);
-        settle(glw());
-        QStringList listed;
-        for (const QString &row : list().filter(QRegularExpression("arm of|strip")))
-            listed << row.section(": ", 1);
-        EXPECT_EQ(listed.join("; "), overlays);
-    }
-    const QImage image = painted(); // of one cube in the middle of a background in rows
-    const QPoint middle(image.width() / 2, image.height() / 2);
-    EXPECT_NE(image.pixel(middle), image.pixel(0, middle.y()));
-    for (int y = 0; y < image.height(); ++y)
-        for (int x : {3, 10, image.width() - 4})
-            EXPECT_EQ(image.pixel(x, y), image.pixel(0, y)) << x << "," << y;
-}
-
 TEST_F(SurfaceTest, ListAndMenuOfferWhatWorksInTheSameWords)
 {
     const char *const rows[][2] = {
