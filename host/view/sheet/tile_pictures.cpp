@@ -5,7 +5,6 @@
 
 #include <QOpenGLContext>
 #include <QOpenGLFramebufferObject>
-#include <QOpenGLFunctions>
 
 namespace host {
 
@@ -17,22 +16,6 @@ quint64 bytesOf(const QSize &size)
 {
     return quint64(size.width()) * quint64(size.height()) * 4;
 }
-
-/// For its lifetime others may be bound.
-class FramebufferKeeper {
-public:
-    FramebufferKeeper() { glGetIntegerv(GL_FRAMEBUFFER_BINDING, &before_); }
-    ~FramebufferKeeper()
-    {
-        QOpenGLContext::currentContext()->functions()->glBindFramebuffer(GL_FRAMEBUFFER,
-                                                                         GLuint(before_));
-    }
-    FramebufferKeeper(const FramebufferKeeper &) = delete;
-    FramebufferKeeper &operator=(const FramebufferKeeper &) = delete;
-
-private:
-    GLint before_ = 0;
-};
 
 /// Null where OpenGL lacks what it takes.
 std::unique_ptr<QOpenGLFramebufferObject> makeTexture(const QSize &size)
@@ -107,6 +90,10 @@ void TilePictures::begin(const QSize &window, bool refining)
         clear();
         context_ = QOpenGLContext::currentContext();
     }
+    if (stage_ && stage_->size() != window)
+        stage_.reset();
+    if (!stage_ && byteSize() + bytesOf(window) > budget_)
+        clear(); // the pages would leave no room for it, for good
     ++frame_;
     window_ = window;
     refining_ = refining;
@@ -179,9 +166,11 @@ void TilePictures::keep(const std::vector<Drawn> &drawn, bool smoothed)
         if (each.key.isEmpty() || each.place.size() != cell_ ||
             !QRect({0, 0}, window_).contains(each.place))
             continue;
-        Cell *cell = takeStage() ? cellFor(each.id) : nullptr;
+        if (!takeStage())
+            return;
+        Cell *cell = cellFor(each.id);
         if (!cell)
-            break;
+            continue; // those that follow may have theirs
         cell->key = each.key;
         cell->smoothed = smoothed;
         cell->seen = frame_;
@@ -226,13 +215,10 @@ TilePictures::Cell *TilePictures::cellFor(int id)
     return &*found;
 }
 
-/// Returns whether there is one of the window's size.
+/// Returns whether there is one.
 bool TilePictures::takeStage()
 {
-    if (stage_ && stage_->size() == window_)
-        return true;
-    stage_.reset();
-    if (byteSize() + bytesOf(window_) <= budget_)
+    if (!stage_ && byteSize() + bytesOf(window_) <= budget_)
         stage_ = makeTexture(window_);
     return stage_ != nullptr;
 }

@@ -1,7 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include "host/view/window/flat_state.h"
 
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
+#include <QWidget>
+
 namespace host {
+
+QSize pixelSize(const QWidget *window)
+{
+    return (QSizeF(window->size()) * window->devicePixelRatioF()).toSize();
+}
+
+FramebufferKeeper::FramebufferKeeper()
+{
+    glGetIntegerv(GL_FRAMEBUFFER_BINDING, &before_);
+}
+
+FramebufferKeeper::~FramebufferKeeper()
+{
+    QOpenGLContext::currentContext()->functions()->glBindFramebuffer(GL_FRAMEBUFFER,
+                                                                     GLuint(before_));
+}
 
 FlatState::FlatState(const QSize &size)
 {

@@ -7,7 +7,23 @@
 #include <QRect>
 #include <qopengl.h>
 
+class QWidget;
+
 namespace host {
+
+QSize pixelSize(const QWidget *window); ///< In device pixels, as OpenGL counts them.
+
+/// For its lifetime other framebuffers may be bound. Expects the context to be current.
+class FramebufferKeeper {
+public:
+    FramebufferKeeper();
+    ~FramebufferKeeper();
+    FramebufferKeeper(const FramebufferKeeper &) = delete;
+    FramebufferKeeper &operator=(const FramebufferKeeper &) = delete;
+
+private:
+    GLint before_ = 0;
+};
 
 /// For its lifetime: what is drawn of a texture comes out in the texture's own colours, pixel by
 /// pixel, all over a target of @p size pixels, 0 to that size both ways, y upwards. Then all GL

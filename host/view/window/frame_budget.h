@@ -6,8 +6,6 @@
 #include <QObject>
 #include <QTimer>
 
-class QWidget;
-
 namespace host {
 
 /// Frames of little moment, such as those that show how far the background has come, in a small

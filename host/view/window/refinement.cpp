@@ -45,12 +45,9 @@ Refinement::Mean::Mean(const QSize &size) : size_(size)
     constexpr GLenum sixteenBits = 0x805B; // GL_RGBA16, which not all headers name
     if (!QOpenGLFramebufferObject::hasOpenGLFramebufferObjects())
         return;
-    GLint before = 0;
-    glGetIntegerv(GL_FRAMEBUFFER_BINDING, &before);
+    const FramebufferKeeper keeper;
     sum_ = std::make_unique<QOpenGLFramebufferObject>(size, QOpenGLFramebufferObject::NoAttachment,
                                                       GL_TEXTURE_2D, sixteenBits);
-    QOpenGLContext::currentContext()->functions()->glBindFramebuffer(GL_FRAMEBUFFER,
-                                                                     GLuint(before));
     glPushAttrib(GL_TEXTURE_BIT);
     glGenTextures(1, &drawn_);
     glBindTexture(GL_TEXTURE_2D, drawn_);
@@ -69,12 +66,9 @@ Refinement::Mean::~Mean()
 void Refinement::Mean::add(int count)
 {
     QOpenGLFunctions *gl = QOpenGLContext::currentContext()->functions();
-    GLint window = 0;
-    glGetIntegerv(GL_FRAMEBUFFER_BINDING, &window);
     const FlatState state(size_);
     glBindTexture(GL_TEXTURE_2D, drawn_);
     glCopyTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 0, 0, size_.width(), size_.height());
-    gl->glBindFramebuffer(GL_FRAMEBUFFER, sum_->handle());
     if (count > 1) {
         glEnable(GL_BLEND);
         gl->glBlendEquation(GL_FUNC_ADD);
@@ -82,8 +76,11 @@ void Refinement::Mean::add(int count)
         glBlendFunc(GL_CONSTANT_ALPHA, GL_ONE_MINUS_CONSTANT_ALPHA);
     }
     const std::vector<FlatState::Piece> all{{{{0, 0}, size_}, {0, 0}}};
-    FlatState::draw(drawn_, size_, all);
-    gl->glBindFramebuffer(GL_FRAMEBUFFER, GLuint(window));
+    {
+        const FramebufferKeeper keeper;
+        gl->glBindFramebuffer(GL_FRAMEBUFFER, sum_->handle());
+        FlatState::draw(drawn_, size_, all);
+    }
     glDisable(GL_BLEND);
     FlatState::draw(sum_->texture(), size_, all);
 }
@@ -183,7 +180,7 @@ bool Refinement::finish()
 /// Returns whether it worked.
 bool Refinement::add()
 {
-    const QSize size = (QSizeF(window_->size()) * window_->devicePixelRatioF()).toSize();
+    const QSize size = pixelSize(window_);
     if (!mean_ || mean_->size() != size) {
         mean_ = std::make_unique<Mean>(size);
         able_ = mean_->isValid();

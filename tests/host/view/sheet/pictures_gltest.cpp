@@ -14,7 +14,8 @@ constexpr int columns = 5;
 
 /// Frames of single-coloured tiles in a framebuffer. A frame is a list of tiles, each its number,
 /// the letter of its key (- for none) and the column where it stands (its number's, if none is
-/// named); before it * if it refines, + if it is the last that does, ~ if its context is another.
+/// named); before it * if it refines, + if it is the last that does, ~ if its context is another, ^
+/// if the window is higher.
 class Frames {
 public:
     explicit Frames(const QSize &tile) : tile_(tile) {}
@@ -24,7 +25,8 @@ public:
     {
         QGLWidget &widget = frame.contains('~') ? other_ : own_;
         widget.makeCurrent();
-        QOpenGLFramebufferObject target(tile_.width() * columns, tile_.height());
+        QOpenGLFramebufferObject target(tile_.width() * columns,
+                                        tile_.height() + frame.contains('^'));
         target.bind();
         glDisable(GL_SCISSOR_TEST);
         glClearColor(0, 0, 0, 1);
@@ -56,7 +58,9 @@ public:
         for (const auto &[column, letter] : expected)
             for (const int x : {0, tile_.width() - 1})
                 for (const int y : {0, tile_.height() - 1})
-                    EXPECT_EQ(qGreen(image.pixel(column * tile_.width() + x, y)), letter)
+                    EXPECT_EQ(
+                        qGreen(image.pixel(column * tile_.width() + x, image.height() - 1 - y)),
+                        letter)
                         << frame.toStdString();
         EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
         return drawn;
@@ -85,6 +89,9 @@ TEST(TilePicturesTest, DrawsWhatChangedAndCopiesTheRest)
         {9, 0, "1a 2b|1a 2b", "12|12"},
         {600, 2, "1a|2b|3c|2b|1a|3c", "1|2|3||1|3"},
         {600, 2, "1a 2b 3c|1a 2b 3c", "123|3"},
+        {600, 2, "1a 2b|3c 1d 2e|3c 1d 2e", "12|312|3"},
+        {600, 2, "1a 2b|^1a 2b|^1a 2b", "12|12|2"}, // a page less
+        {9, 9, "1a 2b|^1a 2b", "12|"},
     };
     for (const auto &row : rows) {
         Frames frames({row.side, row.side});
