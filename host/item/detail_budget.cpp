@@ -7,7 +7,7 @@ namespace host {
 
 void DetailBudget::advance(bool moved, double seconds, double took)
 {
-    if (moved && moved_)
+    if (moved && moved_ && drawn_ > 0) // else others made it slow
         learn(took);
     still_ = moved ? 0 : still_ + seconds;
     if (rests()) {

@@ -29,14 +29,6 @@ int LevelBuffers::levelFor(const Mesh &mesh, std::size_t most) const
     return levels.empty() ? -1 : int(level);
 }
 
-bool LevelBuffers::choose(int level)
-{
-    if (level < 0)
-        return false;
-    chosen_ = std::size_t(level);
-    return true;
-}
-
 void LevelBuffers::bind()
 {
     while (buffers_.size() <= chosen_)

@@ -16,8 +16,8 @@ namespace host {
 /// and put into the GL as they are drawn. bind() and destroy() need the same current context.
 class LevelBuffers {
 public:
-    /// Lets the levels of @p mesh be made, unless that was begun or it needs none. They hold for
-    /// any mesh of the same indices whose shape is the same.
+    /// Lets the levels of @p mesh be made, unless that was begun or it needs none: of a model that
+    /// moves, as it stands without an animation. They hold however it stands, also in a pose.
     void request(const MeshPtr &mesh);
     bool lackedMemory() const { return made_.lackedMemory(); } ///< The whole is drawn.
     /// In memory and in the GL, of @p mesh: until the levels are there, about what they will take.
@@ -26,13 +26,12 @@ public:
     /// The finest level of at most @p most triangles, or else the coarsest; -1 if the whole @p mesh
     /// is to be drawn: it has no more, or no levels yet.
     int levelFor(const Mesh &mesh, std::size_t most) const;
-    /// Takes what levelFor() returned. Returns false if that is no level.
-    bool choose(int level);
+    void choose(int level) { chosen_ = std::size_t(level); } ///< Expects one from levelFor().
     std::size_t triangleCount() const { return chosen().triangleCount(); } ///< Of the chosen one.
     void bind(); ///< Its indices, in place of the mesh's.
-    /// Where in the chosen one a part of triangles begins, and its indices.
+    /// Where in the chosen one a part of triangles begins, and how many indices it has.
     std::pair<quint32, quint32> run(std::size_t part) const;
-    void destroy(); ///< Gives back what bind() made in GL, which may follow.
+    void destroy(); ///< Gives back what bind() made in GL. bind() may follow.
 
 private:
     const MeshLevel &chosen() const { return made_.get()->levels[chosen_]; }

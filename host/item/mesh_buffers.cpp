@@ -213,6 +213,7 @@ void MeshBuffers::drawShapes(const Mesh &mesh, const PartColour &paint)
 {
     if (!vertices_.isCreated())
         return;
+    level_ = nullptr; // a draw() that memory did not suffice for may have left one
     glPushAttrib(GL_ENABLE_BIT | GL_DEPTH_BUFFER_BIT | GL_LIGHTING_BIT | GL_POLYGON_BIT |
                  GL_CURRENT_BIT | GL_VIEWPORT_BIT);
     glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);

@@ -11,7 +11,7 @@ bool ModelItem::passed(const Pass &pass)
     reduces_ = pass.reduces;
     // After the first picture, and after the tree: both take memory for a while.
     if (reduces_ && shown_ && !tree_.isBusy())
-        levels_.request(mesh_);
+        levels_.request(base_);
     budget_.advance(pass.moved, pass.seconds, pass.took);
     return reduced_ && budget_.rests();
 }
@@ -31,9 +31,11 @@ void ModelItem::noteDetail(const Display &display)
         return;
     const Detail detail = detailOf(display.reduces);
     shown_ = true;
-    reduced_ = levels_.choose(detail.level) || detail.points < mesh_->pointCount();
-    budget_.drew(detail.points +
-                 (detail.level < 0 ? mesh_->triangleCount() : levels_.triangleCount()));
+    const bool isCoarse = detail.level >= 0;
+    if (isCoarse)
+        levels_.choose(detail.level);
+    reduced_ = isCoarse || detail.points < mesh_->pointCount();
+    budget_.drew(detail.points + (isCoarse ? levels_.triangleCount() : mesh_->triangleCount()));
 }
 
 } // namespace host

@@ -132,6 +132,8 @@ quint64 ModelItem::byteSize() const
         bytes += mesh_->normalCount() * perPosed + mesh_->byteSize() - mesh_->textureBytes() -
                  mesh_->rig->byteSize();
     bytes += edges_.byteSize() + levels_.byteSize(*mesh_);
+    if (ownsBeside_)
+        bytes += beside_->byteSize();
     if (const Trees *trees = tree_.get())
         return bytes + trees->triangles.byteSize() + (trees->thin ? trees->thin->byteSize() : 0);
     if (!tree_.isBusy())
@@ -160,8 +162,10 @@ void ModelItem::standOn(GLW *glw, FileAxes::Axis up)
     if (mesh_->axes.up() == up && !mesh_->axes.upIsNegative())
         return;
     base_ = mesh_ = turned(*base_, up);
-    if (beside_)
+    if (beside_) {
         beside_ = turned(*beside_, up);
+        ownsBeside_ = true;
+    }
     pose_.reset();
     moving_ = false;
     if (playback_ && playback_->clip() >= 0)
@@ -216,26 +220,27 @@ void ModelItem::draw3D(GLW *glw, const Display &display)
 {
     measurePixel(glw);
     noteDetail(display);
-    const bool edged = display.mode == Display::Mode::Edged && mesh_->triangleCount() > 0;
-    if (edged)
+    edged_ = display.mode == Display::Mode::Edged && mesh_->triangleCount() > 0;
+    if (edged_)
         edges_.request(base_);
-    edgesDue_ = edged && edges_.isBusy();
-    drawBody(display, &edges_);
+    drawBody(display);
     if (display.hover && hovered_ >= 0)
         brackets_.draw(*mesh_, std::size_t(hovered_), centre_, scale_, display);
 }
 
-void ModelItem::drawBody(const Display &display, EdgeLines *edges)
+void ModelItem::drawBody(const Display &display)
 {
     const Detail detail = detailOf(display.reduces && !display.whole);
+    LevelBuffers *level = detail.level < 0 ? nullptr : &levels_;
+    if (level)
+        level->choose(detail.level);
     // Lines by the million cost more than what they lie on.
-    if (levels_.choose(detail.level) && edges_.count() > levels_.triangleCount())
-        edges = nullptr;
+    EdgeLines *edges = level && edges_.count() > level->triangleCount() ? nullptr : &edges_;
     const ModelSection::Clipping clipping(section_);
     if (!moving_) // its faces are those of the mesh
         section_.drawCaps(SectionCaps::Opaque, display, marks_, pixel_);
     buffers_.drawThin(*mesh_, display, marks_, {pixel_, spacing_, detail.points});
-    buffers_.draw(*mesh_, display, marks_, edges, detail.level < 0 ? nullptr : &levels_);
+    buffers_.draw(*mesh_, display, marks_, edges, level);
     if (!moving_)
         section_.drawCaps(SectionCaps::Transparent, display, marks_, pixel_);
 }

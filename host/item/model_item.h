@@ -68,9 +68,9 @@ public:
     double unitsPerPixel(const GLW *glw) const override;
     bool passed(const Pass &pass) override;
     bool isReduced() const override { return reduced_; }
-    bool isBusy() const override { return tree_.isBusy() || edgesDue_ || section_.isBusy(); }
+    bool isBusy() const override { return tree_.isBusy() || !isWhole(); }
     bool hasPoints() const override { return mesh_->pointCount() > 0; }
-    bool isWhole() const override { return !section_.isBusy() && !edgesDue_; }
+    bool isWhole() const override { return !section_.isBusy() && !(edged_ && edges_.isBusy()); }
 
     const Section *section() const override { return &section_.get(); }
     void setSection(const Section &section) override { section_.set(section); }
@@ -117,7 +117,7 @@ private:
         std::optional<ThinTree> thin; // where there are lines or points
     };
 
-    void drawBody(const Display &display, EdgeLines *edges);
+    void drawBody(const Display &display);
     void measure();
     void buildTree();
     void measurePixel(const GLW *glw);
@@ -136,9 +136,10 @@ private:
     void noteDetail(const Display &display);
 
     QString name_;
-    MeshPtr mesh_;   // as it is drawn, but for while it moves
-    MeshPtr base_;   // as it stands without an animation
-    MeshPtr beside_; // null: it is alone in its world
+    MeshPtr mesh_;            // as it is drawn, but for while it moves
+    MeshPtr base_;            // as it stands without an animation
+    MeshPtr beside_;          // null: it is alone in its world
+    bool ownsBeside_ = false; // it is a copy of its own
     std::unique_ptr<Playback> playback_;
     std::unique_ptr<RigPose> pose_; // of base_; made when it is first needed
     bool moving_ = false;           // what is drawn is not mesh_
@@ -161,7 +162,7 @@ private:
     ModelSection section_;
     PartBrackets brackets_;
     EdgeLines edges_;
-    bool edgesDue_ = false; // they are to be shown, and were not there in the last frame
+    bool edged_ = false; // the last frame was to show them
     Background<Trees> tree_;
     int hovered_ = -1;
     PartMarks marks_; // of the mesh's parts

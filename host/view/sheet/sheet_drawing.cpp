@@ -2,7 +2,9 @@
 // How a sheet's tiles are drawn, or copied where they stay as they are.
 #include <QOpenGLContext>
 
+#include "host/item/add_bytes.h"
 #include "host/view/sheet/sheet_view.h"
+#include "host/view/window/flat_state.h"
 #include "host/view/window/window.h"
 
 namespace host {
@@ -12,11 +14,6 @@ namespace {
 QRect placeOf(const GLW *glw)
 {
     return {glw->glCorner(), glw->glSize()};
-}
-
-template <typename Value> void add(QByteArray &to, const Value &value)
-{
-    to.append(reinterpret_cast<const char *>(&value), int(sizeof value));
 }
 
 /// For its lifetime nothing is drawn beside a tile: a wide line would leave a rest in the gap.
@@ -37,9 +34,7 @@ public:
 
 void SheetView::DrawBG(GLW *)
 {
-    const QWidget *widget = window().widget();
-    pictures_.begin((QSizeF(widget->size()) * widget->devicePixelRatioF()).toSize(),
-                    refinement().isRefining());
+    pictures_.begin(pixelSize(window().widget()), refinement().isRefining());
     copied_ = 0;
     drawGround();
 }
@@ -61,17 +56,17 @@ QByteArray SheetView::keyOf(GLW *glw) const
         if (key.isEmpty())
             return key;
     }
-    add(key, itemNumber(glw));
-    add(key, glw->camera.proj_matrix);
-    add(key, glw->camera.model_matrix);
+    addBytes(key, itemNumber(glw));
+    addBytes(key, glw->camera.proj_matrix);
+    addBytes(key, glw->camera.model_matrix);
     for (const GL::Light &lamp : glw->lights)
-        add(key, lamp.position);
+        addBytes(key, lamp.position);
     for (const Vector &each : {glw->viewport.pos, glw->viewport.scale})
         for (const float value : {each.x, each.y, each.z})
-            add(key, value);
-    add(key, glw->glSize());
-    add(key, display().mode);
-    add(key, display().pointScale);
+            addBytes(key, value);
+    addBytes(key, glw->glSize());
+    addBytes(key, display().mode);
+    addBytes(key, display().pointScale);
     key.append(display().dark ? 'd' : 'l');
     key.append(display().lighting ? 'L' : '-');
     key.append(display().reduces ? 'r' : '-');

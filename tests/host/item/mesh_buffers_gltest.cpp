@@ -271,8 +271,8 @@ TEST_F(Drawing, LevelsAreDrawnPartByPartAndOnlyIfTheyAreFewer)
     buffers.create(*mesh, {1, 0.5f, 0}, 1); // x, y: a half of the window each
     for (const auto &[most, level, quarters] : rows) {
         ASSERT_EQ(levels.levelFor(*mesh, most), level);
-        ASSERT_EQ(levels.choose(level), level >= 0);
         if (level >= 0) {
+            levels.choose(level);
             EXPECT_NEAR(double(levels.triangleCount()) * 4 / double(all), quarters, quarters / 20);
         }
         PartMarks marks(3);

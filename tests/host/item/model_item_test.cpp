@@ -151,7 +151,8 @@ TEST(DetailBudget, IsLessWhileFramesAreSlowAndAllAtRest)
                               {false, 0.15, 0, 0, 19'999},
                               {false, 0.05, 0, 0, all},
                               {true, 0.1, 9, 0, 19'999},
-                              {true, 0.1, 0.01, 0, 24'995}};
+                              {true, 0.1, 0.01, 15'000, 24'995},
+                              {true, 0.1, 9, 0, 24'995}}; // of others: it drew nothing
     DetailBudget budget;
     for (const BudgetRow &row : rows) {
         budget.drew(row.drawn);
@@ -159,6 +160,7 @@ TEST(DetailBudget, IsLessWhileFramesAreSlowAndAllAtRest)
         EXPECT_EQ(budget.most(), row.most) << &row - rows;
         EXPECT_EQ(budget.rests(), row.most == all) << &row - rows;
     }
+    budget.drew(1);
     for (int i = 0; i < 100; ++i)
         budget.advance(true, 1, 0.001);
     EXPECT_EQ(budget.most(), all);
