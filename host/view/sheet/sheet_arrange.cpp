@@ -112,8 +112,14 @@ void SheetView::showTiles()
     }
     for (int i = near_.first; i < near_.end; ++i)
         comeNear(shown_[i]);
+    const auto isRefused = [this](int id) { return entries_.at(id).needed > 0; };
+    if (std::any_of(inView_.begin(), inView_.end(), isRefused))
+        makeRoom(); // others are out of sight now
     forgetFar();
-    fits ? layOut() : placeCells();
+    if (fits)
+        layOut();
+    else
+        placeCells();
 }
 
 bool SheetView::isIn(int id, const SheetGrid::Range &range) const
@@ -144,7 +150,9 @@ void SheetView::setVisible(int id, bool visible)
 void SheetView::comeNear(int id)
 {
     tileFor(id);
-    const SheetEntry &entry = entries_.at(id);
+    SheetEntry &entry = entries_.at(id);
+    if (!entry.visible)
+        entry.lastSeen = passes_; // it goes after what was left behind
     const bool due = entry.job == 0 && !isLent(id) &&
                      (entry.state == State::Waiting || entry.state == State::Released);
     if (due && (entry.visible || held_ < budget_ / 2))
@@ -163,14 +171,19 @@ void SheetView::forgetFar()
         queue_.cancel(entry.job);
         jobs_.remove(entry.job);
         entry.job = 0;
+        if (item(tile(id))) // of the file as it was before
+            release(id);
     }
     std::multimap<quint64, int> far; // by when they were last seen
     if (tiles_.size() > mostTiles_)
         for (auto it = tiles_.cbegin(); it != tiles_.cend(); ++it)
             if (!isIn(it.key(), near_) && !isLent(it.key()))
                 far.emplace(entries_.at(it.key()).lastSeen, it.key());
+    if (far.empty())
+        return;
     for (auto it = far.begin(); it != far.end() && tiles_.size() > mostTiles_; ++it)
         dropTile(it->second);
+    countHeld();
 }
 
 /// All have room: the module gives them as much of it as it can.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A sheet under the keyboard alone: arrows and Tab choose a tile, Return opens it.
+// How a sheet's tiles are chosen and opened by keys, and how it is scrolled by keys, wheel and bar.
 #include <algorithm>
 
 #include <QAction>

@@ -105,9 +105,26 @@ void SheetView::ResetAll()
 {
     leader_ = -1; // each goes its own way home
     pose_.reset();
-    for (GLW *glw : qAsConst(tiles_))
-        if (Item *shown = item(glw))
-            shown->steering().home(glw);
+    for (auto &[id, entry] : entries_) {
+        entry.goesHome = entry.left.has_value();
+        entry.fits = false;
+        if (Item *shown = item(tile(id)))
+            shown->steering().home(tile(id));
+    }
+    changed();
+}
+
+/// Those without an item are fitted when they have one.
+void SheetView::fit(const QList<int> &ids)
+{
+    leader_ = -1;
+    pose_.reset();
+    for (int id : ids) {
+        if (const auto found = entries_.find(id); found != entries_.end())
+            found->second.fits = found->second.left.has_value();
+        if (Item *shown = item(tile(id)))
+            shown->steering().fit(tile(id));
+    }
     changed();
 }
 
@@ -131,6 +148,7 @@ void SheetView::remove(const QList<int> &ids)
     inOrder_.erase(std::remove_if(inOrder_.begin(), inOrder_.end(), gone), inOrder_.end());
     listShown();
     makeRoom();
+    applyCounts();
     emit titleChanged();
     changed();
 }
@@ -154,14 +172,7 @@ void SheetView::fillMenu(GLW *glw, MenuTree *tree)
         const QString path = found->second.path;
         tree->add(tr("Open alone"), {}, this, [this, path] { emit openAsked(path); });
         addCompareEntry(tree);
-        tree->add(tr("Fit %1").arg(what), {}, this, [this, targets] {
-            leader_ = -1;
-            pose_.reset();
-            for (int id : targets)
-                if (Item *shown = item(tiles_.value(id)))
-                    shown->steering().fit(tiles_.value(id));
-            changed();
-        });
+        tree->add(tr("Fit %1").arg(what), {}, this, [this, targets] { fit(targets); });
         tree->add(tr("Hide %1").arg(what), {}, this, [this, targets] { hide(targets); });
         tree->add(tr("Remove %1 from the sheet").arg(what), {}, this,
                   [this, targets] { remove(targets); });

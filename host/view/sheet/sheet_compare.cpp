@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
 // Two tiles of a sheet, to be held against each other.
-#include <algorithm>
-
 #include "host/item/model_item.h"
 #include "host/view/sheet/sheet_view.h"
 #include "host/view/window/menu_tree.h"
@@ -10,9 +8,7 @@ namespace host {
 
 MeshPtr SheetView::meshOf(const QString &path) const
 {
-    const auto found = std::find_if(entries_.begin(), entries_.end(),
-                                    [&](const auto &each) { return each.second.path == path; });
-    Item *shown = found == entries_.end() ? nullptr : item(tile(found->first));
+    Item *shown = item(tile(idOf(path)));
     ModelItem *model = shown ? shown->model() : nullptr;
     return model ? model->sharedMesh() : nullptr;
 }

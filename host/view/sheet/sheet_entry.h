@@ -20,7 +20,8 @@ struct SheetEntry {
         Reading,  ///< `fraction` tells how far.
         Shown,    ///< Its tile has an item.
         Failed,   ///< `reason` tells why; its tile says so.
-        Released, ///< It was shown, and gave its memory back while nobody looked.
+        Released, ///< It was read, and its tile has no item: that gave its memory back while nobody
+                  ///< looked, is lent, or only its count was wanted.
     };
 
     QString path;
@@ -35,7 +36,9 @@ struct SheetEntry {
     bool hidden = false;           ///< A person does not want to see it.
     bool visible = false;          ///< It is in view.
     quint64 lastSeen = 0;          ///< Grows with each pass that showed it.
-    std::optional<ItemState> left; ///< How the person left the item, while it is released.
+    std::optional<ItemState> left; ///< How the person left the item, until another is there.
+    bool goesHome = false;         ///< Then it takes its first view, as was asked meanwhile,
+    bool fits = false;             ///< or shows all of it from where it is.
 };
 
 /// The files of a sheet by the ids of their tiles, which start at 1.

@@ -50,6 +50,7 @@ void SheetView::connectQueue()
                     fail(id, reason, needed);
                 jobs_.remove(job);
                 changedSoon();
+                applyCounts();
             });
     connect(&queue_, &ReadQueue::listed, this, [this](int job, const FileListPtr &list) {
         if (job == list_)
@@ -90,6 +91,14 @@ SheetEntry *SheetView::entryOfJob(int job, int *id)
     if (id)
         *id = found->first;
     return &found->second;
+}
+
+/// 0 if there is none.
+int SheetView::idOf(const QString &path) const
+{
+    const auto found = std::find_if(entries_.begin(), entries_.end(),
+                                    [&](const auto &each) { return each.second.path == path; });
+    return found == entries_.end() ? 0 : found->first;
 }
 
 /// Puts the file in the queue; those in view come first.
@@ -143,8 +152,7 @@ void SheetView::show(int id, const std::shared_ptr<Item> &made)
     entry.state = wanted ? State::Shown : State::Released;
     if (wanted)
         take(id, made);
-    if (order_ == SheetOrder::Count && queue_.isIdle())
-        applyOrder();
+    applyCounts();
 }
 
 /// Gives an item to its tile, if there is room for it.
@@ -158,9 +166,15 @@ void SheetView::take(int id, const std::shared_ptr<Item> &made)
         made->restore(glw, *entry.left);
         entry.left.reset();
     }
+    if (entry.goesHome)
+        made->steering().home(glw);
+    else if (entry.fits)
+        made->steering().fit(glw);
+    entry.goesHome = entry.fits = false;
     if (makeRoom() > budget_) {
         const quint64 needed = bytesOf(id);
         setItem(glw, nullptr);
+        countHeld();
         fail(id,
              tr("there is no memory left for it: all tiles in view together may take %1")
                  .arg(QLocale().formattedDataSize(qint64(budget_))),
@@ -176,22 +190,24 @@ quint64 SheetView::bytesOf(int id) const
     return shown ? shown->byteSize() : 0;
 }
 
+void SheetView::countHeld()
+{
+    held_ = 0;
+    for (auto it = tiles_.cbegin(); it != tiles_.cend(); ++it)
+        held_ += bytesOf(it.key());
+}
+
 /// Returns the bytes that the items hold afterwards.
 quint64 SheetView::makeRoom()
 {
     // What a reader still holds is the queue's to bound; the rest is left to the items.
     queue_.setMemoryLimit(budget_);
-    const auto count = [this] {
-        held_ = 0;
-        for (auto it = tiles_.cbegin(); it != tiles_.cend(); ++it)
-            held_ += bytesOf(it.key());
-    };
-    count();
+    countHeld();
     if (held_ > budget_ / 2) {
         const auto bytes = [this](int each) { return bytesOf(each); };
         for (int id : idsToRelease(entries_, budget_ / 2, bytes))
             release(id);
-        count();
+        countHeld();
     }
     readRefused(held_);
     return held_;

@@ -36,9 +36,21 @@ void SheetView::applyOrder()
 /// How large a file's content is, only reading it tells.
 void SheetView::readForCount()
 {
-    for (const auto &[id, entry] : entries_)
+    countsDue_ = false;
+    for (const auto &[id, entry] : entries_) {
         if (entry.state == State::Waiting && entry.job == 0)
             read(id);
+        countsDue_ |= entry.job != 0 && entry.count == 0;
+    }
+}
+
+/// Once the last count is there the tiles stand by them. What is read later moves none.
+void SheetView::applyCounts()
+{
+    if (!countsDue_ || order_ != SheetOrder::Count || !queue_.isIdle())
+        return;
+    applyOrder();
+    countsDue_ = false; // whatever came into view by that
 }
 
 void SheetView::changeSpacing(int pixels)

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
 // A sheet's item in another view, while that shows its file alone.
-#include <algorithm>
-
 #include "host/view/sheet/sheet_view.h"
 
 namespace host {
@@ -9,8 +7,7 @@ namespace host {
 Loan SheetView::lend(const QString &path)
 {
     takeBack();
-    const auto found = std::find_if(entries_.begin(), entries_.end(),
-                                    [&](const auto &each) { return each.second.path == path; });
+    const auto found = entries_.find(idOf(path));
     if (found == entries_.end() || found->second.state != State::Shown)
         return {};
     GLW *glw = tiles_.value(found->first);
@@ -19,6 +16,7 @@ Loan SheetView::lend(const QString &path)
     entry.state = State::Released;
     lent_ = found->first;
     lentItem_ = takeItem(glw);
+    countHeld();
     return {lentItem_, *entry.left};
 }
 

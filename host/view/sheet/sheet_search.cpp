@@ -109,8 +109,12 @@ bool SheetSearch::takesKey(const QObject *object, QEvent *event)
     if (key != Qt::Key_Escape && !tiles)
         return false;
     event->accept();
-    if (event->type() == QEvent::KeyPress)
-        tiles ? over_->setFocus() : close();
+    if (event->type() != QEvent::KeyPress)
+        return true;
+    if (tiles)
+        over_->setFocus();
+    else
+        close();
     return true;
 }
 

@@ -121,15 +121,10 @@ QString SheetView::fault() const
 {
     if (entries_.empty())
         return notice_;
-    // What nobody came near was not asked for.
     const bool failed = std::all_of(entries_.begin(), entries_.end(), [](const auto &entry) {
-        return entry.second.state == State::Failed ||
-               (entry.second.state == State::Waiting && entry.second.job == 0);
-    });
-    const bool tried = std::any_of(entries_.begin(), entries_.end(), [](const auto &entry) {
         return entry.second.state == State::Failed;
     });
-    return failed && tried ? tr("none of the files can be shown") : QString();
+    return failed ? tr("none of the files can be shown") : QString();
 }
 
 QStringList SheetView::remarks() const
@@ -189,27 +184,37 @@ void SheetView::paintText(GLW *, QPainter *painter)
         paintBottomNote(painter, bounds);
 }
 
+/// The tile under the pointer, which is no part of a picture; -1 if there is none.
+int SheetView::pointed() const
+{
+    return paintsPicture() ? -1 : hovered_;
+}
+
 void SheetView::paintTiles(QPainter *painter)
 {
+    const int under = pointed();
     for (int id : qAsConst(inView_)) {
         const GLW *glw = tile(id);
         painter_.paint(painter, id, entries_.at(id), {glw->orect, glw->geometry(false)},
-                       {selected_.contains(id), hovered_ == id, isLinked(id)}, display().theme());
+                       {selected_.contains(id), under == id, isLinked(id)}, display().theme());
     }
-    if (header_ > 0 && hovered_ > 0)
-        painter_.paintWholeName(painter, entries_.at(hovered_).name, tile(hovered_)->orect,
-                                window().widget()->rect(), display().theme());
+    if (header_ > 0 && under > 0)
+        painter_.paintWholeName(painter, entries_.at(under).name, tile(under)->orect,
+                                isLinked(under), window().widget()->rect(), display().theme());
 }
 
-/// What goes on, what the pointer is on, or else what was left out.
+/// What goes on, what the pointer is on, or else what was left out; in a picture only that.
 void SheetView::paintBottomNote(QPainter *painter, const QRectF &bounds)
 {
-    QString name, note = hint_.isEmpty() ? progress() : hint_;
-    if (note.isEmpty() && hovered_ > 0) {
-        if (const Item *shown = item(tile(hovered_)))
+    const int under = pointed();
+    QString name, note;
+    if (!paintsPicture())
+        note = hint_.isEmpty() ? progress() : hint_;
+    if (note.isEmpty() && under > 0) {
+        if (const Item *shown = item(tile(under)))
             note = shown->underPointer();
         if (header_ == 0) // which would name it
-            name = entries_.at(hovered_).name;
+            name = entries_.at(under).name;
     }
     if (note.isEmpty() && name.isEmpty() && !search_.isEmpty())
         note = tr("%1 of %2 files").arg(shown_.size()).arg(entries_.size());

@@ -54,7 +54,7 @@ public:
 
     bool isSettled() const override;
     bool isQuiet() const override { return View::isQuiet() && !hovering_.isPending(); }
-    QString fault() const override; ///< Only where not one file could be read.
+    QString fault() const override; ///< Where not one file is there that can be read.
     QStringList remarks() const override;
     void readAgain(const QString &path) override;
     QString title() const override;
@@ -152,6 +152,7 @@ private:
     void connectQueue();
     SheetEntry *entryOf(const GLW *glw);
     SheetEntry *entryOfJob(int job, int *id = nullptr);
+    int idOf(const QString &path) const;
     void read(int id);
     void show(int id, const std::shared_ptr<Item> &made);
     void take(int id, const std::shared_ptr<Item> &made);
@@ -167,6 +168,7 @@ private:
     bool isLent(int id) const;
     void comeNear(int id);
     void readForCount();
+    void applyCounts();
     void forgetFar();
     void layOut();
     void placeCells();
@@ -184,10 +186,12 @@ private:
     void bringPointerToChosen();
     void bindScrolling();
     void pictureOf(int id);
+    void countHeld();
     quint64 makeRoom();
     void readRefused(quint64 held);
     quint64 bytesOf(int id) const;
     void hover(const GLW *glw);
+    int pointed() const;
     void drawGround() const;
     QByteArray keyOf(GLW *glw) const;
     void drawMark();
@@ -201,6 +205,7 @@ private:
     bool isSeen(int id) const;
     QList<int> seen() const;
     QList<int> targetsOf(const GLW *glw) const;
+    void fit(const QList<int> &ids);
     void hide(const QList<int> &ids);
     void remove(const QList<int> &ids);
     void addCompareEntry(MenuTree *tree);
@@ -247,6 +252,7 @@ private:
     quint64 held_ = 0; // bytes, by all items, as last counted
     SheetOrder order_ = SheetOrder::Name;
     bool sorted_ = false;
+    bool countsDue_ = false; // files are being read whose counts the order waits for
     bool reversed_ = false;
     TilePainter painter_;
     TilePictures pictures_;

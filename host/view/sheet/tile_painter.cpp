@@ -24,6 +24,12 @@ double linkWidth()
     return Metrics::px(18);
 }
 
+/// Pixels for the name of a tile.
+double nameWidth(const QRectF &cell, bool linked)
+{
+    return cell.width() - 2 * inset() - (linked ? linkWidth() : 0);
+}
+
 /// Two links of a chain.
 void paintLink(QPainter *painter, const QRectF &r, const QColor &colour)
 {
@@ -72,7 +78,7 @@ void TilePainter::paint(QPainter *painter, int id, const SheetEntry &entry, cons
 void TilePainter::paintHeader(QPainter *painter, int id, const SheetEntry &entry,
                               const QRectF &cell, bool linked, const Theme &theme)
 {
-    const double width = cell.width() - 2 * inset() - (linked ? linkWidth() : 0);
+    const double width = nameWidth(cell, linked);
     Laid &kept = names_[id];
     if (kept.width != width || kept.text != entry.name) {
         kept.width = width;
@@ -92,11 +98,11 @@ void TilePainter::paintHeader(QPainter *painter, int id, const SheetEntry &entry
 }
 
 void TilePainter::paintWholeName(QPainter *painter, const QString &name, const QRectF &cell,
-                                 const QRectF &bounds, const Theme &theme)
+                                 bool linked, const QRectF &bounds, const Theme &theme)
 {
     const QFontMetricsF metrics(painter->font());
     const double width = metrics.horizontalAdvance(name);
-    if (width <= cell.width() - 2 * inset())
+    if (width <= nameWidth(cell, linked))
         return;
     QRectF r(cell.left(), cell.top(), width + 2 * inset(), header());
     r.moveLeft(std::max(bounds.left(), std::min(r.left(), bounds.right() - r.width())));

@@ -37,7 +37,7 @@ public:
     /// The name of a tile that is cut in its header, whole, over the tiles beside it but inside of
     /// @p bounds. Nothing if it is not cut.
     static void paintWholeName(QPainter *painter, const QString &name, const QRectF &cell,
-                               const QRectF &bounds, const Theme &theme);
+                               bool linked, const QRectF &bounds, const Theme &theme);
     void forget(int id); ///< Drops the texts of a tile that is gone.
 
 private:

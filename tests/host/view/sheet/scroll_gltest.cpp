@@ -131,6 +131,18 @@ TEST_F(ScrollTest, OnlyWhatIsNearIsReadAndTheRestStaysAsItWasLeft)
     EXPECT_EQ(rot(1), left);
     EXPECT_EQ(sheet->inView()[0], 20) << "the largest of all, which nobody had looked at";
     EXPECT_EQ(countOf(State::Waiting), 0);
+    run("Ctrl+End");
+    EXPECT_EQ(describe(), "1569: 45 to 60") << "what is read again moves nothing";
+    run("Shift+Home; Ctrl+Home");
+    settle(sheet->tile(1));
+    EXPECT_NEAR(rot(1).x, rot(2).x, 0.1) << "home, though it was not there to go";
+
+    sheet->setMemoryBudget(10 * sheet->item(sheet->tile(1))->byteSize());
+    run("N; Ctrl+End");
+    EXPECT_EQ(sheet->entries().at(60).state, State::Failed) << "there are sixteen";
+    run("Ctrl+F; ?m60");
+    EXPECT_EQ(sheet->entries().at(60).state, State::Shown) << "it is alone now";
+    run("!Esc; Ctrl+Home; C");
 
     run("20 move back wheel back");
     const GLW *top = sheet->tile(20);

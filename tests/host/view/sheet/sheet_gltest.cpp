@@ -156,12 +156,22 @@ TEST_F(SheetTest, TheMenuOpensBesideTilesTooAndOnlyWhatIsUnderThePointerIsMarked
     hand("right gap down up 3 down up");
     QCoreApplication::processEvents();
     EXPECT_EQ(opened, 2);
+    const auto picture = [&] {
+        PictureRequest request;
+        request.window = request.size = widget->size();
+        widget->makeCurrent();
+        request.objects = sheet->pictured(false, true).objects();
+        return renderPicture(request).image;
+    };
+    run("out move");
+    const QImage bare = picture();
     // To a tile that is visited later in a pass, and back to one that is visited earlier.
     for (const auto &[under, left] : {std::pair(2, 3), std::pair(3, 2), std::pair(2, 3)}) {
         hand(QString("%1 move").arg(under));
         frame();
         EXPECT_GE(item<ModelItem>(under)->hoveredPart(), 0) << under;
         EXPECT_LT(item<ModelItem>(left)->hoveredPart(), 0) << left;
+        EXPECT_EQ(picture(), bare);
     }
 }
 
