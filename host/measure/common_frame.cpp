@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/measure/common_frame.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace host {
@@ -19,6 +21,19 @@ double lengthOf(const QString &unit)
     return 0;
 }
 
+/// Whether @p mesh, @p factor times as large, keeps to a mesh's coordinates from @p origin on.
+bool fits(const Mesh &mesh, double factor, const std::array<double, 3> &origin)
+{
+    double largest = 0;
+    for (int k = 0; k < 3; ++k) {
+        const double own = mesh.origin[std::size_t(k)], other = origin[std::size_t(k)];
+        for (const QVector3D &corner : {mesh.min, mesh.max})
+            largest = std::max(largest, (std::abs(double(corner[k])) + std::abs(own)) * factor +
+                                            std::abs(other));
+    }
+    return largest <= double(Mesh::maxCoordinate);
+}
+
 /// Replaces each place or direction by what @p moved makes of it.
 template <typename Moved> void forEach(std::vector<float> &values, const Moved &moved)
 {
@@ -34,7 +49,8 @@ template <typename Moved> void forEach(std::vector<float> &values, const Moved &
 MeshPtr inFrameOf(const Mesh &other, const MeshPtr &mesh)
 {
     const double own = lengthOf(mesh->unit), wanted = lengthOf(other.unit);
-    const double factor = own > 0 && wanted > 0 ? own / wanted : 1;
+    const bool isScaled = own > 0 && wanted > 0 && fits(*mesh, own / wanted, other.origin);
+    const double factor = isScaled ? own / wanted : 1;
     double shift[3]; // in the file
     for (std::size_t k = 0; k < 3; ++k)
         shift[k] = mesh->origin[k] * factor - other.origin[k];

@@ -21,11 +21,11 @@ MeshTopology::MeshTopology(MeshPtr mesh, const std::atomic<bool> &cancel) : mesh
 bool MeshTopology::weld(const std::atomic<bool> &cancel)
 {
     const std::size_t count = mesh_->firstPoint(); // of triangles and lines
-    const std::vector<quint32> first = firstAtPlace(*mesh_, count, cancel);
-    places_.resize(count);
+    places_ = firstAtPlace(*mesh_, count, cancel);
     for (quint32 i = 0; i < count && !cancel; ++i) {
-        places_[i] = first[i] == i ? quint32(first_.size()) : places_[first[i]];
-        if (first[i] == i)
+        const quint32 first = places_[i];
+        places_[i] = first == i ? quint32(first_.size()) : places_[first];
+        if (first == i)
             first_.push_back(i);
     }
     return !cancel;

@@ -20,8 +20,11 @@ public:
           normals(mesh.normals)
     {
     }
-    /// Halves the edges of triangles that are too long, once each. Returns whether there was one.
-    bool halve(std::vector<quint32> &indices);
+    /// Begins a round: an edge that was halved in the one before is there no more.
+    void begin() { middles_.clear(); }
+    /// Halves the edges of triangles that are too long, once each. Returns whether there was one;
+    /// false, with nothing done, if it was cancelled.
+    bool halve(std::vector<quint32> &indices, const std::atomic<bool> &cancel);
 
 private:
     bool isLong(quint32 a, quint32 b) const;
@@ -29,7 +32,7 @@ private:
     void split(const quint32 *corners, std::vector<quint32> &out);
 
     double longest_;
-    std::unordered_map<quint64, quint32> middles_; // of edges, by the vertices at their ends
+    std::unordered_map<quint64, quint32> middles_; // of this round's, by the ends of their edges
 
 public:
     std::vector<float> positions, normals;
@@ -102,19 +105,23 @@ void Refining::split(const quint32 *corners, std::vector<quint32> &out)
     }
 }
 
-bool Refining::halve(std::vector<quint32> &indices)
+bool Refining::halve(std::vector<quint32> &indices, const std::atomic<bool> &cancel)
 {
+    constexpr std::size_t often = 0xFFFF;
     std::vector<quint32> out;
     out.reserve(indices.size());
-    for (std::size_t i = 0; i + 2 < indices.size(); i += 3)
-        split(&indices[i], out);
+    for (std::size_t t = 0; t < indices.size() / 3; ++t) {
+        if ((t & often) == 0 && cancel)
+            return false;
+        split(&indices[t * 3], out);
+    }
     indices.swap(out);
     return indices.size() != out.size();
 }
 
 } // namespace
 
-Mesh refinedMesh(const Mesh &mesh, double longest, std::size_t most,
+Mesh refinedMesh(const Mesh &mesh, double longest, std::size_t enough,
                  const std::atomic<bool> &cancel)
 {
     Refining refining(mesh, longest);
@@ -125,11 +132,12 @@ Mesh refinedMesh(const Mesh &mesh, double longest, std::size_t most,
     }
     // All parts by turns: where it ends early, none is finer than the others.
     std::size_t count = mesh.triangleCount();
-    for (bool goesOn = true; goesOn && !cancel && count < most;) {
+    for (bool goesOn = true; goesOn && !cancel && count < enough;) {
         goesOn = false;
         count = 0;
+        refining.begin();
         for (std::vector<quint32> &part : triangles) {
-            goesOn = refining.halve(part) || goesOn;
+            goesOn = refining.halve(part, cancel) || goesOn;
             count += part.size() / 3;
         }
     }

@@ -340,6 +340,11 @@ TEST(CommonFrameTest, WhatHasTheSameCoordinatesLiesInTheSamePlace)
         EXPECT_TRUE(moved == given || (moved->origin == other.origin && moved->max != mesh.max));
         EXPECT_EQ(moved->unit, row.unit == "el" || row.unit.isEmpty() ? row.unit : "mm");
     }
+    Mesh large = cube().mesh;
+    large.unit = "km";
+    large.max.setX(2e9f);
+    const MeshPtr given = std::make_shared<Mesh>(large);
+    EXPECT_EQ(inFrameOf(other, given)->unit, "km") << "2e15 of its millimetres are too many";
 }
 
 TEST(RefinedMeshTest, HasTheSameSurfaceInSmallTriangles)
