@@ -47,7 +47,7 @@ bool hasSeams(const Mesh &mesh, const MeshPart &part)
     return part.cover.texture >= 0 || !mesh.colours.empty();
 }
 
-/// Whether a triangle looks where its corners' normals do (1) or the other way (-1).
+/// 1 if a triangle looks where its corners' normals do, -1 if the other way, 0 if neither.
 int facing(const QVector3D &across, const float *normals, const quint32 *vertices)
 {
     float agreement = 0;

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
 // What a person selects and hides of a model.
-#include <algorithm>
-
 #include "host/item/model_item.h"
 #include "host/item/model_outline.h"
 #include "host/item/parts_in_pick.h"

@@ -71,8 +71,8 @@ struct SectionFrame {
     double scale = 1;                 ///< World units for one of the file's.
     double least = 0; ///< The plane's offset where it has cut away all, in the file's units,
     double most = 0;  ///< and where it cuts away nothing.
-    double origin =
-        0; ///< On the axis that it stands across, of Mesh::origin: see CutPlane::place().
+    /// On the axis that it stands across, of Mesh::origin: see CutPlane::place().
+    double origin = 0;
 };
 
 } // namespace host

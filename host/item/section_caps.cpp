@@ -235,16 +235,17 @@ void SectionCaps::addMet(const PickSquare &square, const Solids &solids, const P
     for (std::size_t i = 0; i < planes_.size(); ++i)
         for (const CapShape &shape : planes_[i].shapes) {
             const Solids::Solid &solid = solids.all()[shape.solid];
-            auto isMet = met[solid.parts.front()];
+            const quint32 part = solid.parts.front();
+            if (met[part] || isHidden(solid, marks))
+                continue;
             const std::vector<PlanePoint> &corners = shape.triangles;
-            for (std::size_t k = 0; k < corners.size() && !isMet && !isHidden(solid, marks);
-                 k += 3) {
+            for (std::size_t k = 0; k < corners.size() && !met[part]; k += 3) {
                 std::vector<PickSquare::Place> triangle;
                 for (std::size_t n = k; n < k + 3; ++n) {
                     const QVector3D p = grids[i].inWorld(corners[n]);
                     triangle.push_back({double(p.x()), double(p.y()), double(p.z())});
                 }
-                isMet = square.isMet(std::move(triangle), grids, i);
+                met[part] = square.isMet(std::move(triangle), grids, i);
             }
         }
 }

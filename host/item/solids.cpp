@@ -14,7 +14,7 @@ namespace {
 constexpr quint32 none = ~0u;
 
 /// Spreads the bits of a number over all of them (the finaliser of SplitMix64).
-quint64 mixed(quint64 x)
+quint64 spread(quint64 x)
 {
     x += 0x9e3779b97f4a7c15u;
     x = (x ^ (x >> 30)) * 0xbf58476d1ce4e5b9u;
@@ -110,7 +110,7 @@ void Shells::count(std::size_t triangle, quint32 part)
         const quint32 b = corner_[mesh_.indices[triangle * 3 + (k + 1) % 3]];
         if (a == b)
             continue;
-        const quint64 edge = mixed(quint64(std::min(a, b)) << 32 | std::max(a, b));
+        const quint64 edge = spread(quint64(std::min(a, b)) << 32 | std::max(a, b));
         shell.evenly ^= edge;
         shell.ways += a < b ? edge : 0 - edge;
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/view/compare/legend.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <QFontMetricsF>
