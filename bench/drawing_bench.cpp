@@ -138,7 +138,10 @@ public:
     void draw(host::Display::Mode mode, float azimuth = 30, std::size_t most = ~std::size_t(0))
     {
         const host::Display display = begin(mode, azimuth);
-        const bool fewer = levels_.choose(levels_.levelFor(*mesh_, most));
+        const int level = levels_.levelFor(*mesh_, most);
+        const bool fewer = level >= 0;
+        if (fewer)
+            levels_.choose(level);
         drawn_ = fewer ? levels_.triangleCount() : mesh_->triangleCount();
         buffers_.draw(*mesh_, display, marks_, &edges_, fewer ? &levels_ : nullptr);
     }

@@ -11,6 +11,8 @@ namespace host {
 class DetailBudget {
 public:
     static constexpr std::size_t least = 10'000; ///< Below it a shape is hardly made out.
+    /// Of a surface in a picture of so many @p pixels: with fewer it looks coarse at a glance.
+    static std::size_t leastTriangles(double pixels);
     static constexpr std::size_t all = std::size_t(1) << 40;
 
     /// Called once in each pass: whether the view @p moved, the seconds since the last pass, and

@@ -2,43 +2,35 @@
 #include "host/item/mesh_levels.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 
 #include <meshoptimizer.h>
+
+#include "host/item/mesh_patch.h"
 
 namespace host {
 
 namespace {
 
 constexpr quint32 none = ~quint32(0);
-constexpr std::size_t coarsest = 12'000; // triangles
-constexpr std::size_t piece = 3 << 17;   // indices that are simplified at once
-constexpr std::size_t stride = 3 * sizeof(float);
-constexpr float anyError = 1; // of the size: what a frame may cost decides
+constexpr double coarsest = 12'000;    // triangles
+constexpr std::size_t piece = 3 << 17; // indices that are simplified at once
+constexpr float anyError = 1;          // of the size: what a frame may cost decides
 
-/// Triangles and the places of their corners alone.
-struct Patch {
-    std::vector<float> positions;
-    std::vector<quint32> vertices; // which one each place is, where the triangles come from
-    std::vector<quint32> indices;  // of places
-
-    std::size_t count() const { return vertices.size(); }
-};
-
-/// How many triangles of @p count the finest level and those after it shall have.
-std::size_t shareOf(std::size_t count, std::size_t level)
+/// How many triangles the levels shall have, the finest first. Software GL draws some hundred
+/// thousand smoothly: there they are close to each other, so that none is much too coarse.
+std::vector<std::size_t> sizesFor(std::size_t triangles)
 {
-    constexpr std::size_t fewest = 16; // of a part
-    return std::max(count >> (level + 2), std::min(count, fewest));
-}
-
-std::size_t levelCount(std::size_t triangles)
-{
-    std::size_t count = 0;
-    while (triangles >= MeshLevels::smallest && (triangles >> (count + 2)) >= coarsest)
-        ++count;
-    return count;
+    constexpr double close = 400'000, half = 2, closer = M_SQRT2;
+    std::vector<std::size_t> sizes;
+    if (triangles < MeshLevels::smallest)
+        return sizes;
+    const auto next = [&](double size) { return size / (size > 2 * close ? half : closer); };
+    for (double size = next(double(triangles)); size >= coarsest; size = next(size))
+        sizes.push_back(std::size_t(size));
+    return sizes;
 }
 
 /// Whether vertices at one place differ in what must not be mixed.
@@ -47,35 +39,13 @@ bool hasSeams(const Mesh &mesh, const MeshPart &part)
     return part.cover.texture >= 0 || !mesh.colours.empty();
 }
 
-/// 1 if a triangle looks where its corners' normals do, -1 if the other way, 0 if neither.
-int facing(const QVector3D &across, const float *normals, const quint32 *vertices)
-{
-    float agreement = 0;
-    for (int k = 0; k < 3; ++k) {
-        const float *n = &normals[std::size_t(vertices[k]) * 3];
-        agreement += QVector3D::dotProduct(across, {n[0], n[1], n[2]});
-    }
-    return agreement > 0 ? 1 : agreement < 0 ? -1 : 0;
-}
-
-/// Across a triangle to its front, however long.
-QVector3D across(const std::vector<float> &positions, const quint32 *corners)
-{
-    const auto at = [&](quint32 place) {
-        const float *p = &positions[std::size_t(place) * 3];
-        return QVector3D(p[0], p[1], p[2]);
-    };
-    const QVector3D origin = at(corners[0]);
-    return QVector3D::crossProduct(at(corners[1]) - origin, at(corners[2]) - origin);
-}
-
 /// As nearly all triangles of a part do: in some files all are inside out. 0 if they do not agree.
 int facingOf(const Mesh &mesh, const MeshPart &part)
 {
     std::ptrdiff_t sum = 0;
     for (quint32 i = 0; i + 2 < part.indexCount; i += 3) {
         const quint32 *c = &mesh.indices[part.firstIndex + i];
-        sum += facing(across(mesh.positions, c), mesh.normals.data(), c);
+        sum += facing(across(mesh.positions.data(), c), mesh.normals.data(), c);
     }
     const bool agree = std::abs(sum) * 100 >= std::ptrdiff_t(part.indexCount / 3) * 98;
     return !agree ? 0 : sum < 0 ? -1 : 1;
@@ -86,14 +56,15 @@ public:
     Maker(const Mesh &mesh, const std::atomic<bool> &cancelled) : mesh_(mesh), cancelled_(cancelled)
     {
     }
-    MeshLevels make();
+    void make(const MeshLevels::Add &add);
 
 private:
     using Indices = std::vector<quint32>;
 
-    Patch gather(const std::vector<float> &positions, const quint32 *begin, const quint32 *end);
     void weld(Patch &patch);
-    void addPart(const MeshPart &part, MeshLevels &made);
+    void addPart(std::size_t index, const MeshLevels::Add &add);
+    void complete(MeshLevel &level, const MeshLevels::Add &add);
+    std::size_t targetFor(const MeshPart &part, std::size_t level) const;
     Indices reduce(const Patch &patch, Indices all, std::size_t target);
     Indices simplify(const Patch &patch, const quint32 *begin, const quint32 *end,
                      std::size_t target, bool isPiece);
@@ -104,33 +75,13 @@ private:
 
     const Mesh &mesh_;
     const std::atomic<bool> &cancelled_;
-    std::vector<quint32> slots_; // of gather(): none, but while it runs
+    std::vector<std::size_t> sizes_;
+    std::vector<MeshLevel> levels_; // of the parts until now
+    std::size_t finer_ = 0;         // triangles of the last one that was complete
+    PatchGatherer gatherer_;
     int facing_ = 1;             // of the part
     std::vector<quint32> twins_; // of each place that was welded, the next at the same place
 };
-
-/// The triangles from @p begin to @p end, whose corners are in @p positions.
-Patch Maker::gather(const std::vector<float> &positions, const quint32 *begin, const quint32 *end)
-{
-    Patch patch;
-    slots_.resize(std::max(slots_.size(), positions.size() / 3), none);
-    patch.indices.reserve(std::size_t(end - begin));
-    for (const quint32 *index = begin; index != end; ++index) {
-        quint32 &slot = slots_[*index];
-        if (slot == none) {
-            slot = quint32(patch.count());
-            patch.vertices.push_back(*index);
-        }
-        patch.indices.push_back(slot);
-    }
-    patch.positions.reserve(patch.count() * 3);
-    for (const quint32 vertex : patch.vertices) {
-        slots_[vertex] = none;
-        const float *p = &positions[std::size_t(vertex) * 3];
-        patch.positions.insert(patch.positions.end(), p, p + 3);
-    }
-    return patch;
-}
 
 /// Lets corners at one place be the same, so that a surface whose normals break hangs together.
 void Maker::weld(Patch &patch)
@@ -138,7 +89,8 @@ void Maker::weld(Patch &patch)
     constexpr quint32 unknown = none - 1;
     Indices welded(patch.indices.size());
     meshopt_generateShadowIndexBuffer(welded.data(), patch.indices.data(), welded.size(),
-                                      patch.positions.data(), patch.count(), stride, stride);
+                                      patch.positions.data(), patch.count(), Patch::stride,
+                                      Patch::stride);
     twins_.assign(patch.count(), unknown);
     for (const quint32 first : welded)
         twins_[first] = none;
@@ -176,7 +128,7 @@ void Maker::append(const Patch &patch, const Indices &indices, MeshLevel &level)
 {
     for (std::size_t i = 0; i + 2 < indices.size(); i += 3) {
         const QVector3D normal =
-            across(patch.positions, &indices[i]) * (facing_ < 0 ? -1.0f : 1.0f);
+            across(patch.positions.data(), &indices[i]) * (facing_ < 0 ? -1.0f : 1.0f);
         quint32 corners[3];
         for (std::size_t k = 0; k < 3; ++k) {
             const quint32 place = indices[i + k];
@@ -191,12 +143,15 @@ void Maker::append(const Patch &patch, const Indices &indices, MeshLevel &level)
 Maker::Indices Maker::simplify(const Patch &patch, const quint32 *begin, const quint32 *end,
                                std::size_t target, bool isPiece)
 {
-    const Patch own = gather(patch.positions, begin, end);
+    const Patch own = gatherer_.gather(patch.positions, begin, end);
     const std::size_t count = own.indices.size();
     Indices few(count);
     few.resize(meshopt_simplify(few.data(), own.indices.data(), count, own.positions.data(),
-                                own.count(), stride, target * 3, anyError,
+                                own.count(), Patch::stride, target * 3, anyError,
                                 isPiece ? meshopt_SimplifyLockBorder : 0, nullptr));
+    // What shares corners comes together, so that the GL finds them done.
+    constexpr unsigned corners = 64; // that it keeps, about
+    meshopt_optimizeVertexCacheFifo(few.data(), few.data(), few.size(), own.count(), corners);
     for (quint32 &index : few)
         index = own.vertices[index];
     return few;
@@ -205,10 +160,10 @@ Maker::Indices Maker::simplify(const Patch &patch, const quint32 *begin, const q
 /// Joins what lies in the same cell of a grid: what cannot be simplified is that at least.
 Maker::Indices Maker::join(const Patch &patch, Indices all, std::size_t target)
 {
-    const Patch own = gather(patch.positions, all.data(), all.data() + all.size());
+    const Patch own = gatherer_.gather(patch.positions, all.data(), all.data() + all.size());
     Indices few(all.size());
     few.resize(meshopt_simplifySloppy(few.data(), own.indices.data(), few.size(),
-                                      own.positions.data(), own.count(), stride, target * 3,
+                                      own.positions.data(), own.count(), Patch::stride, target * 3,
                                       anyError, nullptr));
     if (few.empty())
         return all;
@@ -221,7 +176,7 @@ Maker::Indices Maker::reduce(const Patch &patch, Indices all, std::size_t target
 {
     all = all.size() <= piece ? simplify(patch, all.data(), all.data() + all.size(), target, false)
                               : simplifyPieces(patch, std::move(all), target);
-    const bool isStuck = all.size() > target * 3 / 2 * 3;
+    const bool isStuck = all.size() > target * 5 / 4 * 3;
     return isStuck && !cancelled_ ? join(patch, std::move(all), target) : all;
 }
 
@@ -231,7 +186,7 @@ Maker::Indices Maker::simplifyPieces(const Patch &patch, Indices all, std::size_
     {
         Indices sorted(all.size());
         meshopt_spatialSortTriangles(sorted.data(), all.data(), all.size(), patch.positions.data(),
-                                     patch.count(), stride);
+                                     patch.count(), Patch::stride);
         all = std::move(sorted);
     }
     Indices few;
@@ -245,69 +200,82 @@ Maker::Indices Maker::simplifyPieces(const Patch &patch, Indices all, std::size_
     return few;
 }
 
-void Maker::addPart(const MeshPart &part, MeshLevels &made)
+std::size_t Maker::targetFor(const MeshPart &part, std::size_t level) const
 {
+    constexpr std::size_t fewest = 16; // of a part
+    const std::size_t count = part.indexCount / 3;
+    const double share = double(sizes_[level]) / double(mesh_.triangleCount());
+    return std::max(std::size_t(double(count) * share), std::min(count, fewest));
+}
+
+/// Hands over a level that all parts are in, if that is much coarser than the one before.
+void Maker::complete(MeshLevel &level, const MeshLevels::Add &add)
+{
+    if (cancelled_ || level.triangleCount() * 20 > finer_ * 17)
+        return;
+    finer_ = level.triangleCount();
+    level.indices.shrink_to_fit();
+    add(std::move(level));
+}
+
+void Maker::addPart(std::size_t index, const MeshLevels::Add &add)
+{
+    const MeshPart &part = mesh_.parts[index];
+    const bool isLast = index + 1 == mesh_.trianglePartCount();
     const quint32 *first = mesh_.indices.data() + part.firstIndex;
-    Patch patch = gather(mesh_.positions, first, first + part.indexCount);
+    Patch patch = gatherer_.gather(mesh_.positions, first, first + part.indexCount);
     facing_ = facingOf(mesh_, part);
     twins_.clear();
     if (!hasSeams(mesh_, part))
         weld(patch);
     Indices left = std::move(patch.indices);
-    for (std::size_t i = 0; i < made.levels.size(); ++i) {
-        MeshLevel &level = made.levels[i];
-        const std::size_t target = shareOf(part.indexCount / 3, i);
+    for (std::size_t i = 0; i < levels_.size(); ++i) {
+        const std::size_t target = targetFor(part, i);
         if (left.size() > target * 3 && !cancelled_)
             left = reduce(patch, std::move(left), target);
-        append(patch, left, level);
-        level.ends.push_back(quint32(level.indices.size()));
+        append(patch, left, levels_[i]);
+        levels_[i].ends.push_back(quint32(levels_[i].indices.size()));
+        if (isLast)
+            complete(levels_[i], add);
     }
 }
 
-MeshLevels Maker::make()
+void Maker::make(const MeshLevels::Add &add)
 {
-    MeshLevels made;
-    const std::size_t triangles = mesh_.triangleCount();
-    made.levels.resize(levelCount(triangles));
-    if (made.levels.empty())
-        return made;
-    for (std::size_t i = 0; i < mesh_.trianglePartCount() && !cancelled_; ++i)
-        addPart(mesh_.parts[i], made);
-    std::size_t finer = triangles;
-    const auto isNoGain = [&](const MeshLevel &level) {
-        const bool gains = level.triangleCount() * 4 <= finer * 3;
-        finer = gains ? level.triangleCount() : finer;
-        return !gains;
-    };
-    auto &all = made.levels;
-    all.erase(std::remove_if(all.begin(), all.end(), isNoGain), all.end());
-    for (MeshLevel &level : all)
-        level.indices.shrink_to_fit();
-    return made;
+    finer_ = mesh_.triangleCount();
+    sizes_ = sizesFor(finer_);
+    levels_.resize(sizes_.size());
+    for (std::size_t i = 0; !levels_.empty() && i < mesh_.trianglePartCount() && !cancelled_; ++i)
+        addPart(i, add);
 }
 
 } // namespace
 
+MeshLevels::MeshLevels(const Mesh &mesh) : levels_(sizesFor(mesh.triangleCount()).size()) {}
+
 std::size_t MeshLevels::byteSize() const
 {
     std::size_t bytes = 0;
-    for (const MeshLevel &level : levels)
-        bytes += (level.indices.capacity() + level.ends.capacity()) * sizeof(quint32);
+    for (std::size_t i = 0; i < count(); ++i)
+        bytes += (levels_[i].indices.capacity() + levels_[i].ends.capacity()) * sizeof(quint32);
     return bytes;
 }
 
 std::size_t MeshLevels::expectedBytes(const Mesh &mesh)
 {
     std::size_t bytes = 0;
-    const std::size_t triangles = mesh.triangleCount();
-    for (std::size_t i = 0; i < levelCount(triangles); ++i)
-        bytes += (3 * (triangles >> (i + 2)) + mesh.parts.size()) * sizeof(quint32);
+    for (const std::size_t triangles : sizesFor(mesh.triangleCount()))
+        bytes += (3 * triangles + mesh.parts.size()) * sizeof(quint32);
     return bytes;
 }
 
-MeshLevels levelsOf(const Mesh &mesh, const std::atomic<bool> &cancelled)
+void MeshLevels::make(const Mesh &mesh, const std::atomic<bool> &cancelled)
 {
-    return Maker(mesh, cancelled).make();
+    Maker(mesh, cancelled).make([this](MeshLevel level) {
+        const std::size_t count = count_;
+        levels_[count] = std::move(level);
+        count_ = count + 1;
+    });
 }
 
 } // namespace host

@@ -9,9 +9,9 @@ namespace host {
 bool ModelItem::passed(const Pass &pass)
 {
     reduces_ = pass.reduces;
-    // After the first picture, and after the tree: both take memory for a while.
-    if (reduces_ && shown_ && !tree_.isBusy())
-        levels_.request(base_);
+    // After the first picture, and nearly all after the tree: both take memory for a while.
+    if (reduces_ && shown_)
+        levels_.request(base_, !tree_.isBusy());
     budget_.advance(pass.moved, pass.seconds, pass.took);
     return reduced_ && budget_.rests();
 }
@@ -21,7 +21,7 @@ ModelItem::Detail ModelItem::detailOf(bool reduces) const
     constexpr std::size_t leastPoints = 100'000; // a shape is still made out
     const std::size_t most = reduces ? budget_.most() : DetailBudget::all;
     return {std::min(mesh_->pointCount(), std::max(most, leastPoints)),
-            levels_.levelFor(*mesh_, most)};
+            levels_.levelFor(*mesh_, most, leastTriangles_)};
 }
 
 /// Takes what a frame on the screen draws.

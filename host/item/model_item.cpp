@@ -211,6 +211,7 @@ void ModelItem::measurePixel(const GLW *glw)
     const CameraGeometry geometry = CameraSteering::geometryOf(glw);
     const double height = std::max(double(glw->height()), 1.0);
     pixel_ = 2 * double(shownHalfHeight(glw->camera)) / height;
+    leastTriangles_ = DetailBudget::leastTriangles(double(glw->width()) * height);
     const bool parallel = glw->camera.ortho != 0;
     aimRadius_ = parallel ? pixel_ : 0;
     aimSlope_ = parallel ? 0 : 2 * double(geometry.halfHeight(1)) / height;

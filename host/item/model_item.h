@@ -152,12 +152,13 @@ private:
     MeshBuffers buffers_;
     DetailBudget budget_;
     LevelBuffers levels_;
-    bool reduces_ = true;  // frames may leave something out while the view moves
-    bool shown_ = false;   // by a frame on the screen
-    bool reduced_ = false; // the last of them left something out
-    quint64 shape_ = 0;    // which of its meshes it is
-    double spacing_ = 0;   // of points, in the world
-    double pixel_ = 0;     // of the object, in the world, at the depth that one looks at
+    bool reduces_ = true;            // frames may leave something out while the view moves
+    bool shown_ = false;             // by a frame on the screen
+    bool reduced_ = false;           // the last of them left something out
+    quint64 shape_ = 0;              // which of its meshes it is
+    double spacing_ = 0;             // of points, in the world
+    double pixel_ = 0;               // of the object, in the world, at the depth that one looks at
+    std::size_t leastTriangles_ = 0; // that a frame draws, however long that takes
     double aimRadius_ = 0, aimSlope_ = 0; // of the room that a pixel sees: see Aim
     ModelSection section_;
     PartBrackets brackets_;

@@ -255,21 +255,20 @@ TEST_P(CoverOf, IsSeen)
 
 TEST_F(Drawing, LevelsAreDrawnPartByPartAndOnlyIfTheyAreFewer)
 {
-    const auto mesh = std::make_shared<Mesh>(roof(230, false));
+    const auto mesh = std::make_shared<Mesh>(roof(390, false));
     LevelBuffers levels;
     EXPECT_EQ(levels.levelFor(*mesh, 1), -1);
-    EXPECT_EQ(levels.byteSize(*mesh), 2 * MeshLevels::expectedBytes(*mesh));
-    levels.request(mesh);
-    QThreadPool::globalInstance()->waitForDone();
+    const quint64 expected = levels.byteSize(*mesh);
+    EXPECT_GT(expected, MeshLevels::expectedBytes(*mesh) + mesh->triangleCount() * 6);
     const std::size_t all = mesh->triangleCount();
-    const std::tuple<std::size_t, int, double> rows[] = {// what may be drawn, and what is
-                                                         {all, -1, 4},
-                                                         {all - 1, 0, 1},
-                                                         {all / 4 + 9, 0, 1},
-                                                         {all / 5, 1, 0.5},
-                                                         {0, 1, 0.5}};
+    const std::tuple<std::size_t, int, double> rows[] = {
+        // what may be drawn, and what is
+        {0, 0, 1.56},        {all, -1, 4},        {all - 1, 1, 2.83}, {all / 2 + 9, 2, 2},
+        {all / 4 + 9, 4, 1}, {all / 5, 5, 0.707}, {0, 9, 0.1768}};
     buffers.create(*mesh, {1, 0.5f, 0}, 1); // x, y: a half of the window each
     for (const auto &[most, level, quarters] : rows) {
+        levels.request(mesh, &most != &std::get<0>(rows[0])); // a rough one comes first
+        QThreadPool::globalInstance()->waitForDone();
         ASSERT_EQ(levels.levelFor(*mesh, most), level);
         if (level >= 0) {
             levels.choose(level);
@@ -286,9 +285,12 @@ TEST_F(Drawing, LevelsAreDrawnPartByPartAndOnlyIfTheyAreFewer)
         buffers.drawShapes(*mesh,
                            [](std::size_t part) { return glColor3ub(0, 255, 0), part == 0; });
         expect("3,30 lime; 12,30 blue");
-        if (level > 0)
+        if (level > 4)
             levels.destroy(); // and made again
     }
+    for (const auto &[least, level] : {std::pair(all / 5, 4), {all * 3 / 10, 3}, {all, 1}})
+        EXPECT_EQ(levels.levelFor(*mesh, 0, least), level);
+    EXPECT_NEAR(double(levels.byteSize(*mesh)), double(expected), 0.1 * double(expected));
     levels.destroy();
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What is left of a mesh in its levels, part by part.
-#include "host/item/mesh_levels.h"
+#include "host/item/rough_level.h"
 
 #include "tests/host/shapes.h"
 #include "tests/support/table.h"
@@ -17,10 +17,10 @@ struct LevelsCase {
 };
 
 const LevelsCase levelsCases[] = {
-    {"Small", 220, false, false, 0, true},           {"Shared", 230, false, false, 2, true},
-    {"Facets", 230, true, false, 2, true},           {"InPieces", 400, true, false, 3, true},
-    {"Coloured", 230, false, true, 2, true},         {"ColouredFacets", 230, true, true, 2, false},
-    {"ColouredInPieces", 400, true, true, 3, false},
+    {"Small", 220, false, false, 0, true},           {"Shared", 230, false, false, 6, true},
+    {"Facets", 230, true, false, 6, true},           {"InPieces", 400, true, false, 9, true},
+    {"Coloured", 230, false, true, 6, true},         {"ColouredFacets", 230, true, true, 6, false},
+    {"ColouredInPieces", 400, true, true, 9, false},
 };
 
 TABLE(MeshLevelsOf, testing::Test, LevelsCase, levelsCases);
@@ -31,15 +31,19 @@ TEST_P(MeshLevelsOf, HaveTheSameShapeOfFewerTriangles)
     Mesh mesh = roof(row.cells, row.facets);
     if (row.coloured)
         mesh.colours.assign(mesh.vertexCount() * 4, 255);
-    const MeshLevels made = levelsOf(mesh, std::atomic<bool>(false));
-    ASSERT_EQ(made.levels.size(), row.levels);
+    MeshLevels made(mesh);
+    made.make(mesh, std::atomic<bool>(false));
+    ASSERT_EQ(made.count(), row.levels);
     const std::size_t expected = MeshLevels::expectedBytes(mesh);
     EXPECT_NEAR(double(expected), double(made.byteSize()), 0.2 * double(expected));
     const double share = double(row.cells / 4) / row.cells; // of the first part
-    for (std::size_t i = 0; i < made.levels.size(); ++i) {
-        const MeshLevel &level = made.levels[i];
-        const double whole = double(mesh.triangleCount() >> (i + 2));
-        EXPECT_LE(double(level.triangleCount()), whole * (row.keepsShape ? 1.2 : 1) + 16);
+    const bool hasRough = mesh.triangleCount() >= roughFrom;
+    double whole = double(mesh.triangleCount());
+    for (std::size_t i = 0; i < made.count() + hasRough; ++i) {
+        const bool isRough = i == made.count(), keepsShape = row.keepsShape && !isRough;
+        const MeshLevel &level = isRough ? roughLevelOf(mesh, std::atomic<bool>(false)) : made[i];
+        whole = isRough ? double(roughSize) : whole / M_SQRT2;
+        EXPECT_LE(double(level.triangleCount()), whole * (keepsShape ? 1.2 : 1) + 16);
         EXPECT_GE(double(level.triangleCount()), whole * 0.6);
         ASSERT_EQ(level.ends.size(), 3u);
         EXPECT_EQ(level.ends[2], level.indices.size());
@@ -59,20 +63,32 @@ TEST_P(MeshLevelsOf, HaveTheSameShapeOfFewerTriangles)
                     bend = std::min(bend, across.normalized().dot(cornerOf(lit, at, k)));
                 }
                 area += across[2] / 2;
+                EXPECT_GE(across[2], -1e-9) << "turned over";
                 bent += bend < 0.999 ? across.norm() / 2 : 0; // lit as beyond the ridge
                 off = std::max(off, std::abs(middle[2] - 0.2 + 0.4 * std::abs(middle[0] - 0.5)));
                 EXPECT_EQ(middle[0] < share + (part == 0 ? 1e-6 : -1e-6), part == 0);
             }
-            if (row.keepsShape) {
+            if (keepsShape) {
                 const double over = area - (part == 0 ? share : 1 - share);
                 EXPECT_GT(over, -1e-4) << "a gap";
                 EXPECT_LT(over, 0.05) << "folds";
                 EXPECT_LT(off, 1e-5);
             }
-            EXPECT_LT(bent, row.keepsShape && row.facets ? 1e-4 : 1);
+            EXPECT_LT(bent, keepsShape && row.facets ? 1e-4 : 1);
         }
     }
-    EXPECT_TRUE(levelsOf(mesh, std::atomic<bool>(true)).byteSize() < mesh.byteSize() / 8);
+    MeshLevels cancelled(mesh);
+    cancelled.make(mesh, std::atomic<bool>(true));
+    EXPECT_EQ(cancelled.count() + roughLevelOf(mesh, std::atomic<bool>(true)).ends.size(), 0u);
+}
+
+TEST(MeshLevelsOf, AreCloseToEachOtherWhereTheyAreDrawn)
+{
+    Mesh mesh;
+    mesh.indices.resize(3 * 4'000'000);
+    mesh.parts.resize(2);
+    const double close = 500'000 / (1 - M_SQRT1_2); // and so on, but for 12,000 and less
+    EXPECT_NEAR(double(MeshLevels::expectedBytes(mesh)), 12 * (3e6 + close - 38'000), 12'000);
 }
 
 } // namespace

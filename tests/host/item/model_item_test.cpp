@@ -133,14 +133,14 @@ TEST(DetailBudget, IsLessWhileFramesAreSlowAndAllAtRest)
 {
     constexpr std::size_t all = DetailBudget::all;
     const BudgetRow rows[] = {{true, 0.1, 9, 200'000, 300'000},
-                              {true, 0.1, 0.03, 200'000, 300'000},
+                              {true, 0.1, 0.041, 200'000, 300'000},
                               {true, 0.1, 0.05, 200'000, 300'000},
                               {true, 0.1, 0.0625, 200'000, 114'285},
-                              {true, 0.1, 0.019, 100'000, 142'855},
-                              {true, 0.1, 0.05, 100'000, 142'855},
-                              {true, 0.1, 0.045, 100'000, 142'855},
-                              {true, 0.1, 0.05, 100'000, 142'855},
-                              {true, 0.1, 0.25, 100'000, 14'285},
+                              {true, 0.1, 0.032, 100'000, 125'000},
+                              {true, 0.1, 0.05, 120'000, 125'000},
+                              {true, 0.1, 0.045, 120'000, 125'000},
+                              {true, 0.1, 0.05, 120'000, 125'000},
+                              {true, 0.1, 0.25, 120'000, 17'142},
                               {true, 0.1, 0.25, 20'000, 10'000},
                               {true, 0.1, 0.01, 15'000, 12'500},
                               {false, 0.1, 9, 15'000, 12'500},
@@ -160,10 +160,13 @@ TEST(DetailBudget, IsLessWhileFramesAreSlowAndAllAtRest)
         EXPECT_EQ(budget.most(), row.most) << &row - rows;
         EXPECT_EQ(budget.rests(), row.most == all) << &row - rows;
     }
-    budget.drew(1);
+    budget.drew(all);
     for (int i = 0; i < 100; ++i)
         budget.advance(true, 1, 0.001);
     EXPECT_EQ(budget.most(), all);
+    for (const auto &[pixels, least] :
+         {std::pair(0, 10'000), {240'000, 20'000}, {9'999'999, 80'000}})
+        EXPECT_EQ(DetailBudget::leastTriangles(pixels), std::size_t(least));
 }
 
 TEST(PointLook, PointsTouchWithinBounds)
