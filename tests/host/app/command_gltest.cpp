@@ -75,6 +75,7 @@ TEST_F(CommandTest, EndsAsAScriptExpects)
         {"--animation --turntable $/film $/pyramid.obj $/void", 1, "takes one file"},
         {"--transparent --screenshot $/p.jpg $/pyramid.obj", 2, "p.jpg"},
         {"--screenshot $/none/p.png $/pyramid.obj", 1, "none/p.png"},
+        {"--thumbnails $/words.ply/a $/pyramid.obj", 1, "words.ply/a cannot be made"},
         {"--screenshot $/good.png -", 0, "", "pyramid.obj"},
         {"--screenshot $/p.png -", 1, "format", "words.ply"},
         {"$/pyramid.obj", 2, "xvfb-run", "", "DISPLAY="},
@@ -185,6 +186,8 @@ TEST_F(CommandTest, ThumbnailsAreMadeOfWhatIsMissingOrStale)
                 page.contains("&lt;b&gt;&amp;.obj<small>"));
     EXPECT_FALSE(page.contains("<b>"));
     EXPECT_EQ(page.count("<figure"), 3);
+    const QString title = "title=\"" + folder.path();
+    EXPECT_LT(page.indexOf(title + "/pyramid"), page.indexOf(title + "/void/")) << "by folder";
     EXPECT_EQ(page.count("<tr>"), 3) << page.toStdString();
     const QRegularExpression address("src=\"([^\"]+)\"");
     for (auto at = address.globalMatch(page); at.hasNext();)

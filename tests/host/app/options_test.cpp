@@ -24,7 +24,8 @@ TEST(OptionsTest, WhatMakesNoSenseIsRefused)
                                 "--colour => --colour;",
                                 "a.obj -x.obj => -x.obj; a file whose name",
                                 "--size 800 => \"800\"",
-                                "--size 800x9 => 16",
+                                "--size 800x15 => 16",
+                                "--size 800x16385 => 16384",
                                 "--fps 0 => \"0\"",
                                 "--up w a.obj => \"w\"",
                                 "--compare over a.obj b.obj => \"over\"",
@@ -96,6 +97,7 @@ TEST(OptionsTest, TheWindowHasTheShapeOfThePicture)
         {"--screenshot p.png --size 3000x20 a.obj", {3000, 20}},
         {"--thumbnails d --jobs 256 --transparent a.obj", {256, 256}},
         {"--thumbnails d --size 64 a.obj", {64, 64}},
+        {"--screenshot p.png --size 16x16384 a.obj", {16, 16384}},
         {"--thumbnails d --size 4000x2000 a.obj", {1600, 800}}};
     for (const auto &[line, window] : rows)
         EXPECT_EQ(windowSize(parseOptions(("glview " + QString(line)).split(' '))), window) << line;

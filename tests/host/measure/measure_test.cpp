@@ -203,16 +203,6 @@ TEST(MeasurementTest, SaysWhatWasMeasured)
         EXPECT_EQ(measurement.text().replace('\t', '|').toStdString(), text);
 }
 
-TEST(PlaceTest, GoesToTheFileAndBack)
-{
-    Mesh mesh;
-    mesh.axes.of = {{3, -1, 2}};
-    mesh.origin = {{1e6, 20, 300}};
-    EXPECT_EQ(placeInFile(mesh, {1, 2, 4}), Vec(1e6 - 2, 24, 301));
-    EXPECT_EQ(placeInMesh(mesh, {1e6 - 2, 24, 301}), Vec(1, 2, 4));
-    EXPECT_EQ(toFile(mesh.axes, {1, 2, 4}), Vec(-2, 4, 1));
-}
-
 /// A box seen from above, along -z: its top reaches from (0, 0) to (4, 2), 100 pixels a unit.
 const Shape shape = box({0, 0, 0}, {4, 2, 1});
 

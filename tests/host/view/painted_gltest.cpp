@@ -149,6 +149,8 @@ TEST_F(PaintedTest, TheWindowSaysWhatThereIs)
         hand(script);
         EXPECT_EQ(texts(), said);
     }
+    hand("D @0,2,2 click @2,2,2 click");
+    EXPECT_EQ(texts().substr(0, 2), "2|") << "a label";
 }
 
 TEST_F(PaintedTest, MeasuresAndPlanesAreDrawnWhereTheyAre)
@@ -199,7 +201,9 @@ TEST_F(PaintedTest, MeasuresAndPlanesAreDrawnWhereTheyAre)
               expected.toStdString());
     EXPECT_EQ(pair(PaintedTest::painted(handles).fills.at(1).first.center()), pair(knob));
     hand(QString("%1,%2 move down").arg(knob.x()).arg(knob.y()));
-    EXPECT_EQ(PaintedTest::painted(handles).all(), "x = 0.5");
+    const PaintRecord held = PaintedTest::painted(handles);
+    EXPECT_NEAR(held["x = 0.5"].box.left(), knob.x() + 36, 1); // a note beside the pointer
+    EXPECT_NEAR(held.fills.at(1).first.width(), 16.8, .01) << "the knob";
 }
 
 } // namespace

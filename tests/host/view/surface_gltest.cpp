@@ -2,6 +2,7 @@
 // A single file's window under a person's hands: overlays, lists, keys and the mark under the
 // pointer.
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QRegularExpression>
@@ -55,6 +56,8 @@ TEST_F(SurfaceTest, OverlaysPassOnWhatTheyHaveNoUseFor)
     hand("350,200 move");
     settle(glw());
     EXPECT_EQ(pose(), before) << "a drag that ended over an arm goes on";
+    hand("92,342 click 350,200 move");
+    EXPECT_FALSE(item()->underPointer().isEmpty()) << "the click is over";
 }
 
 TEST_F(SurfaceTest, WhatIsFittedKeepsClearOfOverlays)
@@ -98,6 +101,11 @@ TEST_F(SurfaceTest, ListAndMenuOfferWhatWorksInTheSameWords)
             if (entry->text().contains('\t'))
                 entries << entry->text();
         EXPECT_GT(entries.size(), 3);
+        QString below;
+        for (const QAction *entry : menu.actions())
+            below += entry->menu() ? entry->text() + '|' : QString();
+        EXPECT_TRUE(plot ||
+                    below == "Look from|Axis that points up|Draw surfaces|Section|Measure|");
         for (const QString &entry : entries) {
             const QString keys = QRegularExpression::escape(entry.section('\t', 1));
             const QRegularExpression row("(^|, )" + keys + "(,.*)?: " + entry.section('\t', 0, 0) +
@@ -193,6 +201,7 @@ TEST_F(SurfaceTest, ThePartsListAndTheModelAgree)
     follow();
     EXPECT_TRUE(tree->selectionModel()->isSelected(row(2)));
     EXPECT_EQ(marks(), ".ss") << "nothing comes back";
+    EXPECT_TRUE(window->frame()->findChild<QLabel *>()->text().endsWith("3 parts  ·  2 selected"));
     tree->setFocus();
     QTest::keyClick(tree, Qt::Key_H); // a key of the view
     EXPECT_EQ(marks(), ".hh");

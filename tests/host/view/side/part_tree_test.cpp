@@ -98,6 +98,16 @@ TEST(PartTreeModelTest, ABoxAsksForAllPartsBelowBeTheyInSightOrNot)
     model.setMarks(marks);
     EXPECT_EQ(model.tree().sum(0).selected, 1);
     EXPECT_EQ(model.tree().sum(0).parts, 4);
+    const Theme theme = Display().theme();
+    model.setTheme(theme);
+    const QModelIndex roof = model.index(0, 0, body), size = roof.sibling(0, 1);
+    const auto says = [](const QModelIndex &at, const QColor &colour, Qt::Alignment align) {
+        return at.data(Qt::ForegroundRole) == colour &&
+               at.data(Qt::TextAlignmentRole) == int(align | Qt::AlignVCenter);
+    };
+    EXPECT_TRUE(says(car, theme.accent, Qt::AlignLeft) && says(roof, theme.text, Qt::AlignLeft));
+    EXPECT_TRUE(says(size, theme.faint, Qt::AlignRight));
+    EXPECT_EQ(roof.data(Qt::ToolTipRole).toString(), "roof  ·  steel");
 }
 
 } // namespace
