@@ -20,5 +20,5 @@ function(glview_room)
     target_link_libraries(glview_${name}
         PUBLIC glwindow::headers ${below}
         PRIVATE ${R_LIBRARIES} glwindow_warnings)
-    glwindow_precompile(glview_${name})
+    glwindow_quick_build(glview_${name})
 endfunction()

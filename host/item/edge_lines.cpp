@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/item/edge_lines.h"
 
+#include "host/item/buffer_offset.h"
 #include "host/ui/metrics.h"
 
 namespace host {
@@ -59,7 +60,7 @@ void EdgeLines::draw(const Mesh &mesh, const Display &display, const PartMarks &
             const QColor c = colourOn(mesh.parts[i], display.theme());
             glColor4d(c.redF(), c.greenF(), c.blueF(), 1);
             glDrawElements(GL_LINES, GLsizei(end - begin), GL_UNSIGNED_INT,
-                           reinterpret_cast<const void *>(begin * sizeof(quint32)));
+                           bufferOffset(begin * sizeof(quint32)));
         }
         begin = end;
     }

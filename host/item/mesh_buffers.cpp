@@ -4,26 +4,22 @@
 #include <algorithm>
 #include <vector>
 
+#include "host/item/buffer_offset.h"
 #include "host/ui/metrics.h"
 
 namespace host {
 
 namespace {
 
-const void *offset(std::size_t bytes)
-{
-    return reinterpret_cast<const void *>(bytes);
-}
-
 /// Writes the positions, moved and scaled, piece by piece: there is no second copy of them all.
 void writePositions(QOpenGLBuffer &buffer, const std::vector<float> &positions,
                     const QVector3D &centre, float scale)
 {
-    constexpr std::size_t piece = 3 * 16384; // floats
+    constexpr std::size_t batch = 3 * 16384; // floats
     const float c[3] = {centre.x(), centre.y(), centre.z()};
     std::vector<float> moved;
-    for (std::size_t begin = 0; begin < positions.size(); begin += piece) {
-        const std::size_t end = std::min(begin + piece, positions.size());
+    for (std::size_t begin = 0; begin < positions.size(); begin += batch) {
+        const std::size_t end = std::min(begin + batch, positions.size());
         moved.clear();
         for (std::size_t i = begin; i < end; ++i)
             moved.push_back((positions[i] - c[i % 3]) * scale);
@@ -143,13 +139,13 @@ void MeshBuffers::draw(const Mesh &mesh, const Display &display, const PartMarks
     level_ = level;
     level ? level->bind() : void(indices_.bind());
     glEnableClientState(GL_VERTEX_ARRAY);
-    glVertexPointer(3, GL_FLOAT, 0, offset(0));
+    glVertexPointer(3, GL_FLOAT, 0, bufferOffset(0));
     glEnableClientState(GL_NORMAL_ARRAY);
-    glNormalPointer(GL_FLOAT, 0, offset(normals));
+    glNormalPointer(GL_FLOAT, 0, bufferOffset(normals));
     if (!mesh.colours.empty())
-        glColorPointer(4, GL_UNSIGNED_BYTE, 0, offset(colours));
+        glColorPointer(4, GL_UNSIGNED_BYTE, 0, bufferOffset(colours));
     if (!mesh.uvs.empty())
-        glTexCoordPointer(2, GL_FLOAT, 0, offset(colours + mesh.colours.size()));
+        glTexCoordPointer(2, GL_FLOAT, 0, bufferOffset(colours + mesh.colours.size()));
 
     if (display.mode == Display::Mode::HiddenLines)
         drawHiddenLines(mesh, display, marks);
@@ -226,7 +222,7 @@ void MeshBuffers::drawShapes(const Mesh &mesh, const PartColour &paint)
     vertices_.bind();
     indices_.bind();
     glEnableClientState(GL_VERTEX_ARRAY);
-    glVertexPointer(3, GL_FLOAT, 0, offset(0));
+    glVertexPointer(3, GL_FLOAT, 0, bufferOffset(0));
     for (std::size_t i = 0; i < mesh.parts.size(); ++i) {
         if (!paint(i))
             continue;
@@ -291,7 +287,7 @@ void MeshBuffers::drawTriangles(const Mesh &mesh, std::size_t index) const
         level_ ? level_->run(index) : std::pair(part.firstIndex, part.indexCount);
     if (count > 0)
         glDrawElements(GL_TRIANGLES, GLsizei(count), GL_UNSIGNED_INT,
-                       offset(std::size_t(first) * sizeof(quint32)));
+                       bufferOffset(std::size_t(first) * sizeof(quint32)));
 }
 
 } // namespace host

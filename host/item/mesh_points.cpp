@@ -6,17 +6,13 @@
 
 #include <qopengl.h>
 
+#include "host/item/buffer_offset.h"
 #include "host/item/camera_motion.h"
 #include "host/ui/metrics.h"
 
 namespace host {
 
 namespace {
-
-const void *offset(std::size_t bytes)
-{
-    return reinterpret_cast<const void *>(bytes);
-}
 
 /// A grey is what formats and readers put where nothing was said.
 bool hasHue(const MeshPart &part)
@@ -72,11 +68,11 @@ void setState(const Display &display)
 /// would keep gigabytes.
 void drawPoints(quint32 first, quint32 count)
 {
-    constexpr quint32 piece = 2'000'000;
-    for (quint32 at = 0; at < count; at += piece) {
+    constexpr quint32 batch = 2'000'000;
+    for (quint32 at = 0; at < count; at += batch) {
         if (at > 0)
             glFinish();
-        glDrawArrays(GL_POINTS, GLint(first + at), GLsizei(std::min(piece, count - at)));
+        glDrawArrays(GL_POINTS, GLint(first + at), GLsizei(std::min(batch, count - at)));
     }
 }
 
@@ -109,7 +105,7 @@ void drawThinPart(const MeshPart &part, double share)
     glDepthRange(0, lines ? 0.99998 : 1);
     if (lines)
         glDrawElements(GL_LINES, GLsizei(part.indexCount), GL_UNSIGNED_INT,
-                       offset(std::size_t(part.firstIndex) * sizeof(quint32)));
+                       bufferOffset(std::size_t(part.firstIndex) * sizeof(quint32)));
     else
         drawPoints(part.firstVertex, quint32(std::ceil(part.vertexCount * share)));
 }
@@ -126,7 +122,7 @@ void drawLinesAndPoints(const Mesh &mesh, std::size_t colours, const Display &di
     glEnableClientState(GL_VERTEX_ARRAY);
     glVertexPointer(3, GL_FLOAT, 0, nullptr);
     if (!mesh.colours.empty())
-        glColorPointer(4, GL_UNSIGNED_BYTE, 0, offset(colours));
+        glColorPointer(4, GL_UNSIGNED_BYTE, 0, bufferOffset(colours));
     const double share =
         std::min(1.0, double(look.most) / double(std::max<std::size_t>(mesh.pointCount(), 1)));
     for (std::size_t i = mesh.trianglePartCount(); i < mesh.parts.size(); ++i) {

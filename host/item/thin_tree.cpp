@@ -5,14 +5,16 @@
 #include <cmath>
 #include <limits>
 
+#include "host/measure/vec.h"
+
 namespace host {
 
 namespace {
 
-constexpr std::size_t leafSize = 16; // lines or points in one box
-constexpr std::size_t fanOut = 8;    // boxes in one box
-constexpr double sideways = 4;       // what the way off the ray counts
-constexpr double never = std::numeric_limits<double>::infinity();
+constexpr std::size_t boxSize = 16; // lines or points in one box
+constexpr std::size_t fanOut = 8;   // boxes in one box
+constexpr double sideways = 4;      // what the way off the ray counts
+constexpr double unreachable = std::numeric_limits<double>::infinity();
 
 /// Every third bit of the result is one of the lowest ten of @p cell.
 quint32 spread(quint32 cell)
@@ -24,30 +26,6 @@ quint32 spread(quint32 cell)
     return (cell | (cell << 2)) & 0x09249249;
 }
 
-struct Vec {
-    double x, y, z;
-};
-Vec operator-(const Vec &a, const Vec &b)
-{
-    return {a.x - b.x, a.y - b.y, a.z - b.z};
-}
-double dot(const Vec &a, const Vec &b)
-{
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-Vec along(const Vec &from, const Vec &way, double share)
-{
-    return {from.x + way.x * share, from.y + way.y * share, from.z + way.z * share};
-}
-Vec vec(const float *p)
-{
-    return {double(p[0]), double(p[1]), double(p[2])};
-}
-Vec vec(const QVector3D &v)
-{
-    return {double(v.x()), double(v.y()), double(v.z())};
-}
-
 /// Where a point lies to a ray.
 struct Place {
     double distance; // along it
@@ -56,21 +34,20 @@ struct Place {
 
 Place placeOf(const Vec &point, const Aim &aim)
 {
-    const Vec from = point - vec(aim.ray.origin), way = vec(aim.ray.direction);
-    const double distance = dot(from, way);
-    const Vec across = from - along({0, 0, 0}, way, distance);
-    return {distance, std::sqrt(dot(across, across))};
+    const Vec from = point - toVec(aim.ray.origin), way = toVec(aim.ray.direction);
+    const double distance = from.dot(way);
+    return {distance, (from - way * distance).norm()};
 }
 
 /// The point of the line from @p p to @p q that is closest to the ray.
 Vec closest(const Vec &p, const Vec &q, const Ray &ray)
 {
-    const Vec way = q - p, from = p - vec(ray.origin), direction = vec(ray.direction);
-    const double square = dot(way, way), lean = dot(way, direction);
+    const Vec way = q - p, from = p - toVec(ray.origin), direction = toVec(ray.direction);
+    const double square = way.squaredNorm(), lean = way.dot(direction);
     const double turn = square - lean * lean;
     const double share =
-        turn > 1e-12 * square ? (lean * dot(from, direction) - dot(from, way)) / turn : 0;
-    return along(p, way, std::clamp(share, 0.0, 1.0));
+        turn > 1e-12 * square ? (lean * from.dot(direction) - from.dot(way)) / turn : 0;
+    return p + way * std::clamp(share, 0.0, 1.0);
 }
 
 } // namespace
@@ -128,11 +105,11 @@ void ThinTree::gather()
             box.max[k] = std::max(box.max[k], high[k]);
         }
     };
-    std::vector<Box> level((order_.size() + leafSize - 1) / leafSize, nothing);
+    std::vector<Box> level((order_.size() + boxSize - 1) / boxSize, nothing);
     for (std::size_t i = 0; i < order_.size(); ++i) {
         const Ends ends = endsOf(order_[i]);
-        hold(level[i / leafSize], ends.first, ends.first);
-        hold(level[i / leafSize], ends.second, ends.second);
+        hold(level[i / boxSize], ends.first, ends.first);
+        hold(level[i / boxSize], ends.second, ends.second);
     }
     while (level.size() > 1) {
         std::vector<Box> above((level.size() + fanOut - 1) / fanOut, nothing);
@@ -144,17 +121,16 @@ void ThinTree::gather()
     levels_.push_back(std::move(level));
 }
 
-/// No more than what anything in the box can have; never if all of it is out of reach.
+/// No more than what anything in the box can have; unreachable if all of it is out of reach.
 double ThinTree::leastScore(const Box &box, const Aim &aim)
 {
-    const Vec low = vec(box.min), high = vec(box.max);
-    const Vec half = along({0, 0, 0}, high - low, 0.5);
-    const double radius = std::sqrt(dot(half, half));
-    const Place middle = placeOf(along(low, high - low, 0.5), aim);
+    const Vec low = toVec(box.min), high = toVec(box.max);
+    const double radius = (high - low).norm() / 2;
+    const Place middle = placeOf((low + high) / 2, aim);
     const double farthest = middle.distance + radius;
     const double off = std::max(0.0, middle.off - radius);
     if (farthest < 0 || off > aim.radius + aim.slope * farthest)
-        return never;
+        return unreachable;
     return std::max(0.0, middle.distance - radius) + sideways * off;
 }
 
@@ -175,19 +151,19 @@ std::size_t ThinTree::partOf(quint32 element) const
 
 void ThinTree::tryLeaf(std::size_t leaf, const Aim &aim, const Accept &accept, Best &best) const
 {
-    const std::size_t end = std::min(order_.size(), (leaf + 1) * leafSize);
-    for (std::size_t i = leaf * leafSize; i < end; ++i) {
+    const std::size_t end = std::min(order_.size(), (leaf + 1) * boxSize);
+    for (std::size_t i = leaf * boxSize; i < end; ++i) {
         const Ends ends = endsOf(order_[i]);
         const Vec at = ends.first == ends.second
-                           ? vec(ends.first)
-                           : closest(vec(ends.first), vec(ends.second), aim.ray);
+                           ? toVec(ends.first)
+                           : closest(toVec(ends.first), toVec(ends.second), aim.ray);
         const Place place = placeOf(at, aim);
         const double score = place.distance + sideways * place.off;
         if (place.distance < 0 || place.off > aim.radius + aim.slope * place.distance ||
             score >= best.score)
             continue;
         const ThinHit hit{
-            partOf(order_[i]), {float(at.x), float(at.y), float(at.z)}, place.distance};
+            partOf(order_[i]), {float(at.x()), float(at.y()), float(at.z())}, place.distance};
         if (accept(hit))
             best = {hit, score};
     }
@@ -204,14 +180,14 @@ std::optional<ThinHit> ThinTree::nearest(const Aim &aim, const Accept &accept) c
         const std::size_t old = steps.size();
         for (std::size_t i = begin; i < std::min(end, levels_[level].size()); ++i) {
             const double least = leastScore(levels_[level][i], aim);
-            if (least < never)
+            if (least < unreachable)
                 steps.push_back({level, i, least});
         }
         // The best on top, so that the others are mostly passed over.
         std::sort(steps.begin() + std::ptrdiff_t(old), steps.end(),
                   [](const Step &a, const Step &b) { return a.least > b.least; });
     };
-    Best best{{}, never};
+    Best best{{}, unreachable};
     if (!levels_.empty())
         push(levels_.size() - 1, 0, 1);
     while (!steps.empty()) {
@@ -224,7 +200,7 @@ std::optional<ThinHit> ThinTree::nearest(const Aim &aim, const Accept &accept) c
         else
             push(step.level - 1, step.index * fanOut, (step.index + 1) * fanOut);
     }
-    return best.score < never ? std::optional(best.hit) : std::nullopt;
+    return best.score < unreachable ? std::optional(best.hit) : std::nullopt;
 }
 
 std::size_t ThinTree::byteSize() const

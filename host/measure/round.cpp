@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include <Eigen/Dense>
+#include <Eigen/Eigenvalues>
 
 namespace host {
 

@@ -12,11 +12,20 @@ namespace host {
 /// keeps their digits.
 using Vec = Eigen::Vector3d;
 
+/// Three floats, or a vector of them, as they are.
+inline Vec toVec(const float *p)
+{
+    return {double(p[0]), double(p[1]), double(p[2])};
+}
+inline Vec toVec(const QVector3D &v)
+{
+    return {double(v.x()), double(v.y()), double(v.z())};
+}
+
 /// A vertex of a mesh, in its own frame.
 inline Vec vertexOf(const Mesh &mesh, quint32 vertex)
 {
-    const float *p = &mesh.positions[std::size_t(vertex) * 3];
-    return {double(p[0]), double(p[1]), double(p[2])};
+    return toVec(&mesh.positions[std::size_t(vertex) * 3]);
 }
 
 /// The corner @p k (0 to 2) of a triangle.

@@ -12,11 +12,6 @@ namespace host {
 
 namespace {
 
-Vec toVec(const QVector3D &v)
-{
-    return {double(v.x()), double(v.y()), double(v.z())};
-}
-
 /// The place of a triangle that is nearest to @p place, which is on it but for the rounding of
 /// floats: what a flat face has exactly its points have, too.
 Vec onTriangle(const Mesh &mesh, quint32 triangle, const Vec &place)

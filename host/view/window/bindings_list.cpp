@@ -15,12 +15,6 @@ namespace host {
 
 namespace {
 
-QFont bold(QFont font)
-{
-    font.setBold(true);
-    return font;
-}
-
 double heightOf(const QFont &font, double width, const QString &text)
 {
     return QFontMetricsF(font)

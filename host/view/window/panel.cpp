@@ -20,12 +20,6 @@ struct Sizes {
     const double rounding = Metrics::px(7);
 };
 
-QFont bold(QFont font)
-{
-    font.setBold(true);
-    return font;
-}
-
 void paintText(QPainter *painter, const QFont &font, const QColor &colour, const QRectF &r,
                int flags, const QString &text)
 {
@@ -48,6 +42,12 @@ void paintBar(QPainter *painter, const QRectF &r, double fraction, const Theme &
 }
 
 } // namespace
+
+QFont bold(QFont font)
+{
+    font.setBold(true);
+    return font;
+}
 
 void paintPanel(QPainter *painter, const QRectF &r, const Theme &theme)
 {

@@ -28,6 +28,8 @@ void paintMessage(QPainter *painter, const QRectF &bounds, const QString &headin
 /// The height that a note of @p lines lines takes from the edge of its bounds on.
 double noteHeight(const QFont &font, int lines);
 
+QFont bold(QFont font); ///< That font for headings.
+
 /// The panel alone.
 void paintPanel(QPainter *painter, const QRectF &r, const Theme &theme);
 

@@ -36,7 +36,7 @@ const struct {
     QByteArray bytes; // | ends a line, ' stands for "
     std::string summary;
     const char *file = "file.csv";
-} files[] = {
+} tables[] = {
     {"t,a,b|1,2,3|4,5,6", "t|a|b: 1 2 3; 4 5 6"},
     {"\xEF\xBB\xBFt,a\r|1,2\r|\r|3,4\r|", "t|a: 1 2; 3 4"},
     {"t\ta|1\t2|3\t|", "t|a: 1 2; 3 -"},
@@ -103,7 +103,7 @@ TEST(Csv, IsATableOrAMessageWithFileLineAndReason)
     small.values = 12;
     small.rowBytes = 200;
     const ModelFolder folder;
-    for (const auto &c : files) {
+    for (const auto &c : tables) {
         SCOPED_TRACE(c.bytes.toStdString());
         const QString file =
             folder.write(c.file, QByteArray(c.bytes).replace('|', '\n').replace('\'', '"'));

@@ -50,7 +50,7 @@ const struct {
     const char *file;
     QByteArray content;
     std::string summary; // or a part of the reason
-} files[] = {
+} clouds[] = {
     {"a.xyz", "1 2 3\n4 5 -6", both},
     {"a.asc", "\xEF\xBB\xBF# by hand\r\n\r\n1,2, 3\r\n4\t5;-6e0\r\n// end\r\n", both},
     {"names.xyz", "X Y Z\n1 2 3\n4 5 -6\n", both},
@@ -118,7 +118,7 @@ const struct {
 TEST(PointReader, GivesThePointsOrTheReason)
 {
     const ModelFolder folder;
-    for (const auto &c : files) {
+    for (const auto &c : clouds) {
         SCOPED_TRACE(c.file);
         const std::string summary = pointsOf(importMesh(folder.write(c.file, c.content)));
         EXPECT_NE(summary.find(c.summary), std::string::npos) << summary;

@@ -15,9 +15,9 @@
 namespace host {
 namespace {
 
-const double none = std::numeric_limits<double>::quiet_NaN();
+const double missing = std::numeric_limits<double>::quiet_NaN();
 
-Table tableOf(std::vector<double> x, std::vector<double> y)
+Table lineOf(std::vector<double> x, std::vector<double> y)
 {
     Table table;
     table.x = std::move(x);
@@ -36,9 +36,9 @@ Table randomTable(std::size_t rows, unsigned seed)
     double walk = 0;
     for (std::size_t i = 0; i < rows; ++i) {
         walk += std::normal_distribution<double>()(random);
-        y[i] = random() % 50 == 0 || i / 300 % 10 == 7 ? none : walk;
+        y[i] = random() % 50 == 0 || i / 300 % 10 == 7 ? missing : walk;
     }
-    return tableOf(std::move(x), std::move(y));
+    return lineOf(std::move(x), std::move(y));
 }
 
 TEST(DecimateTest, HasTheExtentOfEveryPixelColumn)
@@ -72,7 +72,7 @@ TEST(DecimateTest, HasTheExtentOfEveryPixelColumn)
 // 400 are missing, and the stroke of each begins where the line comes from.
 TEST(DecimateTest, GapsCutTheLine)
 {
-    const Table few = tableOf({0, 1, 2, 3, 4, 5, 6}, {0, 10, 20, none, 40, 50, 60});
+    const Table few = lineOf({0, 1, 2, 3, 4, 5, 6}, {0, 10, 20, missing, 40, 50, 60});
     using Points = std::vector<QPointF>;
     Polyline line = decimate(few, few.columns[0], 1.5, 4.5, 100);
     EXPECT_EQ(line.points, (Points{{1, 10}, {2, 20}, {4, 40}, {5, 50}}));
@@ -81,8 +81,8 @@ TEST(DecimateTest, GapsCutTheLine)
     EXPECT_TRUE(decimate(few, few.columns[0], 2, 2, 10).points.empty());
     std::vector<double> x(1000), y(1000);
     for (std::size_t i = 0; i < x.size(); ++i)
-        x[i] = double(i), y[i] = i >= 200 && i < 400 ? none : double(i % 3);
-    const Table many = tableOf(std::move(x), std::move(y));
+        x[i] = double(i), y[i] = i >= 200 && i < 400 ? missing : double(i % 3);
+    const Table many = lineOf(std::move(x), std::move(y));
     line = decimate(many, many.columns[0], 0, 1000, 10);
     EXPECT_EQ(line.starts, (std::vector<std::size_t>{0, 4}));
     line.points.resize(6);
@@ -126,7 +126,7 @@ TEST(NearestTest, EqualsBruteForce)
         EXPECT_NEAR(distance(nearest->row), closest, 1e-9 * (1 + closest));
         EXPECT_FALSE(nearestRow(table, column, point, scale, closest * 0.999));
     }
-    for (const Table &empty : {tableOf({1, 2}, {none, none}), tableOf({}, {})})
+    for (const Table &empty : {lineOf({1, 2}, {missing, missing}), lineOf({}, {})})
         EXPECT_FALSE(nearestRow(empty, empty.columns[0], {1, 1}, {1, 1}));
 }
 

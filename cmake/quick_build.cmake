@@ -1,15 +1,16 @@
 # SPDX-License-Identifier: MIT
-# Precompiled headers, for builds that have to be quick. TESTS leaves the module and the viewer without, so that
-# each of their files has to include what it uses.
-set(GLWINDOW_PRECOMPILE OFF CACHE STRING "Precompile the headers of Qt and GoogleTest: OFF, TESTS or ON")
+# Builds that take a third of the time: headers are precompiled, and several files of a target are compiled as one.
+# TESTS leaves the module and the viewer as they are, so that each of their files has to include what it uses.
+set(GLWINDOW_QUICK_BUILD OFF CACHE STRING "Precompile headers, and compile several files at a time: OFF, TESTS or ON")
 
-# glwindow_precompile(TARGET [LIBRARY HEADER])
-# Lets a target begin with the precompiled headers of Qt and that of a library. Targets with the same share them.
-function(glwindow_precompile target)
+# glwindow_quick_build(TARGET [LIBRARY HEADER])
+# Precompiled are the headers of Qt and that of a library. Targets with the same share them.
+function(glwindow_quick_build target)
     list(POP_FRONT ARGN library)
-    if(NOT GLWINDOW_PRECOMPILE OR (GLWINDOW_PRECOMPILE STREQUAL "TESTS" AND NOT library))
+    if(NOT GLWINDOW_QUICK_BUILD OR (GLWINDOW_QUICK_BUILD STREQUAL "TESTS" AND NOT library))
         return()
     endif()
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON)
     get_target_property(visibility ${target} CXX_VISIBILITY_PRESET)
     if(visibility) # compiled with options of its own
         target_precompile_headers(${target} PRIVATE <QtWidgets> <QtOpenGL> ${ARGN})
