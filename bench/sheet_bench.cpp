@@ -30,10 +30,9 @@ QByteArray sphere(int steps)
 {
     QByteArray text;
     QTextStream out(&text);
-    constexpr double half = 3.14159265358979323846;
     for (int row = 0; row <= steps; ++row)
         for (int column = 0; column < steps; ++column) {
-            const double up = half * row / steps, round = 2 * half * column / steps;
+            const double up = M_PI * row / steps, round = 2 * M_PI * column / steps;
             out << "v " << std::sin(up) * std::cos(round) << ' ' << std::cos(up) << ' '
                 << std::sin(up) * std::sin(round) << '\n';
         }
