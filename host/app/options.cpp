@@ -127,6 +127,8 @@ Options checked(const Options &o)
         return refuse(Options::tr("--thumbnails needs files to show"));
     if (thumbnails && o.files.contains("-"))
         return refuse(Options::tr("--thumbnails takes files, not standard input (\"-\")"));
+    if (thumbnails && o.compare)
+        return refuse(Options::tr("--compare does not go with --thumbnails"));
     if (o.jobs > 0 && !thumbnails)
         return refuse(Options::tr("--jobs goes with --thumbnails"));
     if (o.files.isEmpty() && (screenshot || turntable))

@@ -43,12 +43,7 @@ void ThumbnailDrawing::place(Item &item)
     auto *glw = static_cast<GLW *>(scene_.get());
     if (options_.up)
         item.standOn(glw, *options_.up);
-    if (item.section() && !options_.section.isEmpty()) {
-        Section section;
-        for (const SectionRequest &request : options_.section)
-            section.planes.push_back(item.planeOf(request));
-        item.setSection(section);
-    }
+    item.cutBy(options_.section);
     item.setTitled(false); // the index names it
     item.init(glw);
     QTimerEvent tick(0); // without a request for a frame: cameras are advanced, no more

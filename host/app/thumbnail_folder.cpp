@@ -24,11 +24,6 @@ const QString detailsKey = QStringLiteral("glview-details");
 
 const QString pictureSuffix = QStringLiteral(".png"), noteSuffix = QStringLiteral(".failed");
 
-QString absolute(const QString &file)
-{
-    return QDir::cleanPath(QFileInfo(file).absoluteFilePath());
-}
-
 QString writeWhole(const QString &path, const QByteArray &bytes)
 {
     AtomicFile file(path);
@@ -38,6 +33,11 @@ QString writeWhole(const QString &path, const QByteArray &bytes)
 }
 
 } // namespace
+
+QString ThumbnailFolder::absolute(const QString &file)
+{
+    return QDir::cleanPath(QFileInfo(file).absoluteFilePath());
+}
 
 ThumbnailFolder::ThumbnailFolder(const QString &path, const QString &options)
     : path_(absolute(path)), options_(options)

@@ -22,6 +22,9 @@ public:
     /// @p options names all that pictures depend on besides their files.
     ThumbnailFolder(const QString &path, const QString &options);
 
+    /// The path by which a file is known: from the root, without detours.
+    static QString absolute(const QString &file);
+
     /// Makes the folder where it is not there. Returns the reason why that cannot be done, or an
     /// empty text, as the others do that return one.
     QString make() const;

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <new>
 
-#include <QDir>
 #include <QFileInfo>
 
 #include "host/item/content_item.h"
@@ -80,6 +80,8 @@ int Thumbnails::run()
     poll.start(often);
     const auto isFolder = [](const QString &path) { return QFileInfo(path).isDir(); };
     const QStringList &files = options_.files;
+    for (const QString &folder : files)
+        folder_.forgetNote(folder); // what is wrong with it now will be told
     if (std::any_of(files.begin(), files.end(), isFolder))
         list_ = queue_.list(files);
     else
@@ -93,7 +95,7 @@ void Thumbnails::begin(const QStringList &files)
 {
     QStringList paths;
     for (const QString &file : files)
-        paths << QDir::cleanPath(QFileInfo(file).absoluteFilePath());
+        paths << ThumbnailFolder::absolute(file);
     paths.removeDuplicates();
     waiting_.assign(paths.begin(), paths.end());
     total_ = paths.size() + int(failures_.size());
@@ -124,7 +126,7 @@ void Thumbnails::readFailed(int job, const QString &reason, quint64 needed)
 {
     if (job == list_) {
         total_ = 1;
-        fail(options_.files.join(' '), reason);
+        failures_.push_back({options_.files.join(' '), reason}); // of no file: not for the index
     } else {
         const QString path = reading_.at(job).path;
         reading_.erase(job);
@@ -141,22 +143,33 @@ void Thumbnails::drawNext()
 {
     if (arrived_.empty())
         return;
-    const File file = arrived_.front().file;
-    const std::shared_ptr<Item> item =
-        itemOf(QFileInfo(file.path).fileName(), arrived_.front().content);
+    const Arrived next = std::move(arrived_.front());
     arrived_.pop_front();
-    const Picture picture = drawing_.draw(*item);
-    const QString fault = picture.error.isEmpty()
-                              ? folder_.keep(picture.image, file.path, file.state, item->details())
-                              : picture.error;
+    QString fault;
+    try {
+        fault = make(next);
+    } catch (const std::bad_alloc &) {
+        fault = tr("there is not enough memory");
+    }
     if (fault.isEmpty())
         ++made_;
     else
-        fail(file.path, fault);
+        fail(next.file.path, fault);
     feed();
     step();
     if (!arrived_.empty())
         draw_.start();
+}
+
+/// Returns why there is no picture; empty if there is one.
+QString Thumbnails::make(const Arrived &arrived)
+{
+    const auto &[file, content] = arrived;
+    const std::shared_ptr<Item> item = itemOf(QFileInfo(file.path).fileName(), content);
+    const Picture picture = drawing_.draw(*item);
+    return picture.error.isEmpty()
+               ? folder_.keep(picture.image, file.path, file.state, item->details())
+               : picture.error;
 }
 
 void Thumbnails::fail(const QString &path, const QString &reason)
@@ -185,13 +198,13 @@ void Thumbnails::step()
 int Thumbnails::report() const
 {
     const QString fault = folder_.writeIndex();
-    std::size_t widest = 0;
-    for (const Failure &failure : failures_)
-        widest = std::max(widest, std::size_t(failure.path.size()));
-    if (!failures_.empty())
+    int widest = 0;
+    for (const ThumbnailFailure &failure : failures_)
+        widest = std::max(widest, failure.file.size());
+    if (!failures_.isEmpty())
         std::fprintf(stderr, "glview: %s\n", qUtf8Printable(tr("there is no picture of:")));
-    for (const Failure &failure : failures_)
-        std::fprintf(stderr, "  %s  %s\n", qUtf8Printable(failure.path.leftJustified(int(widest))),
+    for (const ThumbnailFailure &failure : failures_)
+        std::fprintf(stderr, "  %s  %s\n", qUtf8Printable(failure.file.leftJustified(widest)),
                      qUtf8Printable(failure.reason));
     if (!fault.isEmpty())
         std::fprintf(stderr, "glview: %s\n", qUtf8Printable(fault));
@@ -202,7 +215,7 @@ int Thumbnails::report() const
                  qUtf8Printable(tr("%1 made, %2 already there, %3 failed: %4")
                                     .arg(QString::number(made_), QString::number(found_),
                                          QString::number(failures_.size()), folder_.indexPath())));
-    return failures_.empty() && fault.isEmpty() && !interrupt_.interrupted() ? 0 : 1;
+    return failures_.isEmpty() && fault.isEmpty() && !interrupt_.interrupted() ? 0 : 1;
 }
 
 } // namespace host

@@ -4,7 +4,6 @@
 
 #include <deque>
 #include <map>
-#include <vector>
 
 #include <QEventLoop>
 #include <QObject>
@@ -39,15 +38,11 @@ private:
         File file;
         Content content;
     };
-    struct Failure {
-        QString path;
-        QString reason;
-    };
-
     void begin(const QStringList &files);
     void feed();
     void readFailed(int job, const QString &reason, quint64 needed);
     void drawNext();
+    QString make(const Arrived &arrived);
     void fail(const QString &path, const QString &reason);
     void step();
     int done() const { return made_ + found_ + int(failures_.size()); }
@@ -68,7 +63,7 @@ private:
     QStringList refused_; // for want of room
     std::map<int, File> reading_;
     std::deque<Arrived> arrived_;
-    std::vector<Failure> failures_;
+    QVector<ThumbnailFailure> failures_;
 };
 
 } // namespace host

@@ -138,6 +138,16 @@ public:
     virtual std::vector<SectionFrame> sectionFrames() const { return {}; }
     /// The plane that is asked for; expects a section().
     virtual CutPlane planeOf(const SectionRequest &) const { return {}; }
+    /// Cuts it with the planes that are asked for; none, or nothing to cut, leaves it as it is.
+    void cutBy(const QVector<SectionRequest> &requests)
+    {
+        if (requests.isEmpty() || !section())
+            return;
+        Section cut;
+        for (const SectionRequest &request : requests)
+            cut.planes.push_back(planeOf(request));
+        setSection(cut);
+    }
     /// A plane just below the face at a pixel, that cuts away what lies before it.
     virtual std::optional<CutPlane> planeAt(const GLW *, const QPointF &) const { return {}; }
 

@@ -160,12 +160,8 @@ void View::setItem(GLW *glw, std::shared_ptr<Item> item)
 /// As the view was told; who cut it otherwise keeps that.
 void View::cut(Item *item) const
 {
-    if (section_.isEmpty() || !item->section() || !item->section()->planes.empty())
-        return;
-    Section section;
-    for (const SectionRequest &request : section_)
-        section.planes.push_back(item->planeOf(request));
-    item->setSection(section);
+    if (item->section() && item->section()->planes.empty())
+        item->cutBy(section_);
 }
 
 /// Makes what the item draws with, and looks at it as the one before was looked at.

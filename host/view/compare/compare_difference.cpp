@@ -53,7 +53,7 @@ void CompareView::measureDifference()
 void CompareView::showDifference()
 {
     const Difference::Found *found = difference_.get();
-    if (!found || !found->mesh)
+    if (!found)
         return;
     const Deviation &deviation = found->deviation;
     if (end_ == 0) {
@@ -76,7 +76,7 @@ void CompareView::showDifference()
 void CompareView::tellDifference()
 {
     const Difference::Found *found = difference_.get();
-    if (!found || !found->mesh)
+    if (!found)
         return;
     const Deviation &deviation = found->deviation;
     const QString unit = found->mesh->unit;

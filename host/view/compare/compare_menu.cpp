@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 // What a person switches in a comparison.
+#include <tuple>
+#include <utility>
+
 #include <QAction>
 
 #include "host/view/compare/compare_view.h"

@@ -83,8 +83,12 @@ void CompareView::paintHeadings(QPainter *painter)
         const bool right = divider_->isOn() && model == second();
         paintNote(painter, place, Qt::AlignTop | (right ? Qt::AlignRight : Qt::AlignLeft),
                   shown->name(), shown->details(), theme);
+        const QString &fault = sides_[std::size_t(model)].fault; // of reading it once more
+        if (!fault.isEmpty())
+            paintNote(painter, place, Qt::AlignBottom | (right ? Qt::AlignRight : Qt::AlignLeft),
+                      {}, fault, theme);
         const Item *under = way_ == CompareWay::Difference ? item(tiles_[differenceTile]) : shown;
-        if (!display().hover || !under)
+        if (!fault.isEmpty() || !display().hover || !under)
             continue;
         paintNote(painter, place, Qt::AlignBottom | (right ? Qt::AlignRight : Qt::AlignLeft), {},
                   under->underPointer(), theme);

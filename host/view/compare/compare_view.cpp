@@ -2,6 +2,7 @@
 #include "host/view/compare/compare_view.h"
 
 #include <algorithm>
+#include <new>
 
 #include <QFileInfo>
 
@@ -116,7 +117,13 @@ void CompareView::makeItems()
 {
     if (!sides_[0].mesh || !sides_[1].mesh)
         return;
-    const std::array<MeshPtr, 2> meshes{sides_[0].mesh, inFrameOf(*sides_[0].mesh, sides_[1].mesh)};
+    std::array<MeshPtr, 2> meshes{sides_[0].mesh, nullptr};
+    try {
+        meshes[1] = inFrameOf(*sides_[0].mesh, sides_[1].mesh);
+    } catch (const std::bad_alloc &) {
+        sides_[1].fault = tr("There is not enough memory to show both models.");
+        return;
+    }
     for (std::size_t i = 0; i < 2; ++i) {
         Item *before = item(tiles_[i]);
         const std::optional<ItemState> state =
@@ -191,12 +198,16 @@ void CompareView::follow()
 
 void CompareView::Update(GLW *glw)
 {
-    if (!areThere()) // not before the first frame: until then the view is told how to look
+    if (!areThere() &&
+        fault().isEmpty()) // not before the first frame: until then the view is told how to look
         makeItems();
     if (difference_.get() && !item(tiles_[differenceTile]))
         showDifference();
     hover(glw);
     advance(glw);
+    // The second model stands in no visible tile, where what it still works at would be asked for.
+    if (divider_->isOn() && shownItem(1)->isBusy())
+        changedSoon();
     if (glw == leader_)
         follow();
 }
@@ -262,8 +273,10 @@ void CompareView::fillPicture(PictureContents &contents)
 
 bool CompareView::isSettled() const
 {
-    if (way_ == CompareWay::Difference && !item(tiles_[differenceTile]))
-        return false;
+    if (way_ == CompareWay::Difference) {
+        const Item *coloured = item(tiles_[differenceTile]);
+        return coloured && coloured->isWhole();
+    }
     return areThere() && shownItem(0)->isWhole() && shownItem(1)->isWhole();
 }
 

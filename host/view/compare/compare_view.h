@@ -14,8 +14,6 @@
 
 namespace host {
 
-class ModelItem;
-
 /// Two models in one world, where their files' coordinates put them: beside one another with one
 /// pose for both cameras, in one place with a line that is dragged between them, or the second in
 /// colours that say how far it lies from the first one's surface.
@@ -38,8 +36,8 @@ public:
     Divider &divider() { return *divider_; }
     /// What was measured of the second one from the first; null until it is there.
     const Difference::Found *difference() const { return difference_.get(); }
-    /// Where a model is drawn: 0 is the one that was named first, 2 their difference. Not all are
-    /// in the window at once.
+    /// What holds a model and its camera: 0 is the one that was named first, 2 their difference.
+    /// Not all are in the window at once: with the divider both are drawn in that of 0.
     GLW *tile(int model) const { return tiles_[std::size_t(model)]; }
 
     bool isSettled() const override;
@@ -119,7 +117,7 @@ private:
     std::array<Side, 2> sides_;
     static constexpr std::size_t differenceTile = 2;
     std::array<GLW *, 3> tiles_{}; // of the scene: of both, and of their difference
-    int first_ = 0;                // into both
+    int first_ = 0;                // of sides_: on the left
     GLW *leader_ = nullptr;        // the tile whose pose all take
     GLW *hovered_ = nullptr;       // the tile that the pointer was on last
     CompareWay way_;

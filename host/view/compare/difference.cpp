@@ -2,6 +2,7 @@
 #include "host/view/compare/difference.h"
 
 #include <cmath>
+#include <limits>
 
 #include "host/item/triangle_tree.h"
 #include "host/measure/refined_mesh.h"
@@ -86,8 +87,7 @@ QString Difference::fault(const Mesh &from, const Mesh &mesh)
 void Difference::start(const MeshPtr &from, const MeshPtr &mesh, double fineness)
 {
     progress_ = std::make_shared<std::atomic<double>>(0);
-    work_ = std::make_unique<Background<Found>>();
-    work_->start([from, mesh, fineness, progress = progress_](const std::atomic<bool> &cancel) {
+    work_.start([from, mesh, fineness, progress = progress_](const std::atomic<bool> &cancel) {
         Found found;
         Measuring measure(from, cancel);
         *progress = prepared / 2;

@@ -15,7 +15,7 @@ class Difference {
     Q_DECLARE_TR_FUNCTIONS(Difference)
 public:
     struct Found {
-        MeshPtr mesh; ///< The one, in triangles that are small beside it; null if it was given up.
+        MeshPtr mesh;        ///< The one, in triangles that are small beside it.
         Deviation deviation; ///< Of its vertices; signed where the other one bounds a volume.
     };
 
@@ -25,17 +25,17 @@ public:
     /// Begins to measure @p mesh from @p from, and gives up what was under way. Edges of triangles
     /// that are longer than its size by @p fineness are halved.
     void start(const MeshPtr &from, const MeshPtr &mesh, double fineness = 100);
-    void stop() { work_.reset(); } ///< Forgets all.
+    void stop() { work_.clear(); } ///< Forgets all.
 
-    bool isStarted() const { return work_ != nullptr; }
-    bool isBusy() const { return work_ && work_->isBusy(); }
+    bool isStarted() const { return work_.isStarted(); }
+    bool isBusy() const { return work_.isBusy(); }
     double fraction() const { return progress_ ? progress_->load() : 0; } ///< 0 to 1.
     /// Null until it is there, and if there was not enough memory.
-    const Found *get() const { return work_ ? work_->get() : nullptr; }
-    bool lackedMemory() const { return work_ && work_->lackedMemory(); }
+    const Found *get() const { return work_.get(); }
+    bool lackedMemory() const { return work_.lackedMemory(); }
 
 private:
-    std::unique_ptr<Background<Found>> work_;
+    Background<Found> work_;
     std::shared_ptr<std::atomic<double>> progress_; // shared with the thread
 };
 

@@ -20,7 +20,7 @@ public:
     void setShare(double share);
 
 signals:
-    void moved(); ///< A person moved it.
+    void moved(); ///< It stands elsewhere.
 
 protected:
     QRectF place(const QSizeF &size) const override { return {QPointF(0, 0), size}; }

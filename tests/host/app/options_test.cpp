@@ -46,6 +46,7 @@ TEST(OptionsTest, WhatMakesNoSenseIsRefused)
                                 "--thumbnails d a.obj - => \"-\"",
                                 "--thumbnails d --screenshot b a.obj => at a time",
                                 "--thumbnails d --no-overlays a.obj => --screenshot or",
+                                "--thumbnails d --compare beside a.obj b.obj => --compare",
                                 "--thumbnails d --size 15 a.obj => \"15\"",
                                 "--thumbnails d --jobs 0 a.obj => \"0\"",
                                 "--thumbnails d --jobs 257 a.obj => 256",

@@ -120,7 +120,8 @@ TEST(CameraMotionTest, DragsBeyondThePoleLeaveNothingToUndoAtAnyFrameRate)
         EXPECT_NEAR(fast.camera.rot.y, slow.camera.rot.y, 0.5);
         fast.rest();
         slow.rest();
-        EXPECT_NEAR(fast.camera.rot.x, elevation, 0.05);
+        for (const Moving *m : {&fast, &slow})
+            EXPECT_NEAR(m->camera.rot.x, elevation, 0.05);
     }
 }
 

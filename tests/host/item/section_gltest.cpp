@@ -73,7 +73,7 @@ char nameOf(const QColor &c)
                                     {120, full ? 'G' : 'g'},
                                     {240, full ? 'b' : '?'}};
     const auto found = names.find(c.hue());
-    return found == names.end() ? 'm' : found->second;
+    return found != names.end() ? found->second : c.hue() > 240 ? 'm' : '?'; // red over blue
 }
 
 class LargeDrawing : public Drawing {
