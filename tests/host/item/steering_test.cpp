@@ -117,8 +117,15 @@ TEST(SteeringTest, LeavesTheCamera)
     for (const auto &[script, left] : rows)
         EXPECT_EQ(Steered().left(script), left) << script;
     Steered s;
-    s.setInsets({0, 0, 0, 60});
-    EXPECT_EQ(s.left("size 400,400"), "0 0 0; 0 -0.07 0; 1.41 w");
+    const std::pair<QMarginsF, const char *> insets[] = {
+        {{0, 0, 0, 60}, "0 0 0; 0 -0.07 0; 1.41 w"},
+        {{0, 60, 0, 0}, "0 0 0; 0 0.07 0; 1.41 w"},
+        {{60, 0, 0, 0}, "0 0 0; -0.08 0 0; 1.66 w"},
+        {{0, 0, 60, 0}, "0 0 0; 0.08 0 0; 1.66 w"}};
+    for (const auto &[edges, left] : insets) {
+        s.setInsets(edges);
+        EXPECT_EQ(s.left("size 400,400"), left);
+    }
     s.picked = {{.1f, .2f, 0}, {.3f, .1f, 0}, {.2f, .1f, 0}};
     s.setInsets({});
     EXPECT_EQ(s.left("fit"), "0 0 0; 0.2 0.15 0; 0.35");
