@@ -153,8 +153,9 @@ protected:
     /// What the pointer is on has changed, and nothing else: asks for a frame.
     virtual void markChanged() { changed(); }
     /// All that GL draws of this frame is drawn; text comes after it. Views whose main object is
-    /// not the last to be drawn call it. Returns whether it is now as smooth as it gets.
-    bool drawn() { return refinement_.finish(); }
+    /// not the last to be drawn call it, and may say @p within which part of the window frames
+    /// differ. Returns whether it is now as smooth as it gets.
+    bool drawn(std::optional<QRect> within = {}) { return refinement_.finish(within); }
     Refinement &refinement() { return refinement_; }
     quint64 itemNumber(GLW *glw) const; ///< Which of the view's items it is; 0 for none.
 

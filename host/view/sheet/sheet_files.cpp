@@ -171,7 +171,8 @@ void SheetView::take(int id, const std::shared_ptr<Item> &made)
     else if (entry.fits)
         made->steering().fit(glw);
     entry.goesHome = entry.fits = false;
-    if (makeRoom() > budget_) {
+    held_ += bytesOf(id); // at most so much: all are counted only where it matters
+    if (held_ > budget_ / 2 && makeRoom() > budget_) {
         const quint64 needed = bytesOf(id);
         setItem(glw, nullptr);
         countHeld();

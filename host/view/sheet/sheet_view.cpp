@@ -67,6 +67,7 @@ SheetEntry *SheetView::entryOf(const GLW *glw)
 
 void SheetView::Update(GLW *glw)
 {
+    glDepthMask(GL_TRUE); // the window has cleared
     SheetEntry *entry = entryOf(glw);
     if (!entry)
         return;
@@ -80,7 +81,7 @@ void SheetView::Update(GLW *glw)
 
 void SheetView::fillPicture(PictureContents &contents)
 {
-    contents.addGround(mainGLW(), window().widget()->rect(), [this] { drawGround(); });
+    contents.addGround(mainGLW(), window().widget()->rect(), [this] { drawPlain(ground()); });
     for (int id : qAsConst(inView_))
         contents.addItem(tile(id), item(tile(id)));
     addTextTo(contents);

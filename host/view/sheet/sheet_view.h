@@ -192,7 +192,8 @@ private:
     quint64 bytesOf(int id) const;
     void hover(const GLW *glw);
     int pointed() const;
-    void drawGround() const;
+    QColor ground() const;
+    void spareDepths();
     QByteArray keyOf(GLW *glw) const;
     void drawMark();
     void sortBy(SheetOrder order);

@@ -60,7 +60,7 @@ void TilePictures::clear()
 void TilePictures::forget(int id)
 {
     if (Cell *cell = find(id))
-        *cell = {0, cell->page, cell->corner, {}};
+        *cell = {0, cell->page, cell->corner, {}, {}};
     byId_.erase(id);
 }
 
@@ -82,6 +82,19 @@ QList<int> TilePictures::drawn() const
     for (const Drawn &each : drawn_)
         ids << each.id;
     return ids;
+}
+
+QRect TilePictures::drawnBounds() const
+{
+    QRect all;
+    for (const Drawn &each : drawn_)
+        all |= inWindow(each.place);
+    return all;
+}
+
+QRect TilePictures::inWindow(const QRect &place) const
+{
+    return place & QRect({0, 0}, window_);
 }
 
 void TilePictures::begin(const QSize &window, bool refining)
@@ -113,13 +126,16 @@ bool TilePictures::show(int id, const QByteArray &key, const QRect &place)
     Cell *cell = place.size() == cell_ ? find(id) : nullptr;
     if (cell)
         cell->seen = frame_;
-    if (!cell || key.isEmpty() || cell->key != key || (refining_ && !cell->smoothed)) {
+    const QRect seen = inWindow(place).translated(-place.topLeft());
+    const bool there = cell && (seen.isEmpty() || cell->part.contains(seen));
+    if (!there || key.isEmpty() || cell->key != key || (refining_ && !cell->smoothed)) {
         if (cell && !refining_) // also where the new one finds no room
             cell->key.clear();
         drawn_.push_back({id, key, place});
         return false;
     }
-    copies_[cell->page].push_back({{cell->corner, cell_}, place.topLeft()});
+    copies_[cell->page].push_back(
+        {seen.translated(cell->corner), place.topLeft() + seen.topLeft()});
     return true;
 }
 
@@ -162,9 +178,8 @@ void TilePictures::keep(const std::vector<Drawn> &drawn, bool smoothed)
     std::vector<Pieces> pieces;
     QRect all;
     for (const Drawn &each : drawn) {
-        // What reaches out of the window has no pixels there.
-        if (each.key.isEmpty() || each.place.size() != cell_ ||
-            !QRect({0, 0}, window_).contains(each.place))
+        const QRect seen = inWindow(each.place); // beyond, there are no pixels
+        if (each.key.isEmpty() || each.place.size() != cell_ || seen.isEmpty())
             continue;
         if (!takeStage())
             return;
@@ -174,9 +189,10 @@ void TilePictures::keep(const std::vector<Drawn> &drawn, bool smoothed)
         cell->key = each.key;
         cell->smoothed = smoothed;
         cell->seen = frame_;
+        cell->part = seen.translated(-each.place.topLeft());
         pieces.resize(pages_.size());
-        pieces[cell->page].push_back({each.place, cell->corner});
-        all |= each.place;
+        pieces[cell->page].push_back({seen, cell->corner + cell->part.topLeft()});
+        all |= seen;
     }
     if (pieces.empty())
         return;
@@ -234,7 +250,7 @@ bool TilePictures::addPage()
         return false;
     for (int y = 0; y < size.height(); y += cell_.height())
         for (int x = 0; x < size.width(); x += cell_.width())
-            cells_.push_back({0, pages_.size(), {x, y}, {}});
+            cells_.push_back({0, pages_.size(), {x, y}, {}, {}});
     pages_.push_back(std::move(page));
     copies_.emplace_back();
     return true;

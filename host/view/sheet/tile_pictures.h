@@ -24,7 +24,8 @@ namespace host {
 ///
 /// Pictures lie side by side in textures; tiles are of one size at a time, and others are drawn.
 /// Beyond the budget, those seen longest ago make room, but none of this frame: what finds no room
-/// is drawn. Pixels are the window's, from its lower left corner.
+/// is drawn. Of what reaches out of the window that part is kept which was in it. Pixels are the
+/// window's, from its lower left corner.
 ///
 /// A frame is begin(), show() for each tile, finish(), and keepSmoothed() where the window then
 /// shows something better. The window's context is current in all of these. Another context means
@@ -57,13 +58,15 @@ public:
     /// Keeps what was drawn in each frame since the last one that was not refining.
     void keepSmoothed();
 
-    QList<int> drawn() const; ///< The tiles of the last frame that were not copied.
+    QList<int> drawn() const;  ///< The tiles of the last frame that were not copied.
+    QRect drawnBounds() const; ///< Around these, in the window.
 
 private:
     struct Cell {
         int id = 0; // of the tile; 0: it is free
         std::size_t page = 0;
         QPoint corner;  // in the page
+        QRect part;     // of the picture, from its corner: what was in the window
         QByteArray key; // of what is in it
         bool smoothed = false;
         quint64 seen = 0; // in which frame
@@ -79,6 +82,7 @@ private:
     };
     using Pieces = std::vector<FlatState::Piece>;
 
+    QRect inWindow(const QRect &place) const;
     Cell *find(int id);
     Cell *cellFor(int id);
     bool addPage();

@@ -31,11 +31,13 @@ public:
 
     QSize size() const { return size_; }
     bool isValid() const { return sum_ && sum_->isValid(); }
-    /// Takes up what was drawn, as number @p count, and puts the mean in its place.
-    void add(int count);
+    /// Takes up what was drawn, as number @p count, and puts the mean in its place: @p within what
+    /// is told for the first.
+    void add(int count, const QRect &within);
 
 private:
     QSize size_;
+    QRect within_;
     GLuint drawn_ = 0; // a texture
     std::unique_ptr<QOpenGLFramebufferObject> sum_;
 };
@@ -63,19 +65,22 @@ Refinement::Mean::~Mean()
     glDeleteTextures(1, &drawn_);
 }
 
-void Refinement::Mean::add(int count)
+void Refinement::Mean::add(int count, const QRect &within)
 {
+    if (count == 1)
+        within_ = within & QRect({0, 0}, size_);
     QOpenGLFunctions *gl = QOpenGLContext::currentContext()->functions();
     const FlatState state(size_);
     glBindTexture(GL_TEXTURE_2D, drawn_);
-    glCopyTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 0, 0, size_.width(), size_.height());
+    glCopyTexSubImage2D(GL_TEXTURE_2D, 0, within_.x(), within_.y(), within_.x(), within_.y(),
+                        within_.width(), within_.height());
     if (count > 1) {
         glEnable(GL_BLEND);
         gl->glBlendEquation(GL_FUNC_ADD);
         gl->glBlendColor(0, 0, 0, 1.0f / float(count));
         glBlendFunc(GL_CONSTANT_ALPHA, GL_ONE_MINUS_CONSTANT_ALPHA);
     }
-    const std::vector<FlatState::Piece> all{{{{0, 0}, size_}, {0, 0}}};
+    const std::vector<FlatState::Piece> all{{within_, within_.topLeft()}};
     {
         const FramebufferKeeper keeper;
         gl->glBindFramebuffer(GL_FRAMEBUFFER, sum_->handle());
@@ -155,7 +160,7 @@ Refinement::Shift::~Shift()
     glMatrixMode(GLenum(mode));
 }
 
-bool Refinement::finish()
+bool Refinement::finish(std::optional<QRect> within)
 {
     const bool worth = worth_;
     worth_ = false;
@@ -168,7 +173,7 @@ bool Refinement::finish()
             mean_.reset();
         return false;
     }
-    const bool added = worth && add();
+    const bool added = worth && add(within);
     if (added && count_ < frames && spent_ < pace_.most) {
         wait_.start(pace_.pause);
         return false;
@@ -178,7 +183,7 @@ bool Refinement::finish()
 }
 
 /// Returns whether it worked.
-bool Refinement::add()
+bool Refinement::add(const std::optional<QRect> &within)
 {
     const QSize size = pixelSize(window_);
     if (!mean_ || mean_->size() != size) {
@@ -187,7 +192,7 @@ bool Refinement::add()
         count_ = 0;
     }
     if (able_)
-        mean_->add(++count_);
+        mean_->add(++count_, within.value_or(QRect({0, 0}, size)));
     return able_;
 }
 

@@ -4,9 +4,11 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include <QObject>
 #include <QPointer>
+#include <QRect>
 #include <QTimer>
 #include <QWidget>
 
@@ -62,16 +64,17 @@ public:
     };
 
     /// In a frame: all that is to be smoothed is drawn, and what is to stay sharp is not. Replaces
-    /// the colours of the window by the mean. Leaves GL state as it was. Returns whether these are
-    /// now as smooth as they get.
-    bool finish();
+    /// the colours of the window by the mean, or those @p within a part of it, in pixels from its
+    /// lower left corner: the rest is the same in all frames. Leaves GL state as it was. Returns
+    /// whether the colours are now as smooth as they get.
+    bool finish(std::optional<QRect> within = {});
 
 private:
     class Mean;
 
     qint64 now() const;
     void drawOwn();
-    bool add();
+    bool add(const std::optional<QRect> &within);
 
     QPointer<QWidget> window_;
     std::function<bool()> allowed_;

@@ -13,9 +13,9 @@ namespace {
 constexpr int columns = 5;
 
 /// Frames of single-coloured tiles in a framebuffer. A frame is a list of tiles, each its number,
-/// the letter of its key (- for none) and the column where it stands (its number's, if none is
-/// named); before it * if it refines, + if it is the last that does, ~ if its context is another, ^
-/// if the window is higher.
+/// the letter of its key (- for none; in capitals, half a tile to the left) and the column where it
+/// stands (its number's, if none is named); before it * if it refines, + if it is the last that
+/// does, ~ if its context is another, ^ if the window is higher.
 class Frames {
 public:
     explicit Frames(const QSize &tile) : tile_(tile) {}
@@ -32,17 +32,20 @@ public:
         glClearColor(0, 0, 0, 1);
         glClear(GL_COLOR_BUFFER_BIT);
         std::string drawn;
-        QList<QPair<int, int>> expected; // columns and their greens
+        QList<QPair<QRect, int>> expected; // places and their greens
         pictures.begin(target.size(), frame.contains('*') || frame.contains('+'));
-        static const QRegularExpression words("(\\d)([a-z-])(\\d?)");
+        static const QRegularExpression words("(\\d)([A-Za-z-])(\\d?)");
         for (auto it = words.globalMatch(frame); it.hasNext();) {
             const QRegularExpressionMatch word = it.next();
-            const int id = word.captured(1).toInt(), letter = word.captured(2)[0].unicode();
+            const int id = word.captured(1).toInt(),
+                      letter = word.captured(2)[0].toLower().unicode();
             const int column = word.captured(3).isEmpty() ? id - 1 : word.captured(3).toInt();
-            const QRect place(QPoint(column * tile_.width(), 0), tile_);
-            if (column < columns)
-                expected << qMakePair(column, letter);
-            if (pictures.show(id, letter == '-' ? "" : word.captured(2).toLatin1(), place))
+            const int half = word.captured(2)[0].isUpper() ? tile_.width() / 2 : 0;
+            const QRect place(QPoint(column * tile_.width() - half, 0), tile_);
+            if (const QRect seen = place & QRect({0, 0}, target.size()); !seen.isEmpty())
+                expected << qMakePair(seen, letter);
+            if (pictures.show(id, letter == '-' ? "" : word.captured(2).toLower().toLatin1(),
+                              place))
                 continue;
             drawn += std::to_string(id);
             glEnable(GL_SCISSOR_TEST);
@@ -55,12 +58,10 @@ public:
         if (frame.contains('+'))
             pictures.keepSmoothed();
         const QImage image = target.toImage();
-        for (const auto &[column, letter] : expected)
-            for (const int x : {0, tile_.width() - 1})
-                for (const int y : {0, tile_.height() - 1})
-                    EXPECT_EQ(
-                        qGreen(image.pixel(column * tile_.width() + x, image.height() - 1 - y)),
-                        letter)
+        for (const auto &[at, letter] : expected)
+            for (const int x : {at.left(), at.right()})
+                for (const int y : {at.top(), at.bottom()})
+                    EXPECT_EQ(qGreen(image.pixel(x, image.height() - 1 - y)), letter)
                         << frame.toStdString();
         EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
         return drawn;
@@ -85,7 +86,9 @@ TEST(TilePicturesTest, DrawsWhatChangedAndCopiesTheRest)
         {9, 9, "1a 2b|*1a 2b|+1c 2b|*1a 2b|1a 2b", "12|12|12|1|"}, // not the same in all frames
         {9, 9, "1a|*1a|+1a 2b|*1a 2b", "1|1|12|2"},
         {9, 9, "1a 2b|1a 2b~|1a 2b", "12|12|12"},
-        {9, 9, "1a|1a9|1a|2b9|2b9", "1|||2|2"}, // out of the window nothing is there to be kept
+        {9, 9, "1a|1a9|1a|2b9|2b9", "1|||2|2"},     // out of the window nothing is there to be kept
+        {9, 9, "1A5|1A5|1a|1A5|1A0|1a", "1||1|||"}, // but what is in it is
+        {9, 9, "1A0|1A5|1A5|1A0|1a|*1a", "1|1||1|1|1"},
         {9, 0, "1a 2b|1a 2b", "12|12"},
         {600, 2, "1a|2b|3c|2b|1a|3c", "1|2|3||1|3"},
         {600, 2, "1a 2b 3c|1a 2b 3c", "123|3"},
