@@ -35,6 +35,7 @@ public:
 
     void show() { window_.show(); }
     View *view() const { return view_.get(); }
+    Window &window() { return window_; }
 
     /// Shows @p paths in the place of what is shown; an empty list says how to open a file.
     void open(const QStringList &paths);

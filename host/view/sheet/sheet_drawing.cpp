@@ -45,6 +45,8 @@ void SheetView::spareDepths()
 
 void SheetView::DrawBG(GLW *)
 {
+    if (refinement().gaveUp())
+        pictures_.giveUp();
     pictures_.begin(pixelSize(window().widget()), refinement().isRefining());
     copied_ = 0;
     // Clearing costs less than drawing, where a pixel has many samples.
@@ -93,6 +95,10 @@ QByteArray SheetView::keyOf(GLW *glw) const
 void SheetView::Draw3D(GLW *glw)
 {
     const Item *shown = item(glw);
+    if (pictures_.inWindow(placeOf(glw)).isEmpty()) { // its name may be seen
+        copied_ = glw->id();
+        return;
+    }
     if (!pictures_.show(glw->id(), keyOf(glw), placeOf(glw))) {
         const TileClip clip(placeOf(glw));
         glClear(GL_DEPTH_BUFFER_BIT);

@@ -10,7 +10,7 @@ namespace {
 
 constexpr double settling = 0.06;       // seconds in which two thirds of the way are gone
 constexpr double firstFrame = 1 / 60.0; // seconds: nobody knows how long it was at rest
-constexpr double near = 0.5;            // pixels from the target: nobody sees them
+constexpr double near = 3; // pixels from the target, which take as many frames as all before
 
 } // namespace
 

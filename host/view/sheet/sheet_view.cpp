@@ -37,7 +37,7 @@ SheetView::SheetView(Window &window, ReadQueue &queue, const QString &name,
     bindScrolling();
     setTileSize(0);
     // Hundreds of small pictures that hold four samples a pixel: what more would bring is little.
-    refinement().setMost(500);
+    refinement().setMost(200);
     connect(&hovering_, &FrameBudget::due, window.widget(), qOverload<>(&QWidget::update));
     wire();
     connectQueue();

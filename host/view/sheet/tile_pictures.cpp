@@ -172,6 +172,13 @@ void TilePictures::keepSmoothed()
     keep(whole, true);
 }
 
+void TilePictures::giveUp()
+{
+    for (const auto &[id, mean] : mean_)
+        if (Cell *cell = find(id); cell && cell->key == mean.key)
+            cell->smoothed = true;
+}
+
 /// Takes the pixels of these tiles out of the window.
 void TilePictures::keep(const std::vector<Drawn> &drawn, bool smoothed)
 {

@@ -51,12 +51,15 @@ public:
     /// Returns whether tile @p id, at @p place, will be copied; if not, it is to be drawn now. An
     /// empty @p key is never copied.
     bool show(int id, const QByteArray &key, const QRect &place);
-    bool isSmoothed(int id) const; ///< Whether its picture is, if it has any.
+    QRect inWindow(const QRect &place) const; ///< The part that is in it.
+    bool isSmoothed(int id) const;            ///< Whether its picture is, if it has any.
     /// All others are drawn: keeps these, and copies those that are copied. Leaves GL state as it
     /// was.
     void finish();
     /// Keeps what was drawn in each frame since the last one that was not refining.
     void keepSmoothed();
+    /// Before a frame: no more comes of the mean that was under way, so its tiles stay as they are.
+    void giveUp();
 
     QList<int> drawn() const;  ///< The tiles of the last frame that were not copied.
     QRect drawnBounds() const; ///< Around these, in the window.
@@ -82,7 +85,6 @@ private:
     };
     using Pieces = std::vector<FlatState::Piece>;
 
-    QRect inWindow(const QRect &place) const;
     Cell *find(int id);
     Cell *cellFor(int id);
     bool addPage();

@@ -110,10 +110,12 @@ void Refinement::interrupt()
 {
     wait_.stop();
     own_ = false;
+    gaveUp_ = false;
 }
 
 void Refinement::drawOwn()
 {
+    gaveUp_ = count_ > 0 && !allowed_();
     if (!window_ || !allowed_())
         return;
     const QPointer<Refinement> self(this);

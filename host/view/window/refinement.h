@@ -44,6 +44,9 @@ public:
 
     /// Something changes: what was drawn until now is no part of any mean, and a frame comes.
     void interrupt();
+    /// Frames turned out to be too slow for it: what is shown is as smooth as it gets until
+    /// something changes.
+    bool gaveUp() const { return gaveUp_; }
     bool isAtRest() const { return !wait_.isActive() && !own_; } ///< No frame of its own will come.
 
     bool isRefining() const { return own_; } ///< The frame under way is one of these.
@@ -83,6 +86,7 @@ private:
     std::unique_ptr<Mean> mean_; // kept while frames of its own are to come
     bool able_ = true;           // OpenGL is, as far as is known
     bool worth_ = false;         // of this frame: something in it is to be smoothed
+    bool gaveUp_ = false;        // in the middle of a mean
     bool own_ = false;           // this frame is one of these
     int count_ = 0;              // of frames in the mean
     qint64 spent_ = 0;           // milliseconds, on these

@@ -15,7 +15,7 @@ constexpr int columns = 5;
 /// Frames of single-coloured tiles in a framebuffer. A frame is a list of tiles, each its number,
 /// the letter of its key (- for none; in capitals, half a tile to the left) and the column where it
 /// stands (its number's, if none is named); before it * if it refines, + if it is the last that
-/// does, ~ if its context is another, ^ if the window is higher.
+/// does, ! if no more do, ~ if its context is another, ^ if the window is higher.
 class Frames {
 public:
     explicit Frames(const QSize &tile) : tile_(tile) {}
@@ -33,6 +33,8 @@ public:
         glClear(GL_COLOR_BUFFER_BIT);
         std::string drawn;
         QList<QPair<QRect, int>> expected; // places and their greens
+        if (frame.contains('!'))
+            pictures.giveUp();
         pictures.begin(target.size(), frame.contains('*') || frame.contains('+'));
         static const QRegularExpression words("(\\d)([A-Za-z-])(\\d?)");
         for (auto it = words.globalMatch(frame); it.hasNext();) {
@@ -122,11 +124,13 @@ TEST_F(ViewTest, ASheetDrawsWhatChangedAndCopiesTheSamePixels)
     QSet<int> drawn;
     QImage image;
     bool looked = false;
+    double took = 0, takes = 0; // seconds, this frame and the next ones
     QObject::connect(&sheet, &View::framePainted, [&] {
         if (looked)
             image = widget->grabFrameBuffer();
         for (const int id : sheet.pictures().drawn())
             drawn << id;
+        time += std::exchange(took, takes);
     });
     const auto pixels = [&] {
         frame();
@@ -171,6 +175,17 @@ TEST_F(ViewTest, ASheetDrawsWhatChangedAndCopiesTheSamePixels)
         sheet.pictures().clear();
         EXPECT_EQ(pixels(), copied) << step;
     }
+    sheet.pictures().clear();
+    takes = 1;
+    frame();
+    rest(sheet);
+    took = takes = 0;
+    drawn.clear();
+    frame();
+    rest(sheet);
+    EXPECT_TRUE(drawn.isEmpty()) << "what is too slow to be smoothed is tried once";
+    sheet.pictures().clear();
+    pixels();
     sheet.pictures().setBudget(0);
     const QImage copied = image;
     looked = true;

@@ -214,6 +214,7 @@ TEST_F(SheetTest, OpenedAloneItIsASingleViewAndEscapeGoesBack)
     options.size = QSize(600, 400);
     options.sizeGiven = true;
     Viewer viewer(loader, options);
+    viewer.window().clock().setTime([this] { return time; });
     widget = viewer.view()->mainGLW()->gl;
     widget->setProperty("clampMouseToFrame", false);
     sheet = dynamic_cast<SheetView *>(viewer.view());
