@@ -197,8 +197,10 @@ TEST(PlotList, HasASwitchForEach)
         const auto &[ground, color] = painted.fills.at(0);
         EXPECT_EQ(ground, list.box.translated(0.5, 0.5));
         EXPECT_EQ(color.name(QColor::HexArgb), "#eb" + colors.background.name().mid(1));
-        EXPECT_EQ(painted.fills.back().second == colors.axis, inset > 0); // a bar to scroll
-        EXPECT_TRUE(p.hit({1, 1}) && !p.isListOpen());                    // beside it
+        const auto &[last, itsColor] = painted.fills.back();
+        EXPECT_EQ(itsColor == colors.axis && last.height() > 3 * last.width(), inset > 0)
+            << "a bar to scroll";
+        EXPECT_TRUE(p.hit({1, 1}) && !p.isListOpen()); // beside it
         EXPECT_TRUE(p.hit(now.more.center()) && p.hit(now.more.center()) && !p.isListOpen());
     }
 }
