@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "host/measure/vec.h"
-
 namespace host {
 
 namespace {
@@ -55,6 +53,21 @@ double Deviation::shareWithin(double tolerance) const
         within += std::abs(double(distances[i])) <= tolerance ? double(weights[i]) : 0;
     }
     return all > 0 ? within / all : 0;
+}
+
+double valueAt(const std::vector<float> &values, const Mesh &mesh, quint32 triangle,
+               const Vec &point)
+{
+    const Vec origin = cornerOf(mesh, triangle, 0);
+    const Vec u = cornerOf(mesh, triangle, 1) - origin, v = cornerOf(mesh, triangle, 2) - origin;
+    const Vec across = u.cross(v), to = point - origin;
+    const double area = across.squaredNorm();
+    const double alongU = area > 0 ? to.cross(v).dot(across) / area : 0;
+    const double alongV = area > 0 ? u.cross(to).dot(across) / area : 0;
+    const auto value = [&](std::size_t k) {
+        return double(values[mesh.indices[std::size_t(triangle) * 3 + k]]);
+    };
+    return (1 - alongU - alongV) * value(0) + alongU * value(1) + alongV * value(2);
 }
 
 } // namespace host

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "host/measure/vec.h"
 #include "host/read/mesh.h"
 
 namespace host {
@@ -27,6 +28,11 @@ struct Deviation {
     /// What share, 0 to 1, is no farther away than @p tolerance.
     double shareWithin(double tolerance) const;
 };
+
+/// What @p values of the vertices of @p mesh come to at a @p point of its @p triangle; a triangle
+/// without an area has its first corner's everywhere.
+double valueAt(const std::vector<float> &values, const Mesh &mesh, quint32 triangle,
+               const Vec &point);
 
 } // namespace host
 

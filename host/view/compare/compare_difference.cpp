@@ -3,8 +3,8 @@
 #include <QLocale>
 #include <QPainter>
 
-#include "host/item/model_item.h"
 #include "host/view/compare/compare_view.h"
+#include "host/view/compare/difference_item.h"
 #include "host/view/window/panel.h"
 #include "host/view/window/window.h"
 
@@ -66,8 +66,9 @@ void CompareView::showDifference()
     for (MeshPart &part : coloured->parts)
         part.colour = {1, 1, 1, 1};
     leadByFirst();
-    setItem(tiles_[differenceTile], std::make_shared<ModelItem>(sides_[std::size_t(second())].name,
-                                                                coloured, meshOf(first())));
+    setItem(tiles_[differenceTile],
+            std::make_shared<DifferenceItem>(sides_[std::size_t(second())].name, coloured,
+                                             meshOf(first()), deviation.distances));
     tellDifference();
     place();
 }

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Two models held against each other, under a person's hands and in pictures.
+#include <QThreadPool>
+
 #include "host/app/viewer.h"
 #include "host/view/compare/compare_view.h"
 #include "host/view/sheet/sheet_view.h"
@@ -110,10 +112,13 @@ TEST_F(CompareTest, ColoursSayHowFarTheSecondIs)
     view->lookFrom(Steering::Side::Front);
     view->ToggleLighting();
     settle(view->tile(2));
-    const auto colourAt = [this](float x) { // of the front
+    const auto pixelAt = [this](float x) { // of the front
         const ModelItem *shown = item(2);
         const QVector3D at = (QVector3D(x, 1.3f, 2) - shown->centre()) * shown->scale();
-        const QPointF p = CameraSteering::geometryOf(view->tile(2)).pixel(at);
+        return CameraSteering::geometryOf(view->tile(2)).pixel(at);
+    };
+    const auto colourAt = [&](float x) {
+        const QPointF p = pixelAt(x);
         return QColor(picture(0.5).pixel(QPointF(p.x() * 2, 800 - p.y() * 2).toPoint()));
     };
     const auto near = [](const QColor &a, const QColor &b) {
@@ -131,6 +136,15 @@ TEST_F(CompareTest, ColoursSayHowFarTheSecondIs)
         const float radius = camera(2).radius;
         hand(end == 10 ? "]" : "[ [");
         EXPECT_EQ(camera(2).radius, radius);
+    }
+    for (const auto &[x, distance] : {std::pair{4.5f, 2.5}, {7.0f, 5.0}, {-0.3f, 0.0}}) {
+        const QPointF p = pixelAt(x);
+        hand(QString("%1,%2 move").arg(qRound(p.x())).arg(400 - qRound(p.y())));
+        QThreadPool::globalInstance()->waitForDone(); // what finds it
+        frame();
+        const QString told = item(2)->underPointer();
+        EXPECT_NEAR(told.section(' ', 1, 1).toDouble(), distance, 0.05) << told.toStdString();
+        EXPECT_EQ(told.startsWith("distance "), distance > 0) << "beside the boxes";
     }
     hand("S"); // the boxes bound a volume too
     show(*view);

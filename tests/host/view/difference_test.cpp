@@ -162,5 +162,16 @@ TEST(ColourScaleTest, RunsFromBlueToRedInRoundSteps)
     }
 }
 
+TEST(Deviation, IsThatOfAPlaceBetweenTheCorners)
+{
+    Mesh mesh;
+    mesh.positions = {0, 0, 0, 2, 0, 0, 0, 4, 0, 9, 9, 9};
+    mesh.indices = {3, 3, 3, 0, 1, 2};
+    const std::vector<float> values{1, 3, 9, 7};
+    EXPECT_DOUBLE_EQ(valueAt(values, mesh, 1, {0.5, 1, 0}), 3.5);
+    EXPECT_DOUBLE_EQ(valueAt(values, mesh, 1, {0.5, 0, 0}), 1.5);
+    EXPECT_DOUBLE_EQ(valueAt(values, mesh, 0, {0, 0, 0}), 7);
+}
+
 } // namespace
 } // namespace host
