@@ -32,6 +32,14 @@ void connectBase(QObject *scene, const char *base, const char *signal, QObject *
 /// Of frames that are drawn again to smooth what stays, in seconds: meanwhile nothing answers.
 constexpr double slowest = 0.5;
 
+/// Frames that smooth are timed by the window's clock, like all else that moves.
+Refinement::Pace paceIn(Window &window)
+{
+    Refinement::Pace pace;
+    pace.now = [&window] { return qint64(window.clock().seconds() * 1000); };
+    return pace;
+}
+
 } // namespace
 
 View::View(Window &window, const char *className, bool single)
@@ -40,7 +48,7 @@ View::View(Window &window, const char *className, bool single)
       refinement_(
           window.widget(),
           [this] { return isSettled() && !window_.clock().isContinuous() && frameTook_ < slowest; },
-          {})
+          paceIn(window))
 {
     refinement_.setParent(this);
     scene_ = window.addScene(className, "scene");
