@@ -117,9 +117,9 @@ TEST_F(CompareTest, ColoursSayHowFarTheSecondIs)
         const QVector3D at = (QVector3D(x, 1.3f, 2) - shown->centre()) * shown->scale();
         return CameraSteering::geometryOf(view->tile(2)).pixel(at);
     };
-    const auto colourAt = [&](float x) {
+    const auto colourAt = [&](const QImage &image, float x) {
         const QPointF p = pixelAt(x);
-        return QColor(picture(0.5).pixel(QPointF(p.x() * 2, 800 - p.y() * 2).toPoint()));
+        return QColor(image.pixel(QPointF(p.x() * 2, 800 - p.y() * 2).toPoint()));
     };
     const auto near = [](const QColor &a, const QColor &b) {
         return std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) +
@@ -127,8 +127,9 @@ TEST_F(CompareTest, ColoursSayHowFarTheSecondIs)
                12;
     };
     for (const double end : {10.0, 20.0, 5.0}) {
+        const QImage shown = picture(0.5);
         for (const auto &[x, distance] : {std::pair{1.0f, 0.0}, {4.5f, 2.5}, {7.5f, 5.5}}) {
-            const QColor seen = colourAt(x), meant = ColourScale{true, end}.at(distance);
+            const QColor seen = colourAt(shown, x), meant = ColourScale{true, end}.at(distance);
             EXPECT_TRUE(near(seen, meant))
                 << end << ' ' << distance << ' ' << seen.name().toStdString() << " for "
                 << meant.name().toStdString();
