@@ -80,8 +80,9 @@ int Thumbnails::run()
     poll.start(often);
     const auto isFolder = [](const QString &path) { return QFileInfo(path).isDir(); };
     const QStringList &files = options_.files;
-    for (const QString &folder : files)
-        folder_.forgetNote(folder); // what is wrong with it now will be told
+    for (const QString &file : files)
+        if (isFolder(file))
+            folder_.forgetNote(file); // what is wrong with it now will be told
     if (std::any_of(files.begin(), files.end(), isFolder))
         list_ = queue_.list(files);
     else

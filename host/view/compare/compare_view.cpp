@@ -198,8 +198,8 @@ void CompareView::follow()
 
 void CompareView::Update(GLW *glw)
 {
-    if (!areThere() &&
-        fault().isEmpty()) // not before the first frame: until then the view is told how to look
+    // Not before the first frame: until then the view is told how to look.
+    if (!areThere() && fault().isEmpty())
         makeItems();
     if (difference_.get() && !item(tiles_[differenceTile]))
         showDifference();
