@@ -95,9 +95,9 @@ protected:
                 }
         return pixels > 1000 ? sum / pixels : 1000;
     }
-    /// Whether the red square's middle comes to rest there: turns are soft, so that the first
-    /// pictures may show the way. @p key is pressed before each.
-    bool redComesTo(double middle, const char *key = "shift")
+    /// Where the red square's middle comes to rest, best at @p middle: turns are soft, so that the
+    /// first pictures may show the way. @p key is pressed before each.
+    double redAtRest(double middle, const char *key = "shift")
     {
         double red = 1000;
         for (int picture = 0; picture < 20 && std::abs(red - middle) > 4; ++picture) {
@@ -107,7 +107,7 @@ protected:
             EXPECT_TRUE(comesToBe(true));
             windowOf("two.obj");
         }
-        return std::abs(red - middle) <= 4;
+        return red;
     }
     void SetUp() override
     {
@@ -136,14 +136,13 @@ TEST_F(EndToEnd, AModelIsOpenedTurnedSavedReplacedAndClosedByTheMenu)
     const QString window = windowOf("two.obj");
     ASSERT_TRUE(comesToBe(true));
     run({"mousemove", "--window", window, "400", "150"});
-    EXPECT_TRUE(redComesTo(-181, "1"));
+    EXPECT_NEAR(redAtRest(-181, "1"), -181, 4);
 
-    // Half around, by 200 and once more 250 pixels at 0.4 degrees each.
-    for (const char *way : {"600", "650"}) {
-        run({"mousemove", "--window", window, "400", "150", "mousedown", "1"});
-        run({"mousemove", "--window", window, way, "150", "mouseup", "1"});
-    }
-    EXPECT_TRUE(redComesTo(180));
+    // Half around: 450 pixels at 0.4 degrees each. In two drags Qt may leave out the motion of the
+    // first, as one that another follows.
+    run({"mousemove", "--window", window, "175", "150", "mousedown", "1"});
+    run({"mousemove", "--window", window, "625", "150", "mouseup", "1"});
+    EXPECT_NEAR(redAtRest(180), 180, 4);
 
     answer("ctrl+o", "^Open files$", folder.filePath("other.obj"));
     windowOf("other.obj");
