@@ -134,6 +134,19 @@ void CameraMotion::jumpTo(GL::Camera &camera, const Pose &pose)
     moving_ = true;
 }
 
+void CameraMotion::reframe(GL::Camera &camera, const Pose &pose)
+{
+    const QVector3D rest = rot_;
+    jumpTo(camera, {toQt(camera.rot), pose.target, pose.radius});
+    rot_ = rest;
+}
+
+QVector3D CameraMotion::anglesAtEnd(const GL::Camera &camera) const
+{
+    const QVector3D end = toQt(camera.rot) + rot_;
+    return {std::clamp(end.x(), -90.0f, 90.0f), end.y(), end.z()};
+}
+
 void CameraMotion::toggleProjection(GL::Camera &camera)
 {
     const float size = shownHalfHeight(camera);

@@ -55,6 +55,12 @@ public:
     /// The same at once: the camera stands there after its next update.
     void jumpTo(GL::Camera &camera, const Pose &pose);
 
+    /// The same at once but for the angles: what is still to be turned is turned on.
+    void reframe(GL::Camera &camera, const Pose &pose);
+
+    /// The angles of @p camera once all is turned, degrees.
+    QVector3D anglesAtEnd(const GL::Camera &camera) const;
+
     /// Changes between perspective and orthographic view; the apparent size at the target stays.
     void toggleProjection(GL::Camera &camera);
 

@@ -101,7 +101,7 @@ bool CameraSteering::advance(GLW *glw, double seconds)
     bool changed = false;
     if (showsWhole_ && fittedSize_ != sizeOf(glw)) {
         fittedSize_ = sizeOf(glw);
-        motion_.jumpTo(glw->camera, poseFor(glw, toQt(glw->camera.rot)));
+        motion_.reframe(glw->camera, poseFor(glw, motion_.anglesAtEnd(glw->camera)));
         changed = true;
     }
     const bool moved = motion_.isMoving(); // the update just now did it

@@ -18,7 +18,7 @@ QString words(std::initializer_list<double> values)
 }
 
 /// Does what is written, step after step: "pan x,y x,y", "zoom x,y steps", "focus x,y", "from
-/// side", "size w,h" and words alone are what they say.
+/// side", "size w,h" and words alone are what they say. The next does not wait for one with a "+".
 void run(Steering &s, GLWidget &glw, const QString &script)
 {
     for (const QString &step : script.split("; ", Qt::SkipEmptyParts)) {
@@ -40,7 +40,7 @@ void run(Steering &s, GLWidget &glw, const QString &script)
                           : (s.beginDrag(&glw, drag, at(1)), s.drag(&glw, drag, at(1), at(2)));
         do
             glw.camera.Update(1);
-        while (s.advance(&glw, 0.05));
+        while (s.advance(&glw, 0.05) && all.last() != "+");
     }
 }
 
@@ -107,6 +107,7 @@ TEST(SteeringTest, LeavesTheCamera)
         {"projection", "0 0 0; 0 0 0; 0.31 o w"},
         {"pan 5,5 95,5; fit", "0 0 0; 0 0 0; 1.41 w"},
         {"size 400,200", "0 0 0; 0 0 0; 1.06 w"},
+        {"orbit 0,0 40,200 +; size 400,200", "-90 24 0; 0 0 0; 0.94 w"},
         {"zoom 200,200 2; size 400,200", "0 0 0; 0 0 0; 0.9"},
         {"roll 300,200 200,300; orbit 0,0 40,20", "24 12 90; 0 0 0; 1.41 w"},
         {"projection; zoom 200,200 -99", "0 0 0; 0 0 0; 1.1 o"},
