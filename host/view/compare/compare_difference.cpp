@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // How far the second model lies from the first one's surface, in colours.
+#include <new>
+
 #include <QLocale>
 #include <QPainter>
 
@@ -20,7 +22,7 @@ QString CompareView::differenceFault() const
 {
     if (!areThere())
         return {};
-    if (difference_.lackedMemory())
+    if (difference_.lackedMemory() || lacksMemory_)
         return tr("There is not enough memory to measure the distances.");
     return Difference::fault(*meshOf(first()), *meshOf(second()));
 }
@@ -36,6 +38,7 @@ void CompareView::leadByFirst()
 void CompareView::forgetDifference()
 {
     difference_.stop();
+    lacksMemory_ = false;
     leadByFirst();
     setItem(tiles_[differenceTile], nullptr);
     end_ = tolerance_ = 0;
@@ -52,25 +55,34 @@ void CompareView::measureDifference()
 /// Once it is measured, or is to be coloured otherwise.
 void CompareView::showDifference()
 {
-    const Difference::Found *found = difference_.get();
-    if (!found)
+    if (!difference_.get())
         return;
-    const Deviation &deviation = found->deviation;
+    try {
+        colour(*difference_.get());
+    } catch (const std::bad_alloc &) {
+        forgetDifference();
+        lacksMemory_ = true;
+    }
+    place();
+}
+
+void CompareView::colour(const Difference::Found &found)
+{
+    const Deviation &deviation = found.deviation;
     if (end_ == 0) {
         end_ = ColourScale::roundUp(deviation.largest);
         tolerance_ = ColourScale::roundUp(end_ / 20);
     }
     const ColourScale scale{deviation.isSigned, end_};
-    auto coloured = std::make_shared<Mesh>(*found->mesh);
+    auto coloured = std::make_shared<Mesh>(*found.mesh);
     coloured->colours = scale.colours(deviation.distances);
     for (MeshPart &part : coloured->parts)
         part.colour = {1, 1, 1, 1};
+    auto item = std::make_shared<DifferenceItem>(sides_[std::size_t(second())].name, coloured,
+                                                 meshOf(first()), deviation.distances);
     leadByFirst();
-    setItem(tiles_[differenceTile],
-            std::make_shared<DifferenceItem>(sides_[std::size_t(second())].name, coloured,
-                                             meshOf(first()), deviation.distances));
+    setItem(tiles_[differenceTile], std::move(item));
     tellDifference();
-    place();
 }
 
 /// Writes the legend.

@@ -100,6 +100,7 @@ private:
     void forgetDifference();
     void measureDifference();
     void showDifference();
+    void colour(const Difference::Found &found);
     void tellDifference();
     void stepColours(bool up);
     void stepTolerance(bool up);
@@ -124,6 +125,7 @@ private:
     std::unique_ptr<Divider> divider_;
     std::unique_ptr<Legend> legend_;
     Difference difference_;
+    bool lacksMemory_ = false;       // for its colours
     double end_ = 0, tolerance_ = 0; // of the colours, in the file's unit; 0: not chosen yet
     ReadQueue &queue_;
 };
