@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QUrl>
+#include <QWindow>
 
 #include "host/ui/metrics.h"
 
@@ -45,6 +46,10 @@ Window::~Window()
 
 void Window::show()
 {
+    // The native window of the views is older than their size: it would be seen as small as it
+    // began.
+    if (QWindow *native = widget_->windowHandle())
+        native->resize(widget_->size());
     frame_->show();
     widget_->setFocus();
 }
