@@ -25,8 +25,7 @@ public:
     /// error() telling what was wrong with each path, if none is.
     bool load(const QStringList &paths);
 
-    QString path() const { return library_.fileName(); } ///< Of the module, once loaded.
-    QString error() const { return error_; }             ///< One line for each path that failed.
+    QString error() const { return error_; } ///< One line for each path that failed.
 
     /// Makes an object of class @p className, owned by @p parent as its factory says.
     /// Returns null if the module registered no such class.

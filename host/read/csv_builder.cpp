@@ -142,7 +142,7 @@ void CsvBuilder::addValue(RawColumn &column, std::string_view field, std::int64_
     }
 }
 
-TablePtr CsvBuilder::take(const QString &name)
+TablePtr CsvBuilder::take()
 {
     if (mistake_)
         return {};
@@ -151,7 +151,6 @@ TablePtr CsvBuilder::take(const QString &name)
     else if (x_.empty())
         fail(0, tr("the file has names of columns but no rows"));
     auto table = std::make_shared<Table>();
-    table->name = name;
     table->xName = xName_;
     sortRows();
     if (mistake_ || !moveColumns(*table))

@@ -33,9 +33,9 @@ public:
 
     const std::optional<CsvMistake> &mistake() const { return mistake_; }
 
-    /// The finished table, named @p name; null with mistake() set when the rows make none.
+    /// The finished table, without a name; null with mistake() set when the rows make none.
     /// Leaves the builder empty.
-    TablePtr take(const QString &name);
+    TablePtr take();
 
 private:
     struct RawColumn {

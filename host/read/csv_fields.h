@@ -22,7 +22,7 @@ bool isMissing(std::string_view field);
 /// The number that the whole of @p field spells with a decimal point, or nothing. Infinities and
 /// numbers beyond the range of double are nothing. With @p decimalComma, a single comma may stand
 /// for the point: files separated by semicolons come from countries that write it so.
-std::optional<double> parseNumber(std::string_view field, bool decimalComma = false);
+std::optional<double> parseNumber(std::string_view field, bool decimalComma);
 
 /// The ISO 8601 date or date-time that the whole of @p field spells, in seconds since 1970-01-01
 /// 00:00 UTC, or nothing. Forms: 2012-01, 2012-01-31, and after a T or a blank 14:05, 14:05:09 or

@@ -165,7 +165,7 @@ CsvResult readRows(QFile &file, const QString &suffix, const ReadProgress &progr
         return {{}, file.errorString()};
     if (!splitter.finish())
         return {{}, message(*splitter.mistake())};
-    auto table = builder.take(QFileInfo(file).fileName());
+    auto table = builder.take();
     return table ? CsvResult{table, {}} : CsvResult{{}, message(*builder.mistake())};
 }
 
@@ -191,7 +191,7 @@ bool looksLikeTable(const QByteArray &head)
     const char separator = detectSeparator(lines, '\t');
     CsvBuilder builder(limits, separator == ';');
     CsvSplitter splitter(builder, separator, limits);
-    return splitter.feed(lines.data(), lines.size()) && splitter.finish() && builder.take({});
+    return splitter.feed(lines.data(), lines.size()) && splitter.finish() && builder.take();
 }
 
 } // namespace host

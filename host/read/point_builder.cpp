@@ -43,8 +43,7 @@ void PointBuilder::reserve(std::size_t points)
 bool PointBuilder::add(const PointSample &point)
 {
     const auto isUsable = [](double v) { return std::abs(v) <= double(Mesh::maxCoordinate); };
-    const bool isFirst = mesh_.positions.empty();
-    const std::array<double, 3> origin = isFirst ? originFor(point) : mesh_.origin;
+    const std::array<double, 3> origin = mesh_.positions.empty() ? originFor(point) : mesh_.origin;
     for (std::size_t k = 0; k < 3; ++k) {
         if (!isUsable(point.at[k]) || !isUsable(point.at[k] - origin[k])) { // NaN is not
             ++leftOut_;
@@ -53,8 +52,7 @@ bool PointBuilder::add(const PointSample &point)
     }
     if (count() >= limits_.vertices)
         return false;
-    if (isFirst)
-        mesh_.origin = origin;
+    mesh_.origin = origin;
     for (std::size_t k = 0; k < 3; ++k)
         mesh_.positions.push_back(float(point.at[k] - mesh_.origin[k]));
     if (shade_ == Shade::Colour)

@@ -175,8 +175,7 @@ ReaderChild *ReadQueue::makeChild()
 void ReadQueue::dropChild(ReaderChild *child)
 {
     children_.erase(child);
-    child->disconnect(this);
-    child->stop();
+    child->stop(); // no signal comes after that
     child->deleteLater();
 }
 

@@ -78,6 +78,7 @@ TEST_F(CommandTest, EndsAsAScriptExpects)
         {"--thumbnails $/words.ply/a $/pyramid.obj", 1, "words.ply/a cannot be made"},
         {"--screenshot $/good.png -", 0, "", "pyramid.obj"},
         {"--screenshot $/p.png -", 1, "format", "words.ply"},
+        {"--screenshot $/p.png -", 1, "standard input is empty", "empty.stl"},
         {"$/pyramid.obj", 2, "xvfb-run", "", "DISPLAY="},
     };
     for (const auto &row : rows) {
@@ -174,8 +175,9 @@ TEST_F(CommandTest, ThumbnailsAreMadeOfWhatIsMissingOrStale)
     for (const QFileInfo &each : out.entryInfoList({"*.png"}))
         same += QImage(each.filePath()) == one;
     EXPECT_EQ(same, 2);
-    run("--section x --size 64x64 --no-overlays --screenshot $/cut.png $/void/pyramid.obj", 0);
-    run("--section x --size 64 --thumbnails $/cut $/void/pyramid.obj", 0);
+    run("--section x --up x --size 64x64 --no-overlays --screenshot $/cut.png $/void/pyramid.obj",
+        0);
+    run("--section x --up x --size 64 --thumbnails $/cut $/void/pyramid.obj", 0);
     const QDir cut(folder.filePath("cut"));
     EXPECT_EQ(QImage(cut.filePath(cut.entryList({"*.png"}).value(0))),
               QImage(folder.filePath("cut.png")));
@@ -185,6 +187,8 @@ TEST_F(CommandTest, ThumbnailsAreMadeOfWhatIsMissingOrStale)
     EXPECT_TRUE(page.contains("&lt;b&gt;&amp;.obj</") ||
                 page.contains("&lt;b&gt;&amp;.obj<small>"));
     EXPECT_FALSE(page.contains("<b>"));
+    EXPECT_TRUE(page.contains("<title>3 pictures, 3 files failed</title>"));
+    EXPECT_TRUE(page.contains("minmax(96px"));
     EXPECT_EQ(page.count("<figure"), 3);
     const QString title = "title=\"" + folder.path();
     EXPECT_LT(page.indexOf(title + "/pyramid"), page.indexOf(title + "/void/")) << "by folder";

@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The command line, and what it finds: options, paths, standard input, the desktop's wishes.
-#include <cstdio>
 
 #include <QDir>
-#include <QSignalSpy>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include "host/app/desktop.h"
-#include "host/app/file_watch.h"
-#include "host/app/opening.h"
 #include "host/app/options.h"
 #include "host/app/settings.h"
 #include "host/app/software_gl.h"
@@ -20,42 +17,28 @@ namespace {
 
 TEST(OptionsTest, WhatMakesNoSenseIsRefused)
 {
-    const char *const rows[] = {// and a part of the complaint
-                                "--colour => --colour;",
-                                "a.obj -x.obj => -x.obj; a file whose name",
-                                "--size 800 => \"800\"",
-                                "--size 800x15 => 16",
-                                "--size 800x16385 => 16384",
-                                "--fps 0 => \"0\"",
-                                "--up w a.obj => \"w\"",
-                                "--compare over a.obj b.obj => \"over\"",
-                                "--compare divider a.obj => two files",
-                                "--section w:3 a.obj => \"w:3\"",
-                                "--section x --section y --section z --section x a.obj => three",
-                                "--screenshot a.png => needs a file",
-                                "--turntable a.mp4 => needs a file",
-                                "--turntable a --screenshot b a.obj => at a time",
-                                "--turntable t --seconds many a.obj => \"many\"",
-                                "--turntable t --seconds 0 a.obj => \"0\"",
-                                "--turntable t --seconds 601 a.obj => 600",
-                                "--seconds 3 a.obj => --turntable",
-                                "--animation a.obj => --turntable",
-                                "--watch --screenshot p.png a.obj => window",
-                                "--watch --thumbnails d a.obj => window",
-                                "--thumbnails d => needs files",
-                                "--thumbnails d a.obj - => \"-\"",
-                                "--thumbnails d --screenshot b a.obj => at a time",
-                                "--thumbnails d --no-overlays a.obj => --screenshot or",
-                                "--thumbnails d --compare beside a.obj b.obj => --compare",
-                                "--thumbnails d --size 15 a.obj => \"15\"",
-                                "--thumbnails d --jobs 0 a.obj => \"0\"",
-                                "--thumbnails d --jobs 257 a.obj => 256",
-                                "--jobs 3 a.obj => --thumbnails",
-                                "--transparent a.obj => --thumbnails",
-                                "--no-overlays a.obj => --screenshot or",
-                                "- - => once",
-                                "--companions nowhere a.obj => \"nowhere\""};
-    for (const QString row : rows) {
+    // A command line and a part of the complaint.
+    const QString rows =
+        "--colour => --colour;|a.obj -x.obj => -x.obj; a file whose name|--size 800 => \"800\""
+        "|--size 800x15 => 16|--size 800x16385 => 16384|--fps 0 => \"0\"|--up w a.obj => \"w\""
+        "|--compare over a.obj b.obj => \"over\"|--compare divider a.obj => two files"
+        "|--section w:3 a.obj => \"w:3\""
+        "|--section x --section y --section z --section x a.obj => three"
+        "|--screenshot a.png => needs a file|--turntable a.mp4 => needs a file"
+        "|--turntable a --screenshot b a.obj => at a time"
+        "|--turntable t --seconds many a.obj => \"many\""
+        "|--turntable t --seconds 0 a.obj => \"0\"|--turntable t --seconds 601 a.obj => 600"
+        "|--seconds 3 a.obj => --turntable|--animation a.obj => --turntable"
+        "|--watch --screenshot p.png a.obj => window|--watch --thumbnails d a.obj => window"
+        "|--thumbnails d => needs files|--thumbnails d a.obj - => \"-\""
+        "|--thumbnails d --screenshot b a.obj => at a time"
+        "|--thumbnails d --no-overlays a.obj => --screenshot or"
+        "|--thumbnails d --compare beside a.obj b.obj => --compare"
+        "|--thumbnails d --size 15 a.obj => \"15\"|--thumbnails d --jobs 0 a.obj => \"0\""
+        "|--thumbnails d --jobs 257 a.obj => 256|--jobs 3 a.obj => --thumbnails"
+        "|--transparent a.obj => --thumbnails|--no-overlays a.obj => --screenshot or"
+        "|- - => once|--companions nowhere a.obj => \"nowhere\"";
+    for (const QString &row : rows.split('|')) {
         const Options o = parseOptions(("glview " + row.section(" => ", 0, 0)).split(' '));
         EXPECT_EQ(o.action, Options::Action::Refuse) << row.toStdString();
         EXPECT_TRUE(o.error.contains(row.section(" => ", 1))) << o.error.toStdString();
@@ -86,6 +69,7 @@ TEST(OptionsTest, ValuesArrive)
     const Options film =
         parseOptions(QString("glview --turntable t --animation --seconds 2.5 a.obj").split(' '));
     EXPECT_TRUE(film.animation && film.secondsGiven && film.seconds == 2.5);
+    EXPECT_TRUE(film.recordedFps == 30 && o.recordedFps == 25);
 }
 
 TEST(OptionsTest, TheWindowHasTheShapeOfThePicture)
@@ -142,31 +126,10 @@ TEST(StandardInputTest, FormatsAreKnownByTheirFirstBytes)
     EXPECT_EQ(StandardInput::suffixOf(QByteArray(84, '\0'), 84), "");
 }
 
-TEST(StandardInputTest, IsKeptAsAFileOfItsFormat)
-{
-    const std::tuple<QByteArray, const char *, const char *> rows[] = {
-        {QByteArray("v 0 0 0\n").repeated(300000), "obj", ""},
-        {"", "", "standard input is empty"},
-        {"these are words", "", "its format is not known"}};
-    const QTemporaryDir folder;
-    for (const auto &[bytes, suffix, said] : rows) {
-        const QByteArray path = folder.filePath("input").toLocal8Bit();
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-        file.close();
-        ASSERT_TRUE(std::freopen(path.constData(), "r", stdin));
-        StandardInput input;
-        const QString fault = input.read();
-        EXPECT_TRUE(fault.contains(said) && fault.isEmpty() == !*said) << fault.toStdString();
-        EXPECT_EQ(QFileInfo(input.path()).suffix(), suffix);
-        QFile kept(input.path());
-        EXPECT_TRUE(*said || (kept.open(QIODevice::ReadOnly) && kept.readAll() == bytes));
-    }
-}
-
 TEST(SettingsTest, AreKeptFromRunToRun)
 {
     const QTemporaryDir folder;
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder.path());
     ASSERT_TRUE(QDir::setCurrent(folder.path()));
     QStringList files;
     for (int i = 0; i < 12; ++i) {
@@ -191,43 +154,6 @@ TEST(SettingsTest, AreKeptFromRunToRun)
     EXPECT_EQ(Settings().tileSize(), 1.5);
     Settings().setFolder(files[1]);
     EXPECT_EQ(Settings().folder(), "") << "no folder";
-}
-
-TEST(FileWatchTest, TellsOfEachChangeAndOfFilesThatComeBack)
-{
-    const QTemporaryDir folder;
-    const QString a = folder.filePath("a"), b = folder.filePath("b");
-    QByteArray text;
-    const auto write = [&](const QString &path) {
-        QFile file(path);
-        text += 'x';
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(text) > 0);
-    };
-    write(a), write(b);
-    FileWatch watch;
-    QSignalSpy told(&watch, &FileWatch::changed);
-    watch.setFiles({a, b});
-    const auto hears = [&](const QString &path) {
-        EXPECT_TRUE(told.count() > 0 || told.wait(60000));
-        EXPECT_EQ(told.value(0).value(0).toString(), path);
-        told.clear();
-    };
-    write(a), write(a);
-    hears(a);
-    QFile::remove(a);
-    write(a);
-    hears(a);
-    watch.setFiles({b});
-    write(a), write(b);
-    hears(b);
-}
-
-TEST(OpeningTest, OneFileFillsTheWindowAndAFolderMakesASheet)
-{
-    const QTemporaryDir folder;
-    EXPECT_TRUE(openingOf({"a.obj"}).single && openingOf({}).single);
-    EXPECT_FALSE(openingOf({folder.path()}).single || openingOf({"a.obj", "b.obj"}).single);
-    EXPECT_EQ(openingOf({folder.path()}).name, QDir(folder.path()).dirName());
 }
 
 TEST(SoftwareGLTest, IsToldByTheRenderersName)

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The program at work in its window: keys and dialogs, and what it keeps from run to run.
 #include <QApplication>
+#include <QCheckBox>
 #include <QFileDialog>
+#include <QSettings>
 #include <QSpinBox>
 
 #include "host/app/settings.h"
@@ -32,6 +34,7 @@ protected:
 
 TEST_F(ViewerTest, WhatAPersonChoseIsThereTheNextTime)
 {
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder.path());
     const QString a = boxes("a.obj", 1);
     start({a});
     hand("B O Shift+W P");
@@ -47,7 +50,30 @@ TEST_F(ViewerTest, WhatAPersonChoseIsThereTheNextTime)
         EXPECT_TRUE(view.display().dark == personal && !view.display().reduces);
         EXPECT_EQ(view.isOrthographic(), personal);
     }
-    Settings().setReducing(true), Settings().setDark(false), Settings().setPartsOpen(false);
+}
+
+TEST_F(ViewerTest, ASheetWaitsBehindWhatIsOpenedFromIt)
+{
+    boxes("a.obj", 1), boxes("b.obj", 2);
+    const View *sheet = &start({folder.path()});
+    const auto become = [&](const char *keys, const char *kind, const QString &title) {
+        hand(keys);
+        EXPECT_TRUE(until([&] { return viewer->view()->inherits(kind); })) << keys;
+        show(*viewer->view());
+        EXPECT_EQ(widget->window()->windowTitle().toStdString(), title.toStdString()) << keys;
+    };
+    const QString name = QString::fromUtf8("2 files – ") + QFileInfo(folder.path()).fileName();
+    become("Ctrl+A D", "host::CompareView", "a.obj and b.obj");
+    become("Esc Ctrl+A Ctrl+A Right", "host::SheetView", name);
+    EXPECT_EQ(viewer->view(), sheet);
+    become("B Return", "host::SingleView", "b.obj");
+    EXPECT_TRUE(item() && viewer->view()->display().dark);
+    EXPECT_TRUE(until([&] { // the others are listed in the background
+        hand("PgUp");
+        return viewer->view()->title() == "a.obj";
+    }));
+    become("B Esc", "host::SheetView", name);
+    EXPECT_TRUE(viewer->view() == sheet && !sheet->display().dark);
 }
 
 TEST_F(ViewerTest, KeysAndDialogsAreForTheWholeProgram)
@@ -90,6 +116,8 @@ TEST_F(ViewerTest, KeysAndDialogsAreForTheWholeProgram)
             auto *width = dialog->findChild<QSpinBox *>();
             EXPECT_EQ(QFileInfo(dialog->selectedFiles().value(0)).fileName(), "b.png");
             EXPECT_EQ(width->value(), step == 0 ? 600 : 300);
+            for (const QCheckBox *box : dialog->findChildren<QCheckBox *>())
+                EXPECT_EQ(box->isChecked(), box->text().contains("names"));
             width->setValue(300);
             dialog->selectFile(folder.filePath(step == 0 ? "none/b.png" : "b.png"));
         }

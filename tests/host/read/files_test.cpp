@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Which files there are, what they are, and what is said of those that cannot be read.
-#include <QFile>
-#include <gtest/gtest.h>
+// Which files there are, what they are, which others models may name, and what is said of those
+// that cannot be read.
+#include <QRegularExpression>
 #include <sys/stat.h>
 
+#include "host/read/companion_files.h"
 #include "host/read/file_kind.h"
 #include "host/read/model_files.h"
 #include "tests/host/read/support.h"
@@ -28,7 +29,8 @@ TEST(FileList, TakesFilesByNameAndByTheirFirstBytesWhereTheNameSaysLittle)
     } rows[] = {
         {"a.csv", "x", true, true},
         {"a.TSV", "x", true, true},
-        {"a.txt", "t;a\n1;2\n3;", true, true},
+        {"a.txt", "t;a\n1,5;2\n3;", true, true},
+        {"a.txt", "t\ta\n1,5\t2\n", false, true},
         {"a.txt", "Dear diary,\nit rains\n", false, true},
         {"a.b.fbx", "x", true, false},
         {"a.png", "x", false, false},
@@ -104,6 +106,79 @@ TEST(FileObjection, NamesWhatIsWrongWithoutOpening)
     EXPECT_EQ(fileObjection(folder.write("a.obj", QByteArray(1025, 'x')), small),
               "it is larger than 1.0 KiB, the most that is read");
     EXPECT_EQ(readFailure("/some/where/cube.obj", "it is odd"), "cube.obj: it is odd");
+}
+
+const QByteArray red = "newmtl red\nKd 1 0 0\n", redTriangle = "\nusemtl red\n" + objTriangle();
+
+TEST(CompanionFilesTest, AreReadOrNoted)
+{
+    const struct {
+        const char *named;       // by the model; @ is the folder above it
+        bool read, readAnywhere; // whether its colour arrives
+        const char *note;        // part of the only note, or empty
+    } rows[] = {
+        {"own.mtl", true, true, ""},
+        {"sub/own.mtl", true, true, ""},
+        {"none.mtl", false, false, ""},
+        {"../out.mtl", false, true, "file outside the folder: not read (out.mtl)"},
+        {"@/out.mtl", false, true, "outside"},
+        {"../model2/out.mtl", false, true, "outside"}, // a neighbour of like name
+        {"in-link.mtl", true, true, ""},
+        {"out-link.mtl", false, true, "outside"},
+        {"folder/out.mtl", false, true, "outside"}, // a link
+        {"C:\\models\\own.mtl", true, true, ""},
+        {"/no/such/place/own.mtl", true, true, ""},
+        {"pipe.mtl", false, false, "pipe.mtl is not a regular file"},
+        {"/dev/zero", false, false, "zero"},
+    };
+    const ModelFolder folder;
+    for (const char *path : {"out.mtl", "model2/out.mtl", "model/own.mtl", "model/sub/own.mtl"})
+        folder.write(path, red);
+    const QString in = folder.path("model/");
+    QFile::link("sub/own.mtl", in + "in-link.mtl");
+    QFile::link("../out.mtl", in + "out-link.mtl");
+    QFile::link("../model2", in + "folder");
+    ASSERT_EQ(mkfifo(QFile::encodeName(in + "pipe.mtl").constData(), 0600), 0);
+    for (const auto &c : rows) {
+        SCOPED_TRACE(c.named);
+        const QByteArray named = QByteArray(c.named).replace('@', folder.path({}).toUtf8());
+        const QString model = folder.write("model/a.obj", "mtllib " + named + redTriangle);
+        for (const Companions allowed : {Companions::InFolder, Companions::Anywhere}) {
+            const bool anywhere = allowed == Companions::Anywhere;
+            const Mesh mesh = importMesh(model, {}, {}, allowed).mesh;
+            EXPECT_EQ(mesh.parts.at(0).colour[1] == 0, anywhere ? c.readAnywhere : c.read);
+            const bool noted = *c.note && !(anywhere && c.readAnywhere);
+            EXPECT_EQ(mesh.notes.size(), noted ? 1 : 0) << mesh.notes.join('|').toStdString();
+            EXPECT_TRUE(anywhere || mesh.notes.value(0).contains(c.note)) << c.note;
+        }
+    }
+}
+
+TEST(CompanionFilesTest, ASkinIsCalledAsItsModelAndNothingIsWritten)
+{
+    const ModelFolder folder;
+    const QString model = folder.write("tank.md2", "x");
+    CompanionFiles files(model, Companions::InFolder);
+    for (const char *name : {"other.png", "tank.txt", "tan.png", "tank2.png", "Tank.TGA"}) {
+        const QString skin = folder.write(name, "x");
+        EXPECT_EQ(files.skin(),
+                  QString(name).contains(QRegularExpression("^tank2|^Tank")) ? skin : "");
+    }
+    EXPECT_FALSE(files.Open(QFile::encodeName(model).constData(), "wb"));
+}
+
+TEST(CompanionFilesTest, NotesNameTexturesAndEnd)
+{
+    const ModelFolder folder;
+    QByteArray materials;
+    for (const char letter : QByteArray("abcdefghijklmnopqrst"))
+        materials += QByteArray("newmtl @\nmap_Kd ../@.png\n").replace('@', letter);
+    folder.write("a.mtl", materials);
+    const QString model = folder.write("a.obj", "mtllib a.mtl\nusemtl a\n" + objTriangle());
+    const QStringList notes = importMesh(model).mesh.notes;
+    ASSERT_EQ(notes.size(), CompanionFiles::maxNotes);
+    EXPECT_EQ(notes.first(), "texture outside the folder: not read (a.png)");
+    EXPECT_EQ(notes.last(), "13 more files not read");
 }
 
 } // namespace

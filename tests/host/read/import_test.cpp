@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/read/import.h"
 
-#include <gtest/gtest.h>
+#include <assimp/metadata.h>
 
 #include "host/read/scene.h"
 #include "tests/host/read/support.h"
@@ -73,6 +73,23 @@ QByteArray bentStrip(const QByteArray &height)
            "\nf 1 2 3 4\nf 2 5 6 3\n";
 }
 
+QByteArray painted(const QByteArray &material)
+{
+    return "mtllib a.mtl\nusemtl " + material + '\n' + objTriangle();
+}
+
+/// With a tip that each of its sides has a corner of its own at.
+QByteArray cone(int sides)
+{
+    QByteArray corners, faces;
+    for (int i = 0; i < sides; ++i) {
+        const double turn = 2 * M_PI * i / sides;
+        corners += QString("v %1 0 %2\n").arg(std::cos(turn)).arg(std::sin(turn)).toUtf8();
+        faces += QString("f 1 %1 %2\n").arg((i + 1) % sides + 2).arg(i + 2).toUtf8();
+    }
+    return "v 0 0.2 0\n" + corners + faces;
+}
+
 #define GREY "#ffcccccc" // where a file says nothing
 #define FLAT "3/1 (0 0 0)..(2 3 0) n(0 0 1) "
 #define UNIT "3/1 (0 0 0)..(1 1 0) n(0 0 1) "
@@ -85,10 +102,15 @@ const struct {
     {"a.obj", objTriangle(), FLAT GREY},
     {"crease.obj", bentStrip("9"), "8/4 (0 0 0)..(2 1 9) n(0 0 1) " GREY},
     {"bend.obj", bentStrip("0.1"), "6/4 (0 0 0)..(2 1 0.1) n(0 0 1) " GREY},
-    {"material.obj", "mtllib a.mtl\nusemtl red\n" + objTriangle(), FLAT "#80ff0000"},
+    {"material.obj", painted("red"), FLAT "#80ff0000"},
+    {"glow.obj", painted("glow"), FLAT "#ff00ff00"},
+    {"black.obj", painted("black"), FLAT GREY}, // nothing of it would be seen
+    {"unseen.obj", painted("unseen"), FLAT "#ff0000ff"},
+    {"bright.obj", painted("bright"), FLAT "#ff80ff00"},
     {"colours.obj", "v 0 0 0 0 1 0\nv 1 0 0 0 1 0\nv 0 1 0 0 1 0\nf 1 2 3\n", UNIT "#ff00ff00"},
     {"nan.obj", objTriangle() + "v nan 9 9\nf 1 2 4\n", FLAT GREY},
     {"flat.obj", objTriangle() + "v 4 0 0\nf 1 2 4\nf 1 1 3\n", FLAT GREY},
+    {"cone.obj", cone(1000), "1001/1000 (-1 0 -1)..(1 0.2 1) n(0 1 0) " GREY},
     {"unused.obj", "v 0 0 0\nv 9 9 9\nv 1 0 0\nv 0 1 0\nf 1 3 4\n", UNIT GREY},
     {"upright.stl", stlTower, "3/1 (0 0 0)..(1 5 0) n(0 0 1) " GREY},
     {"zero.stl", stlFold("0 0 0", "0 0 0"), "6/2 (0 0 -9)..(9 9 0) n(0 1 0) " GREY},
@@ -111,6 +133,9 @@ const struct {
     {"mixed.obj", objTriangle() + "v 0 0 9\nl 1 4\n", "5/1 (0 0 0)..(2 3 9) n(0 0 1) " GREY},
     {"points.obj", "v 0 0 0\nv 1 0 0\nv nan 0 0\nv 2 0 5\n",
      "3/0 (0 0 0)..(2 0 5) n(0l3p) " GREY " 1 points without usable coordinates left out"},
+    {"dots.obj", "v 0 0 0 1 0 0\nv 1 0 0 1 0 0\n", "2/0 (0 0 0)..(1 0 0) n(0l2p) #ffff0000"},
+    {"line2.obj", "v 0 0 0 0 1 0\nv 1 0 0 0 1 0\nl 1 2\n",
+     "2/0 (0 0 0)..(1 0 0) n(1l0p) #ff00ff00"},
     {"p.gltf", sail(R"([{"mesh":0,"scale":[2,3,4]}])", R"(},"mode":0,"extras":{)"),
      "3/0 (0 0 0)..(2 3 0) n(0l3p) #ffff8000"},
     {"l.gltf", sail(R"([{"mesh":0}])", R"(},"mode":2,"extras":{)"),
@@ -130,7 +155,9 @@ const struct {
 TEST(ImportTest, GivesTheMeshOrTheReason)
 {
     const ModelFolder folder;
-    folder.write("a.mtl", "newmtl red\nKd 1 0 0\nd 0.5\n");
+    folder.write("a.mtl", "newmtl red\nKd 1 0 0\nd 0.5\nnewmtl glow\nKd 0 0 0\nKe 0 1 0\n"
+                          "newmtl black\nKd 0.01 0 0\nnewmtl unseen\nKd 0 0 1\nd 0\n"
+                          "newmtl bright\nKd 0.5 3 0\n");
     for (const auto &c : files) {
         SCOPED_TRACE(c.file);
         const std::string summary = summaryOf(importMesh(folder.write(c.file, c.content)));
@@ -139,10 +166,18 @@ TEST(ImportTest, GivesTheMeshOrTheReason)
     }
     const MeshPart part = importMesh(folder.path("a.gltf")).mesh.parts.at(0);
     EXPECT_TRUE(part.name.startsWith("sail") && part.material == "cloth");
+    // Of two parts one has colours of its own vertices, whose alpha is left at zero.
+    const char *const second = R"(}},{"attributes":{"POSITION":0,"COLOR_0":2)";
+    const Mesh two = importMesh(folder.write("2.gltf", sail(R"([{"mesh":0}])", second))).mesh;
+    EXPECT_TRUE(two.colours.size() == 24 && two.colours[1] == 128 && two.colours[13] == 0 &&
+                two.colours[15] == 255);
 }
 
 TEST(ImportTest, TheAxesAreTheFilesWhateverIsUp)
 {
+    const char *const mirrored =
+        "xof 0303txt 0032\nMesh m {3; 1;0;5;, 2;0;5;, 1;3;5;; 1; 3;0,1,2;;}";
+    const QByteArray turned = sail(R"([{"mesh":0,"matrix":[1,0,0,0,0,0,-1,0,0,1,0,0,0,0,0,1]}])");
     const struct {
         const char *file;
         QByteArray content;
@@ -155,29 +190,21 @@ TEST(ImportTest, TheAxesAreTheFilesWhateverIsUp)
         {"x.dae", collada("X_UP"), FileAxes::X, {1, 0, 5}, "m"},
         {"y.dae", collada("Y_UP"), FileAxes::Y, {1, 0, 5}, "m"},
         {"z.dae", collada("Z_UP"), FileAxes::Z, {1, 0, 5}, "m"},
-        {"mirrored.x",
-         "xof 0303txt 0032\nMesh m {3; 1;0;5;, 2;0;5;, 1;3;5;; 1; 3;0,1,2;;}",
-         FileAxes::Y,
-         {1, 3, 0},
-         ""},
-        {"a.gltf",
-         sail(R"([{"mesh":0,"matrix":[1,0,0,0,0,0,-1,0,0,1,0,0,0,0,0,1]}])"),
-         FileAxes::Y,
-         {1, 0, 1},
-         "m"}, // a node is not the format
+        {"mirrored.x", mirrored, FileAxes::Y, {1, 3, 0}, ""},
+        {"a.gltf", turned, FileAxes::Y, {1, 0, 1}, "m"}, // a node is not the format
     };
     const ModelFolder folder;
     for (const auto &c : rows) {
         SCOPED_TRACE(c.file);
         Mesh mesh = importMesh(folder.write(c.file, c.content)).mesh;
-        const bool mirrored = *c.file == 'm';
+        const bool isMirrored = *c.file == 'm';
         EXPECT_EQ(mesh.axes.up(), c.up);
         EXPECT_EQ(mesh.unit, c.unit);
         for (const auto up : {FileAxes::X, FileAxes::Y, FileAxes::Z}) {
-            EXPECT_EQ(mesh.axes.mirrored(), mirrored);
+            EXPECT_EQ(mesh.axes.mirrored(), isMirrored);
             mesh.standOn(up);
             expectSound(mesh); // no mirror image
-            EXPECT_EQ(mesh.axes.mirrored(), mirrored);
+            EXPECT_EQ(mesh.axes.mirrored(), isMirrored);
             EXPECT_EQ(mesh.fileSize(), c.size);
             EXPECT_EQ((mesh.max - mesh.min).y(), c.size[up]);
         }
@@ -194,6 +221,23 @@ TEST(ImportTest, FbxNamesItsUnitByItsSize)
         EXPECT_EQ(lengthUnit(scene, "Autodesk FBX Importer"), unit) << centimetres;
         EXPECT_EQ(lengthUnit(scene, "Stereolithography (STL) Importer"), "");
     }
+    // Numbers and signs of the axes to the right, up and to the front; those of the file.
+    const int axes[][9] = {
+        {0, 1, 2, 1, 1, -1, 1, 3, -2}, {1, -1, 0, 1, 2, 1, -2, 1, 3}, {3, 1, 2, 1, 1, -1, 1, 2, 3}};
+    for (const auto &row : axes) {
+        aiScene scene;
+        scene.mMetaData = aiMetadata::Alloc(6);
+        unsigned at = 0;
+        for (const char *name :
+             {"CoordAxis", "CoordAxisSign", "UpAxis", "UpAxisSign", "FrontAxis", "FrontAxisSign"})
+            scene.mMetaData->Set(at, name, row[at]), ++at;
+        const char *const fbx = "Autodesk FBX Importer";
+        const FileAxes got = fileAxes(scene, fbx, uprightTurn(scene, fbx));
+        EXPECT_TRUE(std::equal(got.of.begin(), got.of.end(), row + 6)) << &row - axes;
+    }
+    aiMatrix4x4 sheared;
+    sheared.a2 = 0.5f;
+    EXPECT_EQ(fileAxes({}, "", sheared).of, FileAxes().of);
 }
 
 TEST(ImportTest, TheNodesThatHavePartsAreListed)

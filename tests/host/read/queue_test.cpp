@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The queue and its processes, good ones and bad ones.
-#include <algorithm>
-
 #include <QFileInfo>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
-#include <gtest/gtest.h>
 
 #include "host/read/read_queue.h"
 #include "tests/host/read/support.h"
@@ -36,6 +33,7 @@ struct Log {
         QObject::connect(&q, &ReadQueue::progressed, &q, [this](int, double fraction) {
             rises = rises && fraction >= last;
             last = fraction == 1 ? 0 : fraction;
+            ++told;
         });
     }
     bool waitUntilIdle() const
@@ -48,7 +46,7 @@ struct Log {
     std::vector<Content> contents;
     QStringList reasons;
     quint64 needed = 0;
-    int running = 0, most = 0;
+    int running = 0, most = 0, told = 0;
     bool rises = true;
     double last = 0;
 };
@@ -126,7 +124,7 @@ TEST_F(ReadQueueTest, RunsAsManyAsAllowedReadsBothKindsAndCountsThem)
     EXPECT_EQ(triangles, 20007u);
     EXPECT_EQ(rows, 100000u);
     queue.add(file(7));
-    EXPECT_EQ(queue.total(), 1) << "a new count";
+    EXPECT_EQ(totals.last(), QVariantList({0, 0, 1})) << "a new count";
 }
 
 TEST_F(ReadQueueTest, CancelledFilesStayUnanswered)
@@ -150,6 +148,7 @@ TEST_F(ReadQueueTest, WhatPassesTheMemoryIsRefusedWhileOthersAreHeld)
     const quint64 size = log.contents[0].byteSize();
     EXPECT_EQ(queue.memoryInUse(), size);
     queue.setMemoryLimit(size * 2 - 1);
+    EXPECT_EQ(queue.memoryLimit(), size * 2 - 1);
     queue.add(file(1));
     ASSERT_TRUE(log.waitUntilIdle());
     EXPECT_EQ(log.reasons.size(), 1);
@@ -184,12 +183,13 @@ TEST(ReadQueueChild, ServesUntilItHasServedEnoughOrHasGrownOrCrashesAndIsReplace
         QString script;
         int mostServed;
         quint64 keptBytes;
-        int processes; // that five files take
+        int processes, good; // that five files take; that are read
     } rows[] = {
-        {"exec " + reader, 200, quint64(1) << 40, 1},
-        {"exec " + reader, 2, quint64(1) << 40, 3},
-        {"exec " + reader, 200, 1, 5},
-        {"dd bs=4096 count=1 | " + crashing, 200, quint64(1) << 40, 5},
+        {"exec " + reader, 200, quint64(1) << 40, 1, 4},
+        {"exec " + reader, 2, quint64(1) << 40, 3, 4},
+        {"exec " + reader, 200, 1 << 20, 5, 4},
+        {"dd bs=4096 count=1 | " + crashing, 200, quint64(1) << 40, 5, 4},
+        {"printf %099d; exec sleep 60", 200, quint64(1) << 40, 5, 0},
     };
     for (const auto &c : rows) {
         const ModelFolder folder;
@@ -202,10 +202,10 @@ TEST(ReadQueueChild, ServesUntilItHasServedEnoughOrHasGrownOrCrashesAndIsReplace
         for (int i = 0; i < 5; ++i)
             queue.add(folder.write(QString::number(i) + ".obj", i == 2 ? "x" : objTriangle()));
         ASSERT_TRUE(log.waitUntilIdle());
-        EXPECT_EQ(log.contents.size(), 4u) << log.reasons.join('\n').toStdString();
-        EXPECT_EQ(log.reasons.size(), 1);
+        EXPECT_EQ(int(log.contents.size()), c.good) << log.reasons.join('\n').toStdString();
+        EXPECT_EQ(log.reasons.size(), 5 - c.good);
         EXPECT_EQ(QFileInfo(folder.path("processes")).size(), c.processes);
-        EXPECT_TRUE(log.rises);
+        EXPECT_TRUE(log.rises && (log.told > 0) == (c.good > 0));
     }
 }
 
@@ -221,7 +221,6 @@ TEST(ReadQueueChild, ThatFailsLeavesAReason)
     } rows[] = {
         {"kill -SEGV $$", "a.obj", "x", "the reader crashed (signal 11) on it"},
         {"exec sleep 60", "a.csv", "x", slow},
-        {"printf %099d; exec sleep 60", "a.obj", "x", "the reader's answer is broken"},
         {"exit 3", "a.obj", "x", "the reader stopped without an answer (exit code 3)"},
         {"exit 77", "a.csv", "x", memory},
         {"/none", "a.csv", "x", "the reader /none does not start: "},
@@ -245,8 +244,7 @@ TEST(ReadQueueChild, ThatFailsLeavesAReason)
         const Log log(queue);
         queue.add(folder.write(c.file, c.content));
         ASSERT_TRUE(log.waitUntilIdle());
-        EXPECT_EQ(log.reasons.size(), 1);
-        EXPECT_TRUE(log.reasons.value(0).startsWith(c.reason)) << c.reason;
+        EXPECT_TRUE(log.reasons.join('|').startsWith(c.reason)) << c.reason;
     }
 }
 

@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "host/read/rig.h"
 
-#include <cmath>
-
-#include <gtest/gtest.h>
-
 #include "host/read/import.h"
 #include "tests/host/read/support.h"
 
@@ -93,9 +89,10 @@ QByteArray moving(bool skinned)
     std::vector<float> identities;
     for (int i = 0; i < 32; ++i)
         identities.push_back(i % 16 % 5 == 0);
-    const QString rest = R"("scenes":[{"nodes":[0,1,3]}],"nodes":[{"name":"body","mesh":0%1},
-             {"name":"a","children":[2]},{"name":"b"},{"name":"lone"}],
-           "skins":[{"joints":[1,2],"inverseBindMatrices":5}],
+    const QString rest =
+        R"("scenes":[{"nodes":[0,1,3]}],"nodes":[{"name":"body","scale":[2,3,4],"mesh":0%1},
+             {"name":"a","children":[2]},{"name":"b","scale":[2,3,4]},{"name":"lone"}],
+           "skins":[{"joints":[2,1],"inverseBindMatrices":5}],
            "meshes":[{"primitives":[{"attributes":{"POSITION":0%2}}]}],
            "animations":[{"name":"rise","samplers":[{"input":1,"output":2}],
              "channels":[{"sampler":0,"target":{"node":%3,"path":"translation"}}]},
@@ -106,8 +103,8 @@ QByteArray moving(bool skinned)
                 {{"VEC3", 3, floats({0, 0, 0, 1, 0, 0, 0, 1, 0})},
                  {"SCALAR", 2, floats({0, 2})},
                  {"VEC3", 2, floats({0, 0, 0, 0, 4, 0})},
-                 {"VEC4", 3, floats({1, 0, 0, 0, .5f, .5f, 0, 0, 0, 1, 0, 0})},
-                 {"VEC4", 3, QByteArray("\0\1\0\0\0\1\0\0\0\1\0\0", 12), 5121},
+                 {"VEC4", 3, floats({0, 0, 0, 0, .5f, .5f, 0, 0, 0, 1, 0, 0})},
+                 {"VEC4", 3, QByteArray("\1\0\0\0\1\0\0\0\1\0\0\0", 12), 5121},
                  {"MAT4", 2, floats(identities)}});
 }
 
@@ -123,6 +120,10 @@ TEST(RigTest, FilesTellWhatMoves)
         ASSERT_TRUE(r.clips.size() == 1 && r.clips[0].tracks.size() == 1);
         EXPECT_TRUE(r.clips[0].name == "rise" && r.clips[0].seconds == 2);
         EXPECT_EQ(r.clips[0].tracks[0].places[1].value, QVector3D(0, 4, 0));
+        EXPECT_EQ(r.clips[0].tracks[0].scales[0].value, QVector3D(2, 3, 4)) << "as it stands";
+        Mesh turned = got.mesh;
+        turned.standOn(FileAxes::Z);
+        EXPECT_EQ(turned.rig->nodes[0].local * QVector3D(1, 2, 3), QVector3D(1, 3, -2));
         float moved[3] = {}; // of each vertex, the share that the track's node holds
         for (std::size_t i = 0; i < 12; ++i)
             if (r.bones[r.vertexBones[i]].node == r.clips[0].tracks[0].node)

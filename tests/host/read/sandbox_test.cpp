@@ -8,12 +8,13 @@
 #include <thread>
 #include <vector>
 
-#include <QFile>
+#include <QCoreApplication>
 #include <QSignalSpy>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sched.h>
+#include <seccomp.h>
+#include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/ptrace.h>
 #include <sys/resource.h>
@@ -24,6 +25,7 @@
 #include <unistd.h>
 
 #include "host/read/read_queue.h"
+#include "host/read/reader_process.h"
 #include "tests/host/read/support.h"
 
 namespace host {
@@ -70,6 +72,9 @@ const Attempt attempts[] = {
     {"process", EPERM, [](auto) { return fork(); }}, // two would answer
     {"trace", EPERM, [](auto) { return ptrace(PTRACE_ATTACH, getppid(), nullptr, nullptr); }},
     {"signal", EPERM, [](auto) { return kill(getppid(), 0); }},
+    {"signal to a thread", EPERM,
+     [](auto) { return syscall(SYS_tgkill, getppid(), getppid(), 0); }},
+    {"key press", EPERM, [](auto) { return ioctl(STDIN_FILENO, TIOCSTI, "x"); }},
     {"limits", EPERM, [](auto) { return prlimit(getppid(), RLIMIT_CPU, nullptr, nullptr); }},
     {"shared memory", EPERM, [](auto) { return shmget(IPC_PRIVATE, 4096, 0600); }},
     {"namespace", EPERM, [](auto) { return unshare(CLONE_NEWUSER); }},
@@ -81,7 +86,7 @@ const Attempt attempts[] = {
 
 } // namespace
 
-Imported tryForbidden(const QString &path)
+static Imported tryForbidden(const QString &path)
 {
     const QByteArray model = QFile::encodeName(path);
     QStringList wrong;
@@ -91,6 +96,14 @@ Imported tryForbidden(const QString &path)
             wrong << QString("%1: %2").arg(attempt.name, std::strerror(error));
     }
     return {{}, wrong.isEmpty() ? "as it should be" : wrong.join("; ")};
+}
+
+/// Reads files where the kernel lets nobody be closed in.
+static int runOpen()
+{
+    scmp_filter_ctx filter = seccomp_init(SCMP_ACT_ALLOW);
+    seccomp_rule_add(filter, SCMP_ACT_ERRNO(EACCES), SCMP_SYS(seccomp), 0);
+    return seccomp_load(filter) == 0 ? runReaderProcess() : 1;
 }
 
 namespace {
@@ -124,3 +137,19 @@ TEST(SandboxTest, AListenerIsMissedOnceItsEndIsClosed)
 
 } // namespace
 } // namespace host
+
+/// The test program as the child that a reader starts.
+int runAsChild(int argc, char **argv);
+int runAsChild(int argc, char **argv)
+{
+    if (argc < 2 || qstrncmp(argv[1], "--gtest", 7) == 0)
+        return -1;
+    const QCoreApplication app(argc, argv);
+    const QString asked = argv[1];
+    if (asked == "--forbidden")
+        return host::runReaderProcess(
+            [](const QString &path, const auto &, auto) { return host::tryForbidden(path); });
+    return asked == "--reader" ? host::runReaderProcess()
+           : asked == "--open" ? host::runOpen()
+                               : -1;
+}

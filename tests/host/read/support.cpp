@@ -1,14 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tests/host/read/support.h"
 
-#include <algorithm>
-#include <cmath>
 #include <utility>
 
-#include <gtest/gtest.h>
-
 #include <QColor>
-#include <QFile>
 #include <QFileInfo>
 
 namespace host {

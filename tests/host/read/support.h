@@ -2,13 +2,17 @@
 #ifndef TESTS_HOST_READ_SUPPORT_H
 #define TESTS_HOST_READ_SUPPORT_H
 
+#include <algorithm>
+#include <cmath>
 #include <string>
 #include <vector>
 
 #include <QByteArray>
 #include <QDir>
+#include <QFile>
 #include <QString>
 #include <QTemporaryDir>
+#include <gtest/gtest.h>
 
 #include "host/read/import.h"
 
@@ -43,9 +47,6 @@ QByteArray gltf(const QString &rest, const std::vector<GltfArray> &arrays);
 /// A PLY file. @p elements tells of what, as "vertex 2, float x, float y; face 0, list uchar int
 /// i".
 QByteArray ply(const QByteArray &format, QByteArray elements, const QByteArray &data);
-
-/// What a test has in place of a parser: tries what none may do, and fails with what came of it.
-Imported tryForbidden(const QString &path);
 
 /// Fails the running test where @p mesh breaks a promise of Mesh.
 void expectPromises(const Mesh &mesh);

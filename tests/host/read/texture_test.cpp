@@ -5,8 +5,9 @@
 
 #include <QBuffer>
 #include <QImage>
-#include <gtest/gtest.h>
 
+#include "host/read/companion_files.h"
+#include "host/read/scene.h"
 #include "tests/host/read/support.h"
 
 namespace host {
@@ -43,6 +44,7 @@ QByteArray tga(int side, int rows)
            QByteArray("\xff\x80\0\0\0\0", 6);
 }
 
+#define UNREAD "#ff808080 texture not read: "
 constexpr std::size_t shapeEnd = 30; // in what summaryOf() tells
 
 /// A square whose corners share places, but not all of their coordinates, covered by @p map, which
@@ -77,22 +79,17 @@ TEST(TextureTest, ArrivesOrLeavesTheColourAndALine)
         {"pale.png\nmap_d pale.png", {}, "#ffffffff 2x2 #800000ff B"},
         {"unseen.png", file(plain(2, 2, 0), "png"), "#ffffffff 2x2 #00000000 I"},
         {"none.png", {}, "#ff808080 texture not found: none.png"},
+        {"none.png\nKd 0 0 0", {}, "#ffcccccc texture not found: none.png"},
         {"../a.png", {}, "#ffffffff 2x2 #ff0000ff I"}, // it is here as well
-        {"empty.png", "", "#ff808080 texture not read: empty.png: it is empty"},
-        {"cut.png", png().left(60),
-         "#ff808080 texture not read: cut.png: it is broken or cut short"},
-        {"cut.jpg", file(grey, "jpeg").chopped(4),
-         "#ff808080 texture not read: cut.jpg: it is broken or cut short"},
-        {"cut.bmp", file(line, "bmp").left(60),
-         "#ff808080 texture not read: cut.bmp: it is broken or cut short"},
-        {"head.png", png().left(9),
-         "#ff808080 texture not read: head.png: it is broken or cut short"},
+        {"empty.png", "", UNREAD "empty.png: it is empty"},
+        {"cut.png", png().left(60), UNREAD "cut.png: it is broken or cut short"},
+        {"cut.jpg", file(grey, "jpeg").chopped(4), UNREAD "cut.jpg: it is broken or cut short"},
+        {"cut.bmp", file(line, "bmp").left(60), UNREAD "cut.bmp: it is broken or cut short"},
+        {"head.png", png().left(9), UNREAD "head.png: it is broken or cut short"},
         {"drawing.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='4' height='4'/>",
-         "#ff808080 texture not read: drawing.svg: no picture of a known format"},
-        {"large.tga", tga(60000, 60000),
-         "#ff808080 texture not read: large.tga: too large: 60000 × 60000"},
-        {"thin.tga", tga(10000, 10000),
-         "#ff808080 texture not read: thin.tga: it is broken or cut short"},
+         UNREAD "drawing.svg: no picture of a known format"},
+        {"large.tga", tga(60000, 60000), UNREAD "large.tga: too large: 60000 × 60000"},
+        {"thin.tga", tga(10000, 10000), UNREAD "thin.tga: it is broken or cut short"},
     };
     const ModelFolder folder;
     folder.write("model/deep/in.png", tga(1, 2));
@@ -163,6 +160,44 @@ QByteArray covered(const QByteArray &use, const QByteArray &material, const QByt
                 {{"VEC3", 3, floats({0, 0, 0, 1, 0, 0, 0, 1, 0})},
                  {"VEC2", 3, floats({0, 0, 1, 0, 0.25f, 0.5f})},
                  {"VEC2", 3, floats({0, 0, 2, 0, 0.5f, 1})}});
+}
+
+/// Sets what no file in words can say.
+template <class T> void setKey(aiMaterial &of, T value, const char *key, unsigned type = 0)
+{
+    of.AddProperty(&value, 1, key, type, 0);
+}
+
+// A picture of raw pixels that stands in the model; coordinates are scaled, turned by a quarter
+// about the picture's middle, and moved.
+TEST(TextureTest, RawPixelsOfAModelAndTransformsOfCoordinates)
+{
+    aiScene scene;
+    auto *mesh = new aiMesh;
+    scene.mMeshes = new aiMesh *[scene.mNumMeshes = 1] { mesh };
+    mesh->mFaces = new aiFace[mesh->mNumFaces = mesh->mNumVertices = 1];
+    for (const unsigned k : {0, 1, 2})
+        mesh->mTextureCoords[k] = new aiVector3D[1]{{0.25f, 0.5f * float(k), 0}};
+    scene.mMaterials = new aiMaterial *[scene.mNumMaterials = 1] { new aiMaterial };
+    aiMaterial &material = *scene.mMaterials[0];
+    aiUVTransform moved;
+    moved.mScaling = {2, 3}, moved.mTranslation = {0.1f, 0.2f}, moved.mRotation = float(M_PI / 2);
+    const aiString first("*0");
+    material.AddProperty(&first, "$tex.file", aiTextureType_DIFFUSE, 0);
+    setKey(material, 1, "$tex.uvwsrc", aiTextureType_DIFFUSE);
+    setKey(material, moved, "$tex.uvtrafo", aiTextureType_DIFFUSE);
+    setKey(material, aiColor4D(0.5f, 0.5f, 0.5f, 1), "$clr.diffuse");
+    setKey(material, aiColor4D(1, 0, 0, 1), "$clr.base");
+    auto *picture = new aiTexture;
+    scene.mTextures = new aiTexture *[scene.mNumTextures = 1] { picture };
+    picture->mWidth = 2, picture->mHeight = 1;
+    CompanionFiles files("/none/a.x", Companions::InFolder);
+    picture->pcData = new aiTexel[2]{{1, 2, 3, 4}, {5, 6, 7, 8}};
+    const SceneTextures got = readTextures(scene, "", files, {});
+    EXPECT_EQ(got.textures.at(0)->pixels, (std::vector<quint8>{3, 2, 1, 4, 7, 6, 5, 8}));
+    const aiVector3D at = mesh->mTextureCoords[0][0] - aiVector3D(-0.4f, 0.7f, 0);
+    EXPECT_TRUE(at.Length() < 1e-5f && !mesh->mTextureCoords[1] && got.covers[0].texture == 0);
+    EXPECT_EQ(materialColour(material)[1], 1) << "a grey beside a picture was never seen";
 }
 
 TEST(TextureTest, MaterialsOfGltfSayHowTheyLie)
