@@ -273,11 +273,9 @@ void MeshBuffers::drawPart(const Mesh &mesh, std::size_t index, const Display &d
     setColour(part, display, isMarked);
     const bool covered = part.cover.texture >= 0 && display.mode != Display::Mode::Wireframe;
     textures_.cover(covered ? part.cover : Cover(), isMarked);
-    if (covered)
-        glEnableClientState(GL_TEXTURE_COORD_ARRAY);
+    // Not all vertices have coordinates.
+    (covered ? glEnableClientState : glDisableClientState)(GL_TEXTURE_COORD_ARRAY);
     drawTriangles(mesh, index);
-    if (covered)
-        glDisableClientState(GL_TEXTURE_COORD_ARRAY); // not all vertices have coordinates
 }
 
 void MeshBuffers::drawTriangles(const Mesh &mesh, std::size_t index) const

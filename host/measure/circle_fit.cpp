@@ -43,7 +43,8 @@ Vec algebraic(const Flat &at)
 }
 
 /// Lets the sum of (|p - centre| - radius)² become least by steps of Gauss and Newton (W. Gander,
-/// G. H. Golub, R. Strebel, "Least-squares fitting of circles and ellipses", BIT 34, 1994).
+/// G. H. Golub, R. Strebel, "Least-squares fitting of circles and ellipses", BIT 34, 1994). Not
+/// finite if a point is the centre.
 Vec refined(const Flat &at, Vec circle)
 {
     for (int step = 0; step < 20; ++step) {
@@ -51,8 +52,6 @@ Vec refined(const Flat &at, Vec circle)
         for (const Eigen::Vector2d &p : at) {
             const Eigen::Vector2d off = p - circle.head<2>();
             const double length = off.norm();
-            if (!(length > 0))
-                return circle;
             equations.add({off.x() / length, off.y() / length, 1}, length - circle[2]);
         }
         const Vec change = equations.solution();

@@ -23,7 +23,7 @@ QRectF freePlace(const QRectF &first, const QPointF &anchor, const QRectF &bound
                  const std::vector<QRectF> &taken)
 {
     const double width = first.width() + gap, height = first.height() + gap;
-    const int columns = int(bounds.width() / width) + 1, rows = int(bounds.height() / height) + 1;
+    const int columns = int(bounds.width() / width), rows = int(bounds.height() / height);
     QRectF best = first;
     double least = std::numeric_limits<double>::infinity();
     for (int i = -columns; i <= columns; ++i)

@@ -70,7 +70,7 @@ quint32 Refining::middle(quint32 a, quint32 b)
 
 void Refining::split(const quint32 *corners, std::vector<quint32> &out)
 {
-    quint32 at[3], between[3];
+    quint32 at[3], between[3] = {};
     int count = 0, first = 0;
     bool tooLong[3];
     for (int k = 0; k < 3; ++k) {
@@ -80,10 +80,8 @@ void Refining::split(const quint32 *corners, std::vector<quint32> &out)
     // Turned so that the first edge is long, or with two of them the last is not.
     while (count > 0 && count < 3 && !(tooLong[first] && !tooLong[(first + 2) % 3]))
         ++first;
-    for (int k = 0; k < 3; ++k) {
+    for (int k = 0; k < 3; ++k)
         at[k] = corners[(first + k) % 3];
-        between[k] = 0;
-    }
     for (int k = 0; k < count; ++k)
         between[k] = middle(at[k], at[(k + 1) % 3]);
     const auto add = [&out](quint32 a, quint32 b, quint32 c) { out.insert(out.end(), {a, b, c}); };

@@ -53,15 +53,16 @@ public:
         offer(Snap::Kind::Edge, corner, between(a, seenA, b, seenB, share));
     }
 
-    const std::optional<Snap> &best() const { return best_; }
+    std::optional<Snap> best() const { return found_ ? std::optional(best_) : std::nullopt; }
 
 private:
     void offer(Snap::Kind kind, quint32 corner, const Vec &at)
     {
         const double away = QLineF(sight_(at).pixel, pointer_).length();
-        if (away <= (best_ ? least_ : reach_) && !(best_ && away == least_) && visible_(at)) {
+        if ((found_ ? away < least_ : away <= reach_) && visible_(at)) {
+            found_ = true;
             least_ = away;
-            best_ = Snap{kind, corner, at};
+            best_ = {kind, corner, at};
         }
     }
 
@@ -70,8 +71,9 @@ private:
     double reach_;
     const Sight &sight_;
     const std::function<bool(const Vec &)> &visible_;
-    double least_ = 0;
-    std::optional<Snap> best_;
+    bool found_ = false;
+    double least_ = 0; // once there is one
+    Snap best_;
 };
 
 } // namespace
@@ -84,14 +86,14 @@ std::optional<Snap> snapTo(const SnapWish &wish, const std::vector<quint32> &met
     for (quint32 triangle : met)
         for (quint32 k = 0; wish.to == SnapTo::All && k < 3; ++k)
             vertices.tryVertex(triangle * 3 + k);
-    if (vertices.best())
-        return vertices.best();
+    if (const auto best = vertices.best())
+        return best;
     for (quint32 triangle : met)
         for (quint32 k = 0; wish.to != SnapTo::Faces && k < 3; ++k)
             if (!wish.topology || wish.topology->bend(triangle * 3 + k) > flat)
                 edges.tryEdge(triangle * 3 + k);
-    if (edges.best())
-        return edges.best();
+    if (const auto best = edges.best())
+        return best;
     if (!under)
         return {};
     return Snap{Snap::Kind::Face, under->triangle * 3, under->at};

@@ -32,14 +32,22 @@ protected:
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
         window.makeCurrent();
         glGetError(); // a frame of the window leaves one, and Qt takes it up only in the first ones
+        const quint32 black = 0xFF000000;
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 1, 1, 0, GL_RGBA, GL_UNSIGNED_BYTE, &black);
         display.lighting = false;
     }
     ~Drawing() override
     {
         buffers.destroy();
+        int depths[2];
+        glGetIntegerv(GL_ATTRIB_STACK_DEPTH, depths);
+        glGetIntegerv(GL_CLIENT_ATTRIB_STACK_DEPTH, depths + 1);
+        EXPECT_EQ(depths[0] + depths[1], 0) << "state is left over";
         EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
     }
 
+    /// Leaves a state in which nothing is seen: who draws sets what it needs.
     void begin(const QMatrix4x4 &projection = {}, const QMatrix4x4 &view = {}) const
     {
         glViewport(0, 0, side, side);
@@ -50,6 +58,14 @@ protected:
         glLoadMatrixf(projection.constData());
         glMatrixMode(GL_MODELVIEW);
         glLoadMatrixf(view.constData());
+        for (const GLenum on : {GL_CULL_FACE, GL_BLEND, GL_LIGHTING, GL_TEXTURE_2D})
+            glEnable(on);
+        glCullFace(GL_FRONT_AND_BACK);
+        glBlendFunc(GL_ZERO, GL_ONE);
+        glDisable(GL_DEPTH_TEST);
+        glDepthFunc(GL_NEVER);
+        glDepthMask(GL_FALSE);
+        glLineWidth(3);
     }
     /// A pixel from the lower left.
     static QColor pixel(int x, int y)
@@ -68,7 +84,7 @@ protected:
             const int y = at.section(QRegExp("[,~]"), 1).toInt(), around = at.contains('~');
             const QColor want = names.count(name) ? names.at(name) : QColor(name);
             bool shows = false;
-            for (int i = 0; i < 9; ++i) {
+            for (int i = around ? 0 : 4; i < (around ? 9 : 5); ++i) {
                 const QColor is = pixel(x + (i % 3 - 1) * around, y + (i / 3 - 1) * around);
                 const int r = is.red() - want.red(), g = is.green() - want.green();
                 shows = shows || std::hypot(r, g, is.blue() - want.blue()) < 5;

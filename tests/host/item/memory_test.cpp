@@ -6,7 +6,6 @@
 #include <malloc.h>
 
 #include "host/item/model_item.h"
-#include "host/item/series_item.h"
 #include "tests/host/shapes.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -37,32 +36,17 @@ template <class Make> void expectHonest(const char *name, const Make &make)
 
 TEST(MemoryTest, WhatItemsSayIsWithinATenthOfWhatTheyHold)
 {
-    Mesh cloud;
-    for (int i = 0; i < 60000; ++i)
-        cloud.positions.insert(cloud.positions.end(), {float(i % 97), float(i % 89), float(i)});
-    cloud.parts.resize(1);
-    cloud.parts[0].kind = MeshPart::Kind::Points;
-    cloud.parts[0].vertexCount = 60000;
-    cloud.findBounds();
-    for (const Mesh &mesh : {revolve(arc({5, 0}, 1, -90, 90, 100), 100, 100).mesh, cloud})
-        expectHonest(mesh.positions.size() == 180000 ? "points" : "triangles", [&] {
-            return std::make_unique<ModelItem>("a", std::make_shared<Mesh>(mesh));
-        });
-    expectHonest("posed", [] {
+    const Mesh ring = revolve(arc({5, 0}, 1, -90, 90, 100), 100, 100).mesh;
+    expectHonest("triangles",
+                 [&] { return std::make_unique<ModelItem>("a", std::make_shared<Mesh>(ring)); });
+    expectHonest("posed", [&] {
+        Mesh mesh = ring;
         const Texture texture{1000, 1000, std::vector<quint8>(4000000)};
-        Mesh ring = revolve(arc({5, 0}, 1, -90, 90, 100), 100, 100).mesh;
-        ring.textures = {std::make_shared<Texture>(texture)};
-        auto item = std::make_unique<ModelItem>("a", flattening(ring));
+        mesh.textures = {std::make_shared<Texture>(texture)};
+        auto item = std::make_unique<ModelItem>("a", flattening(mesh));
         item->playback()->setTime(1);
         EXPECT_TRUE(item->play(0) && item->play(0));
         return item;
-    });
-    expectHonest("table", [] {
-        auto table = std::make_shared<Table>();
-        table->x.resize(50000);
-        for (const char *name : {"p", "q", "r"})
-            table->columns.emplace_back(name, std::vector<double>(50000, 1.5));
-        return std::make_unique<SeriesItem>(table);
     });
 }
 

@@ -5,6 +5,7 @@
 #include <QThreadPool>
 
 #include "drawing.h"
+#include "host/item/part_brackets.h"
 #include "tests/host/shapes.h"
 
 namespace host {
@@ -82,6 +83,7 @@ TEST_P(MeshDrawing, ShowsWhatShinesThroughOrLines)
     EdgeLines edges;
     edges.request(mesh);
     QThreadPool::globalInstance()->waitForDone();
+    const quint64 found = edges.byteSize();
     buffers.create(*mesh, {}, 2);
     display.mode = row.mode;
     for (const bool parallel : {false, true}) { // from 3 in front of the origin or behind it
@@ -89,13 +91,15 @@ TEST_P(MeshDrawing, ShowsWhatShinesThroughOrLines)
         parallel ? projection.ortho(-3, 3, -3, 3, 1, 9) : projection.frustum(-1, 1, -1, 1, 1, 9);
         view.translate(0, 0, -3);
         view.rotate(row.fromBehind ? 180 : 0, 0, 1, 0);
-        begin(projection, view);
-        const GLboolean culled = glIsEnabled(GL_CULL_FACE);
-        buffers.draw(*mesh, display, marks, &edges);
-        EXPECT_EQ(glIsEnabled(GL_CULL_FACE), culled);
+        for (int again = 0; again < 2; ++again) {
+            begin(projection, view);
+            buffers.draw(*mesh, display, marks, &edges);
+        }
+        EXPECT_EQ(edges.byteSize() > found, row.mode == Mode::Edged);
         expect(QString(row.seen).section("; ", 0, parallel ? 0 : -1));
     }
     edges.destroy();
+    EXPECT_EQ(edges.byteSize(), found);
 }
 
 using Kind = MeshPart::Kind;
@@ -162,14 +166,31 @@ TEST_P(ThinDrawing, ShowsLinesAndPoints)
     QMatrix4x4 projection;
     projection.ortho(-30, 30, -30, 30, -20, 20);
     begin(projection);
-    glEnable(GL_LIGHTING);
     buffers.drawThin(scan.mesh, scan.display, scan.marks, {0, 0, scan.most});
-    EXPECT_TRUE(glIsEnabled(GL_LIGHTING) && !glIsEnabled(GL_FOG));
     buffers.draw(scan.mesh, scan.display, scan.marks);
     expect(GetParam().seen);
     begin(projection);
     buffers.drawShapes(scan.mesh, [](auto i) { return glColor3d(1, i > 0, i == 2), true; });
     expect("34,42 yellow; 34,45 red; 18,18 yellow");
+}
+
+TEST_F(Drawing, BracketsStandAtTheCornersOfAPart)
+{
+    names["mark"] = mixed(display.theme().accent, .994, Qt::blue); // of lines that lie on others
+    names["faint"] = mixed(display.theme().accent, .4375, Qt::blue);
+    Scan scan;
+    PartBrackets brackets;
+    QMatrix4x4 projection;
+    projection.ortho(-60, 60, -60, 60, -20, 20);
+    for (const double depth : {0., 1.}) { // first something is in front of them
+        glClearDepth(depth);
+        begin(projection);
+        for (const std::size_t part : {0, 1, 4})
+            brackets.draw(scan.mesh, part, {30, 30, 0}, 2, display);
+        expect(depth < 1 ? "24~38 faint; 36~46 faint; 30~38 !faint"
+                         : "24~38 mark; 30~38 !mark; 36~38 mark; 36~46 mark; 30~46 !mark; "
+                           "24~42 mark; 28~42 !mark; 36~42 mark; 18~20 mark; 18~23 !mark");
+    }
 }
 
 using C = Cover;
@@ -244,7 +265,7 @@ TEST_P(CoverOf, IsSeen)
         glClearColor(0, 0, 0, 1);
         glClear(GL_COLOR_BUFFER_BIT);
         buffers.draw(mesh, display, marks);
-        EXPECT_FALSE(glIsEnabled(GL_TEXTURE_2D) || glIsEnabled(GL_ALPHA_TEST));
+        EXPECT_FALSE(glIsEnabled(GL_ALPHA_TEST));
         buffers.destroy();
         EXPECT_EQ(buffers.byteSize(), 0u);
         for (int i = 0; i < 4; ++i)

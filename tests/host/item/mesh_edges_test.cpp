@@ -37,11 +37,9 @@ struct EdgesCase {
 
 const EdgesCase edgesCases[] = {
     {"Flat", square, "012023", "01 03 12 23"},
-    {"FlatTheOtherWayRound", square, "012032", "01 03 12 23"},
     {"HardlyFolded", folded(29.9), "012031", "02 03 12 13"},
     {"Folded", folded(30.1), "012031", "01 02 03 12 13"},
     {"FoldedTheOtherWayRound", folded(30.1), "012013", "01 02 03 12 13"},
-    {"FoldedDown", folded(-40), "012031", "01 02 03 12 13"},
     {"FoldedBack", folded(175), "012031", "01 02 03 12 13"},
     {"Small", folded(40, 1e-4f), "012031", "01 02 03 12 13"},
     {"VerticesApart", doubled, "012345", "01 05 12 25"},
@@ -95,7 +93,6 @@ TEST(Background, EndsWithWhatItMadeOrWithoutMemory)
     Background<int> work;
     EXPECT_FALSE(work.isStarted() || work.isBusy() || work.lackedMemory() || work.get());
     work.start([](const std::atomic<bool> &) -> int { throw std::bad_alloc(); });
-    EXPECT_TRUE(work.isStarted());
     QThreadPool::globalInstance()->waitForDone();
     EXPECT_TRUE(work.lackedMemory() && !work.get() && !work.isBusy());
     std::atomic<bool> saw{false}, goesOn{false};

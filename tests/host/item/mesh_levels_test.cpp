@@ -17,10 +17,9 @@ struct LevelsCase {
 };
 
 const LevelsCase levelsCases[] = {
-    {"Small", 220, false, false, 0, true},           {"Shared", 230, false, false, 6, true},
-    {"Facets", 230, true, false, 6, true},           {"InPieces", 400, true, false, 9, true},
-    {"Coloured", 230, false, true, 6, true},         {"ColouredFacets", 230, true, true, 6, false},
-    {"ColouredInPieces", 400, true, true, 9, false},
+    {"Small", 220, false, false, 0, true},   {"Shared", 226, false, false, 6, true},
+    {"Facets", 226, true, false, 6, true},   {"InPieces", 400, true, false, 9, true},
+    {"Coloured", 226, false, true, 6, true}, {"ColouredFacets", 226, true, true, 6, false},
 };
 
 TABLE(MeshLevelsOf, testing::Test, LevelsCase, levelsCases);
@@ -37,7 +36,7 @@ TEST_P(MeshLevelsOf, HaveTheSameShapeOfFewerTriangles)
     const std::size_t expected = MeshLevels::expectedBytes(mesh);
     EXPECT_NEAR(double(expected), double(made.byteSize()), 0.2 * double(expected));
     const double share = double(row.cells / 4) / row.cells; // of the first part
-    const bool hasRough = mesh.triangleCount() >= roughFrom;
+    const bool hasRough = row.levels == 9;                  // it is the same for all
     double whole = double(mesh.triangleCount());
     for (std::size_t i = 0; i < made.count() + hasRough; ++i) {
         const bool isRough = i == made.count(), keepsShape = row.keepsShape && !isRough;
@@ -48,53 +47,40 @@ TEST_P(MeshLevelsOf, HaveTheSameShapeOfFewerTriangles)
         ASSERT_EQ(level.ends.size(), 3u);
         EXPECT_EQ(level.ends[2], level.indices.size());
         EXPECT_EQ(level.ends[2] - level.ends[1], 3u) << "a small part is whole";
-        if (i % 3 != 1 && !isRough)
-            continue; // they are made the same way, and looking at all takes long
-        Mesh reduced = mesh, lit = mesh;
-        reduced.indices = lit.indices = level.indices;
-        lit.positions = mesh.normals;
-        quint32 at = 0; // triangle
+        if (i % 4 != 2 && !isRough)
+            continue;   // they are made the same way, and looking at all takes long
+        quint32 at = 0; // index
         for (const std::size_t part : {0, 1}) {
-            double area = 0, bent = 0, off = 0, least = 1;
-            int strayed = 0;
-            for (; at * 3 < level.ends[part]; ++at) {
-                Vec middle(0, 0, 0);
-                const Vec across = normalOf(reduced, at);
-                double bend = across.norm();
-                for (quint32 k = 0; k < 3; ++k) {
-                    middle += cornerOf(reduced, at, k) / 3;
-                    bend = std::min(bend, across.dot(cornerOf(lit, at, k)));
+            double area = 0, bent = 0, off = 0, least = 1; // bent: lit as beyond the ridge
+            for (; at < level.ends[part]; at += 3) {
+                const quint32 *c = &level.indices[at];
+                const QVector3D p = mesh.position(c[0]), q = mesh.position(c[1]);
+                const QVector3D middle = (p + q + mesh.position(c[2])) / 3;
+                const QVector3D across = QVector3D::crossProduct(q - p, mesh.position(c[2]) - p);
+                float lit = across.length();
+                for (int k = 0; k < 3; ++k) {
+                    const float *n = &mesh.normals[c[k] * 3];
+                    lit = std::min(lit, QVector3D::dotProduct(across, {n[0], n[1], n[2]}));
                 }
-                area += across[2] / 2;
-                least = std::min(least, across[2]);
-                bent +=
-                    bend < 0.999 * across.norm() ? across.norm() / 2 : 0; // lit as beyond the ridge
-                off = std::max(off, std::abs(middle[2] - 0.2 + 0.4 * std::abs(middle[0] - 0.5)));
-                strayed += (middle[0] < share + (part == 0 ? 1e-6 : -1e-6)) != (part == 0);
+                bent += lit < 0.999f * across.length() ? double(across.length()) / 2 : 0;
+                area += double(across.z()) / 2;
+                least = std::min(least, double(across.z()));
+                off = std::max(off, std::abs(double(middle.z()) - 0.2 +
+                                             0.4 * std::abs(double(middle.x()) - 0.5)));
             }
-            EXPECT_EQ(strayed, 0);
             EXPECT_GE(least, -1e-9) << "turned over";
             if (keepsShape) {
                 const double over = area - (part == 0 ? share : 1 - share);
                 EXPECT_GT(over, -1e-4) << "a gap";
                 EXPECT_LT(over, 0.05) << "folds";
                 EXPECT_LT(off, 1e-5);
+                EXPECT_TRUE(bent < 1e-4 || !row.facets) << bent;
             }
-            EXPECT_LT(bent, keepsShape && row.facets ? 1e-4 : 1);
         }
     }
     MeshLevels cancelled(mesh);
     cancelled.make(mesh, std::atomic<bool>(true));
     EXPECT_EQ(cancelled.count() + roughLevelOf(mesh, std::atomic<bool>(true)).ends.size(), 0u);
-}
-
-TEST(MeshLevelsOf, AreCloseToEachOtherWhereTheyAreDrawn)
-{
-    Mesh mesh;
-    mesh.indices.resize(3 * 4'000'000);
-    mesh.parts.resize(2);
-    const double close = 500'000 / (1 - M_SQRT1_2); // and so on, but for 12,000 and less
-    EXPECT_NEAR(double(MeshLevels::expectedBytes(mesh)), 12 * (3e6 + close - 38'000), 12'000);
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 
 #include <QThreadPool>
 
@@ -12,6 +13,9 @@
 #include "host/item/detail_budget.h"
 #include "host/item/mesh_points.h"
 #include "host/item/rig_pose.h"
+#include "host/item/series_item.h"
+#include "host/item/transparent_parts.h"
+#include "tests/host/shapes.h"
 #include "tests/support/table.h"
 
 namespace host {
@@ -55,6 +59,12 @@ TEST_P(ModelAxes, AreTheFilesOwn)
     EXPECT_EQ(item.mesh().max - item.mesh().min, row.world);
     EXPECT_EQ(item.centre(), (item.mesh().max + item.mesh().min) / 2);
     EXPECT_FLOAT_EQ(item.scale(), CameraMotion::worldRadius / std::sqrt(3.5f));
+    const Mesh &m = item.mesh();
+    const QVector3D p = m.position(0), q = m.position(1), r = m.position(2);
+    const QVector3D middle = ((p + q + r) / 3 - item.centre()) * item.scale();
+    QThreadPool::globalInstance()->waitForDone();
+    const auto hit = item.hit({middle + QVector3D::normal(p, q, r), -QVector3D::normal(p, q, r)});
+    EXPECT_NEAR(hit ? hit->distance * double(item.scale()) : 0, 1, 1e-5);
     for (const auto axis : {FileAxes::X, FileAxes::Y, FileAxes::Z}) { // as people know the file
         item.setSection({{item.planeOf({axis, true, false, 510.5})}});
         EXPECT_EQ(item.section()->planes[0].place() + item.sectionFrames()[0].origin, 510.5);
@@ -68,97 +78,140 @@ TEST_P(ModelAxes, AreTheFilesOwn)
 TEST(ModelItem, TellsOfLinesAndPoints)
 {
     auto mesh = std::make_shared<Mesh>();
-    mesh->positions.assign(3 * 1200002, 0);
+    mesh->positions.assign(3 * 1202, 0);
     mesh->positions[0] = 2;
     mesh->indices = {0, 1};
     mesh->parts = {{"l", {}, {}, 0, 2, MeshPart::Kind::Lines},
-                   {"p", {}, {}, 2, 0, MeshPart::Kind::Points, 2, 1200000}};
+                   {"p", {}, {}, 2, 0, MeshPart::Kind::Points, 2, 1200}};
     mesh->findBounds();
     ModelItem item("a", mesh);
-    EXPECT_EQ(item.details().toStdString(), "1 line  ·  1,200,000 points  ·  2 × 0 × 0  ·  Y up");
-    EXPECT_EQ(item.count(), 1200001u);
+    EXPECT_EQ(item.details().toStdString(), "1 line  ·  1,200 points  ·  2 × 0 × 0  ·  Y up");
+    EXPECT_EQ(item.count(), 1201u);
     QThreadPool::globalInstance()->waitForDone();
     EXPECT_TRUE(item.hasPoints() && !item.isBusy());
 }
 
-using M = PartMarks;
-
-struct MarksCase {
-    const char *name;
-    void (*step)(M &);
-    const char *after; // of four parts, of which the second is selected and the last one hidden
-};
-
-const std::vector<bool> ends{true, false, false, true};
-
-const MarksCase marksCases[] = {
-    {"HiddenIsNotSelected", [](M &m) { m.select(ends); }, "s..h"},
-    {"NorOneByOne", [](M &m) { m.setSelected(3, true); }, ".s.h"},
-    {"AddedAndTaken", [](M &m) { m.setSelected(0, true), m.setSelected(1, false); }, "s..h"},
-    {"TwiceIsOnce", [](M &m) { m.setSelected(1, true), m.setHidden(3, true); }, ".s.h"},
-    {"Cleared", [](M &m) { m.clearSelection(); }, "...h"},
-    {"HidingTakesTheSelection", [](M &m) { m.hideSelected(); }, ".h.h"},
-    {"HidingOne", [](M &m) { m.setHidden(0, true); }, "hs.h"},
-    {"ShowingOne", [](M &m) { m.setHidden(3, false); }, ".s.."},
-    {"ShowOnly", [](M &m) { m.showOnlySelected(); }, "hshh"},
-    {"ShowOnlyNothing", [](M &m) { m.clearSelection(), m.showOnlySelected(); }, "...h"},
-    {"ShowAll", [](M &m) { m.showAll(); }, ".s.."},
-    {"BeyondTheCount", [](M &m) { m.setHidden(4, true), m.setSelected(4, true); }, ".s.h"},
-};
-
-TABLE(PartMarksStep, testing::Test, MarksCase, marksCases);
-
-TEST_P(PartMarksStep, LeavesTheseMarks)
+TEST(ModelItem, IsTakenUpAsAnotherOneWasLeft)
 {
-    PartMarks marks(4);
-    marks.setSelected(1, true);
-    marks.setHidden(3, true);
-    GetParam().step(marks);
-    std::string after;
-    for (std::size_t i = 0; i < marks.count(); ++i)
-        after += marks.isHidden(i) ? 'h' : marks.isSelected(i) ? 's' : '.';
-    EXPECT_EQ(after, GetParam().after);
-    EXPECT_EQ(marks.selectedCount(), std::size_t(std::count(after.begin(), after.end(), 's')));
-    EXPECT_EQ(marks.hiddenCount(), std::size_t(std::count(after.begin(), after.end(), 'h')));
-    EXPECT_FALSE(marks.isHidden(4) || marks.isSelected(4));
+    Mesh mesh = box({0, 0, 0}, {1, 2, 4}).split(4).mesh, other = box({4, 0, 0}, {5, 2, 4}).mesh;
+    mesh.findBounds(), other.findBounds();
+    const auto shared = std::make_shared<Mesh>(mesh);
+    ModelItem a("a", shared), b("b", shared), both("c", shared, std::make_shared<Mesh>(other));
+    GLWidget glw(nullptr, "glw");
+    const auto cut = [&a](CutPlane plane) { a.setSection({{plane}}); };
+    const std::function<void()> steps[] = {[] {},
+                                           [&] { a.standOn(&glw, FileAxes::Z); },
+                                           [&] {
+                                               cut({{0, 0, 1}, 2});
+                                           },
+                                           [&] {
+                                               cut({{0, 0, 1}, 1});
+                                           },
+                                           [&] {
+                                               cut({{0, 1, 0}, 1});
+                                           },
+                                           [&] { a.marks().setHidden(1, true); },
+                                           [&] { a.marks().setSelected(0, true); }};
+    std::set<QByteArray> looks; // each another one
+    for (const auto &step : steps) {
+        step();
+        QThreadPool::globalInstance()->waitForDone();
+        looks.insert(a.look(&glw));
+    }
+    EXPECT_EQ(looks.size(), std::size(steps));
+    b.restore(&glw, a.state(&glw));
+    EXPECT_EQ(b.details(), "12 triangles  ·  1 × 2 × 4  ·  Z up  ·  1 part hidden");
+    EXPECT_EQ(b.underPointer(), "1 of 2 parts selected");
+    EXPECT_TRUE(b.section()->planes == a.section()->planes && b.chosenUp() == FileAxes::Z);
+    both.standOn(&glw, FileAxes::Z); // both are a box of 5 by 2 by 4
+    EXPECT_FLOAT_EQ(both.scale(), CameraMotion::worldRadius / std::sqrt(11.25f));
+    EXPECT_EQ(both.centre(), both.mesh().axes.fromFile({2.5f, 1, 2}));
 }
 
-struct BudgetRow {
-    bool moved;
-    double seconds, took;
-    std::size_t drawn, most; // by the last frame, and then
-};
+TEST(SeriesItem, NeedsNothingOfWhatModelsDo)
+{
+    auto table = std::make_shared<Table>();
+    table->x = {1, 2, 3};
+    table->columns = {{"p", {4, 5, 6}}};
+    SeriesItem item(table);
+    GLWidget glw(nullptr, "glw");
+    EXPECT_TRUE(item.count() == 3 && item.isWhole() && item.paintsTitle());
+    EXPECT_FALSE(item.passed({}) || item.isReduced() || item.isBusy() || item.play(1) ||
+                 item.hasPoints() || item.isSpatial() || item.pick3D(&glw, {}) || item.model() ||
+                 item.playback() || item.section() || item.axes() || item.chosenUp());
+    EXPECT_EQ(item.unitsPerPixel(&glw), 0);
+}
+
+TEST(TransparentPartsTest, TheFarthestComesFirst)
+{
+    Shape s;
+    // Seen from (0, 0, 3) the middles of parts 1 to 3 are 4, 3.905 and 4.031 away.
+    for (const Vec &at : {Vec(9, 9, 9), {10, 0, -2}, {16, 0, 1}, {10, 7, 2}, {10, 0, -2}}) {
+        s.endPart().triangle(at - Vec(1, 1, 1), at + Vec(1, -1, 1), at + Vec(1, 1, .5));
+        s.mesh.parts.back().colour[3] = s.mesh.parts.size() > 1 ? .5f : 1;
+    }
+    s.mesh.parts[4].cover = {0, Cover::Repeat, Cover::Repeat, true, Cover::Blended};
+    s.mesh.parts[4].colour[3] = 1;
+    s.mesh.parts.push_back({"empty", {}, {1, 1, 1, .5f}, 15, 0});
+    s.mesh.parts.push_back({"line", {}, {1, 1, 1, .5f}, 13, 2, MeshPart::Kind::Lines});
+    const TransparentParts parts(s.mesh, {10, 0, 0}, .5f);
+    QMatrix4x4 view;
+    view.translate(0, 0, -3);
+    EXPECT_EQ(parts.farFirst(view, false), (std::vector<std::size_t>{3, 1, 4, 2}));
+    EXPECT_EQ(parts.farFirst(view, true), (std::vector<std::size_t>{1, 4, 2, 3}));
+    EXPECT_TRUE(TransparentParts().isEmpty() && !parts.isEmpty());
+}
+
+using M = PartMarks;
+
+TEST(PartMarksTest, StepsLeaveMarks)
+{
+    const std::vector<bool> ends{true, false, false, true};
+    // Of four parts the second is selected and the last one hidden.
+    const std::pair<std::function<void(M &)>, std::string> rows[] = {
+        {[&](M &m) { m.select(ends); }, "s..h"},
+        {[](M &m) { m.setSelected(3, true); }, ".s.h"},
+        {[](M &m) { m.setSelected(0, true), m.setSelected(1, false); }, "s..h"},
+        {[](M &m) { m.hideSelected(); }, ".h.h"},
+        {[](M &m) { m.setHidden(0, true); }, "hs.h"},
+        {[](M &m) { m.setHidden(3, false); }, ".s.."},
+        {[](M &m) { m.showOnlySelected(); }, "hshh"},
+        {[](M &m) { m.clearSelection(), m.showOnlySelected(); }, "...h"},
+        {[](M &m) { m.showAll(); }, ".s.."},
+        {[](M &m) { m.setHidden(4, true), m.setSelected(4, true); }, ".s.h"}};
+    for (const auto &[step, left] : rows) {
+        PartMarks marks(4);
+        marks.setSelected(1, true);
+        marks.setHidden(3, true);
+        step(marks);
+        std::string after;
+        for (std::size_t i = 0; i < marks.count(); ++i)
+            after += marks.isHidden(i) ? 'h' : marks.isSelected(i) ? 's' : '.';
+        EXPECT_EQ(after, left);
+        EXPECT_EQ(marks.selectedCount(), std::size_t(std::count(left.begin(), left.end(), 's')));
+        EXPECT_EQ(marks.hiddenCount(), std::size_t(std::count(left.begin(), left.end(), 'h')));
+        EXPECT_FALSE(marks.isHidden(4) || marks.isSelected(4));
+    }
+}
 
 TEST(DetailBudget, IsLessWhileFramesAreSlowAndAllAtRest)
 {
     constexpr std::size_t all = DetailBudget::all;
-    const BudgetRow rows[] = {{true, 0.1, 9, 200'000, 300'000},
-                              {true, 0.1, 0.041, 200'000, 300'000},
-                              {true, 0.1, 0.05, 200'000, 300'000},
-                              {true, 0.1, 0.0625, 200'000, 114'285},
-                              {true, 0.1, 0.032, 100'000, 125'000},
-                              {true, 0.1, 0.05, 120'000, 125'000},
-                              {true, 0.1, 0.045, 120'000, 125'000},
-                              {true, 0.1, 0.05, 120'000, 125'000},
-                              {true, 0.1, 0.25, 120'000, 17'142},
-                              {true, 0.1, 0.25, 20'000, 10'000},
-                              {true, 0.1, 0.01, 15'000, 12'500},
-                              {false, 0.1, 9, 15'000, 12'500},
-                              {true, 0.1, 9, 15'000, 12'500},
-                              {true, 0.1, 0.01, 15'000, 15'625},
-                              {true, 0.1, 0.01, 15'000, 19'530},
-                              {true, 0.1, 0.01, 15'000, 19'999},
-                              {false, 0.15, 0, 0, 19'999},
-                              {false, 0.05, 0, 0, all},
-                              {true, 0.1, 9, 0, 19'999},
-                              {true, 0.1, 0.01, 15'000, 24'995},
-                              {true, 0.1, 9, 0, 24'995}}; // of others: it drew nothing
+    // Whether it moved, seconds, those that a frame took, what the last one drew; and then the
+    // most, 0 for all. The last step is of others: it drew nothing.
+    const char *steps =
+        "1 .1 9 200000 300000; 1 .1 .041 200000 300000; 1 .1 .05 200000 300000; "
+        "1 .1 .0625 200000 114285; 1 .1 .032 100000 125000; 1 .1 .05 120000 125000; "
+        "1 .1 .045 120000 125000; 1 .1 .05 120000 125000; 1 .1 .25 120000 17142; "
+        "1 .1 .25 20000 10000; 1 .1 .01 15000 12500; 0 .1 9 15000 12500; 1 .1 9 15000 12500; "
+        "1 .1 .01 15000 15625; 1 .1 .01 15000 19530; 1 .1 .01 15000 19999; 0 .15 0 0 19999; "
+        "0 .05 0 0 0; 1 .1 9 0 19999; 1 .1 .01 15000 24995; 1 .1 9 0 24995";
     DetailBudget budget;
-    for (const BudgetRow &row : rows) {
-        budget.drew(row.drawn);
-        budget.advance(row.moved, row.seconds, row.took);
-        EXPECT_EQ(budget.most(), row.most) << &row - rows;
-        EXPECT_EQ(budget.rests(), row.most == all) << &row - rows;
+    for (const QString &step : QString(steps).split("; ")) {
+        const QStringList v = step.split(' ');
+        budget.drew(v[3].toULongLong());
+        budget.advance(v[0] == "1", v[1].toDouble(), v[2].toDouble());
+        EXPECT_EQ(budget.rests() ? 0 : budget.most(), v[4].toULongLong()) << step.toStdString();
     }
     budget.drew(all);
     for (int i = 0; i < 100; ++i)
@@ -228,7 +281,6 @@ struct PoseRow {
 // At rest the points are at (-9, 2, 3) of the node; half of both bones shifts them by 5.
 const float h = std::sqrt(0.5f), t = std::sqrt(0.1f);
 const PoseRow poseRows[] = {
-    {"none", -1, 3, 1, {1, 2, 3}, {1, 0, 0}},
     {"root", 0, 3, 0, {1, 2, 3}, {1, 0, 0}},
     {"before the first key", 0, 0, 1, {1, 2, 3}, {1, 0, 0}},
     {"half", 0, 2, 1, {10 + 2 * h * (-9 - 2), 4 + 2 * h *(-9 + 2), 6}, {h, h, 0}},

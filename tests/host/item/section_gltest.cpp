@@ -25,6 +25,7 @@ MeshPtr nested(const std::vector<Part> &parts)
             shape.drop(part.dropped == 2 ? 10 : 0);
         all.endPart() += shape;
         all.mesh.parts.back().colour = part.colour;
+        all.mesh.parts.back().name = QChar("abc"[&part - parts.data()]);
     }
     all.mesh.findBounds();
     return std::make_shared<Mesh>(all.mesh);
@@ -79,7 +80,25 @@ char nameOf(const QColor &c)
 class LargeDrawing : public Drawing {
 protected:
     LargeDrawing() : Drawing(160) { glw.setGeometry({0, 0, 160, 160}); }
+    /// Looks at it from the front, with parallel lines of sight, and cuts it.
+    void show(ModelItem &item, const std::vector<CutPlane> &planes, std::size_t hidden = 9)
+    {
+        item.init(&glw);
+        glw.camera.ortho = 1;
+        glw.camera.rot = glw.camera.setTarget = {0, 0, 0};
+        item.setSection({planes});
+        item.marks().setHidden(hidden, true);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !item.isBusy(); }, 20000));
+        EXPECT_EQ(item.sectionFrames().size(), planes.size());
+        const float half = camera().halfHeight(1);
+        projection.ortho(-half, half, -half, half, -9, 9);
+        begin(projection);
+        item.draw3D(&glw, display);
+    }
+    CameraGeometry camera() const { return CameraSteering::geometryOf(&glw); }
+
     GLWidget glw{nullptr, "glw"};
+    QMatrix4x4 projection;
 };
 
 TABLE(SectionSeen, LargeDrawing, SeenCase, seenCases);
@@ -88,30 +107,17 @@ TEST_P(SectionSeen, AndFoundByThePointer)
 {
     const SeenCase &row = GetParam();
     ModelItem item("a", nested(row.parts));
-    item.init(&glw);
-    glw.camera.ortho = 1;
-    glw.camera.rot = {0, 0, 0};
-    glw.camera.setTarget = {0, 0, 0};
-    item.setSection({row.planes});
-    item.marks().setHidden(std::size_t(row.hidden), true);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !item.isBusy(); }, 20000));
-    EXPECT_EQ(item.sectionFrames().size(), row.planes.size());
-
-    const CameraGeometry geometry = CameraSteering::geometryOf(&glw);
-    const float half = geometry.halfHeight(1);
-    QMatrix4x4 projection;
-    projection.ortho(-half, half, -half, half, -9, 9);
-    begin(projection);
     display.mode = row.mode;
-    item.draw3D(&glw, display);
+    show(item, row.planes, std::size_t(row.hidden));
     EXPECT_FALSE(glIsEnabled(GL_CLIP_PLANE0) || glIsEnabled(GL_TEXTURE_1D));
     std::string seen;
     for (int i = 0; i < 4; ++i) {
         // Off the diagonals, where triangles meet, and low in the picture.
-        const QPointF at = geometry.pixel(QVector3D(float(i) - 1.5f, -.8f, 0) * item.scale());
+        const QPointF at = camera().pixel(QVector3D(float(i) - 1.5f, -.8f, 0) * item.scale());
         seen += nameOf(pixel(int(at.x()), int(at.y())));
         item.pick3D(&glw, at);
         EXPECT_EQ(item.hoveredPart(), row.part[i]) << i;
+        EXPECT_EQ(item.underPointer(), QStringList({"", "a", "b"}).value(row.part[i] + 1)) << i;
     }
     EXPECT_EQ(seen, row.seen);
     // A rectangle selects what the pointer finds in it; through all, what is left in the middle.
@@ -130,12 +136,34 @@ TEST_P(SectionSeen, AndFoundByThePointer)
     item.release();
 }
 
+TEST_F(LargeDrawing, CutFacesAreHatchedTheirOwnWay)
+{
+    ModelItem item("a", nested({red, green}));
+    show(item, {front});
+    projection.scale(3);
+    begin(projection);
+    item.draw3D(&glw, display);
+    for (const int part : {0, 1}) {
+        const QVector3D corner = part == 0 ? QVector3D(-1.8f, -1.8f, 0) : QVector3D(-.8f, .5f, 0);
+        const QPoint at = camera().pixel(corner * item.scale() * 3).toPoint();
+        std::vector<int> values;
+        for (int i = 0; i < 24; ++i) {
+            values.push_back(pixel(at.x() + i, at.y()).value());
+            const int along = pixel(at.x() + i + 5, at.y() + (part == 0 ? 5 : -5)).value();
+            EXPECT_NEAR(values.back(), along, 4);
+        }
+        std::sort(values.begin(), values.end());
+        EXPECT_NEAR(values[0], 217 * 190 / 255, 4);
+        EXPECT_NEAR(values[14], 217, 1);
+    }
+    item.release();
+}
+
 TEST_F(LargeDrawing, WhatMovesHasTheEdgesOfItsRestAndIsTakenOver)
 {
     ModelItem item("a", flattening(*nested({red})));
     item.init(&glw);
     display.mode = Mode::Edged;
-    QMatrix4x4 projection;
     projection.ortho(-.75, .75, -.75, .75, -9, 9); // 15.4 pixels for one of the box's units
     const auto drawn = [&] {
         return begin(projection), item.draw3D(&glw, display), item.isWhole();
@@ -146,10 +174,15 @@ TEST_F(LargeDrawing, WhatMovesHasTheEdgesOfItsRestAndIsTakenOver)
     }
     expect("80~49 edge; 80~60 !edge; 80,90 red");
     item.playback()->setTime(1);
-    item.play(0);
-    item.standOn(&glw, FileAxes::Z);
+    EXPECT_FALSE(item.look(&glw).isEmpty());
+    EXPECT_TRUE(item.play(0) && item.look(&glw).isEmpty());
     item.release();
     item.init(&glw);
+    projection.rotate(90, 0, 1, 0);
+    drawn();
+    expect("90,90 blue");
+    projection.rotate(-90, 0, 1, 0);
+    item.standOn(&glw, FileAxes::Z);
     EXPECT_TRUE(item.play(0) && drawn());
     expect("80,90 blue");
     item.release();

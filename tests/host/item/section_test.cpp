@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+#include <QThreadPool>
+
 #include "host/item/model_section.h"
 #include "tests/host/shapes.h"
 #include "tests/support/table.h"
@@ -98,19 +100,42 @@ TEST(SolidsTest, TakeColoursAndPartsOfTheirTriangles)
 
 TEST(SectionTest, KeepsWhatNoPlaneCutsAwayInAnyAxes)
 {
-    const FileAxes upright{{{1, 3, -2}}}; // of a file with +z up
     Section section{{{{0, 0, 1}, 2}, {{-1, 0, 0}, 0}}};
     EXPECT_TRUE(section.keeps({0, 9, 2}) && section.keeps({-1, 9, 2}, 1));
     EXPECT_FALSE(section.keeps({0, 9, 2.1f}) || section.keeps({-1, 9, 2}));
-    const Section turned = section.inMesh(upright);
-    EXPECT_EQ(turned.planes[0].normal, QVector3D(0, 1, 0));
-    EXPECT_TRUE(turned.keeps({0, 2, -9}) && !turned.keeps({0, 2.1f, -9}));
     const CutPlane flipped = section.planes[0].flipped();
     EXPECT_EQ(flipped.beyond({0, 0, 5}), -3);
     EXPECT_TRUE(flipped.place() == 2 && flipped.axis() == 2);
     EXPECT_EQ((CutPlane{aslant, 4}).axis(), -1);
     section.on = false;
     EXPECT_TRUE(section.keeps({-1, 9, 9}) && !section.isCutting());
+}
+
+TEST(ModelSectionTest, IsThatOfTheMeshThatItHas)
+{
+    ModelSection section;
+    for (const float half : {2.0f, 1.0f}) { // the second one ends beside the ray
+        Mesh mesh = box(Vec::Constant(double(-half)), Vec::Constant(double(half))).mesh;
+        mesh.findBounds();
+        mesh.origin = {{5, 6, 7}};
+        section.setMesh(std::make_shared<Mesh>(mesh), {0, 0, 0}, .5f);
+        section.set({{{{0, 0, 1}, .5}, {{0, 0, -1}, .5}, {{1, 0, 0}, 1.9}, {{0, 1, 0}, 9}}});
+        QThreadPool::globalInstance()->waitForDone();
+        EXPECT_EQ(section.planes().size(), 3u);
+        EXPECT_TRUE(section.keeps({1.8f, 0, .4f}) && !section.keeps({1.8f, 0, .6f}));
+        const auto hit = section.hit({{.7f, .6f, 3}, {0, 0, -1}}, PartMarks(1));
+        EXPECT_EQ(hit ? hit->distance : 0, half > 1 ? 2.75 : 0);
+        EXPECT_FALSE(section.hit({{.97f, .6f, 3}, {0, 0, -1}}, PartMarks(1))) << "cut away";
+        const SectionFrame frame = section.frames().at(0);
+        EXPECT_TRUE(frame.least == double(-half) && frame.most == double(half));
+        EXPECT_TRUE(frame.origin == 7 && frame.scale == .5 && frame.normal == QVector3D(0, 0, 1));
+        const float e = .56f * half; // with air
+        const QVector3D corners[] = {{-e, -e, .25f}, {e, -e, .25f}, {e, e, .25f}, {-e, e, .25f}};
+        for (std::size_t i = 0; i < 4; ++i)
+            EXPECT_LT((frame.corners[i] - corners[i]).length(), 1e-6f);
+    }
+    section.set({section.get().planes, false});
+    EXPECT_TRUE(section.planes().empty() && section.frames().empty() && !section.isCutting());
 }
 
 TEST(SectionTest, IsAskedForByText)

@@ -84,6 +84,7 @@ TEST(SteeringTest, LeavesTheCamera)
         {"", "0 0 0; 0 0 0; 1.41 w"},
         {"orbit 0,0 40,20", "-12 24 0; 0 0 0; 1.41 w"},
         {"size 9,9; orbit 0,0 40,20", "-20 40 0; 0 0 0; 1.41 w"},
+        {"orbit 0,0 0,300; orbit 0,0 0,-100", "-30 0 0; 0 0 0; 1.41 w"}, // no more than -90
         {"roll 300,200 200,300", "0 0 90; 0 0 0; 1.41 w"},
         {"orbit 0,0 400,0; from 0", "0 360 0; 0 0 0; 1.41 w"}, // the short way
         {"roll 100,210 100,190", "0 0 11.42; 0 0 0; 1.41 w"},
@@ -143,6 +144,36 @@ TEST(SteeringTest, LeavesTheCamera)
     for (GL::Light &l : s.glw.lights)
         lamps << words({double(l.position.x), double(l.position.y), double(l.position.z)});
     EXPECT_EQ(lamps.join("; "), "0.83 0.45 0.33; 0.57 -0.48 -0.67; 0 1 0");
+}
+
+TEST(SteeringTest, TurnsAtOnePaceAtAnyFrameRate)
+{
+    for (const int part : {1, 2, 20}) {
+        Steered s;
+        s.beginDrag(&s.glw, Steering::Drag::Orbit, {0, 0});
+        s.drag(&s.glw, Steering::Drag::Orbit, {0, 0}, {150, 0});
+        for (int i = 0; i < 3 * part; ++i, s.glw.camera.Update(1))
+            s.advance(&s.glw, 0.05 / part);
+        EXPECT_NEAR(s.glw.camera.rot.y, 79.4413, 1e-3) << part;
+    }
+}
+
+/// Two surfaces a thousandth of the model apart must land in different steps of a 24-bit buffer.
+TEST(SteeringTest, TheClipRangeTellsCloseSurfacesApart)
+{
+    for (const bool ortho : {false, true})
+        for (const float radius : {0.02f, 0.3f, 1.5f, 4.5f}) {
+            Steered s;
+            s.left(ortho ? "projection" : "");
+            GL::Camera camera = s.glw.camera;
+            camera.radius = ortho ? radiusShowing(camera, radius * 0.3f) : radius;
+            camera.Update(1);
+            const double n = ortho ? -camera.farZ : camera.nearZ, f = camera.farZ;
+            const double back = double(camera.radius) + CameraMotion::worldRadius;
+            const double front = back - 0.001 * CameraMotion::worldRadius;
+            EXPECT_GT(ortho ? (back - front) / (f - n) : f / (f - n) * n * (1 / front - 1 / back),
+                      4.0 / (1 << 24));
+        }
 }
 
 } // namespace

@@ -63,17 +63,17 @@ TEST(TriangleTreeTest, FindsTheNearestPointAsTryingAllOfThemDoes)
         std::uniform_real_distribution<double> to(-size, size);
         return Vec(to(random), to(random), to(random));
     };
-    for (int i = 0; i < 150; ++i) {
+    for (int i = 0; i < 60; ++i) {
         const Vec at = place(9);
         shape.triangle(at, at + place(2), at + place(2));
     }
     const auto mesh = std::make_shared<Mesh>(shape.mesh);
     const TriangleTree tree(mesh, goOn);
     std::set<int> places;
-    for (int i = 0; i < 400; ++i) {
+    for (int i = 0; i < 150; ++i) {
         const Vec p = place(12);
         double least = 1e9;
-        for (quint32 t = 0; t < 150; ++t) {
+        for (quint32 t = 0; t < 60; ++t) {
             const Vec corners[] = {cornerOf(*mesh, t, 0), cornerOf(*mesh, t, 1),
                                    cornerOf(*mesh, t, 2)};
             const auto [at, where] = nearestOnTriangle(p, corners[0], corners[1], corners[2]);
@@ -93,10 +93,9 @@ TEST(TriangleTreeTest, FindsTheNearestPointAsTryingAllOfThemDoes)
             EXPECT_NEAR(area, normal.norm(), 1e-7);
             places.insert(where);
         }
-        const auto found = tree.nearestTo(p), still = tree.nearestTo(p, least * 1.0001);
-        ASSERT_TRUE(found && still);
+        const auto found = tree.nearestTo(p, least * 1.0001);
+        ASSERT_TRUE(found);
         EXPECT_DOUBLE_EQ(found->distance, least);
-        EXPECT_DOUBLE_EQ(still->distance, least);
         EXPECT_DOUBLE_EQ((found->nearest.at - p).norm(), least);
         EXPECT_FALSE(tree.nearestTo(p, least * 0.999));
     }
@@ -146,7 +145,6 @@ const QVector3D down(0, 0, -1);
 
 const AimCase aimCases[] = {
     {"APoint", {{30.1f, 40.2f, 50}, down}, 0.3, 0, 3, {30, 40, 0}},
-    {"TheCloserOne", {{30.6f, 40.2f, 50}, down}, 0.9, 0, 3, {31, 40, 0}},
     {"Between", {{30.5f, 40.5f, 50}, down}, 0.6, 0, -1, {}},
     {"FromBehind", {{30.1f, 40.2f, -5}, -down}, 0.3, 0, 3, {30, 40, 0}},
     {"BehindTheOrigin", {{30, 40, -1}, down}, 0.3, 0, -1, {}},

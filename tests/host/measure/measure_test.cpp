@@ -55,6 +55,7 @@ const SurfaceCase surfaceCases[] = {
     {"InnerWall", cube() + wall(), Bounds::Open, 7.4142135624, 0},
     {"ClosedByTwoParts", inTwoParts, Bounds::Volume, 6, 1, {true, true}},
     {"OneOfTwoParts", inTwoParts, Bounds::Open, 5, 0, {false, true}},
+    {"TheOtherOfTwoParts", inTwoParts, Bounds::Open, 1, 0, {true, false}},
     {"NoPart", inTwoParts, Bounds::Open, 0, 0, {false, false}},
 };
 
@@ -71,8 +72,11 @@ TEST_P(Surface, IsMeasured)
 
 TEST(SurfaceTest, CancelledItIsNotWhole)
 {
-    const SurfaceMeasures part = measureSurface(inTwoParts.topology(), {false, true}, goOn);
-    EXPECT_TRUE(part.triangles == 10 && part.min == o && part.max == Vec(1, 1, 1));
+    EXPECT_EQ(measureSurface(inTwoParts.topology(), {false, true}, goOn).triangles, 10u);
+    Shape one;
+    one.triangle({1, 0, 0}, {0, 2, 0}, {0, 0, 3});
+    const SurfaceMeasures found = measureSurface(one.topology(), {}, goOn);
+    EXPECT_TRUE(found.min == o && found.max == Vec(1, 2, 3));
     const std::atomic<bool> stop{true};
     EXPECT_FALSE(MeshTopology(std::make_shared<Mesh>(cube().mesh), stop).isWhole());
     EXPECT_TRUE(cube().topology().isWhole());
@@ -187,6 +191,8 @@ TEST(MeasurementTest, SaysWhatWasMeasured)
         {angle({1, 0, 0}, {o, {0, 0, 9}}), "Angle of faces|90°"},
         {angle({1, 1, 1}, {o, {1, -1, -1}}), "Angle of faces|70.5288°"},
         {angle({0, 2, 0}, {{5, -4, 6}, {0, -1, 0}}), "Angle of faces|0°|parallel, 4 m apart"},
+        {angle({0, 2, 0}, {o, {.01, -1, 0}}), "Angle of faces|0.572939°"},
+        {angle({0, 2, 0}, {o, {.01, 1, 0}}), "Angle of faces|179.427°"},
         {angle({0, 2, 0}, {{5, 3, 6}, {0, 3, 0}}), "Angle of faces|180°|parallel, 3 m apart"},
         {M::pointAngle({2, 0, 0}, {1, 0, 0}, {0, 0, 1}), "Angle of points|135°"},
         {M::radius({{1, 2, 3}, {0, 0, 1}, 0.125}, "cm"),
@@ -196,8 +202,9 @@ TEST(MeasurementTest, SaysWhatWasMeasured)
         {surface(Bounds::Disagree, "m"),
          "Area and volume|all|area 6.25 m²|no volume: some faces look inwards"}};
     EXPECT_EQ(rows[2].first.anchor, Vec(2.5, 0, 9));
-    EXPECT_EQ(rows[9].first.line.size(), 73u);
-    for (const Vec &p : rows[9].first.line)
+    EXPECT_EQ(rows[2].first.marks, (std::vector<Vec>{{1, 2, 3}, {4, -2, 15}}));
+    EXPECT_EQ(rows[11].first.line.size(), 73u);
+    for (const Vec &p : rows[11].first.line)
         EXPECT_NEAR((p - Vec(1, 2, 3)).norm(), .125, 1e-12);
     for (const auto &[measurement, text] : rows)
         EXPECT_EQ(measurement.text().replace('\t', '|').toStdString(), text);
@@ -228,6 +235,8 @@ const SnapCase snapCases[] = {
     {"Face", {50, 150}, "face", {0.5, 1.5, 1}},
     {"Outside", {150, -60}, "", {0, 0, 0}},
     {"EdgesAlone", {3, 4}, "edge", {0, 0.04, 1}, SnapTo::Edges},
+    {"BeyondAnEdgesEnd", {406, 207}, "edge", {4, 2, 1}, SnapTo::Edges},
+    {"BeforeAnEdge", {-3, -4}, "edge", {0, 0, 1}, SnapTo::Edges},
     {"FacesAlone", {3, 4}, "face", {0.03, 0.04, 1}, SnapTo::Faces},
     {"HiddenCorner", {3, 4}, "edge", {0.03, 0, 1}, SnapTo::All, true, 0.02},
 };
@@ -270,13 +279,13 @@ TEST(LabelLayoutTest, LabelsStayInsideAndApart)
 {
     const QRectF bounds(0, 0, 300, 200);
     std::vector<LabelWish> wishes{{{100, 100}, {60, 20}}, {{290, 10}, {60, 20}}};
-    EXPECT_EQ(layLabels(wishes, bounds, 4)[0], QRectF(108, 72, 60, 20));
+    EXPECT_EQ(layLabels(wishes, bounds, 4),
+              (std::vector<QRectF>{{108, 72, 60, 20}, {240, 0, 60, 20}}));
     const LabelWish same = wishes[0]; // beside it, below it, and below on the other side
     const auto four = layLabels({same, same, same, same}, bounds, 4);
     EXPECT_TRUE(four[1] == QRectF(44, 72, 60, 20) && four[2] == QRectF(108, 96, 60, 20) &&
                 four[3] == QRectF(44, 120, 60, 20));
-    for (int i = 0; i < 10; ++i)
-        wishes.push_back({{290, 10}, {60, 20}});
+    wishes.assign(32, {{0, 200}, {60, 20}}); // no more fit in
     const auto places = layLabels(wishes, bounds, 4);
     for (std::size_t i = 0; i < places.size(); ++i) {
         EXPECT_TRUE(bounds.contains(places[i])) << i;
@@ -337,6 +346,30 @@ TEST(CommonFrameTest, WhatHasTheSameCoordinatesLiesInTheSamePlace)
     EXPECT_EQ(inFrameOf(other, given)->unit, "km") << "2e15 of its millimetres are too many";
 }
 
+TEST(RefinedMeshTest, HalvesTheSidesThatAreTooLong)
+{
+    const std::tuple<double, quint32, std::string> rows[] = {
+        {5, 0, "012"},       {4.5, 1, "032312"},    {4.5, 2, "032312"},    {4, 0, "032312"},
+        {3, 0, "314034042"}, {3.7, 1, "314034042"}, {3.7, 2, "314034042"}, {2.6, 0, "314035542345"},
+    };
+    for (const auto &[longest, turn, indices] : rows) {
+        Mesh mesh;
+        mesh.positions = {3, 0, 0, 0, 4, 0, 0, 0, 0};
+        mesh.normals = {1, 0, 0, 0, 1, 0, 0, 0, 1};
+        mesh.indices = {turn, (turn + 1) % 3, (turn + 2) % 3};
+        mesh.parts = {{"a", {}, {}, 0, 3}};
+        const Mesh fine = refinedMesh(mesh, longest, longest == 3 ? 2 : 99, goOn);
+        std::string made;
+        for (const quint32 index : fine.indices)
+            made += char('0' + index);
+        EXPECT_EQ(made, indices) << longest << ' ' << turn;
+        if (longest < 5) {
+            EXPECT_EQ(vertexOf(fine, 3), Vec(1.5, 2, 0));
+            EXPECT_FLOAT_EQ(fine.normals[9] + fine.normals[10], std::sqrt(2.0f));
+        }
+    }
+}
+
 TEST(RefinedMeshTest, HasTheSameSurfaceInSmallTriangles)
 {
     Mesh mesh = box({0, 0, 0}, {4, 2, 1}).split(5).mesh;
@@ -345,28 +378,18 @@ TEST(RefinedMeshTest, HasTheSameSurfaceInSmallTriangles)
     using Kind = MeshPart::Kind;
     mesh.parts.push_back({"line", {}, {}, 36, 2, Kind::Lines});
     mesh.parts.push_back({"point", {}, {}, 38, 0, Kind::Points, 38, 1});
-    for (const double longest : {1.1, 0.3}) {
-        const auto fine = std::make_shared<Mesh>(refinedMesh(mesh, longest, 1000000, goOn));
-        const MeshTopology topology(fine, goOn);
-        double greatest = 0;
-        for (quint32 c = 0; c < fine->triangleCount() * 3; ++c)
-            greatest =
-                std::max(greatest, (topology.at(c) - topology.at(MeshTopology::next(c))).norm());
-        EXPECT_LE(greatest, longest);
-        EXPECT_GT(greatest, longest / 2);
-        const SurfaceMeasures all = measureSurface(topology, {}, goOn);
-        EXPECT_EQ(int(all.bounds), int(Bounds::Volume));
-        EXPECT_NEAR(all.volume, 8, 1e-9);
-        EXPECT_NEAR(measureSurface(topology, {true}, goOn).area, 2 + 2 + 2, 1e-9);
-        EXPECT_EQ(fine->normals.size(), fine->firstPoint() * 3 - 6) << "two are the line's";
-        const quint32 *line = &fine->indices[fine->parts[2].firstIndex];
-        EXPECT_EQ(vertexOf(*fine, line[0]), vertexOf(mesh, 0));
-        EXPECT_EQ(vertexOf(*fine, line[1]), Vec(8, 0, 0));
-        EXPECT_EQ(vertexOf(*fine, fine->parts[3].firstVertex), Vec(9, 1, 2));
-        EXPECT_EQ(fine->max, QVector3D(9, 2, 2));
-    }
-    const std::size_t count = refinedMesh(mesh, 1e-9, 1000, goOn).triangleCount();
-    EXPECT_TRUE(count >= 1000 && count < 4000) << count;
+    const auto fine = std::make_shared<Mesh>(refinedMesh(mesh, 0.3, 1000000, goOn));
+    const MeshTopology topology(fine, goOn);
+    const SurfaceMeasures all = measureSurface(topology, {}, goOn);
+    EXPECT_EQ(int(all.bounds), int(Bounds::Volume));
+    EXPECT_NEAR(all.volume, 8, 1e-9);
+    EXPECT_NEAR(measureSurface(topology, {true}, goOn).area, 2 + 2 + 2, 1e-9);
+    EXPECT_EQ(fine->normals.size(), fine->firstPoint() * 3 - 6) << "two are the line's";
+    const quint32 *line = &fine->indices[fine->parts[2].firstIndex];
+    EXPECT_EQ(vertexOf(*fine, line[0]), vertexOf(mesh, 0));
+    EXPECT_EQ(vertexOf(*fine, line[1]), Vec(8, 0, 0));
+    EXPECT_EQ(vertexOf(*fine, fine->parts[3].firstVertex), Vec(9, 1, 2));
+    EXPECT_EQ(fine->max, QVector3D(9, 2, 2));
 }
 
 } // namespace
