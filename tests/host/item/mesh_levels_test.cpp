@@ -48,8 +48,8 @@ TEST_P(MeshLevelsOf, HaveTheSameShapeOfFewerTriangles)
         EXPECT_EQ(level.ends[2], level.indices.size());
         EXPECT_EQ(level.ends[2] - level.ends[1], 3u) << "a small part is whole";
         if (i % 4 != 2 && !isRough)
-            continue;   // they are made the same way, and looking at all takes long
-        quint32 at = 0; // index
+            continue; // they are made the same way, and looking at all takes long
+        quint32 at = 0;
         for (const std::size_t part : {0, 1}) {
             double area = 0, bent = 0, off = 0, least = 1; // bent: lit as beyond the ridge
             for (; at < level.ends[part]; at += 3) {
