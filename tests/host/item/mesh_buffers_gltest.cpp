@@ -31,13 +31,12 @@ struct DrawnCase {
 };
 
 const Parts opaque{{{'r', 1, 0}}, {{'g', 1, -1}}, {{'g', 1, .6f}}}; // the last one hides all
-const Parts redFirst{{{'r', .5, .5}}, {{'g', .5, -.5}}}, greenFirst{redFirst[1], redFirst[0]};
+const Parts redFirst{{{'r', .5, .5}}, {{'g', .5, -.5}}};
 const Parts inOne{{{'r', .5, .5}, {'g', .5, -.5, true}}};
 
 // Of the opaque ones the red reaches from pixel 10 to 50 both ways, that behind it from 18 to 42.
 const DrawnCase drawnCases[] = {
     {"NearFirstInTheFile", redFirst, "30,30 #804040"},
-    {"FarFirstInTheFile", greenFirst, "30,30 #804040"},
     {"FromBehind", redFirst, "30,30 #408040", Mode::Shaded, 9, 9, true},
     {"OpaqueBeforeAll", {{{'r', .5, .5}}, {{'g', 1, -.5}}}, "30,30 #808000"},
     {"OpaqueInFront", {{{'g', 1, .5}}, {{'r', .5, -.5}}}, "30,30 lime"},
@@ -143,7 +142,6 @@ const ThinCase thinCases[] = {
     {"ASample", [](Scan &s) { s.most = 2; }, "18,18 blue; 18,30 faded"},
     {"SomethingOfEachPart", [](Scan &s) { s.most = 1; }, "30,30 red; 42,30 lime"},
     {"NearInFrontOfOthers", [](Scan &s) { s.mesh.positions[21] = 30; }, "30,30 lime"},
-    {"Wireframe", [](Scan &s) { s.display.mode = Display::Mode::Wireframe; }, "32,32 red"},
     {"Hidden", [](Scan &s) { s.marks.setHidden(2, true); }, "30,30 blue"},
     {"HiddenLine", [](Scan &s) { s.marks.setHidden(1, true); }, "34,42 white"},
     {"Selected", [](Scan &s) { s.marks.setSelected(3, true); }, "42,30 accent; 30,30 red"},

@@ -281,7 +281,6 @@ struct PoseRow {
 // At rest the points are at (-9, 2, 3) of the node; half of both bones shifts them by 5.
 const float h = std::sqrt(0.5f), t = std::sqrt(0.1f);
 const PoseRow poseRows[] = {
-    {"root", 0, 3, 0, {1, 2, 3}, {1, 0, 0}},
     {"before the first key", 0, 0, 1, {1, 2, 3}, {1, 0, 0}},
     {"half", 0, 2, 1, {10 + 2 * h * (-9 - 2), 4 + 2 * h *(-9 + 2), 6}, {h, h, 0}},
     {"at the last key", 0, 3, 1, {10 + 3 * -2, 8 + 3 * -9, 9}, {0, 1, 0}},
