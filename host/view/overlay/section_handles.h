@@ -17,7 +17,6 @@ class SectionHandles : public Overlay {
 public:
     SectionHandles(const Underlay &under, Window &window);
 
-    bool belongsInPicture() const override { return false; }
     bool eventFilter(QObject *object, QEvent *event) override;
 
     /// The plane that keys and the menu mean: the one touched last.

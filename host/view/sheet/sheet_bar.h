@@ -16,7 +16,6 @@ public:
     SheetBar(const Underlay &under, Window &window, const SheetScroll &scroll);
 
     static double width();
-    bool belongsInPicture() const override { return false; }
 
 signals:
     void moved(double offset); ///< A person wants to be there.

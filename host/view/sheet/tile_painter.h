@@ -22,9 +22,7 @@ public:
     static int header(); ///< Pixels for the name above the drawing.
 
     struct Marks {
-        bool selected = false;
-        bool hovered = false;
-        bool linked = false;
+        bool selected, hovered, linked;
     };
 
     /// Where a tile stands. There is a name only where the drawing leaves room for it.

@@ -24,10 +24,9 @@ constexpr int unfolded = 2000; // rows: a list up to here opens with all of them
 QPalette paletteOf(const Theme &theme)
 {
     QPalette palette;
-    const QColor ground = theme.bottom, rows = theme.top;
+    const QColor ground = theme.bottom;
     palette.setColor(QPalette::Window, ground);
-    palette.setColor(QPalette::Base, rows);
-    palette.setColor(QPalette::AlternateBase, rows);
+    palette.setColor(QPalette::Base, theme.top);
     palette.setColor(QPalette::Button, ground);
     for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
         palette.setColor(role, theme.text);
@@ -59,7 +58,6 @@ PartsPanel::PartsPanel(QWidget *view, QWidget *parent)
     tree_->setUniformRowHeights(true);
     tree_->setIndentation(int(Metrics::px(12))); // nodes may lie deep, and names need the room
     tree_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    tree_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     tree_->setExpandsOnDoubleClick(false);
     tree_->setContextMenuPolicy(Qt::CustomContextMenu);
     tree_->setFrameShape(QFrame::NoFrame);

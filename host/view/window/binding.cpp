@@ -43,11 +43,9 @@ QString mouseWords(quint32 binding, const QString &verb)
         last = (binding & LeftButton ? QString() : last + ' ') + BindingRow::tr("double click");
     else if (!buttons.isEmpty())
         last += ' ' + (verb.isEmpty() ? BindingRow::tr("button") : verb);
-    else if (binding & (WheelUp | WheelDown))
+    else
         last = (binding & WheelUp) ? BindingRow::tr("wheel forward") : BindingRow::tr("wheel back");
-    if (!last.isEmpty())
-        pieces << last;
-    return pieces.join('+');
+    return (pieces << last).join('+');
 }
 
 } // namespace

@@ -18,6 +18,8 @@ protected:
     Options options;
     std::unique_ptr<Viewer> viewer;
 
+    ViewerTest() { smooth = false; }
+
     View &start(const QStringList &files)
     {
         viewer.reset();

@@ -112,11 +112,9 @@ TEST(ControlsTest, SteerTheItemInItsOwnPixels)
         {"200,50 move +R 10,290 move -R 200,50 move down", "grab orbit 50.5,69.5", false},
         {"349,119 wheel 180,20 back 149,140 wheel", "zoom 1 199.5,0.5; zoom -1 30.5,99.5"},
         {"250,70 twice 252,70 move up", "focus 100.5,49.5"},
-        {"250,70 right down 250,72 move", ""},
         {"250,70 right down up", "menu scene"},
         {"250,70 move F Home 1 2 3 4 5 6 O",
          "fit; home; from 0; from 1; from 2; from 3; from 4; from 5; projection"},
-        {"390,290 move F", "fit"},
         {"10,10 move F Left", "", false},
         {"390,10 move Left Up",
          "grab orbit 100,50; orbit 100,50 93.75,50; grab orbit 100,50; orbit 100,50 100,56.25"},
@@ -129,19 +127,6 @@ TEST(ControlsTest, SteerTheItemInItsOwnPixels)
         hands.run(row.script);
         EXPECT_EQ(hands.item.log.join("; ").toStdString(), row.steering) << row.script;
     }
-}
-
-TEST(ControlsTest, PeersMoveAlong)
-{
-    Hands hands(true);
-    GLWidget other(nullptr, "other");
-    hands.controls->setPeers([&](GLW *glw) { return QList<GLW *>{glw, &other}; });
-    QStringList steered;
-    QObject::connect(hands.controls.get(), &Controls::steered,
-                     [&](GLW *glw) { steered << glw->objectName(); });
-    hands.run("250,70 move F");
-    EXPECT_EQ(hands.item.log.join("; "), "fit; fit");
-    EXPECT_EQ(steered.join(' '), "scene other");
 }
 
 } // namespace

@@ -2,9 +2,13 @@
 // What stands over a view, line by line and word by word, and what its bars and buttons do.
 
 #include "host/item/camera_geometry.h"
+#include "host/view/compare/divider.h"
+#include "host/view/compare/legend.h"
 #include "host/view/measure_paint.h"
 #include "host/view/overlay/player.h"
 #include "host/view/overlay/scale_bar.h"
+#include "host/view/sheet/sheet_bar.h"
+#include "host/view/sheet/tile_painter.h"
 #include "sheet/support.h"
 #include "tests/host/paint_record.h"
 #include "tests/host/shapes.h"
@@ -85,6 +89,118 @@ TEST_F(PaintedTest, OverlaysStandInTheirCorners)
         }
 }
 
+// Of lines as high as the font wants, and as wide as 26 letters.
+TEST_F(PaintedTest, TheLegendSaysWhatColoursMean)
+{
+    open(boxes("c.obj", 1));
+    Legend legend(under(), *window);
+    const QFontMetricsF metrics(widget->font());
+    const double line = std::ceil(metrics.height() * 1.2), width = metrics.averageCharWidth() * 26;
+    const double left = 588 - width, top = 22 + 3 * line, bottom = 362 - 3 * line;
+    for (const bool isSigned : {true, false}) {
+        const ColourScale scale{isSigned, 8};
+        legend.setContent(Legend::Content{scale, 2, "Title", "from a", {"one", "two"}});
+        const PaintRecord drawn = painted(legend);
+        const double zero = isSigned ? (top + bottom) / 2 : bottom, unit = (zero - top) / 8;
+        QStringList expected;
+        const auto add = [&](double x, double y, double toX, double toY, const QString &pen) {
+            expected << pair(x, y) + ' ' + pair(toX, toY) + ' ' + pen;
+        };
+        for (int i = 0; i <= 4; ++i) {
+            const double y = bottom - i * (bottom - top) / 4;
+            add(left + 28, y, left + 33, y, "ff1c222a 1");
+        }
+        add(left + 38, zero - 2 * unit, left + 38, std::min(bottom, zero + 2 * unit), "ffd6620a 3");
+        add(left + 12, bottom + 2.2 * line, left + 12, bottom + 2.8 * line, "ffd6620a 3");
+        expected << pair(left, 12) + ' ' + pair(width, 360) + " cdffffff"
+                 << pair(left + 10, top) + ' ' + pair(18, bottom - top) + " ff000000"
+                 << pair(left + 10, top) + ' ' + pair(18, bottom - top) + " ff626c78";
+        const QString numbers = isSigned ? "+4 %1\n+8  outside %1\n-4 %1\n-8  inside %1\n0 %1\n"
+                                         : "0 %1\n2 %1\n4 %1\n6 %1\n8 %1\n";
+        EXPECT_EQ(said(drawn), expected.join('\n').toStdString() + '\n' +
+                                   (numbers.arg("ff1c222a") + "Title ff1c222a\nfrom a ff626c78\n"
+                                                              "one ff1c222a\ntwo ff1c222a")
+                                       .toStdString());
+        EXPECT_LT((drawn.at("Title", 0, .5) - QPointF(left + 10, 22 + line / 2)).manhattanLength(),
+                  1.6);
+        EXPECT_LT(
+            (drawn.at("two", 0, .5) - QPointF(left + 19, bottom + 2.5 * line)).manhattanLength(),
+            1.6);
+        EXPECT_LT((drawn.at(isSigned ? "0" : "4", 0, .5) - QPointF(left + 43, (top + bottom) / 2))
+                      .manhattanLength(),
+                  1.6);
+    }
+}
+
+TEST_F(PaintedTest, LinesAndBarsThatAreDragged)
+{
+    open(boxes("c.obj", 1));
+    Divider divider(under(), *window);
+    EXPECT_FALSE(divider.isThere());
+    divider.setOn(true);
+    divider.setShare(0.2501);
+    EXPECT_EQ(said(painted(divider)), "150,0 150,400 96ffffff 3\n150,0 150,400 ff1c222a 1\n137,187 "
+                                      "26,26 ffd6620a\n142,196 4,9 ffd6620a\n154,196 4,9 ffd6620a");
+    SheetScroll scroll;
+    SheetBar bar(under(), *window, scroll);
+    EXPECT_FALSE(bar.isThere());
+    scroll.setLargest(600);
+    scroll.jumpTo(300);
+    EXPECT_EQ(said(painted(bar)), "589,123 8,154 99626c78");
+    hand("590,200 move down");
+    EXPECT_EQ(said(painted(bar)), "589,123 8,154 e6d6620a");
+    hand("590,200 move up");
+    scroll.setLargest(60000);
+    EXPECT_EQ(said(painted(bar)), "589,5 8,26 99626c78");
+}
+
+// A cell of 200 x 150 pixels, with a name of 22 over its drawing.
+TEST_F(PaintedTest, TilesAreNamedAndMarked)
+{
+    using State = SheetEntry::State;
+    const TilePainter::Place place{{100, 50, 200, 150}, {100, 72, 200, 128}};
+    SheetEntry entry;
+    const auto tile = [&](const TilePainter::Marks &marks, const TilePainter::Place &at) {
+        TilePainter tiles;
+        return said({{600, 400},
+                     [&](QPainter *p) { tiles.paint(p, 1, entry, at, marks, display.theme()); }});
+    };
+    entry.name = "a.obj", entry.fraction = .25, entry.reason = "why it is so";
+    std::string all;
+    for (const State state :
+         {State::Waiting, State::Reading, State::Shown, State::Failed, State::Released}) {
+        entry.state = state;
+        const int i = int(state);
+        all += tile({i % 2 == 1, i > 0, i == 4}, place) + '\n';
+    }
+    EXPECT_EQ(all,
+              "108,136 184,3 40626c78\n108,136 46,3 ffd6620a\na.obj ff1c222a\n108,136 184,3 "
+              "40626c78\n108,136 46,3 ffd6620a\n102,52 197,147 ffd6620a\na.obj ff1c222a\n101,51 "
+              "199,149 ff626c78\na.obj ff1c222a\n102,52 197,147 ffd6620a\na.obj ffb02020\nwhy it "
+              "is so ff626c78\n276,58 9,6 ffd6620a\n282,58 9,6 ffd6620a\n108,136 184,3 "
+              "40626c78\n108,136 46,3 ffd6620a\n101,51 199,149 ff626c78\na.obj ff1c222a\n");
+    entry.state = State::Failed;
+    for (const int width : {60, 23}) { // too narrow for words, and for all
+        const QRectF small(100, 50, width, 40);
+        EXPECT_EQ(tile({}, {small, small}), width > 23 ? "! ffb02020" : "");
+    }
+    const auto whole = [&](const QString &name, const QRectF &cell) {
+        return PaintRecord({600, 400}, [&](QPainter *p) {
+            TilePainter::paintWholeName(p, name, cell, false, {0, 0, 600, 400}, display.theme());
+        });
+    };
+    EXPECT_TRUE(whole("a.obj", place.cell).texts.empty());
+    const QString name(30, 'm');
+    for (const QRectF &cell : {QRectF(-30, -40, 200, 90), {500, 9, 99, 90}}) { // kept in the window
+        const PaintRecord drawn = whole(name, cell);
+        const QRectF text = drawn[name].box, box = text.adjusted(-8, 0, 8, 0);
+        EXPECT_EQ(pair(text.left(), text.center().y()),
+                  cell.left() < 0 ? "8,11" : pair(592 - text.width(), 20));
+        EXPECT_NEAR(drawn.fills.at(1).first.width(), box.width(), 1);
+        EXPECT_EQ(drawn.fills.at(0).second, display.theme().top);
+    }
+}
+
 TEST_F(PaintedTest, AnAnimationIsPlayedByKeyAndBar)
 {
     Mesh mesh = box({0, 0, 0}, {2, 2, 2}).mesh;
@@ -122,15 +238,7 @@ TEST_F(PaintedTest, AnAnimationIsPlayedByKeyAndBar)
 
 TEST_F(PaintedTest, TheWindowSaysWhatThereIs)
 {
-    const auto texts = [&] {
-        return PaintRecord({600, 400},
-                           [&](QPainter *p) {
-                               p->save();
-                               view->PaintForeground(glw(), p);
-                               p->restore();
-                           })
-            .all();
-    };
+    const auto texts = [&] { return ViewTest::texts(*view); };
     widget->window()->show();
     view = std::make_unique<SingleView>(*window, queue, "");
     EXPECT_EQ(texts(), "Drop a model here or press Ctrl+O.|F1 lists the controls.");
@@ -172,6 +280,15 @@ TEST_F(PaintedTest, MeasuresAndPlanesAreDrawnWhereTheyAre)
                              .arg(ends, pair(from - QPointF(4, 4)), pair(to - QPointF(4, 4)));
     const PaintRecord step = painted([&](MeasurePaint &p) { p.pending({a, b}); });
     EXPECT_EQ(said(step), line.toStdString());
+    for (const Snap::Kind kind : {Snap::Kind::Vertex, Snap::Kind::Edge, Snap::Kind::Face}) {
+        const bool edge = kind == Snap::Kind::Edge;
+        const QPointF by = edge ? QPointF(7.8, 7.8) : QPointF(6, 6);
+        const QString box = pair(from - by) + (edge ? " 16,14 " : " 12,12 ");
+        EXPECT_EQ(said(painted([&](MeasurePaint &p) {
+                      p.snap({kind, 0, a});
+                  })),
+                  (box + "e1ffffff\n" + box + "ffd6620a").toStdString());
+    }
     const PaintRecord all = painted([&](MeasurePaint &p) {
         const Measurement away = Measurement::point({900, 0, 0}, "");
         p.measurements({Measurement::distance(a, b, "mm"), away}, {10, 10, 580, 380});
@@ -199,7 +316,8 @@ TEST_F(PaintedTest, MeasuresAndPlanesAreDrawnWhereTheyAre)
                                       pair(tip + QPointF(-6.93, 4)));
     EXPECT_EQ(said(PaintedTest::painted(handles)).substr(0, std::size_t(expected.size())),
               expected.toStdString());
-    EXPECT_EQ(pair(PaintedTest::painted(handles).fills.at(1).first.center()), pair(knob));
+    const QRectF still = PaintedTest::painted(handles).fills.at(1).first;
+    EXPECT_TRUE(pair(still.center()) == pair(knob) && std::abs(still.width() - 14) < .01);
     hand(QString("%1,%2 move down").arg(knob.x()).arg(knob.y()));
     const PaintRecord held = PaintedTest::painted(handles);
     EXPECT_NEAR(held["x = 0.5"].box.left(), knob.x() + 36, 1); // a note beside the pointer

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
-// What a sheet decides without a window: names, order, memory; and what a dragged rectangle holds.
+// What a sheet decides without a window: names, order, memory; and what a rectangle holds.
 #include <cmath>
 #include <limits>
 
 #include <gtest/gtest.h>
 
 #include "host/item/parts_in_pick.h"
-#include "host/view/area_selection.h"
 #include "host/view/overlay/scale_bar.h"
 #include "host/view/sheet/sheet_entry.h"
 #include "host/view/sheet/sheet_grid.h"
@@ -167,19 +166,6 @@ TEST(ScaleBarTest, HasARoundLengthThatFits)
                               {none, 9, 0},  {endless, 100, 0}, {1, none, 0}, {1, 0, 0}};
     for (const auto &[units, most, length] : rows)
         EXPECT_NEAR(ScaleBar::roundLength(units, most), length, length * 1e-9) << units << most;
-}
-
-TEST(DraggedArea, IsTheSameFromEveryCorner)
-{
-    Mouse mouse{};
-    const QRectF expected(10, 20, 30, 40);
-    for (int corner = 0; corner < 4; ++corner) {
-        mouse.x0 = corner & 1 ? 40 : 10;
-        mouse.x = corner & 1 ? 10 : 40;
-        mouse.y0 = corner & 2 ? 60 : 20;
-        mouse.y = corner & 2 ? 20 : 60;
-        EXPECT_EQ(draggedArea(mouse), expected) << corner;
-    }
 }
 
 // The square that is picked goes from -1 to 1; w is the distance in front of the eye.

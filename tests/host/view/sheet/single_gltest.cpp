@@ -6,91 +6,71 @@
 namespace host {
 namespace {
 
-class SingleTest : public SingleViewTest {
-protected:
-    using Step = std::pair<const char *, std::string>;
-
-    void run(const std::vector<Step> &steps, const std::function<std::string()> &state)
-    {
-        for (const auto &[script, expected] : steps) {
-            hand(script);
-            settle(glw());
-            EXPECT_EQ(state(), expected) << script;
-        }
-    }
-};
+using SingleTest = SingleViewTest;
 
 // The axes take 104 pixels on the left. From the right the third box covers the others.
 TEST_F(SingleTest, PartsAreSelectedHiddenAndFitted)
 {
     open(boxes("model.obj", 3));
-    const auto parts = [&] { return marks(); };
-    run({{"150,200 click", "s.."},
-         {"352,200 click", ".s."},
-         {"ctrl 550,200 click", ".ss"},
-         {"ctrl 352,200 click", "..s"},
-         {"352,70 click", "..."},
-         {"shift right 150,80 move down 200,320 move up", "s.."},
-         {"shift right 200,120 move down 350,320 move up", "ss."},
-         {"shift right 500,320 move down 380,80 move up", ".ss"},
-         {"shift right 20,20 move down 60,50 move up", "..."},
-         {"150,200 move H", "h.."},
-         {"150,200 click", "h.."},
-         {"550,200 click I", "hhs"},
-         {"A", "..s"},
-         {"H", "..h"}},
-        parts);
+    const auto parts = [&] { return QString(marks().c_str()); };
+    walk(*view, glw(),
+         "~150,200 click > s..; ~352,200 click > .s.; ~ctrl 550,200 click > .ss; ~ctrl 352,200 "
+         "click > ..s; ~352,70 click > ...; ~shift right 150,80 move down 200,320 move up > s..; "
+         "~shift right 200,120 move down 350,320 move up > ss.; ~shift right 500,320 move down "
+         "380,80 move up > .ss; ~shift right 20,20 move down 60,50 move up > ...; ~150,200 move H "
+         "> h..; ~150,200 click > ; ~550,200 click I > hhs; ~A > ..s; ~H > ..h",
+         parts);
     EXPECT_TRUE(item()->details().endsWith("1 part hidden"));
     // What is fitted stands in the middle of the rest: where its front is seen, along x.
-    const auto fitted = [&] {
-        std::string all;
-        settle(glw());
-        for (const float x : {0, 2, 5, 8})
-            all += std::to_string(int(at({x, 1, 2}).x() / 5)) + ' ';
-        return all;
-    };
-    run({{"F", "25 61 115 168 "},
-         {"150,200 click F", "44 96 174 253 "},
-         {"A ctrl 352,200 click none F", "25 48 81 115 "}},
-        fitted);
-    run({{"4", "..."},
-         {"shift right 110,50 move down 550,350 move up", "..s"},
-         {"alt shift right 110,50 move down 550,350 move up", "sss"},
-         {"352,200 click H", "..h"},
-         {"shift right 110,50 move down 550,350 move up", ".sh"},
-         {"alt shift right 110,50 move down 550,350 move up", "ssh"}},
-        parts);
+    walk(*view, glw(),
+         "~F > 25 61 115 168; ~150,200 click F > 44 96 174 253; ~A ctrl 352,200 click none F > 25 "
+         "48 81 115",
+         [&] {
+             QString all;
+             settle(glw());
+             for (const float x : {0, 2, 5, 8})
+                 all += QString::number(int(at({x, 1, 2}).x() / 5)) + ' ';
+             return all.trimmed();
+         });
+    hand("4");
+    settle(glw());
+    walk(*view, glw(),
+         "~shift right 110,50 move down 550,350 move up > ..s; ~alt shift right 110,50 move down "
+         "550,350 move up > sss; ~352,200 click H > ..h; ~shift right 110,50 move down 550,350 "
+         "move up > .sh; ~alt shift right 110,50 move down 550,350 move up > ssh",
+         parts);
 }
 
 TEST_F(SingleTest, ARectangleSelectsSamplesAndTheLegendTogglesColumns)
 {
     open(file("weather.csv", weather()));
     const SeriesPlot &plot = item<SeriesItem>()->plot();
-    run({{"shift right @1.5,20.5 move down @5.5,15 move up", "11: 4 of 4 0"},
-         {"shift right @6.5,-0.5 move down @8.5,20.5 move up", "11: 4 of 2 2"},
-         {"@1 click", "10: 2 of 2 0"}, // the range stays
-         {"@1 click", "11: 4 of 2 2"},
-         {"@4.5,10 click", "11: 0 of"}},
-        [&] {
-            std::string all{plot.enabled(0) ? '1' : '0', plot.enabled(1) ? '1' : '0', ':', ' '};
-            all += std::to_string(plot.selection().total) + " of";
-            for (const std::size_t count : plot.selection().counts)
-                all += ' ' + std::to_string(count);
-            return all;
-        });
+    walk(*view, glw(),
+         "~shift right @1.5,20.5 move down @5.5,15 move up > 11: 4 of 4 0; ~shift right @6.5,-0.5 "
+         "move down @8.5,20.5 move up > 11: 4 of 2 2; ~@1 click > 10: 2 of 2 0; ~@1 click > 11: 4 "
+         "of 2 2; ~@4.5,10 click > 11: 0 of",
+         [&] { // the range stays
+             QString all = QString("%1%2: %3 of")
+                               .arg(plot.enabled(0))
+                               .arg(plot.enabled(1))
+                               .arg(plot.selection().total);
+             for (const std::size_t count : plot.selection().counts)
+                 all += ' ' + QString::number(count);
+             return all;
+         });
 }
 
 // The middle of the triad stands 58 pixels from the left and from the bottom.
 TEST_F(SingleTest, AnArmOfTheTriadLooksAlongItsAxis)
 {
     open(boxes("model.obj", 2));
-    run({{"75,325 click", "0 0 -1"}, {"92,342 click", "-1 0 0"}, {"58,308 click", "0 -1 0"}}, [&] {
+    walk(*view, glw(), "~75,325 click > ; ~92,342 click > -1 0 0; ~58,308 click > 0 -1 0", [&] {
+        settle(glw());
         const QVector3D v = CameraGeometry(glw()->camera, QSizeF(600, 400)).forward();
         return QString("%1 %2 %3")
             .arg(qRound(v.x() * 50) / 50.0)
             .arg(qRound(v.y() * 50) / 50.0)
-            .arg(qRound(v.z() * 50) / 50.0)
-            .toStdString();
+            .arg(qRound(v.z() * 50) / 50.0);
     });
 }
 

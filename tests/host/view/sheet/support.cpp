@@ -5,11 +5,14 @@
 #include <QDeadlineTimer>
 #include <QFile>
 #include <QGLFormat>
+#include <QLineEdit>
 #include <QThreadPool>
+#include <QTimerEvent>
 
 #include "host/app/application.h"
 #include "host/capture/picture.h"
 #include "host/read/reader_process.h"
+#include "host/view/window/menu_tree.h"
 
 /// The program is also the child that a reader starts.
 int runAsChild(int argc, char **argv);
@@ -50,14 +53,15 @@ QString ViewTest::file(const QString &name, const QByteArray &text) const
     return path;
 }
 
-QString ViewTest::boxes(const QString &name, int count) const
+QString ViewTest::boxes(const QString &name, int count, double height) const
 {
     QByteArray text;
     for (int box = 0; box < count; ++box) {
         text += "o box" + QByteArray::number(box) + "\n";
         for (int corner = 0; corner < 8; ++corner)
-            text += "v " + QByteArray::number(3 * box + (corner & 1 ? 2 : 0)) +
-                    (corner & 2 ? " 2" : " 0") + (corner & 4 ? " 2\n" : " 0\n");
+            text += "v " + QByteArray::number(3 * box + (corner & 1 ? 2 : 0)) + ' ' +
+                    QByteArray::number(corner & 2 ? height : 0) + ' ' +
+                    QByteArray::number(corner & 4 ? height : 0) + '\n';
         const int faces[6][4] = {{0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4},
                                  {2, 6, 7, 3}, {0, 4, 6, 2}, {1, 3, 7, 5}};
         for (const auto &face : faces) {
@@ -135,6 +139,104 @@ void ViewTest::hand(const QString &script)
         [this](const QString &word) { return place(word); });
 }
 
+bool ViewTest::asks(View &view, const QString &script)
+{
+    bool painted = true;
+    const auto heard = QObject::connect(&view, &View::framePainted, [&] { painted = true; });
+    const auto tick = [&] {
+        QTimerEvent event(0);
+        time += 1;
+        painted = false;
+        QCoreApplication::sendEvent(widget, &event);
+    };
+    for (int i = 0; painted && i < 99; ++i)
+        tick();
+    EXPECT_FALSE(painted) << "it never comes to rest";
+    steer(
+        widget.data(), script, [] {}, [this](const QString &word) { return place(word); });
+    tick();
+    QObject::disconnect(heard);
+    return painted;
+}
+
+QString ViewTest::described(const QMenu &menu)
+{
+    QStringList all;
+    for (QAction *entry : menu.actions())
+        all << (entry->isChecked() ? "*" : "") + entry->text() +
+                   (entry->menu() ? '{' + described(*entry->menu()) + '}' : QString());
+    return all.join('|');
+}
+
+std::string ViewTest::menu(View &view, GLW *glw, const QString &path)
+{
+    MenuTree tree;
+    QMenu top;
+    view.InitContextMenuTree(glw, &tree);
+    tree.Build(&top);
+    const QMenu *menu = path.isEmpty() ? nullptr : &top;
+    for (const QString &word : path.split('|')) {
+        const QList<QAction *> all = menu ? menu->actions() : QList<QAction *>();
+        menu = nullptr;
+        for (QAction *entry : all)
+            if (entry->text().section('\t', 0, 0) == word)
+                menu = entry->menu(), entry->trigger();
+    }
+    frame(), frame();
+    return described(top).toStdString();
+}
+
+std::string ViewTest::texts(View &view) const
+{
+    return PaintRecord(widget->size(),
+                       [&](QPainter *p) {
+                           p->save();
+                           view.PaintForeground(view.mainGLW(), p);
+                           p->restore();
+                       })
+        .all();
+}
+
+std::string ViewTest::texts(const PictureContents &picture) const
+{
+    return PaintRecord(widget->size(),
+                       [&](QPainter *p) {
+                           p->save();
+                           for (const PictureObject &each : picture.objects())
+                               if (each.foreground)
+                                   each.foreground(each.glw, p);
+                           p->restore();
+                       })
+        .all();
+}
+
+void ViewTest::walk(View &view, GLW *glw, const QString &steps,
+                    const std::function<QString()> &state)
+{
+    QStringList before = state().split('|', Qt::SkipEmptyParts);
+    for (const QString &step : steps.split("; ")) {
+        const QString script = step.section(" > ", 0, 0), rest = script.mid(1);
+        if (script[0] == '=')
+            menu(view, glw, rest);
+        else if (script[0] == '?')
+            widget->findChild<QLineEdit *>()->setText(rest);
+        else if (script[0] == '~')
+            hand(rest);
+        else
+            EXPECT_TRUE(asks(view, script)) << script.toStdString();
+        QStringList fresh, now = state().split('|', Qt::SkipEmptyParts);
+        for (const QString &word : qAsConst(now))
+            if (!before.contains(word))
+                fresh << word;
+        for (const QString &word : qAsConst(before))
+            if (fresh.isEmpty() && !now.contains(word))
+                fresh << '-' + word;
+        before.swap(now);
+        EXPECT_EQ(fresh.join('|').toStdString(), step.section(" > ", 1).toStdString())
+            << script.toStdString();
+    }
+}
+
 void SingleViewTest::open(const QString &path, bool fromTheFront)
 {
     view.reset();
@@ -185,12 +287,14 @@ std::optional<QPointF> SingleViewTest::place(const QString &word) const
     return PlotLayout(plot.table(), {600, 400}, plot.options()).legend[int(n[0])].center();
 }
 
-QImage SingleViewTest::picture(bool overlays)
+QImage ViewTest::picture(View &view, bool overlays, int scale) const
 {
     PictureRequest request;
-    request.window = request.size = widget->size();
+    request.window = widget->size();
+    request.size = request.window * scale;
+    request.blockSide = 256 * scale;
     widget->makeCurrent();
-    request.objects = view->pictured(false, overlays).objects();
+    request.objects = view.pictured(false, overlays).objects();
     return renderPicture(request).image;
 }
 

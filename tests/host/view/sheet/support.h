@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QMenu>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -14,6 +15,7 @@
 #include "host/read/read_queue.h"
 #include "host/view/single_view.h"
 #include "host/view/window/window.h"
+#include "tests/host/paint_record.h"
 #include "tests/host/view/hand.h"
 
 namespace host {
@@ -35,8 +37,8 @@ protected:
 
     /// Writes a file into the folder and returns its path.
     QString file(const QString &name, const QByteArray &text) const;
-    /// Boxes of side 2 with gaps of 1 along X, each an object of its own; about 12 triangles each.
-    QString boxes(const QString &name, int count) const;
+    /// Boxes of length 2 with gaps of 1 along X, each an object of its own of 12 triangles.
+    QString boxes(const QString &name, int count, double height = 2) const;
     static QByteArray weather(); ///< A table of two columns over ten rows.
 
     /// Shows the window and waits until all that @p view reads is there and at rest.
@@ -50,6 +52,22 @@ protected:
 
     /// As in steer(), with a frame after each event.
     void hand(const QString &script);
+    /// Whether what a hand does asks for a frame, which the next tick of the window's timer paints.
+    bool asks(View &view, const QString &script);
+    /// Entries with their keys, * before those that are ticked, and {} around what is below one.
+    static QString described(const QMenu &menu);
+    /// Describes the menu over @p glw. Chooses the one named @p path first, such as Sort by|Name.
+    std::string menu(View &view, GLW *glw, const QString &path = {});
+    /// Goes through @p steps, which are apart by "; ". Each is what a hand does, which asks for a
+    /// frame if no ~ stands before it, or an entry (=Sort by|Name) of the menu over @p glw, or what
+    /// is written into a search (?m1). Behind " > " are the words of @p state, which have |
+    /// between, that were not among them before; if there are none, the first that is gone.
+    void walk(View &view, GLW *glw, const QString &steps, const std::function<QString()> &state);
+    /// Of the window, @p scale times as large.
+    QImage picture(View &view, bool overlays, int scale = 1) const;
+    /// What @p view writes into its window, sorted, with | between.
+    std::string texts(View &view) const;
+    std::string texts(const PictureContents &picture) const;
     virtual std::optional<QPointF> place(const QString &) const { return {}; }
 };
 
@@ -58,6 +76,8 @@ protected:
 class SingleViewTest : public ViewTest {
 protected:
     std::unique_ptr<SingleView> view;
+
+    SingleViewTest() { smooth = false; }
 
     void open(const QString &path, bool fromTheFront = true);
     void TearDown() override { view.reset(); }
@@ -71,7 +91,7 @@ protected:
     QString pose() const;
     QPointF at(const QVector3D &place) const; ///< In the model, in its file's units.
     std::optional<QPointF> place(const QString &word) const override;
-    QImage picture(bool overlays = true);
+    QImage picture(bool overlays = true) { return ViewTest::picture(*view, overlays); }
     QImage painted(); ///< The window after another frame.
 };
 

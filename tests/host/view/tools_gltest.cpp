@@ -1,9 +1,95 @@
 // SPDX-License-Identifier: MIT
-// A section under a person's hands: keys, the wheel, and handles that are dragged.
+// Measuring and cutting with a hand at the window.
+#include <QApplication>
+#include <QClipboard>
+
 #include "sheet/support.h"
 
 namespace host {
 namespace {
+
+/// Two boxes of side 2 with a gap of 1 between them.
+class MeasureTest : public SingleViewTest {
+protected:
+    void open() { SingleViewTest::open(boxes("two.obj", 2), false); }
+
+    MeasureTool &tool() const { return *view->measureTool(); }
+    void await()
+    {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !tool().isBusy(); }, 20000));
+    }
+    /// Chooses a kind by so many presses of its key, and clicks a little beside each of the places.
+    void measure(int kind, const QString &places)
+    {
+        hand(QString("D ").repeated(kind) + "1,1");
+        await();
+        for (const QString &place : places.split(' ', Qt::SkipEmptyParts))
+            hand('@' + place + " +1,-2 click");
+    }
+    std::string measured() const
+    {
+        QStringList all;
+        for (const Measurement &m : tool().measurements())
+            all << m.text();
+        return all.join('\n').replace('\t', '|').toStdString();
+    }
+};
+
+TEST_F(MeasureTest, ClicksAreMeasured)
+{
+    const std::tuple<int, const char *, const char *> rows[] = {
+        {1, "0,2,2 5,0,2", "Distance|5.38516|Δx 5   Δy -2   Δz 0"},
+        {2, "3,2,2", "Point|x 3   y 2   z 2"},
+        {3, "1,1,2 1,2,1", "Angle of faces|90°"},
+        {3, "1,1,2 4,1,2", "Angle of faces|180°|parallel, 0 apart"},
+        {4, "0,0,2 2,0,2 0,2,2", "Angle of points|45°"},
+        {5, "1,2,2", ""}, // a radius
+        {6, "0,2,2 0,0,2", "Distance|2|Δx 0   Δy -2   Δz 0"},
+        {2, "9,9,9", ""},
+    };
+    for (const auto &[kind, places, text] : rows) {
+        open();
+        measure(kind, places);
+        EXPECT_EQ(measured(), text) << kind;
+        EXPECT_EQ(tool().hint().contains("no circle"), kind == 5);
+        // On another axis it is drawn elsewhere and says the same.
+        item()->standOn(glw(), FileAxes::Z);
+        await();
+        EXPECT_EQ(measured(), text) << kind;
+    }
+}
+
+TEST_F(MeasureTest, TheToolTakesClicksAndLeavesDrags)
+{
+    open();
+    hand("@1,1,2 click");
+    measure(1, "0,2,2");
+    EXPECT_EQ(marks(), "s.");
+    hand("300,200 move down 340,200 move up");
+    settle(glw());
+    hand("@2,2,2 click @2,2,2 click Backspace Ctrl+C"); // the last click
+    EXPECT_EQ(tool().measurements().size(), 1u);
+    EXPECT_EQ(QApplication::clipboard()->text(), "Distance\t2\tΔx 2   Δy 0   Δz 0\n");
+    EXPECT_TRUE(view->leaveTool());
+    EXPECT_FALSE(view->leaveTool());
+    hand("@4,1,2 click Del");
+    EXPECT_EQ(marks(), ".s") << "a click is the view's again";
+    EXPECT_EQ(measured(), "");
+}
+
+TEST_F(MeasureTest, WhatWasMeasuredStaysWhileTheShapeDoes)
+{
+    open();
+    measure(2, "2,2,2");
+    for (const int count : {2, 3}) {
+        boxes("two.obj", count);
+        const MeshPtr before = item()->sharedMesh();
+        view->readAgain({});
+        ASSERT_TRUE(QTest::qWaitFor([&] { return item()->sharedMesh() != before; }, 20000));
+        EXPECT_EQ(tool().measurements().size(), count == 2 ? 1u : 0u);
+        EXPECT_EQ(tool().hint().contains("gone"), count == 3);
+    }
+}
 
 /// A cube from 0 to 2 along each axis of its file, seen from the front, cut by a plane across z.
 class SectionTest : public SingleViewTest {
@@ -36,20 +122,7 @@ protected:
 TEST_F(SectionTest, KeysAndWheelCutTurnAndMove)
 {
     EXPECT_EQ(planes()[0], (CutPlane{{0, 0, 1}, 1})) << "away from who looks";
-    const QString before = pose();
-    hand("C ctrl 300,200 wheel");
-    settle(glw());
-    EXPECT_FALSE(section().isCutting());
-    EXPECT_NE(pose(), before) << "zooms while nothing is cut";
-    const QString now = pose();
-    hand("C ctrl 300,200 wheel wheel back");
-    settle(glw());
-    EXPECT_TRUE(section().isCutting());
-    EXPECT_DOUBLE_EQ(planes()[0].offset, 1 - 2.0 / 500);
-    EXPECT_EQ(pose(), now);
-    hand("Ctrl+Down X");
-    EXPECT_EQ(planes()[0], (CutPlane{{0, 0, -1}, -1}));
-
+    hand("X");
     hand("Shift+C"); // now the face at z = 2
     ASSERT_EQ(planes().size(), 2u);
     EXPECT_EQ(planes()[1].normal, QVector3D(0, 0, 1));
@@ -61,19 +134,14 @@ TEST_F(SectionTest, KeysAndWheelCutTurnAndMove)
     hand("X");
     EXPECT_EQ(planes()[2], last.flipped());
 
+    hand("9,200 move Shift+C"); // no axis is left: the plane that is there is chosen
+    EXPECT_EQ(planes().size(), 3u);
+
     const Section cut = section();
     const Item *first = item();
     view->readAgain({});
     ASSERT_TRUE(QTest::qWaitFor([&] { return item() != first; }, 20000));
     EXPECT_EQ(planes(), cut.planes);
-}
-
-TEST_F(SectionTest, WhereNoAxisIsLeftThePlaneThatIsThereIsChosen)
-{
-    hand("10,200 move Shift+C Shift+C Shift+C X");
-    ASSERT_EQ(planes().size(), 3u);
-    for (std::size_t i = 0; i < 3; ++i)
-        EXPECT_TRUE(planes()[i].axis() == int(i + 2) % 3 && (planes()[i].offset < 0) == (i == 0));
 }
 
 TEST_F(SectionTest, HandlesAreDraggedAlongTheNormal)
