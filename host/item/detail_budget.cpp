@@ -19,7 +19,7 @@ void DetailBudget::advance(bool moved, double seconds, double took)
 
 std::size_t DetailBudget::leastTriangles(double pixels)
 {
-    constexpr double pixelsEach = 12, most = 80'000;
+    constexpr double pixelsEach = 12, most = 45'000;
     return std::size_t(std::clamp(pixels / pixelsEach, double(least), most));
 }
 

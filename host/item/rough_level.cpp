@@ -26,13 +26,32 @@ std::vector<quint32> joined(const std::vector<float> &positions, const quint32 *
     return few;
 }
 
-/// Lets triangles that were turned over look where their normals do, or they would be dark.
+/// The cosine of the angle between a triangle's front and the normals of its corners together.
+float agreement(const Mesh &mesh, const quint32 *corners)
+{
+    QVector3D normal;
+    for (int k = 0; k < 3; ++k) {
+        const float *n = mesh.normals.data() + std::size_t(corners[k]) * 3;
+        normal += QVector3D(n[0], n[1], n[2]);
+    }
+    return QVector3D::dotProduct(across(mesh.positions.data(), corners).normalized(),
+                                 normal.normalized());
+}
+
+/// Lets triangles that were turned over look where their normals do, or they would be dark. What
+/// stands across its surface is seen from the side that it shared with the others before, and
+/// would be dark if it were turned.
 void turnToNormals(const Mesh &mesh, std::vector<quint32> &indices)
 {
+    std::ptrdiff_t front = 0, all = 0;
+    for (std::size_t i = 0; i + 2 < indices.size(); i += 3, ++all)
+        front += agreement(mesh, &indices[i]) >= 0;
+    const bool insideOut = front * 2 < all, agree = std::max(front, all - front) * 10 > all * 9;
+    const float turnedOver = agree ? -0.5f : 0.0f;
     for (std::size_t i = 0; i + 2 < indices.size(); i += 3) {
-        quint32 *corners = &indices[i];
-        if (facing(across(mesh.positions.data(), corners), mesh.normals.data(), corners) < 0)
-            std::swap(corners[1], corners[2]);
+        const float alike = agreement(mesh, &indices[i]) * (insideOut ? -1.0f : 1.0f);
+        if ((alike < turnedOver) != insideOut)
+            std::swap(indices[i + 1], indices[i + 2]);
     }
 }
 

@@ -51,6 +51,7 @@ signals:
     void fileChosen(const QString &path); ///< A person wants another file in this one's place.
 
 protected:
+    bool fillsWindow() const override { return true; }
     void fillPicture(PictureContents &contents) override;
     void paintText(GLW *scene, QPainter *painter) override;
     bool toolClicked(GLW *glw, const QPointF &at) override;

@@ -45,6 +45,7 @@ Refinement::Pace paceIn(Window &window)
 View::View(Window &window, const char *className, bool single)
     : window_(window),
       area_(window),
+      lateClear_(window.widget()),
       refinement_(
           window.widget(),
           [this] { return isSettled() && !window_.clock().isContinuous() && frameTook_ < slowest; },
@@ -92,6 +93,7 @@ void View::wire()
 
 View::~View()
 {
+    endSparing();
     delete controls_; // its bindings go with it
     if (window_.widget())
         window_.widget()->makeCurrent();
@@ -106,6 +108,7 @@ View::~View()
 
 void View::setShown(bool on)
 {
+    endSparing();
     QWidget *widget = window_.widget();
     scene_->setProperty("visible", on);
     for (const QPointer<QAction> &action : qAsConst(viewKeys_)) {
@@ -147,15 +150,14 @@ void View::setItem(GLW *glw, std::shared_ptr<Item> item)
     Slot &slot = slots_[glw];
     if (slot.item)
         slot.item->release();
-    // A file that is read again stays on the axis that a person chose for it.
-    std::optional<FileAxes::Axis> up = slot.item ? slot.item->chosenUp() : std::nullopt;
-    if (!up && item && !item->chosenUp())
-        up = up_;
-    slot = Slot();
-    slot.item = std::move(item);
-    slot.number = ++items_;
-    if (slot.item && up)
-        slot.item->standOn(glw, *up);
+    {
+        const std::shared_ptr<Item> before = std::move(slot.item);
+        slot = Slot();
+        slot.item = std::move(item);
+        slot.number = ++items_;
+        if (slot.item)
+            turnLike(glw, before.get(), slot.item.get());
+    }
     if (slot.item)
         cut(slot.item.get());
     // Before the window is first shown there is no context; Init comes then.
@@ -163,6 +165,20 @@ void View::setItem(GLW *glw, std::shared_ptr<Item> item)
         begin(glw, slot.item.get());
     if (!slot.item)
         slots_.erase(glw);
+}
+
+/// A file that is read again stays on the axis that a person chose for it; any other stands as the
+/// view was told, unless it came with an axis of its own.
+void View::turnLike(GLW *glw, const Item *before, Item *item) const
+{
+    if (before) {
+        if (const std::optional<FileAxes::Axis> up = before->chosenUp()) {
+            item->standOn(glw, *up);
+            return;
+        }
+    }
+    if (up_ && !item->chosenUp())
+        item->standOn(glw, *up_);
 }
 
 /// As the view was told; who cut it otherwise keeps that.
@@ -264,6 +280,8 @@ bool View::isQuiet() const
 
 void View::Draw3D(GLW *glw)
 {
+    if (fillsWindow())
+        LateClear::clearDepths();
     drawItem(glw, true);
 }
 
@@ -323,6 +341,7 @@ void View::paintOver(GLW *glw, QPainter *painter)
 
 PictureContents View::pictured(bool transparent, bool overlays)
 {
+    endSparing();
     const QScopedValueRollback<bool> wanted(display_.overlays, display_.overlays && overlays);
     PictureContents contents(display_, transparent);
     fillPicture(contents);

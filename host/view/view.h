@@ -16,6 +16,7 @@
 #include "host/view/controls.h"
 #include "host/view/picture_contents.h"
 #include "host/view/window/frame_budget.h"
+#include "host/view/window/late_clear.h"
 #include "host/view/window/refinement.h"
 
 namespace host {
@@ -169,6 +170,10 @@ protected:
     virtual void drawContents(GLW *glw, const Display &display);
     /// Whether what the item of @p glw shows is seen at a place in its pixels, y upwards.
     virtual bool showsItemAt(const GLW *, const QPointF &) const { return true; }
+    /// Whether it draws all of the window's pixels, and clears depths where it needs that: then the
+    /// window clears nothing.
+    virtual bool fillsWindow() const { return false; }
+    void endSparing() { lateClear_.end(); } ///< In the first pass of a tick.
     /// Whether @p glw is advanced by its pick pass. Views whose scene tells of each frame say no.
     virtual bool advancesInPick() const { return true; }
     /// Adds what a picture of the view shows: its main item and the text over it, if not told
@@ -211,6 +216,7 @@ private:
 
     void begin(GLW *glw, Item *item) const;
     void cut(Item *item) const;
+    void turnLike(GLW *glw, const Item *before, Item *item) const;
     void standOn(GLW *glw, FileAxes::Axis up);
     void fillUpMenu(GLW *glw, MenuTree *tree);
     void fillModeMenu(MenuTree *tree);
@@ -242,6 +248,7 @@ private:
     QPointer<GLW> menuFor_;
     AreaSelection area_;
     FrameBudget budget_{this};
+    LateClear lateClear_;
     Refinement refinement_;
     double passed_ = 0;    // the clock's time at the last pass
     double frameTook_ = 0; // seconds, of the last frame, until it was on the screen

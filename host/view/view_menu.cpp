@@ -223,6 +223,8 @@ bool View::eventFilter(QObject *object, QEvent *event)
 {
     if (showsBindings_ && scene_ && mainGLW()->property<bool>("visible") && scrollBindings(event))
         return true;
+    if (LateClear::isDue(*event) && scene_ && fillsWindow() && mainGLW()->property<bool>("visible"))
+        lateClear_.begin();
     return QObject::eventFilter(object, event);
 }
 

@@ -54,6 +54,7 @@ bool View::pickIsDue(GLW *glw, Slot &slot, const std::optional<QPointF> &pointer
 
 void View::Pick3D(GLW *glw)
 {
+    endSparing();
     if (advancesInPick())
         advance(glw);
     const auto found = slots_.find(glw);

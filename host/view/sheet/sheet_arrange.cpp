@@ -297,10 +297,6 @@ bool SheetView::eventFilter(QObject *object, QEvent *event)
     case QEvent::KeyPress:
         bringPointerToChosen();
         break;
-    case QEvent::Timer:
-    case QEvent::Paint:
-        spareDepths();
-        break;
     case QEvent::MouseMove:
     case QEvent::MouseButtonPress:
         chosenByKeys_ = false;

@@ -32,19 +32,9 @@ public:
 
 } // namespace
 
-/// Before a frame: the window is not to clear the depths, which takes a third of what a frame does
-/// that draws nothing. Each tile that is drawn clears its own.
-void SheetView::spareDepths()
-{
-    GLWindow *widget = window().widget();
-    if (inView_.isEmpty() || !widget->isVisible())
-        return;
-    widget->makeCurrent();
-    glDepthMask(GL_FALSE);
-}
-
 void SheetView::DrawBG(GLW *)
 {
+    endSparing();
     if (refinement().gaveUp())
         pictures_.giveUp();
     pictures_.begin(pixelSize(window().widget()), refinement().isRefining());

@@ -67,7 +67,7 @@ SheetEntry *SheetView::entryOf(const GLW *glw)
 
 void SheetView::Update(GLW *glw)
 {
-    glDepthMask(GL_TRUE); // the window has cleared
+    endSparing();
     SheetEntry *entry = entryOf(glw);
     if (!entry)
         return;

@@ -127,6 +127,7 @@ signals:
     void tileSizeChosen(double usual);                              ///< As setTileSize() takes it.
 
 protected:
+    bool fillsWindow() const override { return !inView_.isEmpty(); }
     bool advancesInPick() const override { return false; }
     void markChanged() override;
     void fillPicture(PictureContents &contents) override;
@@ -193,7 +194,6 @@ private:
     void hover(const GLW *glw);
     int pointed() const;
     QColor ground() const;
-    void spareDepths();
     QByteArray keyOf(GLW *glw) const;
     void drawMark();
     void sortBy(SheetOrder order);

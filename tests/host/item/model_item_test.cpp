@@ -218,7 +218,7 @@ TEST(DetailBudget, IsLessWhileFramesAreSlowAndAllAtRest)
         budget.advance(true, 1, 0.001);
     EXPECT_EQ(budget.most(), all);
     for (const auto &[pixels, least] :
-         {std::pair(0, 10'000), {240'000, 20'000}, {9'999'999, 80'000}})
+         {std::pair(0, 10'000), {240'000, 20'000}, {9'999'999, 45'000}})
         EXPECT_EQ(DetailBudget::leastTriangles(pixels), std::size_t(least));
 }
 

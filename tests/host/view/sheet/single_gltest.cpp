@@ -92,5 +92,29 @@ TEST_F(SingleTest, TheStripOpensTheFilesBesideThisOne)
     EXPECT_EQ(chosen.join(' '), "c.obj a.obj c.obj a.obj");
 }
 
+TEST_F(SingleTest, AViewThatFillsTheWindowSparesItTheClearingAlone)
+{
+    open(boxes("model.obj", 2));
+    const QImage shown = painted(), whole = picture();
+    QTimerEvent tick(0); // after which no pass comes
+    for (const bool hides : {false, true}) {
+        view->eventFilter(widget, &tick);
+        GLboolean depths = GL_TRUE, colours[4] = {};
+        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        glGetBooleanv(GL_DEPTH_WRITEMASK, &depths);
+        glGetBooleanv(GL_COLOR_WRITEMASK, colours);
+        EXPECT_FALSE(depths || colours[0] || colours[3]);
+        hides ? view->setShown(false) : void(EXPECT_EQ(picture(), whole));
+        glGetBooleanv(GL_COLOR_WRITEMASK, colours);
+        EXPECT_TRUE(colours[0] && colours[3]);
+    }
+    view->setShown(true);
+    glClearColor(1, 0, 0, 1); // neither this is to be seen, nor these depths
+    glClearDepth(0);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glClearDepth(1);
+    EXPECT_EQ(painted(), shown);
+}
+
 } // namespace
 } // namespace host
