@@ -47,7 +47,7 @@ void turnToNormals(const Mesh &mesh, std::vector<quint32> &indices)
     for (std::size_t i = 0; i + 2 < indices.size(); i += 3, ++all)
         front += agreement(mesh, &indices[i]) >= 0;
     const bool insideOut = front * 2 < all, agree = std::max(front, all - front) * 10 > all * 9;
-    const float turnedOver = agree ? -0.5f : 0.0f;
+    const float turnedOver = agree ? -0.75f : 0.0f;
     for (std::size_t i = 0; i + 2 < indices.size(); i += 3) {
         const float alike = agreement(mesh, &indices[i]) * (insideOut ? -1.0f : 1.0f);
         if ((alike < turnedOver) != insideOut)

@@ -344,6 +344,7 @@ bool SheetView::leaveTool()
 
 void SheetView::setShown(bool on)
 {
+    window().clock().setLookRate();
     search_.setShown(on);
     View::setShown(on);
 }

@@ -46,6 +46,7 @@ SheetView::SheetView(Window &window, ReadQueue &queue, const QString &name,
 
 SheetView::~SheetView()
 {
+    window().clock().setLookRate();
     window().removeScene(gaps_);
     queue_.disconnect(this); // cancelling tells of totals
     queue_.cancel(list_);

@@ -43,7 +43,7 @@ void FrameClock::look()
 {
     const bool busy = touched_.isValid() && !touched_.hasExpired(restTimeout_.interval());
     if (!continuous_ && !busy)
-        run(std::min(rate_, lookRate));
+        run(std::min(rate_, lookRate_));
     restTimeout_.start();
 }
 

@@ -31,6 +31,8 @@ public:
     double seconds() const { return time_(); }
 
     static constexpr float lookRate = 12; ///< At most so many ticks a second for a pointer alone.
+    /// As many of them instead; nothing: the usual number again.
+    void setLookRate(float rate = lookRate) { lookRate_ = rate; }
 
     void touch();        ///< Keeps the timer running for a while.
     void requestFrame(); ///< Lets the next tick draw.
@@ -49,6 +51,7 @@ private:
     QPointer<QWidget> window_;
     std::function<double()> time_;
     float rate_;
+    float lookRate_ = lookRate;
     float running_ = 0;     // the window's rate; 0 while it rests
     QElapsedTimer touched_; // since then at the full rate; invalid while it rests
     bool continuous_ = false;

@@ -65,6 +65,9 @@ TEST(FrameClockTest, RestsWhenNothingHappensAndWakesWithInput)
     QMouseEvent move(QEvent::MouseMove, QPointF(1, 1), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
     QCoreApplication::sendEvent(&window, &move);
     EXPECT_EQ(window.fps(), int(FrameClock::lookRate));
+    clock.setLookRate(7);
+    QCoreApplication::sendEvent(&window, &move);
+    EXPECT_EQ(window.fps(), 7);
     QMouseEvent drag(QEvent::MouseMove, QPointF(1, 1), Qt::NoButton, Qt::LeftButton,
                      Qt::NoModifier);
     QCoreApplication::sendEvent(&window, &drag);
