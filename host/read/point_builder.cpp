@@ -81,7 +81,6 @@ void PointBuilder::shadeByIntensity()
         const quint8 grey = byteOf(30 + 195 * ((double(v) - low) / (double(high) - low)));
         mesh_.colours.insert(mesh_.colours.end(), {grey, grey, grey, quint8(255)});
     }
-    intensities_.clear();
 }
 
 Imported PointBuilder::finish(const QString &name, FileAxes::Axis up)

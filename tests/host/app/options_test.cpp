@@ -9,7 +9,6 @@
 #include "host/app/desktop.h"
 #include "host/app/options.h"
 #include "host/app/settings.h"
-#include "host/app/software_gl.h"
 #include "host/app/standard_input.h"
 
 namespace host {
@@ -154,14 +153,6 @@ TEST(SettingsTest, AreKeptFromRunToRun)
     EXPECT_EQ(Settings().tileSize(), 1.5);
     Settings().setFolder(files[1]);
     EXPECT_EQ(Settings().folder(), "") << "no folder";
-}
-
-TEST(SoftwareGLTest, IsToldByTheRenderersName)
-{
-    for (const char *name : {"llvmpipe (LLVM 15.0.6, 256 bits)", "softpipe", "Software Rasterizer"})
-        EXPECT_TRUE(isSoftwareRenderer(name)) << name;
-    for (const char *name : {"", "AMD Radeon RX 550 (radeonsi)", "Mesa Intel(R) UHD Graphics"})
-        EXPECT_FALSE(isSoftwareRenderer(name)) << name;
 }
 
 } // namespace

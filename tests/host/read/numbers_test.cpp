@@ -167,6 +167,7 @@ std::string pointsOf(const Imported &got)
             points.back() += QString("%1 ").arg(at[k] + m.origin[std::size_t(k)], 0, 'g', 10);
         for (std::size_t k = 0; !m.colours.empty() && k < 3; ++k)
             points.back() += QString::number(m.colours[i * 4 + k], 16) + ' ';
+        EXPECT_TRUE(m.colours.empty() || m.colours[i * 4 + 3] == 255);
     }
     points.sort();
     return (points.join("| ") + "| " + m.notes.join("; ")).toStdString();

@@ -88,7 +88,9 @@ TEST_F(ReadQueueTest, OrderFollowsThePrioritiesAsTheyChangeAndListsComeFirst)
         if (started == id[4])
             queue.setPriority(id[2], ReadQueue::InView);
     });
-    const int all = queue.list({folder.path({})}), near = queue.listNeighbours(file(0));
+    const QString bare = folder.path("bare");
+    ASSERT_TRUE(QDir().mkdir(bare));
+    const int all = queue.list({folder.path({}), bare}), near = queue.listNeighbours(file(0));
     ASSERT_TRUE(log.waitUntilIdle());
     EXPECT_EQ(log.order, (std::vector<int>{all, id[4], id[2], id[3], near, id[0], id[1]}));
     EXPECT_EQ(log.contents.size(), 5u);
@@ -96,6 +98,7 @@ TEST_F(ReadQueueTest, OrderFollowsThePrioritiesAsTheyChangeAndListsComeFirst)
     ASSERT_EQ(listed.count(), 2);
     EXPECT_TRUE(listed[0][0].toInt() == all && listed[1][0].toInt() == near);
     EXPECT_EQ(listed[0][1].value<FileListPtr>()->files.size(), 6);
+    EXPECT_EQ(listed[0][1].value<FileListPtr>()->empty, QStringList{bare});
     EXPECT_EQ(listed[1][1].value<FileListPtr>()->files.size(), 5);
 }
 
@@ -143,12 +146,12 @@ TEST_F(ReadQueueTest, CancelledFilesStayUnanswered)
 TEST_F(ReadQueueTest, WhatPassesTheMemoryIsRefusedWhileOthersAreHeld)
 {
     queue.add(file(0));
+    queue.add(folder.write("a.csv", "t,a\n1,2\n"));
     ASSERT_TRUE(log.waitUntilIdle());
-    ASSERT_EQ(log.contents.size(), 1u);
-    const quint64 size = log.contents[0].byteSize();
-    EXPECT_EQ(queue.memoryInUse(), size);
-    queue.setMemoryLimit(size * 2 - 1);
-    EXPECT_EQ(queue.memoryLimit(), size * 2 - 1);
+    ASSERT_EQ(log.contents.size(), 2u);
+    const quint64 size = log.contents[0].byteSize(), table = log.contents[1].byteSize();
+    EXPECT_EQ(queue.memoryInUse(), size + table);
+    queue.setMemoryLimit(size * 2 + table - 1);
     queue.add(file(1));
     ASSERT_TRUE(log.waitUntilIdle());
     EXPECT_EQ(log.reasons.size(), 1);

@@ -111,6 +111,12 @@ QByteArray moving(bool skinned)
 TEST(RigTest, FilesTellWhatMoves)
 {
     const ModelFolder folder;
+    for (const auto &[there, instead] :
+         {std::pair(R"({"POSITION":0})", R"({"POSITION":0},"mode":2)"),
+          std::pair(R"("node":0,)", R"("node":3,)")})
+        EXPECT_FALSE(
+            importMesh(folder.write("a.gltf", moving(false).replace(there, instead))).mesh.rig)
+            << "lines do not move, nor does what is not shown";
     for (const bool skinned : {false, true}) {
         const Imported got = importMesh(folder.write("a.gltf", moving(skinned)));
         ASSERT_TRUE(got.mesh.rig) << got.reason.toStdString();

@@ -92,14 +92,6 @@ TEST(DecimateTest, GapsCutTheLine)
     EXPECT_EQ(line.points, (Points{{50, 0}, {50, 2}, {150, 2}, {150, 0}, {450, 0}, {450, 2}}));
 }
 
-TEST(PyramidTest, TakesANodeForEachGroupOnEachLevel)
-{
-    constexpr std::size_t fan = MinMaxPyramid::fan, node = sizeof(Extent);
-    EXPECT_EQ(MinMaxPyramid::byteSize(0) + MinMaxPyramid::byteSize(1), node);
-    EXPECT_EQ(MinMaxPyramid::byteSize(fan * fan + 1), (fan + 1 + 2 + 1) * node);
-    EXPECT_EQ(Table::byteSize(2, 3), 64 + 3 * node);
-}
-
 TEST(LineClipTest, CutsToTheEdges)
 {
     // Of each line, from x, y to x, y, the share that is left: from, to; none where all is outside.
