@@ -258,7 +258,7 @@ private:
     TilePainter painter_;
     TilePictures pictures_;
     int copied_ = 0; // the last tile in the pass that is copied
-    FrameBudget hovering_{this, 50, 20};
+    FrameBudget hovering_{this, 70, 20};
     ReadQueue &queue_;
 };
 
