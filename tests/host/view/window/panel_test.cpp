@@ -148,6 +148,7 @@ TEST(PanelTest, TheListOfBindingsShowsEveryRowInFullInColumnsOrByScrolling)
                 columns.insert(key.box.left());
             }
             EXPECT_EQ(int(columns.size()), window.columns);
+            EXPECT_NEAR(*columns.begin(), panel.left() + 16, .1);
             const QString said =
                 QString("%1 to %2 of 20: scroll").arg(first).arg(first + shown - 1);
             EXPECT_EQ(list.texts.count(said), last > 0 ? 1u : 0u) << said.toStdString();
