@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: MIT
-# Large headers are precompiled, in every build, so that none can lack an include that another has. Builds that take
-# half the time again compile several files of a target as one. TESTS leaves the module and the viewer as they are:
-# each of their files has to include what it uses of this tree, and the module's, which hosts include, everything.
+# Large headers are precompiled for viewer and tests, in every build, so that none can lack an include that another
+# has. Builds that take half the time again compile several files of a target as one. TESTS leaves the module and the
+# viewer as they are: each of their files has to include what it uses of this tree, and the module's, which hosts
+# include, everything.
 set(GLWINDOW_QUICK_BUILD OFF CACHE STRING "Compile several files of a target at a time: OFF, TESTS or ON")
 
 # glwindow_quick_build(TARGET [LIBRARY HEADER])

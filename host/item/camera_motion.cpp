@@ -163,7 +163,7 @@ bool CameraMotion::step(GL::Camera &camera, double seconds)
     const float share = float(1 - std::exp(-std::clamp(seconds, 0.001, 0.1) / timeConstant));
 
     // Beyond the poles nothing is left to do.
-    rot_.setX(std::clamp(camera.rot.x + rot_.x(), -90.0f, 90.0f) - camera.rot.x);
+    rot_.setX(anglesAtEnd(camera).x() - camera.rot.x);
     const auto inLimits = [&](float rest) {
         return std::log(clampRadius(camera, camera.radius * std::exp(rest)) / camera.radius);
     };

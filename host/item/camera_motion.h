@@ -55,7 +55,8 @@ public:
     /// The same at once: the camera stands there after its next update.
     void jumpTo(GL::Camera &camera, const Pose &pose);
 
-    /// The same at once but for the angles: what is still to be turned is turned on.
+    /// The same at once, but for the angles: those of @p pose are not looked at, and what is still
+    /// to be turned is turned on.
     void reframe(GL::Camera &camera, const Pose &pose);
 
     /// The angles of @p camera once all is turned, degrees.

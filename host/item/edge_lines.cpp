@@ -51,7 +51,8 @@ void EdgeLines::draw(const Mesh &mesh, const Display &display, const PartMarks &
     indices_.bind();
     for (const GLenum off : {GL_LIGHTING, GL_TEXTURE_2D, GL_ALPHA_TEST, GL_BLEND})
         glDisable(off);
-    glDisableClientState(GL_COLOR_ARRAY);
+    for (const GLenum off : {GL_COLOR_ARRAY, GL_TEXTURE_COORD_ARRAY})
+        glDisableClientState(off);
     glLineWidth(display.scale * float(Metrics::px(1.2)));
     quint32 begin = 0;
     for (std::size_t i = 0; i < edges->ends.size(); ++i) {

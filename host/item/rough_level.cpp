@@ -2,6 +2,7 @@
 #include "host/item/rough_level.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <meshoptimizer.h>
 
@@ -34,8 +35,10 @@ float agreement(const Mesh &mesh, const quint32 *corners)
         const float *n = mesh.normals.data() + std::size_t(corners[k]) * 3;
         normal += QVector3D(n[0], n[1], n[2]);
     }
-    return QVector3D::dotProduct(across(mesh.positions.data(), corners).normalized(),
-                                 normal.normalized());
+    // QVector3D::normalized() takes a small triangle's for no direction.
+    const QVector3D front = across(mesh.positions.data(), corners);
+    const double size = std::sqrt(double(front.lengthSquared())) * normal.length();
+    return size > 0 ? float(QVector3D::dotProduct(front, normal) / size) : 0;
 }
 
 /// Lets triangles that were turned over look where their normals do, or they would be dark. What

@@ -170,8 +170,8 @@ protected:
     virtual void drawContents(GLW *glw, const Display &display);
     /// Whether what the item of @p glw shows is seen at a place in its pixels, y upwards.
     virtual bool showsItemAt(const GLW *, const QPointF &) const { return true; }
-    /// Whether it draws all of the window's pixels, and clears depths where it needs that: then the
-    /// window clears nothing.
+    /// Whether it draws all of the window's pixels: then the window clears nothing, and Draw3D()
+    /// clears the depths. Who overrides that does so itself.
     virtual bool fillsWindow() const { return false; }
     void endSparing() { lateClear_.end(); } ///< In the first pass of a tick.
     /// Whether @p glw is advanced by its pick pass. Views whose scene tells of each frame say no.

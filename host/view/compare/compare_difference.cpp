@@ -23,7 +23,7 @@ QString CompareView::differenceFault() const
     if (!areThere())
         return {};
     if (difference_.lackedMemory() || lacksMemory_)
-        return tr("There is not enough memory to measure the distances.");
+        return tr("There is not enough memory for the distances.");
     return Difference::fault(*meshOf(first()), *meshOf(second()));
 }
 

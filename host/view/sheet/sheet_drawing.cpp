@@ -39,7 +39,7 @@ void SheetView::DrawBG(GLW *)
         pictures_.giveUp();
     pictures_.begin(pixelSize(window().widget()), refinement().isRefining());
     copied_ = 0;
-    // Marks come later than that where there are hundreds: see markChanged().
+    // A tick asks every tile, and where there are hundreds marks come less often than ticks.
     constexpr int many = 100; // tiles
     window().clock().setLookRate(FrameClock::lookRate / (inView_.size() > many ? 2 : 1));
     // Clearing costs less than drawing, where a pixel has many samples.

@@ -22,7 +22,7 @@ public:
     static int header(); ///< Pixels for the name above the drawing.
 
     struct Marks {
-        bool selected, hovered, linked;
+        bool selected = false, hovered = false, linked = false;
     };
 
     /// Where a tile stands. There is a name only where the drawing leaves room for it.

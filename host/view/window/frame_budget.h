@@ -10,7 +10,7 @@ namespace host {
 
 /// Frames of little moment, such as those that show how far the background has come, in a small
 /// share of the processor time: others need the rest. They are not worth running the frame timer
-/// for, whose every tick clears the window.
+/// for, whose every tick asks all that is shown whether it moves.
 class FrameBudget : public QObject {
     Q_OBJECT
 public:

@@ -22,9 +22,11 @@ public:
     LateClear &operator=(const LateClear &) = delete;
 
     static bool isDue(const QEvent &event); ///< A window that takes it begins a tick.
-    void begin();                           ///< What the window clears now stays.
+    /// What the window clears now stays: its context is current, its colours and depths are masked.
+    void begin();
     /// All can be cleared and drawn again: in the first pass of the tick, and before anything else
-    /// is drawn, as a tick may end without any pass.
+    /// is drawn, as a tick may end without any pass. Then the context is current and no mask is
+    /// left.
     void end();
 
     /// Clears all depths and stencils of what is drawn into. Leaves GL state as it was.

@@ -100,7 +100,8 @@ protected:
     double redAtRest(double middle, const char *key = "shift")
     {
         double red = 1000;
-        for (int picture = 0; picture < 20 && std::abs(red - middle) > 4; ++picture) {
+        for (int picture = 0; picture < 20 && std::abs(red - middle) > 4 && !HasFailure();
+             ++picture) {
             run({"key", key});
             red = redOf(QString("%1%2.png").arg(middle).arg(picture));
             // A dialog that is still there would get what follows.

@@ -9,6 +9,7 @@
 #include "host/app/desktop.h"
 #include "host/app/options.h"
 #include "host/app/settings.h"
+#include "host/app/software_gl.h"
 #include "host/app/standard_input.h"
 
 namespace host {
@@ -153,6 +154,12 @@ TEST(SettingsTest, AreKeptFromRunToRun)
     EXPECT_EQ(Settings().tileSize(), 1.5);
     Settings().setFolder(files[1]);
     EXPECT_EQ(Settings().folder(), "") << "no folder";
+}
+
+TEST(SoftwareGLTest, IsToldByTheRenderersName)
+{
+    EXPECT_TRUE(isSoftwareRenderer("llvmpipe (LLVM 15.0.6)") && isSoftwareRenderer("softpipe"));
+    EXPECT_FALSE(isSoftwareRenderer("AMD Radeon RX 550 (radeonsi)"));
 }
 
 } // namespace

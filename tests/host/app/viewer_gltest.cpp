@@ -22,6 +22,7 @@ protected:
 
     View &start(const QStringList &files)
     {
+        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder.path());
         viewer.reset();
         options.files = files;
         viewer = std::make_unique<Viewer>(loader, options);
@@ -36,7 +37,6 @@ protected:
 
 TEST_F(ViewerTest, WhatAPersonChoseIsThereTheNextTime)
 {
-    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder.path());
     const QString a = boxes("a.obj", 1);
     start({a});
     hand("B O Shift+W P");

@@ -253,8 +253,6 @@ TEST(ContentReceiverTest, ARefusalCarriesItsReasonAndALargeMeshIsRefusedBeforeIt
         }
     }
     EXPECT_EQ(Mesh::byteSize(5, 3, true, 7, 0, true, 11, 0), 179u);
-    EXPECT_EQ(Mesh::byteSize(0, 0, true, 0, 2, false, 0, 3),
-              2 * (sizeof(MeshPart) + 96) + 3 * (sizeof(MeshNode) + 48));
 }
 
 } // namespace

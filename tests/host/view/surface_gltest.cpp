@@ -50,15 +50,14 @@ TEST_F(SurfaceTest, ListAndMenuOfferWhatWorksInTheSameWords)
         for (int i = 0; i < 8; ++i)
             EXPECT_EQ(list().join('\n').contains(listed.section('|', i, i)), plot == (i >= 4)) << i;
         const QString offered = menu(*view, glw()).c_str();
+        EXPECT_TRUE(offered.count('\t') > 3 && offered.contains("*Lighting") != plot);
         for (const QString &entry : offered.split(QRegularExpression("[|{}*]"))) {
             const QString keys = QRegularExpression::escape(entry.section('\t', 1));
             const QRegularExpression row("(^|, )" + keys + "(,.*)?: " + entry.section('\t', 0, 0) +
                                          '$');
             EXPECT_TRUE(keys.isEmpty() || !list().filter(row).isEmpty()) << entry.toStdString();
         }
-        if (plot) {
-            EXPECT_EQ(item<SeriesItem>()->plot().options().insets.bottom(), 36) << "the strip's";
-        }
+        EXPECT_TRUE(!plot || item<SeriesItem>()->plot().options().insets.bottom() == 36);
         hand(plot ? "P Ctrl+F" : "P P");
         EXPECT_FALSE(window->frame()->isOpen());
     }
@@ -72,12 +71,8 @@ TEST_F(SurfaceTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
         settle(glw());
         EXPECT_TRUE(until([&] { return !tool.isBusy(); }));
         const Display &d = view->display();
-        const bool switches[] = {d.lighting,
-                                 d.reduces,
-                                 d.hover,
-                                 d.dark,
-                                 window->frame()->isOpen(),
-                                 view->isOrthographic()};
+        const bool side = window->frame()->isOpen(), flat = view->isOrthographic();
+        const bool switches[] = {d.lighting, d.reduces, d.hover, d.dark, side, flat};
         QString all = QString::number(int(d.mode));
         for (int i = 0; i < 6; ++i)
             all += switches[i] ? "GRMBPO"[i] : '.';
@@ -126,6 +121,14 @@ TEST_F(SurfaceTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
          state);
     EXPECT_EQ(texts(view->pictured(false, false)), "");
     EXPECT_EQ(texts(view->pictured(false)), "1|24 triangles  ·  5 × 2 × 2  ·  Y up|X|Y|Z|two.obj");
+    const QImage bare = picture();
+    hand("350,200 move");
+    EXPECT_EQ(picture(), bare) << "where the pointer is, is no part of a picture";
+    for (const char *keys : {"Menu", "Shift+F10"}) {
+        hand(keys);
+        QWidget *menu = QApplication::activePopupWidget();
+        ASSERT_TRUE(menu && menu->close()) << keys;
+    }
     hand("9,200 move");
     EXPECT_FALSE(asks(*view, "12,200 move")) << "nothing changes";
 }
@@ -153,6 +156,7 @@ TEST_F(SurfaceTest, ThePartsListAndTheModelAgree)
     frame();
     auto *tree = window->frame()->findChild<QTreeView *>();
     auto *search = window->frame()->findChild<QLineEdit *>();
+    ASSERT_TRUE(tree && search);
     EXPECT_LT(widget->width(), whole - 100);
     const auto row = [&](int i) { return tree->model()->index(i, 0); };
     const auto follow = [&] { frame(), QCoreApplication::processEvents(); };

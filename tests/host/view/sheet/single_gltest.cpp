@@ -107,8 +107,9 @@ TEST_F(SingleTest, AViewThatFillsTheWindowSparesItTheClearingAlone)
         if (hides)
             view->setShown(false);
         EXPECT_TRUE(hides || picture() == whole);
+        glGetBooleanv(GL_DEPTH_WRITEMASK, &depths);
         glGetBooleanv(GL_COLOR_WRITEMASK, colours);
-        EXPECT_TRUE(colours[0] && colours[3]);
+        EXPECT_TRUE(depths && colours[0] && colours[3]);
     }
     view->setShown(true);
     glClearColor(1, 0, 0, 1); // neither this is to be seen, nor these depths

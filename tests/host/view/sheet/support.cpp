@@ -178,9 +178,13 @@ std::string ViewTest::menu(View &view, GLW *glw, const QString &path)
     for (const QString &word : path.split('|')) {
         const QList<QAction *> all = menu ? menu->actions() : QList<QAction *>();
         menu = nullptr;
+        QAction *found = nullptr;
         for (QAction *entry : all)
             if (entry->text().section('\t', 0, 0) == word)
-                menu = entry->menu(), entry->trigger();
+                found = entry;
+        EXPECT_TRUE(found || path.isEmpty()) << "no entry " << word.toStdString();
+        if (found)
+            menu = found->menu(), found->trigger();
     }
     frame(), frame();
     return described(top).toStdString();

@@ -149,12 +149,9 @@ TEST(PanelTest, TheListOfBindingsShowsEveryRowInFullInColumnsOrByScrolling)
             }
             EXPECT_EQ(int(columns.size()), window.columns);
             EXPECT_NEAR(*columns.begin(), panel.left() + 16, .1);
-            const QString said =
-                QString("%1 to %2 of 20: scroll").arg(first).arg(first + shown - 1);
+            const auto said = QString("%1 to %2 of 20: scroll").arg(first).arg(first + shown - 1);
             EXPECT_EQ(list.texts.count(said), last > 0 ? 1u : 0u) << said.toStdString();
-            if (last > 0) {
-                EXPECT_NEAR(list[said].box.right(), panel.right() - 16, 1);
-            }
+            EXPECT_TRUE(last <= 0 || std::abs(list[said].box.right() - panel.right() + 16) < 1);
         }
     }
 }
