@@ -134,7 +134,7 @@ TEST_F(CompareTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
          "inside|-5; . > 34.7 % within ±1; =Colours up to a larger distance > +10|+20  "
          "outside|-10|-20  inside; =Colours up to a smaller distance > +10  outside|+5|-10  "
          "inside|-5; =Larger tolerance > 50.4 % within ±2; =Smaller tolerance > 34.7 % within ±1; "
-         "=Beside one another, with a divider, their difference > way 0",
+         "=Beside one another, with a divider, their difference > way 0|a.obj",
          state);
 }
 
