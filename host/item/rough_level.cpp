@@ -49,7 +49,8 @@ void turnToNormals(const Mesh &mesh, std::vector<quint32> &indices)
     std::ptrdiff_t front = 0, all = 0;
     for (std::size_t i = 0; i + 2 < indices.size(); i += 3, ++all)
         front += agreement(mesh, &indices[i]) >= 0;
-    const bool insideOut = front * 2 < all, agree = std::max(front, all - front) * 10 > all * 9;
+    const bool insideOut = front * 2 < all;
+    const bool agree = std::max(front, all - front) * 10 > all * 9;
     const float turnedOver = agree ? -0.75f : 0.0f;
     for (std::size_t i = 0; i + 2 < indices.size(); i += 3) {
         const float alike = agreement(mesh, &indices[i]) * (insideOut ? -1.0f : 1.0f);
