@@ -150,6 +150,7 @@ TEST(Csv, ALongFileIsReadWithProgress)
 }
 
 // Clouds of points: what is made of text and PLY files, of broken ones too, and their order.
+
 /// The points of a mesh in the file's coordinates, with colours if there are any, sorted, and its
 /// notes; or the reason why there is none.
 std::string pointsOf(const Imported &got)

@@ -84,9 +84,8 @@ const Attempt attempts[] = {
     {"many files", EMFILE, openMany},
 };
 
-} // namespace
-
-static Imported tryForbidden(const QString &path)
+/// What a test has in place of a parser: tries what none may do, and fails with what came of it.
+Imported tryForbidden(const QString &path)
 {
     const QByteArray model = QFile::encodeName(path);
     QStringList wrong;
@@ -99,14 +98,12 @@ static Imported tryForbidden(const QString &path)
 }
 
 /// Reads files where the kernel lets nobody be closed in.
-static int runOpen()
+int runOpen()
 {
     scmp_filter_ctx filter = seccomp_init(SCMP_ACT_ALLOW);
     seccomp_rule_add(filter, SCMP_ACT_ERRNO(EACCES), SCMP_SYS(seccomp), 0);
     return seccomp_load(filter) == 0 ? runReaderProcess() : 1;
 }
-
-namespace {
 
 TEST(SandboxTest, AReaderCanReadAndNothingElseAndItIsSaidWhereTheKernelRefuses)
 {
