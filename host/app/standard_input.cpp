@@ -67,6 +67,8 @@ QString StandardInput::read()
         if (out.write(piece) != piece.size())
             return tr("standard input cannot be kept: %1").arg(out.errorString());
     }
+    if (in.error() != QFileDevice::NoError)
+        return tr("standard input cannot be read: %1").arg(in.errorString());
     const qint64 size = out.size();
     if (!out.flush())
         return tr("standard input cannot be kept: %1").arg(out.errorString());

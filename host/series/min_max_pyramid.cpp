@@ -41,7 +41,7 @@ void addEnds(Extent &sum, const std::vector<Item> &items, std::size_t &first, st
 
 } // namespace
 
-MinMaxPyramid::MinMaxPyramid(const std::vector<double> &values) : rows_(values.size())
+MinMaxPyramid::MinMaxPyramid(const std::vector<double> &values)
 {
     if (values.empty())
         return;

@@ -35,14 +35,12 @@ public:
     /// first <= last <= their number. An empty run has an empty extent.
     Extent extent(const std::vector<double> &values, std::size_t first, std::size_t last) const;
 
-    std::size_t byteSize() const { return byteSize(rows_); } ///< Memory held.
-    static std::size_t byteSize(std::size_t rows);           ///< That of a pyramid over @p rows.
+    static std::size_t byteSize(std::size_t rows); ///< Memory held by a pyramid over @p rows.
 
     int levels() const { return int(levels_.size()); } ///< 0 when there are no rows.
     const std::vector<Extent> &level(int index) const { return levels_[std::size_t(index)]; }
 
 private:
-    std::size_t rows_ = 0;
     std::vector<std::vector<Extent>> levels_;
 };
 

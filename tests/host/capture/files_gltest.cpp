@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -250,9 +251,11 @@ TEST(ProgressLineTest, IsRewrittenOnATerminalAndRareInAFile)
          "\rRecording: 20 of 20 (100 %)\r\n\rAgain: 1 of 1 (100 %)\r\n"}};
     for (const auto &[stream, reader, expected] : rows) {
         {
-            ProgressLine line(stream, "Recording"), again(stream, "Again");
+            ProgressLine line(stream, "Recording"), again(stream, "Again"), none(stream, "None");
             for (const int i : {1, 2, 3, 20})
                 line.show(i, 20);
+            int there = 0;
+            EXPECT_TRUE(ioctl(reader, FIONREAD, &there) == 0 && (there > 0 || reader == terminal));
             line.end(), line.end();
             again.show(1, 1);
         } // which ends the other

@@ -79,17 +79,20 @@ TEST_F(PictureTest, AlphaIsWhatIsCoveredHoweverTheContentBlends)
         glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
         glColor4f(0, 1, 0, 0.4f);
         glRectf(110, 20, 160, 180);
+        glBlendFunc(GL_ONE, GL_ONE); // over white nothing of it is seen but that it is red
+        glColor4f(0.4f, 0, 0, 1);
+        glRectf(20, 20, 60, 180);
     };
     request.objects[0].foreground = [](GLW *, QPainter *painter) {
         painter->fillRect(200, 50, 20, 20, QColor(0, 0, 255, 102));
     };
-    const QPoint probes[] = {{319, 100}, {130, 100}, {210, 60}, {300, 10}};
-    const QRgb colors[2][4] = {{0xff660000, 0xff99ff99, 0xff9999ff, 0xffffffff},
-                               {0xff660000, 0x6600ff00, 0x660000ff, 0}};
+    const QPoint probes[] = {{319, 100}, {130, 100}, {210, 60}, {300, 10}, {40, 100}};
+    const QRgb colors[2][5] = {{0xff660000, 0xff99ff99, 0xff9999ff, 0xffffffff, 0xffffffff},
+                               {0xff660000, 0x6600ff00, 0x660000ff, 0, 0x66ff0000}};
     for (const bool transparent : {false, true}) {
         request.transparent = transparent;
         const QImage image = renderPicture(request).image.convertToFormat(QImage::Format_ARGB32);
-        for (int i = 0; i < 4; ++i)
+        for (int i = 0; i < 5; ++i)
             EXPECT_EQ(image.pixel(probes[i]), colors[transparent][i]) << transparent << i;
     }
 }
@@ -140,6 +143,18 @@ std::string state()
 TEST_F(PictureTest, GivesBackStateAndRecords)
 {
     main->lights.emplace_back(GLenum(GL_LIGHT0), 'l');
+    main->lights[0].position = {0, 0, 0, 1}; // 3 in front
+    request.objects[0].draw3D = [](GLW *glw, float) {
+        GLfloat lamp[4];
+        GLdouble view[16], projection[16];
+        glGetLightfv(GL_LIGHT0, GL_POSITION, lamp);
+        glGetDoublev(GL_MODELVIEW_MATRIX, view);
+        glGetDoublev(GL_PROJECTION_MATRIX, projection);
+        EXPECT_TRUE(glIsEnabled(GL_LIGHTING) && std::abs(lamp[2] + 3) < 1e-5f);
+        EXPECT_FLOAT_EQ(float(view[14]), float(glw->camera.model_matrix[14]));
+        EXPECT_FLOAT_EQ(float(projection[14]), float(glw->camera.proj_matrix[14]));
+    };
+    main->camera.model_matrix[14] = main->camera.proj_matrix[14] = 9; // of another frame
     run("set window at 77,0 from 0,11");
     glEnable(GL_SCISSOR_TEST);
     glScissor(1, 2, 3, 4);

@@ -98,27 +98,17 @@ TEST(ModelItem, IsTakenUpAsAnotherOneWasLeft)
     const auto shared = std::make_shared<Mesh>(mesh);
     ModelItem a("a", shared), b("b", shared), both("c", shared, std::make_shared<Mesh>(other));
     GLWidget glw(nullptr, "glw");
-    const auto cut = [&a](CutPlane plane) { a.setSection({{plane}}); };
-    const std::function<void()> steps[] = {[] {},
-                                           [&] { a.standOn(&glw, FileAxes::Z); },
-                                           [&] {
-                                               cut({{0, 0, 1}, 2});
-                                           },
-                                           [&] {
-                                               cut({{0, 0, 1}, 1});
-                                           },
-                                           [&] {
-                                               cut({{0, 1, 0}, 1});
-                                           },
-                                           [&] { a.marks().setHidden(1, true); },
-                                           [&] { a.marks().setSelected(0, true); }};
     std::set<QByteArray> looks; // each another one
-    for (const auto &step : steps) {
-        step();
+    for (int step = 0; step < 7; ++step) {
+        step == 1   ? a.standOn(&glw, FileAxes::Z)
+        : step == 5 ? a.marks().setHidden(1, true)
+        : step == 6 ? a.marks().setSelected(0, true)
+        : step > 1  ? a.setSection({{{{0, float(step == 4), float(step < 4)}, step < 3 ? 2. : 1.}}})
+                    : void();
         QThreadPool::globalInstance()->waitForDone();
         looks.insert(a.look(&glw));
     }
-    EXPECT_EQ(looks.size(), std::size(steps));
+    EXPECT_EQ(looks.size(), 7u);
     b.restore(&glw, a.state(&glw));
     EXPECT_EQ(b.details(), "12 triangles  ·  1 × 2 × 4  ·  Z up  ·  1 part hidden");
     EXPECT_EQ(b.underPointer(), "1 of 2 parts selected");

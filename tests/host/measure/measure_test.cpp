@@ -256,6 +256,8 @@ TEST_P(Snaps, ToTheNearest)
     EXPECT_LT((snap.value_or(Snap()).at - row.at).norm(), 1e-6);
 }
 
+const auto always = [](const Vec &) { return true; };
+
 TEST(SnapTest, PerspectiveIsTakenOutOfEdges)
 {
     // An edge that runs away from the eye at depth 1 to depth 3: its middle is seen at a third of
@@ -265,10 +267,23 @@ TEST(SnapTest, PerspectiveIsTakenOutOfEdges)
     const auto sight = [](const Vec &p) {
         return Seen{QPointF(p[0], p[1]) * 300 / (1 + p[2]), 1 + p[2]};
     };
-    const auto snap = snapTo({slope.mesh, nullptr, SnapTo::All, 5}, {0}, {}, {150, -2}, sight,
-                             [](const Vec &) { return true; });
+    const SnapWish wish{slope.mesh, nullptr, SnapTo::All, 5};
+    const auto snap = snapTo(wish, {0}, {}, {150, -2}, sight, always);
     ASSERT_TRUE(snap);
     EXPECT_LT((snap->at - Vec(1, 0, 1)).norm(), 1e-9) << snap->at.transpose();
+}
+
+TEST(SnapTest, EdgesBendByMoreThanHalfADegree)
+{
+    for (const double bent : {0.4, 0.6}) {
+        Shape ridge;
+        ridge.triangle(o, {2, 0, 0}, {1, 1, 0});
+        ridge.triangle({2, 0, 0}, o, {1, -1, bent / degrees});
+        const MeshTopology topology = ridge.topology();
+        const auto sight = [](const Vec &p) { return Seen{QPointF(p[0], p[1]), 1}; };
+        const SnapWish wish{ridge.mesh, &topology, SnapTo::Edges, .2};
+        EXPECT_EQ(snapTo(wish, {0, 1}, {}, {1, .1}, sight, always).has_value(), bent > 0.5);
+    }
 }
 
 TEST(LabelLayoutTest, LabelsStayInsideAndApart)

@@ -220,7 +220,7 @@ const struct {
     {"words.xyz", "1 2 3\nhello\n4 5 -6\n7 8\n",
      std::string(both) + "2 lines that are no points left out, the first is line 2"},
 
-    {"a.ply", ply("ascii", twoPoints, "1 2 3\n4 5 -6\n"), both},
+    {"a.ply", ply("ascii", twoPoints, "1 2 3\n \t\n4 5 -6\n"), both},
     {"little.ply", ply("binary_little_endian", twoPoints, little), both},
     {"big.ply", ply("binary_big_endian", twoPoints + "; face 0, list uchar int i", big), both},
     {"bytes.ply",

@@ -149,7 +149,13 @@ TEST(PlotLegend, TogglesWhatItNamesAndTellsHowManyItLeavesOut)
         }
         EXPECT_EQ(now.leftOut, n - i);
         EXPECT_TRUE((i > 6 || i == n) && !p.hit(now.area.center()));
-        EXPECT_TRUE(now.free == QRectF(40, 30, 740, 460) && last.bottom() < now.area.top());
+        EXPECT_EQ(now.free, QRectF(40, 30, 740, 460));
+        const double line = painted["series0"].box.height(), ends = now.free.bottom();
+        for (const auto &[gap, pixels] : {std::pair(now.legend[0].top() - now.title.bottom(), 2),
+                                          {now.legend[0].height() - line, 4},
+                                          {now.area.top() - last.bottom(), 8},
+                                          {ends - now.area.bottom() - 2 * line, 12}})
+            EXPECT_NEAR(gap, pixels * now.scale, 0.01);
         EXPECT_EQ(now.more.isNull(), now.leftOut == 0);
         if (now.leftOut > 0) {
             const auto &[box, font, color] = painted[QString("+%1 more").arg(now.leftOut)];
@@ -164,9 +170,10 @@ TEST(PlotLegend, TogglesWhatItNamesAndTellsHowManyItLeavesOut)
 // Of sixty columns, with room for all, and for few rows.
 TEST(PlotList, HasASwitchForEach)
 {
-    for (const double inset : {0.0, 400.0}) {
+    for (const double inset : {0.0, 300.0}) {
         Plotted p(tableOf({1, 2}, Columns(60, {2, 3})));
-        p.setOptions({true, {0, 0, inset, inset / 2}, 1});
+        const double scale = inset > 0 ? 1.25 : 1;
+        p.setOptions({true, {0, 0, inset, inset / 2}, scale});
         const PlotLayout now = p.layout();
         EXPECT_FALSE(p.scroll(now.area.center(), 1));
         EXPECT_TRUE(p.hit(now.more.center()) && p.isListOpen());
@@ -191,15 +198,17 @@ TEST(PlotList, HasASwitchForEach)
         ASSERT_TRUE(painted.texts.count("series0") == 2 && painted.texts.count("series1") == 2);
         EXPECT_EQ(painted.texts.count("series59"), inset > 0 ? 0u : 1u);
         const auto &entry = std::next(painted.texts.find("series0"))->second; // first the legend's
-        EXPECT_NEAR(entry.box.left(), list.box.left() + 46, 1.5);
+        EXPECT_NEAR(entry.box.left(), list.box.left() + 46 * scale, 1.5);
         EXPECT_TRUE(list.box.contains(entry.box) && entry.color == colors.axis);
         EXPECT_EQ(std::next(painted.texts.find("series1"))->second.color, colors.text);
         const auto &[ground, color] = painted.fills.at(0);
         EXPECT_EQ(ground, list.box.translated(0.5, 0.5));
         EXPECT_EQ(color.name(QColor::HexArgb), "#eb" + colors.background.name().mid(1));
         const auto &[last, itsColor] = painted.fills.back();
-        EXPECT_EQ(itsColor == colors.axis && last.height() > 3 * last.width(), inset > 0)
-            << "a bar to scroll";
+        const double way = list.box.height() - 16 * scale; // of a bar to scroll
+        const QRectF bar(list.box.right() - 6 * scale, list.box.top() + 8 * scale, 4 * scale,
+                         way * list.seen);
+        EXPECT_EQ(itsColor == colors.axis && last == bar, inset > 0);
         EXPECT_TRUE(p.hit({1, 1}) && !p.isListOpen()); // beside it
         EXPECT_TRUE(p.hit(now.more.center()) && p.hit(now.more.center()) && !p.isListOpen());
     }
@@ -243,6 +252,11 @@ TEST(PlotTexts, StandBesideWhatTheySpeakOf)
         EXPECT_TRUE(painted["series1  3"].font.bold() && !painted["time 20"].font.bold());
         EXPECT_EQ(painted["series1"].color, plotColors(p.theme()).text);
         EXPECT_EQ(painted["series2"].color, plotColors(p.theme()).axis);
+        const QRectF mark = painted.fills.at(0).first, box = painted.fills.at(2).first;
+        const QRectF words = painted["4 samples selected"].box;
+        EXPECT_TRUE(mark.width() == 10 * scale && apart(mark.center(), p.at(20, 3)) < 0.1);
+        EXPECT_NEAR(box.width() - words.width(), 30 * scale, 1);
+        EXPECT_NEAR(box.height() - 3 * words.height(), 12 * scale, 1);
         for (const int i : {0, 1}) { // the swatches of those that are shown
             const auto &[line, pen] = painted.lines.at(std::size_t(i));
             EXPECT_LT(apart(line.p1(), entry(std::size_t(i))) +
@@ -288,8 +302,15 @@ TEST(PaletteTest, PensChangeWithEveryRoundOfColors)
         for (int k = 0; k < 6; ++k)
             EXPECT_EQ(style.color == seriesStyle(k, PlotTheme(i % 2)).color, k == i % 6);
     }
-    EXPECT_TRUE(plotColors(PlotTheme::Light).background == QColor("white") &&
-                seriesStyle(5, PlotTheme::Light).color == QColor("black"));
+    QString names;
+    for (const PlotTheme theme : {PlotTheme::Light, PlotTheme::Dark}) {
+        for (int i = 0; i < 6; ++i)
+            names += seriesStyle(i, theme).color.name();
+        const auto &[background, grid, axis, text] = plotColors(theme);
+        names += ' ' + background.name() + grid.name() + axis.name() + text.name() + ' ';
+    }
+    EXPECT_EQ(names, "#0072b2#d55e00#009e73#c56f9f#b37b00#000000 #ffffff#e6e8eb#9aa0a6#30343a "
+                     "#56b4e9#d55e00#009e73#cc79a7#e69f00#f0e442 #1b1e23#2d3239#6b727c#d5d9df ");
 }
 
 TEST(PlotLayoutTest, LeavesOutWhatHasNoRoom)
