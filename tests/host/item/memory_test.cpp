@@ -6,7 +6,6 @@
 #include <malloc.h>
 
 #include "host/item/model_item.h"
-#include "host/item/series_item.h"
 #include "tests/host/shapes.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -40,13 +39,6 @@ TEST(MemoryTest, WhatItemsSayIsWithinATenthOfWhatTheyHold)
     const Mesh ring = revolve(arc({5, 0}, 1, -90, 90, 100), 100, 100).mesh;
     expectHonest("triangles",
                  [&] { return std::make_unique<ModelItem>("a", std::make_shared<Mesh>(ring)); });
-    const std::vector<double> rows(100000, 1);
-    expectHonest("table", [&] {
-        auto table = std::make_shared<Table>(Table{"t", "x", false, rows, {}, {}});
-        for (const char *name : {"a", "b"})
-            table->columns.emplace_back(name, rows);
-        return std::make_unique<SeriesItem>(table);
-    });
     expectHonest("posed", [&] {
         Mesh mesh = ring;
         const Texture texture{1000, 1000, std::vector<quint8>(4000000)};

@@ -67,7 +67,6 @@ TEST_P(MeshEdgesOf, AreThoseThatTellTheShape)
             mesh.indices.push_back(quint32(c.digitValue()));
     }
     const MeshEdges found = edgesOf(mesh, std::atomic<bool>(false));
-    ASSERT_EQ(found.ends.size(), mesh.parts.size());
     const auto point = [&](quint32 vertex) { // what stands at one place is one point
         const auto &all = row.points;
         return int(std::find(all.begin(), all.end(), all[vertex]) - all.begin());

@@ -55,8 +55,7 @@ TEST_P(ModelAxes, AreTheFilesOwn)
     if (row.up)
         item.standOn(&glw, *row.up);
     EXPECT_EQ(item.details().toStdString(), "1 triangle  ·  " + std::string(row.size));
-    EXPECT_EQ(item.chosenUp(), row.up);
-    EXPECT_EQ(item.mesh().max - item.mesh().min, row.world);
+    EXPECT_TRUE(item.chosenUp() == row.up && item.mesh().max - item.mesh().min == row.world);
     EXPECT_EQ(item.centre(), (item.mesh().max + item.mesh().min) / 2);
     EXPECT_FLOAT_EQ(item.scale(), CameraMotion::worldRadius / std::sqrt(3.5f));
     const Mesh &m = item.mesh();
@@ -86,14 +85,13 @@ TEST(ModelItem, TellsOfLinesAndPoints)
     mesh->findBounds();
     ModelItem item("a", mesh);
     EXPECT_EQ(item.details().toStdString(), "1 line  ·  1,200 points  ·  2 × 0 × 0  ·  Y up");
-    EXPECT_EQ(item.count(), 1201u);
     QThreadPool::globalInstance()->waitForDone();
-    EXPECT_TRUE(item.hasPoints() && !item.isBusy());
+    EXPECT_TRUE(item.hasPoints() && !item.isBusy() && item.count() == 1201);
 }
 
 TEST(ModelItem, IsTakenUpAsAnotherOneWasLeft)
 {
-    Mesh mesh = box({0, 0, 0}, {1, 2, 4}).split(4).mesh, other = box({4, 0, 0}, {5, 2, 4}).mesh;
+    Mesh mesh = box({0, 0, 0}, {1, 2, 4}).split(4).mesh, other = box({4, -1, 0}, {5, 3, 4}).mesh;
     mesh.findBounds(), other.findBounds();
     const auto shared = std::make_shared<Mesh>(mesh);
     ModelItem a("a", shared), b("b", shared), both("c", shared, std::make_shared<Mesh>(other));
@@ -110,11 +108,12 @@ TEST(ModelItem, IsTakenUpAsAnotherOneWasLeft)
     }
     EXPECT_EQ(looks.size(), 7u);
     b.restore(&glw, a.state(&glw));
-    EXPECT_EQ(b.details(), "12 triangles  ·  1 × 2 × 4  ·  Z up  ·  1 part hidden");
-    EXPECT_EQ(b.underPointer(), "1 of 2 parts selected");
+    EXPECT_EQ(b.details() + b.underPointer(),
+              "12 triangles  ·  1 × 2 × 4  ·  Z up  ·  1 part hidden"
+              "1 of 2 parts selected");
     EXPECT_TRUE(b.section()->planes == a.section()->planes && b.chosenUp() == FileAxes::Z);
-    both.standOn(&glw, FileAxes::Z); // both are a box of 5 by 2 by 4
-    EXPECT_FLOAT_EQ(both.scale(), CameraMotion::worldRadius / std::sqrt(11.25f));
+    both.standOn(&glw, FileAxes::Z); // both are a box of 5 by 4 by 4
+    EXPECT_FLOAT_EQ(both.scale(), CameraMotion::worldRadius / std::sqrt(14.25f));
     EXPECT_EQ(both.centre(), both.mesh().axes.fromFile({2.5f, 1, 2}));
 }
 
@@ -125,7 +124,7 @@ TEST(SeriesItem, NeedsNothingOfWhatModelsDo)
     table->columns = {{"p", {4, 5, 6}}};
     SeriesItem item(table);
     GLWidget glw(nullptr, "glw");
-    EXPECT_TRUE(item.count() == 3 && item.isWhole() && item.paintsTitle());
+    EXPECT_TRUE(item.count() == 3 && item.isWhole() && item.paintsTitle() && item.byteSize() == 64);
     EXPECT_FALSE(item.passed({}) || item.isReduced() || item.isBusy() || item.play(1) ||
                  item.hasPoints() || item.isSpatial() || item.pick3D(&glw, {}) || item.model() ||
                  item.playback() || item.section() || item.axes() || item.chosenUp());

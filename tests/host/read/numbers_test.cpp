@@ -184,7 +184,8 @@ const QByteArray little("\0\0\x80\x3f\0\0\0\0\0\0\0\x40\3\0"
 const QByteArray big("\x3f\x80\0\0\x40\0\0\0\0\0\0\0\0\3"
                      "\x40\x80\0\0\x40\x14\0\0\0\0\0\0\xff\xfa",
                      28);
-constexpr char both[] = "1 2 3 | 4 5 -6 | ";
+constexpr char both[] = "1 2 3 | 4 5 -6 | ", le[] = "binary_little_endian",
+               be[] = "binary_big_endian";
 
 const struct {
     const char *file;
@@ -221,22 +222,18 @@ const struct {
      std::string(both) + "2 lines that are no points left out, the first is line 2"},
 
     {"a.ply", ply("ascii", twoPoints, "1 2 3\n \t\n4 5 -6\n"), both},
-    {"little.ply", ply("binary_little_endian", twoPoints, little), both},
-    {"big.ply", ply("binary_big_endian", twoPoints + "; face 0, list uchar int i", big), both},
-    {"bytes.ply",
-     ply("binary_little_endian", "vertex 1, char x, uchar y, ushort z", "\xfe\xfd\1\2"),
-     "-2 253 513 | "},
+    {"little.ply", ply(le, twoPoints, little), both},
+    {"big.ply", ply(be, twoPoints + "; face 0, list uchar int i", big), both},
+    {"bytes.ply", ply(le, "vertex 1, char x, uchar y, ushort z", "\xfe\xfd\1\2"), "-2 253 513 | "},
     {"words.ply",
-     ply("binary_big_endian", "vertex 1, int x, uint y, float z",
+     ply(be, "vertex 1, int x, uint y, float z",
          QByteArray("\xff\xff\xff\xfe\x80\0\1\0\x3f\x80\0\0", 12)),
      "-2 2147483904 1 | "},
     {"wide.ply", // as wide as may be
      ply("ascii", one.chopped(2) + QByteArray(", float w").repeated(61),
          "1 2 3" + QByteArray(" 0").repeated(61)),
      "1 2 3 | "},
-    {"before.ply",
-     ply("binary_little_endian", "camera 2, uchar a, int b; " + twoPoints, "0123456789" + little),
-     both},
+    {"before.ply", ply(le, "camera 2, uchar a, int b; " + twoPoints, "0123456789" + little), both},
     {"text.ply", ply("ascii", "camera 1, uchar a; " + twoPoints, "9\n1 2 3\n4 5 -6"), both},
     {"uchar.ply", ply("ascii", one + "uchar red, uchar green, uchar blue", "1 2 3 16 32 255\n"),
      "1 2 3 10 20 ff | "},
@@ -247,12 +244,11 @@ const struct {
     {"i.ply",
      ply("ascii", "vertex 2, float intensity, float x, float y, float z", "0 1 2 3\n9 4 5 -6\n"),
      "1 2 3 1e 1e 1e | 4 5 -6 e1 e1 e1 | "},
-    {"cut.ply", ply("binary_little_endian", twoPoints, little.left(27)),
-     "1 2 3 | the file ends after 1 of 2 points"},
+    {"cut.ply", ply(le, twoPoints, little.left(27)), "1 2 3 | the file ends after 1 of 2 points"},
     {"lie.ply", ply("ascii", QByteArray(twoPoints).replace("2", "30000000"), "1 2 3\n4 5 -6\n"),
      std::string(both) + "the file ends after 2 of 30000000 points"},
 
-    {"none.ply", ply("binary_big_endian", twoPoints, "123"), "ends before its first point"},
+    {"none.ply", ply(be, twoPoints, "123"), "ends before its first point"},
     {"late.ply",
      "ply\nelement vertex 1\nproperty double x\nproperty double y\nproperty double z\n"
      "format binary_little_endian 1.0\nend_header\n" +

@@ -80,8 +80,8 @@ TEST(DecimateTest, GapsCutTheLine)
     Polyline line = decimate(few, few.columns[0], 1.5, 4.5, 100);
     EXPECT_EQ(line.points, (Points{{1, 10}, {2, 20}, {4, 40}, {5, 50}}));
     EXPECT_EQ(line.starts, (std::vector<std::size_t>{0, 2}));
-    EXPECT_TRUE(decimate(few, few.columns[0], 0, 7, 0).points.empty());
-    EXPECT_TRUE(decimate(few, few.columns[0], 2, 2, 10).points.empty());
+    EXPECT_TRUE(decimate(few, few.columns[0], 0, 7, 0).points.empty() &&
+                decimate(few, few.columns[0], 2, 2, 10).points.empty());
     std::vector<double> x(1000), y(1000);
     for (std::size_t i = 0; i < x.size(); ++i)
         x[i] = double(i), y[i] = i >= 200 && i < 400 ? missing : double(i % 3);
