@@ -21,8 +21,8 @@ protected:
     {
         ASSERT_TRUE(QDir(folder.path()).mkdir("void") && QDir(folder.path()).mkdir("deep"));
         for (const auto &[name, text] :
-             {std::pair("pyramid.obj", "v -1 0 -1\nv 1 0 -1\nv 1 0 1\nv -1 0 1\nv 0 2 0\n" +
-                                           QByteArray(1 << 20, '\n') + // longer than a block
+             {std::pair("pyramid.obj", "usemtl a\n" + QByteArray(1 << 20, '\n') + // a block
+                                           "v -1 0 -1\nv 1 0 -1\nv 1 0 1\nv -1 0 1\nv 0 2 0\n"
                                            "f 1 2 3 4\nf 1 5 2\nf 2 5 3\nf 3 5 4\nf 4 5 1\n"),
               {"deep/red.obj", "mtllib ../red.mtl\nv 0 0 0\nv 2 0 0\nv 0 2 0\nv 2 2 0\n"
                                "usemtl red\nf 1 2 3\nf 3 2 4\n"},
