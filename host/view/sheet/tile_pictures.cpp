@@ -106,7 +106,7 @@ void TilePictures::begin(const QSize &window, bool refining, const QColor &groun
     ground_ = ground;
     refining_ = refining;
     isSized_ = false;
-    begun_ = drawn_.size() <= few && !standing_.isEmpty() && standing_.ground() == ground_;
+    begun_ = begins_ && !standing_.isEmpty() && standing_.ground() == ground_;
     if (begun_)
         standing_.draw();
     shown_.clear();
@@ -150,8 +150,13 @@ void TilePictures::finish()
         copy();
     for (Pieces &pieces : copies_)
         pieces.clear();
-    if (!held && alike && drawn_.size() < shown_.size() && takeStage())
-        standing_.takeAll(shown_, ground_); // for the frames that follow
+    begins_ = !held || drawn_.size() <= few;
+    // For the frames that follow: one that was copied came like this twice, all that was drawn is
+    // taken in any case.
+    const bool all = drawn_.size() == shown_.size();
+    const bool taken = !held && (all ? !refining_ : alike) && takeStage();
+    if (taken)
+        standing_.takeAll(shown_, ground_);
     else if (!held)
         standing_.forget();
     for (const Drawn &drawn : drawn_)
@@ -169,7 +174,7 @@ void TilePictures::finish()
     } else {
         means_ = 0;
         mean_.clear();
-        keep(drawn_, false);
+        keep(drawn_, false, taken);
     }
 }
 
@@ -195,7 +200,7 @@ void TilePictures::keepSmoothed()
     std::vector<Drawn> whole;
     std::copy_if(drawn_.begin(), drawn_.end(), std::back_inserter(whole),
                  [this](const Drawn &drawn) { return mean_[drawn.id].frames == means_; });
-    keep(whole, true);
+    keep(whole, true, false);
 }
 
 void TilePictures::giveUp()
@@ -205,8 +210,8 @@ void TilePictures::giveUp()
             cell->smoothed = true;
 }
 
-/// Takes the pixels of these tiles out of the window.
-void TilePictures::keep(const std::vector<Drawn> &drawn, bool smoothed)
+/// Takes the pixels of these tiles out of the window, if they are not @p taken yet.
+void TilePictures::keep(const std::vector<Drawn> &drawn, bool smoothed, bool taken)
 {
     std::vector<Pieces> pieces;
     QRect all;
@@ -230,7 +235,8 @@ void TilePictures::keep(const std::vector<Drawn> &drawn, bool smoothed)
     }
     if (pieces.empty())
         return;
-    standing_.take(all);
+    if (!taken)
+        standing_.take(all);
     const FramebufferKeeper keeper;
     for (std::size_t page = 0; page < pieces.size(); ++page) {
         if (pieces[page].empty())

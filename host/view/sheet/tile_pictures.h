@@ -95,7 +95,7 @@ private:
     bool takeStage();
     void copy();
     void findGaps();
-    void keep(const std::vector<Drawn> &drawn, bool smoothed);
+    void keep(const std::vector<Drawn> &drawn, bool smoothed, bool taken);
 
     QPointer<QOpenGLContext> context_;
     quint64 budget_ = usualBudget;
@@ -107,6 +107,7 @@ private:
     std::vector<std::unique_ptr<QOpenGLFramebufferObject>> pages_;
     StandingPicture standing_; // also where the window's pixels pass on their way to pages
     bool begun_ = false;       // with that
+    bool begins_ = false;      // the next one will
     QColor ground_;
     std::vector<StandingPicture::Tile> shown_, before_; // in this frame and the last one
     QRegion gaps_;                                      // between these
