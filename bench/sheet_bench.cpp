@@ -4,7 +4,6 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QGLFormat>
 #include <QTemporaryDir>
 #include <QTextStream>
 
@@ -47,11 +46,10 @@ QByteArray sphere(int steps)
     return text;
 }
 
-/// A sheet of @p count files, read and drawn, in a window of so many samples.
+/// A sheet of @p count files, read and drawn.
 class Sheet {
 public:
-    Sheet(int count, int samples)
-        : queue_(nullptr, reader()), window_((setSamples(samples), make), QSize(1280, 960), 0)
+    explicit Sheet(int count) : queue_(nullptr, reader()), window_(make, QSize(1280, 960), 0)
     {
         QStringList paths;
         for (int i = 0; i < count; ++i) {
@@ -78,13 +76,6 @@ public:
     GLW *tile(int id) { return view_->tile(id); }
 
 private:
-    static void setSamples(int samples)
-    {
-        QGLFormat format = QGLFormat::defaultFormat();
-        format.setSampleBuffers(samples > 0);
-        format.setSamples(samples);
-        QGLFormat::setDefaultFormat(format);
-    }
     static host::ReaderProgram reader()
     {
         host::ReaderProgram program;
@@ -99,10 +90,10 @@ private:
 };
 
 /// One tile is turned, the others are copied; "bare" draws all.
-void oneChanged(benchmark::State &state, int samples)
+void SheetOneChanged(benchmark::State &state)
 {
     const int count = int(state.range(0));
-    Sheet sheet(count, samples);
+    Sheet sheet(count);
     int one = 0, all = 0;
     Contest c;
     c.module = [&] {
@@ -119,16 +110,6 @@ void oneChanged(benchmark::State &state, int samples)
     compare(state, c);
 }
 
-void SheetOneChanged(benchmark::State &state)
-{
-    oneChanged(state, 0);
-}
-void SheetOneChangedSmooth(benchmark::State &state)
-{
-    oneChanged(state, 4);
-}
-
 BENCHMARK(SheetOneChanged)->Arg(16)->Arg(400)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(SheetOneChangedSmooth)->Arg(400)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -87,6 +87,7 @@ void SingleView::addOverlays()
     const Underlay under{glw(), [this] { return item(glw()); },
                          [this]() -> const Display & { return display(); }};
     handles_ = std::make_unique<SectionHandles>(under, window()); // behind the others
+    connect(handles_.get(), &SectionHandles::changed, this, [this] { changed(); });
     const auto cut = [this] {
         forgetPointer(glw());
         changed();

@@ -15,7 +15,7 @@
 namespace host {
 
 /// What is painted: texts, with boxes from the font's ascent to its descent, lines, and fills in
-/// the colour of their rim where they are empty.
+/// the colour of their rim where they are empty; its width, and its colour where it has another.
 class PaintRecord : public QImage, private QPaintEngine {
 public:
     struct Text {
@@ -26,6 +26,8 @@ public:
     std::multimap<QString, Text> texts;
     std::vector<std::pair<QLineF, QPen>> lines;
     std::vector<std::pair<QRectF, QColor>> fills;
+    std::vector<QString> rims;
+    bool isRough = false; ///< Some lines or fills are not smoothed.
 
     PaintRecord(const QSize &size, const std::function<void(QPainter *)> &paint)
         : QImage(size, Format_RGB32), QPaintEngine(AllFeatures)
@@ -72,12 +74,17 @@ private:
     {
         for (int i = 0; i < count; ++i)
             lines.emplace_back(painter()->transform().map(all[i]), painter()->pen());
+        isRough = isRough || !painter()->testRenderHint(QPainter::Antialiasing);
     }
     void fill(const QRectF &box)
     {
-        const QBrush &brush = painter()->brush();
-        fills.emplace_back(placed(box),
-                           brush.style() == Qt::NoBrush ? painter()->pen().color() : brush.color());
+        const bool full = painter()->brush().style() != Qt::NoBrush;
+        const QPen &pen = painter()->pen();
+        const QString width = ' ' + QString::number(pen.widthF());
+        const QString rim = full ? " in " + pen.color().name(QColor::HexArgb).mid(1) : QString();
+        fills.emplace_back(placed(box), full ? painter()->brush().color() : pen.color());
+        rims.push_back(pen.style() == Qt::NoPen ? QString() : rim + width);
+        isRough = isRough || !painter()->testRenderHint(QPainter::Antialiasing);
     }
     void drawPath(const QPainterPath &path) override { fill(path.boundingRect()); }
     void drawPolygon(const QPointF *points, int count, PolygonDrawMode) override

@@ -137,6 +137,7 @@ void SectionHandles::click(const QPointF &at, const QRectF &bounds)
     from_ = toObject(at, bounds);
     now_ = at;
     before_ = mainItem()->section()->planes[std::size_t(plane)].offset;
+    emit changed();
 }
 
 double SectionHandles::dragged(const SectionFrame &frame, double offset,
@@ -171,13 +172,18 @@ void SectionHandles::drag(const QPointF &at, const QRectF &bounds)
 void SectionHandles::released()
 {
     dragged_ = -1;
+    emit changed();
 }
 
 bool SectionHandles::eventFilter(QObject *object, QEvent *event)
 {
-    if (event->type() == QEvent::MouseMove && dragged_ < 0) {
-        const QPointF at = static_cast<QMouseEvent *>(event)->localPos();
-        hot_ = isThere() ? planeAt(at, bounds()) : -1;
+    const bool moves = event->type() == QEvent::MouseMove;
+    if (dragged_ < 0 && (moves || event->type() == QEvent::Leave)) {
+        const int before = hot_;
+        hot_ = moves && isThere() ? planeAt(static_cast<QMouseEvent *>(event)->localPos(), bounds())
+                                  : -1;
+        if (hot_ != before)
+            emit changed();
     }
     return Overlay::eventFilter(object, event);
 }

@@ -31,6 +31,7 @@ public:
 
 signals:
     void moved(int plane, double offset); ///< A person drags it there, in the file's units.
+    void changed();                       ///< The handle that stands out is another.
 
 protected:
     QRectF place(const QSizeF &size) const override;

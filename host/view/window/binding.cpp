@@ -31,20 +31,12 @@ QString mouseWords(quint32 binding, const QString &verb)
     for (const auto &[bit, name] : modifiers)
         if (binding & bit)
             pieces << BindingRow::tr(name);
-    QStringList buttons;
-    if (binding & LeftButton)
-        buttons << BindingRow::tr("left");
-    if (binding & RightButton)
-        buttons << BindingRow::tr("right");
-    if (binding & MiddleButton)
-        buttons << BindingRow::tr("middle");
-    QString last = buttons.join('+');
-    if (binding & DoubleClick)
-        last = (binding & LeftButton ? QString() : last + ' ') + BindingRow::tr("double click");
-    else if (!buttons.isEmpty())
-        last += ' ' + (verb.isEmpty() ? BindingRow::tr("button") : verb);
-    else
-        last = (binding & WheelUp) ? BindingRow::tr("wheel forward") : BindingRow::tr("wheel back");
+    const QString button = binding & LeftButton    ? BindingRow::tr("left")
+                           : binding & RightButton ? BindingRow::tr("right")
+                                                   : BindingRow::tr("middle");
+    const QString last = binding & DoubleClick ? BindingRow::tr("double click")
+                         : verb.isEmpty()      ? button + ' ' + BindingRow::tr("button")
+                                               : button + ' ' + verb;
     return (pieces << last).join('+');
 }
 
@@ -115,10 +107,13 @@ void addTo(QVector<BindingRow> &rows, const QString &keys, const QString &text)
 {
     const auto same = std::find_if(rows.begin(), rows.end(),
                                    [&](const BindingRow &row) { return row.text == text; });
-    if (same == rows.end())
+    if (same == rows.end()) {
         rows.append({keys, text});
-    else if (!same->keys.split(", ").contains(keys))
-        same->keys += ", " + keys;
+        return;
+    }
+    QStringList all = (same->keys + ", " + keys).split(", ");
+    all.removeDuplicates();
+    same->keys = all.join(", ");
 }
 
 } // namespace

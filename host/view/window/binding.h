@@ -45,8 +45,9 @@ enum ContentBit {
 /// said of always does. On a plot it does what @p plotText says, if that is not empty.
 void setContents(QAction *action, int contents, const QString &plotText = {});
 
-/// What a person does to fire @p action, in words, such as "Ctrl+S", "Shift+left drag",
-/// "double click" or "wheel"; its property "words", if there is one. Empty if nothing is bound.
+/// What a person does to fire @p action, in words, such as "Ctrl+S", "Shift+left drag" or
+/// "double click"; its property "words", if there is one, as what concerns the wheel must have.
+/// Empty if nothing is bound.
 QString bindingWords(const QAction *action);
 
 /// One row of the list of bindings.

@@ -4,9 +4,7 @@
 
 #include <vector>
 
-#include <QColor>
 #include <QRect>
-#include <QRegion>
 #include <qopengl.h>
 
 class QWidget;
@@ -45,8 +43,6 @@ public:
     };
     /// Draws pieces of a texture of @p size pixels.
     static void draw(GLuint texture, const QSize &size, const std::vector<Piece> &pieces);
-    /// Fills what @p part covers.
-    static void fill(const QColor &colour, const QRegion &part);
 };
 
 } // namespace host

@@ -24,9 +24,9 @@ public:
     {
         add(kind, from, to);
     }
-    void zoom(GLW *, const QPointF &at, float steps, Qt::KeyboardModifiers) override
+    void zoom(GLW *, const QPointF &at, float steps, Qt::KeyboardModifiers modifiers) override
     {
-        add("zoom", double(steps), at);
+        add(modifiers ? "bent zoom" : "zoom", double(steps), at);
     }
     void focus(GLW *, const QPointF &at) override { add("focus", at); }
 
@@ -71,6 +71,7 @@ struct Hands {
         QObject::connect(controls.get(), &Controls::menuAsked, log("menu "));
         QObject::connect(controls.get(), &Controls::areaEnded, log("area "));
         QObject::connect(controls.get(), &Controls::clicked, log("click "));
+        QObject::connect(controls.get(), &Controls::pressed, log("press "));
     }
     ~Hands()
     {
@@ -92,25 +93,33 @@ TEST(ControlsTest, SteerTheItemInItsOwnPixels)
     } rows[] = {
         // The motion from far away to the press is none of the drag, nor is one after the release.
         {"10,290 move 180,30 left down 190,35 move up 195,40 move",
-         "grab orbit 30.5,89.5; orbit 30.5,89.5 40.5,84.5"},
+         "grab orbit 30.5,89.5; press scene; orbit 30.5,89.5 40.5,84.5"},
         {"180,30 middle down 183,35 move up", "grab pan 30.5,89.5; pan 30.5,89.5 33.5,84.5"},
         {"180,30 shift down 183,35 move up", "grab pan 30.5,89.5; pan 30.5,89.5 33.5,84.5"},
-        {"180,30 ctrl down 183,35 move up", "grab roll 30.5,89.5; roll 30.5,89.5 33.5,84.5"},
+        {"180,30 ctrl down 183,35 move up",
+         "grab roll 30.5,89.5; press scene; roll 30.5,89.5 33.5,84.5"},
         {"180,30 ctrl down 183,35 move up", "", false},
         {"180,30 alt down 183,35 move up", ""},
-        {"180,30 down 10,290 up 190,30 down", "grab orbit 30.5,89.5; grab orbit 40.5,89.5"},
+        {"180,30 down 10,290 up 190,30 down",
+         "grab orbit 30.5,89.5; press scene; grab orbit 40.5,89.5; press scene"},
         {"180,30 down 190,30 move 160,30 up 190,30 left none move",
-         "grab orbit 30.5,89.5; orbit 30.5,89.5 40.5,89.5"},
-        {"180,30 down 181,31 move up",
-         "grab orbit 30.5,89.5; orbit 30.5,89.5 31.5,88.5; click scene"},
+         "grab orbit 30.5,89.5; press scene; orbit 30.5,89.5 40.5,89.5"},
+        {"180,30 down 182,31 move up",
+         "grab orbit 30.5,89.5; press scene; orbit 30.5,89.5 32.5,88.5; click scene"},
+        {"180,30 down 182,32 move 180,30 move up 160,30 up",
+         "grab orbit 30.5,89.5; press scene; orbit 30.5,89.5 32.5,87.5; orbit 32.5,87.5 30.5,89.5"},
         {"160,30 down 180,30 up", ""},
         {"180,30 shift right down 200,50 move 10,290 move up", "area scene"},
         {"180,30 shift right down 200,50 move none up", "area scene"},
+        {"180,30 shift right down 200,50 move right move move", "area scene"}, // it is up
         {"200,50 move +R left down 200,51 move -R 200,52 move 200,53 move",
-         "grab roll 50.5,69.5; roll 50.5,69.5 50.5,68.5; grab orbit 50.5,67.5; orbit 50.5,67.5 "
-         "50.5,66.5"},
-        {"200,50 move +R 10,290 move -R 200,50 move down", "grab orbit 50.5,69.5", false},
-        {"349,119 wheel 180,20 back 149,140 wheel", "zoom 1 199.5,0.5; zoom -1 30.5,99.5"},
+         "grab roll 50.5,69.5; press scene; roll 50.5,69.5 50.5,68.5; grab orbit 50.5,67.5; orbit "
+         "50.5,67.5 50.5,66.5"},
+        {"200,50 move +R 10,290 move -R 200,50 move down", "grab orbit 50.5,69.5; press scene",
+         false},
+        {"349,119 wheel 180,20 back 149,140 wheel shift 349,119 wheel",
+         "zoom 1 199.5,0.5; zoom -1 30.5,99.5; bent zoom 1 199.5,0.5"},
+        {"400,70 move F 250,0 move F 250,300 move F", "fit; fit; fit"},
         {"250,70 twice 252,70 move up", "focus 100.5,49.5"},
         {"250,70 right down up", "menu scene"},
         {"250,70 move F Home 1 2 3 4 5 6 O",

@@ -12,10 +12,10 @@
 namespace host {
 
 /// What a hand does at @p widget, in words apart by blanks: what it holds from then on (left,
-/// middle, right; shift, ctrl, alt, none), where it is (160,30 from the upper left corner, +5,0
-/// from there, or what @p place knows), what happens there (down, move, up, twice, wheel, back;
-/// click is the first three), and keys (F, Ctrl+A; +R goes down, -R up). @p after follows each
-/// event.
+/// middle, right, none of which is down then; shift, ctrl, alt, none), where it is (160,30 from the
+/// upper left corner, +5,0 from there, or what @p place knows), what happens there (down, move, up,
+/// twice, wheel, back; click is the first three), and keys (F, Ctrl+A; +R goes down, -R up). @p
+/// after follows each event.
 inline void steer(const QPointer<QWidget> &widget, const QString &script,
                   const std::function<void()> &after,
                   const std::function<std::optional<QPointF>(const QString &)> &place)
@@ -40,7 +40,7 @@ inline void steer(const QPointer<QWidget> &widget, const QString &script,
             const QStringList by = word.mid(word[0] == '+').split(',');
             at = (word[0] == '+' ? at : QPointF()) + QPointF(by[0].toDouble(), by[1].toDouble());
         } else if (buttons.contains(word)) {
-            button = buttons[word];
+            button = buttons[word], down = false;
         } else if (held.contains(word) || word == "none") {
             modifiers = held.contains(word) ? modifiers | held[word] : Qt::NoModifier;
         } else if (word == "wheel" || word == "back") {

@@ -38,12 +38,14 @@ protected:
         for (const auto &[line, pen] : record.lines)
             all << pair(line.p1()) + ' ' + pair(line.p2()) + ' ' + called(pen.color()) + ' ' +
                        QString::number(pen.widthF());
-        for (const auto &[box, colour] : record.fills)
+        for (std::size_t i = 0; i < record.fills.size(); ++i) {
+            const auto &[box, colour] = record.fills[i];
             all << pair(box.topLeft()) + ' ' + pair(box.width(), box.height()) + ' ' +
-                       called(colour);
+                       called(colour) + record.rims[i];
+        }
         for (const auto &[text, how] : record.texts)
-            all << text + ' ' + called(how.color);
-        return all.join('\n').toStdString();
+            all << text + ' ' + called(how.color) + (how.font.bold() ? " bold" : "");
+        return (all.join('\n') + (record.isRough ? " rough" : "")).toStdString();
     }
     PaintRecord painted(Overlay &overlay) const
     {
@@ -63,9 +65,9 @@ TEST_F(PaintedTest, OverlaysStandInTheirCorners)
     Neighbours strip(under(), *window, "/c");
     const auto arms = [](QString x, QString y, QString z, QString letters) { // farthest first
         return QString("58,342 87,342 ff%1 2.4\n58,342 58,308 ff%2 2.4\n58,342 75,342 ff%3 2.4\n"
-                       "35,336 12,12 6e%3\n78,333 18,18 ff%1\n49,299 18,18 ff%2\n"
-                       "52,370 12,12 6e%2\n23,336 12,12 6e%1\n66,333 18,18 ff%3\n"
-                       "X %4\nY %4\nZ %4")
+                       "35,336 12,12 6e%3 in ff%3 1.2\n78,333 18,18 ff%1\n49,299 18,18 "
+                       "ff%2\n52,370 12,12 6e%2 in ff%2 1.2\n23,336 12,12 6e%1 in ff%1 1.2\n66,333 "
+                       "18,18 ff%3\nX %4 bold\nY %4 bold\nZ %4 bold")
             .arg(x, y, z, letters)
             .toStdString();
     };
@@ -81,11 +83,12 @@ TEST_F(PaintedTest, OverlaysStandInTheirCorners)
     display.dark = true;
     EXPECT_EQ(said(painted(triad)), arms("ff6e64", "78d26e", "6ea5ff", "ff14181e"));
     const std::pair<Overlay *, QSize> rows[] = {
-        {&triad, {260, 220}}, {&bar, {360, 240}}, {&strip, {560, 320}}};
+        {&triad, {260, 220}}, {&bar, {360, 240}}, {&strip, {560, 320}}, {nullptr, {200, 150}}};
     for (const auto &[overlay, least] : rows)
         for (const QSize &less : {QSize(0, 0), QSize(1, 0), QSize(0, 1)}) {
             widget->resize(least - less);
-            EXPECT_EQ(overlay->isThere(), less.isNull()) << least.width();
+            const bool isThere = overlay ? overlay->isThere() : written(*view).texts.count("c.obj");
+            EXPECT_EQ(isThere, less.isNull()) << least.width();
         }
 }
 
@@ -114,13 +117,14 @@ TEST_F(PaintedTest, TheLegendSaysWhatColoursMean)
         add(left + 12, bottom + 2.2 * line, left + 12, bottom + 2.8 * line, "ffd6620a 3");
         expected << pair(left, 12) + ' ' + pair(width, 360) + " cdffffff"
                  << pair(left + 10, top) + ' ' + pair(18, bottom - top) + " ff000000"
-                 << pair(left + 10, top) + ' ' + pair(18, bottom - top) + " ff626c78";
+                 << pair(left + 10, top) + ' ' + pair(18, bottom - top) + " ff626c78 1";
         const QString numbers = isSigned ? "+4 %1\n+8  outside %1\n-4 %1\n-8  inside %1\n0 %1\n"
                                          : "0 %1\n2 %1\n4 %1\n6 %1\n8 %1\n";
-        EXPECT_EQ(said(drawn), expected.join('\n').toStdString() + '\n' +
-                                   (numbers.arg("ff1c222a") + "Title ff1c222a\nfrom a ff626c78\n"
-                                                              "one ff1c222a\ntwo ff1c222a")
-                                       .toStdString());
+        EXPECT_EQ(said(drawn),
+                  expected.join('\n').toStdString() + '\n' +
+                      (numbers.arg("ff1c222a") + "Title ff1c222a bold\nfrom a ff626c78\n"
+                                                 "one ff1c222a\ntwo ff1c222a")
+                          .toStdString());
         EXPECT_LT((drawn.at("Title", 0, .5) - QPointF(left + 10, 22 + line / 2)).manhattanLength(),
                   1.6);
         EXPECT_LT(
@@ -139,8 +143,10 @@ TEST_F(PaintedTest, LinesAndBarsThatAreDragged)
     EXPECT_FALSE(divider.isThere());
     divider.setOn(true);
     divider.setShare(0.2501);
-    EXPECT_EQ(said(painted(divider)), "150,0 150,400 96ffffff 3\n150,0 150,400 ff1c222a 1\n137,187 "
-                                      "26,26 ffd6620a\n142,196 4,9 ffd6620a\n154,196 4,9 ffd6620a");
+    EXPECT_EQ(said(painted(divider)),
+              "150,0 150,400 96ffffff 3\n150,0 150,400 ff1c222a 1\n137,187 "
+              "26,26 ffd6620a in 96ffffff 1.5\n142,196 4,9 ffd6620a in ffffffff 1.8\n154,196 4,9 "
+              "ffd6620a in ffffffff 1.8");
     SheetScroll scroll;
     SheetBar bar(under(), *window, scroll);
     EXPECT_FALSE(bar.isThere());
@@ -173,12 +179,13 @@ TEST_F(PaintedTest, TilesAreNamedAndMarked)
         const int i = int(state);
         all += tile({i % 2 == 1, i > 0, i == 4}, place) + '\n';
     }
-    EXPECT_EQ(all,
-              "108,136 184,3 40626c78\n108,136 46,3 ffd6620a\na.obj ff1c222a\n108,136 184,3 "
-              "40626c78\n108,136 46,3 ffd6620a\n102,52 197,147 ffd6620a\na.obj ff1c222a\n101,51 "
-              "199,149 ff626c78\na.obj ff1c222a\n102,52 197,147 ffd6620a\na.obj ffb02020\nwhy it "
-              "is so ff626c78\n276,58 9,6 ffd6620a\n282,58 9,6 ffd6620a\n108,136 184,3 "
-              "40626c78\n108,136 46,3 ffd6620a\n101,51 199,149 ff626c78\na.obj ff1c222a\n");
+    EXPECT_EQ(
+        all,
+        "108,136 184,3 40626c78\n108,136 46,3 ffd6620a\na.obj ff1c222a rough\n108,136 184,3 "
+        "40626c78\n108,136 46,3 ffd6620a\n102,52 197,147 ffd6620a 3\na.obj ff1c222a rough\n101,51 "
+        "199,149 ff626c78 1\na.obj ff1c222a rough\n102,52 197,147 ffd6620a 3\na.obj ffb02020\nwhy "
+        "it is so ff626c78 rough\n276,58 9,6 ffd6620a 1.5\n282,58 9,6 ffd6620a 1.5\n108,136 184,3 "
+        "40626c78\n108,136 46,3 ffd6620a\n101,51 199,149 ff626c78 1\na.obj ff1c222a rough\n");
     entry.state = State::Failed;
     for (const int width : {60, 23}) { // too narrow for words, and for all
         const QRectF small(100, 50, width, 40);
@@ -223,8 +230,11 @@ TEST_F(PaintedTest, AnAnimationIsPlayedByKeyAndBar)
     const double before = playback.time();
     frame(), frame();
     EXPECT_NEAR(playback.time(), before + .2, 1e-9);
-    hand("Space");
-    EXPECT_FALSE(playback.isPlaying());
+    EXPECT_EQ(ViewTest::texts(view->pictured(false)).find("1.00 s"), std::string::npos);
+    walk(*view, glw(),
+         "Space > 0 0; =Animation|Play the animation, or stop it > 1 0; =Animation|None: as the "
+         "file has it > 0 -1; =Animation|flat > 0 0; Space > 1 0; Space > 0 0",
+         [&] { return QString("%1 %2").arg(playback.isPlaying()).arg(playback.clip()); });
     hand("164,342 click");
     playback.setTime(0);
     EXPECT_EQ(said(painted(player)), bar(true, 0, "0.00"));
@@ -245,6 +255,7 @@ TEST_F(PaintedTest, TheWindowSaysWhatThereIs)
     view.reset();
     view = std::make_unique<SingleView>(*window, queue, file("w.ply", "these are words\n"));
     EXPECT_EQ(texts().substr(0, 13), "Reading w.ply");
+    EXPECT_EQ(written(*view).fills.size(), 3u) << "with a bar";
     ASSERT_TRUE(QTest::qWaitFor([&] { return !view->fault().isEmpty(); }, 20000));
     EXPECT_NE(texts().find("Drop another file here"), std::string::npos) << texts();
     open(boxes("b.obj", 2));
@@ -259,6 +270,10 @@ TEST_F(PaintedTest, TheWindowSaysWhatThereIs)
     }
     hand("D @0,2,2 click @2,2,2 click");
     EXPECT_EQ(texts().substr(0, 2), "2|") << "a label";
+    EXPECT_EQ(ViewTest::texts(view->pictured(false)).find("D:"), std::string::npos);
+    hand("shift right 100,120 move down 60,150 move");
+    EXPECT_NE(said(written(*view)).find("\n60,120 40,30 26d6620a in ffd6620a 1\n"),
+              std::string::npos);
 }
 
 TEST_F(PaintedTest, MeasuresAndPlanesAreDrawnWhereTheyAre)
@@ -276,7 +291,8 @@ TEST_F(PaintedTest, MeasuresAndPlanesAreDrawnWhereTheyAre)
         });
     };
     const QString ends = pair(from) + ' ' + pair(to);
-    const QString line = QString("%1 e1ffffff 4\n%1 ffd6620a 1.8\n%2 8,8 ffd6620a\n%3 8,8 ffd6620a")
+    const QString line = QString("%1 e1ffffff 4\n%1 ffd6620a 1.8\n%2 8,8 ffd6620a in e1ffffff "
+                                 "1.5\n%3 8,8 ffd6620a in e1ffffff 1.5")
                              .arg(ends, pair(from - QPointF(4, 4)), pair(to - QPointF(4, 4)));
     const PaintRecord step = painted([&](MeasurePaint &p) { p.pending({a, b}); });
     EXPECT_EQ(said(step), line.toStdString());
@@ -287,7 +303,7 @@ TEST_F(PaintedTest, MeasuresAndPlanesAreDrawnWhereTheyAre)
         EXPECT_EQ(said(painted([&](MeasurePaint &p) {
                       p.snap({kind, 0, a});
                   })),
-                  (box + "e1ffffff\n" + box + "ffd6620a").toStdString());
+                  (box + "e1ffffff 4.5\n" + box + "ffd6620a 2").toStdString());
     }
     const PaintRecord all = painted([&](MeasurePaint &p) {
         const Measurement away = Measurement::point({900, 0, 0}, "");
@@ -298,8 +314,8 @@ TEST_F(PaintedTest, MeasuresAndPlanesAreDrawnWhereTheyAre)
     const QRectF label = all.fills.at(3).first;
     EXPECT_EQ(pair(label.bottomLeft()), pair(middle + QPointF(12, -12)));
     EXPECT_NEAR(all["2 mm"].box.left(), label.left() + 6, .1);
-    EXPECT_EQ(pair(all.lines.at(2).first.p1()), pair(middle)) << "its leader";
-    EXPECT_EQ(pair(all.lines.at(2).first.p2()), pair(label.bottomLeft()));
+    const QLineF leader = all.lines.at(2).first;
+    EXPECT_EQ(pair(leader.p1()) + pair(leader.p2()), pair(middle) + pair(label.bottomLeft()));
 
     // From the front a plane across x is a line, with its arrow along x.
     SectionHandles handles(under(), *window);
@@ -311,17 +327,19 @@ TEST_F(PaintedTest, MeasuresAndPlanesAreDrawnWhereTheyAre)
         knob = p.x() + p.y() > knob.x() + 400 - knob.y() ? QPointF(p.x(), 400 - p.y()) : knob;
     }
     const QPointF tip = knob + QPointF(34, 0);
-    const QString expected = QString("%1 %2 ffd6620a 2.4\n%2 %3 ffd6620a 2.4\n%2 %4 ffd6620a 2.4\n")
-                                 .arg(pair(knob), pair(tip), pair(tip + QPointF(-6.93, -4)),
-                                      pair(tip + QPointF(-6.93, 4)));
-    EXPECT_EQ(said(PaintedTest::painted(handles)).substr(0, std::size_t(expected.size())),
-              expected.toStdString());
-    const QRectF still = PaintedTest::painted(handles).fills.at(1).first;
-    EXPECT_TRUE(pair(still.center()) == pair(knob) && std::abs(still.width() - 14) < .01);
+    const QString expected =
+        QString("%1 %2 ffd6620a 2.4\n%2 %3 ffd6620a 2.4\n%2 %4 ffd6620a "
+                "2.4\n%1 4,300 82d6620a 1.2\n%5 14,14 ffd6620a in ffffffff 1.6")
+            .arg(pair(knob), pair(tip), pair(tip + QPointF(-6.93, -4)),
+                 pair(tip + QPointF(-6.93, 4)), pair(knob - QPointF(7, 7)));
+    EXPECT_EQ(said(PaintedTest::painted(handles)), expected.toStdString());
     hand(QString("%1,%2 move down").arg(knob.x()).arg(knob.y()));
     const PaintRecord held = PaintedTest::painted(handles);
     EXPECT_NEAR(held["x = 0.5"].box.left(), knob.x() + 36, 1); // a note beside the pointer
-    EXPECT_NEAR(held.fills.at(1).first.width(), 16.8, .01) << "the knob";
+    EXPECT_EQ(held.rims.at(0) + pair(held.fills.at(1).first.width(), 0), " 217,0") << "stronger";
+    EXPECT_NEAR(held.fills.at(2).first.top(), knob.y() + 26, 1);
+    item()->setSection({{CutPlane{{.6f, .8f, 0}, 1.5}}}); // while it is held
+    EXPECT_EQ(PaintedTest::painted(handles).all(), "1.3 deep");
 }
 
 } // namespace

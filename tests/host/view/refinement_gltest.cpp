@@ -56,10 +56,10 @@ public slots:
         if (row_.worth)
             shift.emplace(refinement);
         glColor3ub(200, 200, 200);
-        glRectd(-1, -1, 20.25 / 20 - 1, 30.625 / 20 - 1);
+        glRectd(-1, -1, 20.25 / 24 - 1, 30.625 / 20 - 1);
         shift.reset();
         glColor3ub(100, 100, 100); // what is drawn after it stays where it is
-        glRectd(30.0 / 20 - 1, 20.25 / 20 - 1, 1, 22.25 / 20 - 1);
+        glRectd(30.0 / 24 - 1, 20.25 / 20 - 1, 1, 22.25 / 20 - 1);
     }
     void Draw2D(GLW *)
     {
@@ -89,7 +89,7 @@ TEST(RefinementTest, SmoothsWhatStaysAndThenRests)
     for (const RefinementCase &row : refinementCases) {
         QGLWindow window(nullptr, "window");
         window.fps(0);
-        window.resize(40, 40);
+        window.resize(48, 40);
         window.setProperty("drawfps", false);
         GLWidget scene(nullptr, "scene");
         window.AddGLWidget(&scene);
@@ -105,11 +105,10 @@ TEST(RefinementTest, SmoothsWhatStaysAndThenRests)
         QCoreApplication::processEvents();
         EXPECT_EQ(host.frames, row.frames) << &row - refinementCases;
         const auto grey = [&](int x, int y) { return qRed(host.seen.pixel(x, 39 - y)); };
-        EXPECT_EQ(grey(10, 10), 200);
         EXPECT_NEAR(grey(20, 10), row.right, 1);
         EXPECT_NEAR(grey(10, 30), row.upper, 1);
         EXPECT_EQ(grey(21, 10) + grey(10, 31) + grey(35, 19), 0);
-        EXPECT_EQ(grey(35, 20), 100);
+        EXPECT_TRUE(grey(10, 10) == 200 && grey(35, 20) == 100);
         EXPECT_EQ(host.seen.pixelColor(0, 39), QColor(1, 2, 3));
         window.RemoveGLWidget(&scene);
     }

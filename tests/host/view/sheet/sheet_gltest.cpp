@@ -23,11 +23,12 @@ protected:
 
     SheetTest() { smooth = false; }
 
-    void open(const QStringList &paths)
+    void open(const QStringList &paths, quint64 budget = SheetView::memoryBudget())
     {
         own.reset();
         own = std::make_unique<SheetView>(*window, queue, "folder", paths);
         sheet = own.get();
+        sheet->setMemoryBudget(budget);
         show(*sheet);
     }
     QStringList six() const
@@ -223,13 +224,17 @@ TEST_F(SheetTest, WhatIsHiddenGivesItsMemoryBackAndReturnsAsItWasLeft)
 TEST_F(SheetTest, AFileThatFailsKeepsItsTileAndTellsWhy)
 {
     open({boxes("a.obj", 1), file("b.ply", "these are words\n"), file("c.csv", "a,b\n1,\"2\n"),
-          folder.filePath("gone.stl")});
-    EXPECT_EQ(idsWith("visible"), "1234");
+          folder.filePath("gone.stl"), boxes("e.obj", 400)},
+         100000);
+    EXPECT_EQ(idsWith("visible"), "12345");
     EXPECT_EQ(state(1), State::Shown);
-    for (int id : {2, 3, 4}) {
+    for (int id : {2, 3, 4, 5}) { // the last passes the memory for all
         EXPECT_EQ(state(id), State::Failed) << id;
         EXPECT_NE(sheet->entries().at(id).reason, "") << id;
     }
+    sheet->setMemoryBudget(10000000);
+    show(*sheet);
+    EXPECT_EQ(state(5), State::Shown) << "there is room now";
 }
 
 TEST_F(SheetTest, RoomIsTheDrawingsFirst)
@@ -292,15 +297,16 @@ TEST_F(SheetTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
         "654321; S >  of 123456 as 251436; S >  of 123456 as 634152; C >  of 123456 as 251436; N > "
         " of 123456 as 123456; + > r 150 22|wide 192; - > r 151 22|wide 194; Shift+Home > ; B > "
         "1111; G > 1011; 1 click ctrl 2 click none D > 12 of 123456 as 123456|m1.obj m2.obj; =Fit "
-        "2 tiles > -m1.obj m2.obj; =Compare the two that are selected > m1.obj m2.obj; =Picture of "
-        "this tile… > m1.obj 4 197; =Open alone > open m1.obj; =Sort by|Sort by file size > 12 of "
+        "2 tiles > -m1.obj m2.obj; =Compare the two that are selected > m1.obj m2.obj; ~=Picture "
+        "of "
+        "this tile… > m1.obj 4 197; ~=Open alone > open m1.obj; =Sort by|Sort by file size > 12 of "
         "123456 as 251436; =Sort by|Sort by name > 12 of 123456 as 123456; =Select all, or none > "
         "123456 of 123456 as 123456; =Link cameras > 1010; =All cameras back to the first view > ; "
         "=Hide 6 tiles >  of  as |All tiles are hidden.|V shows them again.; V >  of 123456 as "
         "123456; =Find tiles by name > ; ?m1 OBJ >  of 1 as 1|r 108 22|wide 592; ?zz >  of  as |0 "
         "of 6 files|Esc shows all again.; ? >  of 123456 as 123456|r 151 22|wide 194; =Larger "
         "tiles >  of 1234 as 1234|r 128 22|wide 287; =Smaller tiles >  of 123456 as 123456|r 151 "
-        "22|wide 194; =Smaller tiles > ; 1 click ctrl 4 click none V > 14 of 123456 as 123456",
+        "22|wide 194; ~=Smaller tiles > ; 1 click ctrl 4 click none V > 14 of 123456 as 123456",
         state);
     menu(*sheet, sheet->tile(1), "Remove 2 tiles from the sheet");
     hand("out V");

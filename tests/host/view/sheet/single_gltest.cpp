@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // One file under a person's hands: parts, areas, the legend, and the overlays in front of it.
-#include "host/item/camera_geometry.h"
 #include "support.h"
 
 namespace host {
@@ -60,38 +59,6 @@ TEST_F(SingleTest, ARectangleSelectsSamplesAndTheLegendTogglesColumns)
          });
 }
 
-// The middle of the triad stands 58 pixels from the left and from the bottom.
-TEST_F(SingleTest, AnArmOfTheTriadLooksAlongItsAxis)
-{
-    open(boxes("model.obj", 2));
-    walk(*view, glw(), "~75,325 click > ; ~92,342 click > -1 0 0; ~58,308 click > 0 -1 0", [&] {
-        settle(glw());
-        const QVector3D v = CameraGeometry(glw()->camera, QSizeF(600, 400)).forward();
-        return QString("%1 %2 %3")
-            .arg(qRound(v.x() * 50) / 50.0)
-            .arg(qRound(v.y() * 50) / 50.0)
-            .arg(qRound(v.z() * 50) / 50.0);
-    });
-}
-
-TEST_F(SingleTest, TheStripOpensTheFilesBesideThisOne)
-{
-    boxes("a.obj", 1);
-    boxes("c.obj", 1);
-    open(boxes("b.obj", 1));
-    QStringList chosen;
-    QObject::connect(view.get(), &SingleView::fileChosen,
-                     [&](const QString &path) { chosen << QFileInfo(path).fileName(); });
-    ASSERT_TRUE(QTest::qWaitFor([&] { // the others are listed in the background
-        hand("PgDown");
-        return !chosen.isEmpty();
-    }));
-    // Five cells of 60 pixels in the middle of the lower edge, this file in the third; nothing
-    // comes before a.obj.
-    hand("180,386 click 300,386 click 240,386 click 360,386 click 300,100 move PgUp");
-    EXPECT_EQ(chosen.join(' '), "c.obj a.obj c.obj a.obj");
-}
-
 TEST_F(SingleTest, AViewThatFillsTheWindowSparesItTheClearingAlone)
 {
     open(boxes("model.obj", 2));
@@ -117,6 +84,15 @@ TEST_F(SingleTest, AViewThatFillsTheWindowSparesItTheClearingAlone)
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     glClearDepth(1);
     EXPECT_EQ(painted(), shown);
+
+    const QFontMetricsF metrics(widget->font()); // the frame rate is white, on a shade
+    const int left = int(594 - metrics.horizontalAdvance("0000 fps 000%gfx")),
+              below = int(metrics.height() + 2);
+    window->clock().setContinuous(true);
+    const QImage rated = painted();
+    for (const auto &[x, y] :
+         {std::pair(left - 1, 0), {left + 2, 0}, {left + 2, below - 1}, {left + 2, below + 1}})
+        EXPECT_EQ(rated.pixel(x, y) != shown.pixel(x, y), x > left && y < below) << x << ' ' << y;
 }
 
 } // namespace

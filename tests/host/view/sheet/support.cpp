@@ -139,24 +139,30 @@ void ViewTest::hand(const QString &script)
         [this](const QString &word) { return place(word); });
 }
 
-bool ViewTest::asks(View &view, const QString &script)
+bool ViewTest::asks(View &view, const std::function<void()> &act)
 {
     bool painted = true;
     const auto heard = QObject::connect(&view, &View::framePainted, [&] { painted = true; });
     const auto tick = [&] {
         QTimerEvent event(0);
         time += 1;
-        painted = false;
         QCoreApplication::sendEvent(widget, &event);
     };
-    for (int i = 0; painted && i < 99; ++i)
+    for (int i = 0; std::exchange(painted, false) && i < 99; ++i)
         tick();
     EXPECT_FALSE(painted) << "it never comes to rest";
-    steer(
-        widget.data(), script, [] {}, [this](const QString &word) { return place(word); });
+    act();
     tick();
     QObject::disconnect(heard);
     return painted;
+}
+
+bool ViewTest::asks(View &view, const QString &script)
+{
+    return asks(view, [&] {
+        steer(
+            widget.data(), script, [] {}, [this](const QString &word) { return place(word); });
+    });
 }
 
 QString ViewTest::described(const QMenu &menu)
@@ -186,32 +192,29 @@ std::string ViewTest::menu(View &view, GLW *glw, const QString &path)
         if (found)
             menu = found->menu(), found->trigger();
     }
-    frame(), frame();
+    QCoreApplication::processEvents();
     return described(top).toStdString();
 }
 
-std::string ViewTest::texts(View &view) const
+PaintRecord ViewTest::written(View &view) const
 {
-    return PaintRecord(widget->size(),
-                       [&](QPainter *p) {
-                           p->save();
-                           view.PaintForeground(view.mainGLW(), p);
-                           p->restore();
-                       })
-        .all();
+    return {widget->size(), [&](QPainter *p) {
+                p->save();
+                view.PaintForeground(view.mainGLW(), p);
+                p->restore();
+            }};
 }
 
 std::string ViewTest::texts(const PictureContents &picture) const
 {
-    return PaintRecord(widget->size(),
-                       [&](QPainter *p) {
-                           p->save();
-                           for (const PictureObject &each : picture.objects())
-                               if (each.foreground)
-                                   each.foreground(each.glw, p);
-                           p->restore();
-                       })
-        .all();
+    const PaintRecord all(widget->size(), [&](QPainter *p) {
+        p->save();
+        for (const PictureObject &each : picture.objects())
+            if (each.foreground)
+                each.foreground(each.glw, p);
+        p->restore();
+    });
+    return all.all();
 }
 
 void ViewTest::walk(View &view, GLW *glw, const QString &steps,
@@ -220,8 +223,10 @@ void ViewTest::walk(View &view, GLW *glw, const QString &steps,
     QStringList before = state().split('|', Qt::SkipEmptyParts);
     for (const QString &step : steps.split("; ")) {
         const QString script = step.section(" > ", 0, 0), rest = script.mid(1);
-        if (script[0] == '=')
-            menu(view, glw, rest);
+        if (script.startsWith("~="))
+            menu(view, glw, rest.mid(1));
+        else if (script[0] == '=')
+            EXPECT_TRUE(asks(view, [&] { menu(view, glw, rest); })) << rest.toStdString();
         else if (script[0] == '?')
             widget->findChild<QLineEdit *>()->setText(rest);
         else if (script[0] == '~')

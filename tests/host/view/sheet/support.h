@@ -54,19 +54,20 @@ protected:
     void hand(const QString &script);
     /// Whether what a hand does asks for a frame, which the next tick of the window's timer paints.
     bool asks(View &view, const QString &script);
+    bool asks(View &view, const std::function<void()> &act);
     /// Entries with their keys, * before those that are ticked, and {} around what is below one.
     static QString described(const QMenu &menu);
     /// Describes the menu over @p glw. Chooses the one named @p path first, such as Sort by|Name.
     std::string menu(View &view, GLW *glw, const QString &path = {});
     /// Goes through @p steps, which are apart by "; ". Each is what a hand does, which asks for a
-    /// frame if no ~ stands before it, or an entry (=Sort by|Name) of the menu over @p glw, or what
-    /// is written into a search (?m1). Behind " > " are the words of @p state, which have |
+    /// frame if no ~ stands before it, or an entry (=Sort by|Name) of the menu over @p glw, too, or
+    /// what is written into a search (?m1). Behind " > " are the words of @p state, which have |
     /// between, that were not among them before; if there are none, the first that is gone.
     void walk(View &view, GLW *glw, const QString &steps, const std::function<QString()> &state);
     /// Of the window, @p scale times as large.
     QImage picture(View &view, bool overlays, int scale = 1) const;
-    /// What @p view writes into its window, sorted, with | between.
-    std::string texts(View &view) const;
+    PaintRecord written(View &view) const; ///< What @p view paints over its window.
+    std::string texts(View &view) const { return written(view).all(); } ///< Sorted, with | between.
     std::string texts(const PictureContents &picture) const;
     virtual std::optional<QPointF> place(const QString &) const { return {}; }
 };

@@ -93,9 +93,14 @@ TEST(PartTreeModelTest, ABoxAsksForAllPartsBelowBeTheyInSightOrNot)
     EXPECT_EQ(asked, "00110-11110+");
     EXPECT_TRUE(model.flags(body) & Qt::ItemIsUserCheckable);
     EXPECT_FALSE(model.index(1, 0).isValid());
+    EXPECT_EQ(model.headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), "Part");
+    QModelIndex from, to;
+    QObject::connect(&model, &PartTreeModel::dataChanged,
+                     [&](const QModelIndex &a, const QModelIndex &b) { from = a, to = b; });
     PartMarks marks(5);
     marks.setSelected(2, true);
     model.setMarks(marks);
+    EXPECT_TRUE(from == car && to == car.sibling(0, 1));
     EXPECT_EQ(model.tree().sum(0).selected, 1);
     EXPECT_EQ(model.tree().sum(0).parts, 4);
     const Theme theme = Display().theme();

@@ -20,21 +20,15 @@ TEST(MenuTreeTest, BuildsWhatWasAddedAndRunsItAfterwards)
     QStringList ran;
     MenuTree tree;
     tree.add("Fit", "F", &receiver, [&] { ran << "fit"; });
-    tree.addSeparator();
-    tree.addCheck("Lighting", "G", true, dies, [&] { ran << "lighting"; });
-    tree.addMenu("Look from")->add("Top", "5", &receiver, [&] { ran << "top"; });
-
+    tree.add("Lighting", "G", dies, [&] { ran << "lighting"; });
     QMenu menu;
-    ASSERT_EQ(tree.Build(&menu), 4);
-    const QList<QAction *> actions = menu.actions();
-    QAction *below = actions[3]->menu()->actions().value(0);
-    actions[0]->trigger();
-    below->trigger();
-    actions[2]->trigger();
+    EXPECT_EQ(tree.Build(&menu), 2);
+    for (QAction *entry : menu.actions())
+        entry->trigger();
     delete dies;
     EXPECT_TRUE(ran.isEmpty()) << "the menu is still open";
     QCoreApplication::processEvents();
-    EXPECT_EQ(ran.join(' '), "fit top");
+    EXPECT_EQ(ran.join(' '), "fit");
 }
 
 /// Stands for the module's window: its properties and its slot.
@@ -68,13 +62,18 @@ TEST(FrameClockTest, RestsWhenNothingHappensAndWakesWithInput)
     clock.setLookRate(7);
     QCoreApplication::sendEvent(&window, &move);
     EXPECT_EQ(window.fps(), 7);
+    FakeWindow busy;
+    const FrameClock other(&busy, 50, nullptr, 60000);
+    QCoreApplication::sendEvent(&busy, &move);
+    EXPECT_EQ(busy.fps(), 50) << "something else goes on";
     QMouseEvent drag(QEvent::MouseMove, QPointF(1, 1), Qt::NoButton, Qt::LeftButton,
                      Qt::NoModifier);
     QCoreApplication::sendEvent(&window, &drag);
     EXPECT_EQ(window.fps(), 50);
     EXPECT_EQ(window.requested, 0) << "input alone draws nothing";
     rest();
-    clock.requestFrame();
+    QResizeEvent resize({9, 9}, {8, 8});
+    QCoreApplication::sendEvent(&window, &resize);
     EXPECT_EQ(window.fps(), 50);
     EXPECT_EQ(window.requested, 1);
 

@@ -19,13 +19,15 @@ const Theme theme = Display().theme();
 struct NoteBox {
     QRectF box;
     double line = 0;
+    QFont font;
 };
 
 struct Note : NoteBox, PaintRecord {
     explicit Note(const QRectF &bounds, Qt::Alignment corner = {}, const QString &heading = "Name",
                   const QString &details = "some details")
         : PaintRecord({600, 400}, [&, this](QPainter *p) {
-              line = std::ceil(QFontMetricsF(p->font()).height() * 1.2);
+              font = p->font();
+              line = std::ceil(QFontMetricsF(font).height() * 1.2);
               EXPECT_EQ(noteHeight(p->font(), 2), 2 * line + 22);
               box = paintNote(p, bounds, corner, heading, details, theme);
           })
@@ -40,12 +42,12 @@ TEST(PanelTest, NotesStandInTheirCorners)
         const Note note(bounds, Qt::Alignment(corner));
         const QRectF &r = note.box;
         ASSERT_EQ(note.fills.size(), 1u);
-        EXPECT_TRUE(note.fills[0].first == r && note.fills[0].second == theme.panel);
+        EXPECT_TRUE(note.fills[0] == std::pair(r, theme.panel) && note.rims[0].isEmpty());
         EXPECT_EQ(corner & 0x2 ? bounds.right() - r.right() : r.left() - bounds.left(), 12);
         EXPECT_EQ(corner & 0x40 ? bounds.bottom() - r.bottom() : r.top() - bounds.top(), 12);
         const PaintRecord::Text name = note["Name"], details = note["some details"];
-        EXPECT_TRUE(name.font.bold() && !details.font.bold());
-        EXPECT_TRUE(name.color == theme.text && details.color == theme.faint);
+        EXPECT_TRUE(name.font.bold() && name.color == theme.text);
+        EXPECT_TRUE(!details.font.bold() && details.color == theme.faint);
         EXPECT_TRUE(name.box.left() == r.left() + 10 && details.box.left() == r.left() + 10);
         EXPECT_NEAR(r.width(), details.box.width() + 20, 1);
         EXPECT_EQ(r.height(), 2 * note.line + 10);
@@ -57,8 +59,11 @@ TEST(PanelTest, NotesStandInTheirCorners)
     EXPECT_EQ(Note(bounds, {}, "Name", "").box.height(), plain.line + 10);
     const double least = 2 * plain.line + 34; // high
     EXPECT_TRUE(Note(bounds, {}, "", "").fills.empty());
-    EXPECT_TRUE(Note({0, 0, 400, least - 1}).fills.empty() && Note({0, 0, 55, 90}).fills.empty());
-    EXPECT_EQ(Note({0, 0, 400, least}).texts.size(), 2u);
+    const double narrow = 44 + 3 * QFontMetricsF(plain.font).averageCharWidth();
+    for (const double less : {0.0, .1}) {
+        EXPECT_EQ(Note({0, 0, 400, least - less}).texts.size(), less > 0 ? 0u : 2u);
+        EXPECT_EQ(Note({0, 0, narrow - less, 90}).texts.size(), less > 0 ? 0u : 2u);
+    }
     const Note cut({0, 0, 150, 90}, {}, QString(90, 'a') + 'z', 'b' + QString(90, 'c'));
     ASSERT_EQ(cut.texts.size(), 2u);
     EXPECT_LE(cut.box.right(), 150 - 11);
@@ -78,8 +83,8 @@ TEST(PanelTest, AMessageStandsInTheMiddleWithABarOrWithout)
             EXPECT_LT((r.center() - bounds.center()).manhattanLength(), 0.01);
             EXPECT_EQ(r.width(), across == 600 ? 460 : 276);
             const PaintRecord::Text head = said["Reading"], body = said["half of it"];
-            EXPECT_TRUE(head.color == theme.text && body.color == theme.faint);
-            EXPECT_TRUE(head.font.bold() && !body.font.bold());
+            EXPECT_TRUE(head.color == theme.text && head.font.bold());
+            EXPECT_TRUE(body.color == theme.faint && !body.font.bold());
             EXPECT_NEAR(head.box.center().x(), across / 2, 1);
             EXPECT_NEAR(body.box.center().x(), across / 2, 1);
             EXPECT_NEAR(head.box.top(), r.top() + 15, 1);
@@ -89,70 +94,83 @@ TEST(PanelTest, AMessageStandsInTheMiddleWithABarOrWithout)
                 continue;
             const QRectF trough = said.fills[1].first, done = said.fills[2].first;
             EXPECT_NEAR(said.fills[1].second.alphaF(), 0.3, 0.01);
-            EXPECT_EQ(said.fills[2].second, theme.accent);
+            EXPECT_TRUE(said.fills[2].second == theme.accent && said.rims[1] + said.rims[2] == "");
             EXPECT_TRUE(trough.height() == 8 && trough.width() == r.width() - 40);
             EXPECT_NEAR(trough.top(), body.box.bottom() + 10, 2);
             EXPECT_TRUE(done.topLeft() == trough.topLeft() && trough.left() == r.left() + 20);
             EXPECT_NEAR(done.width(), std::max(8.0, trough.width() * std::min(1.0, fraction)), .01);
         }
-    EXPECT_TRUE(PaintRecord({90, 90}, [](QPainter *p) {
-                    paintMessage(p, {0, 0, 90, 90}, "Reading", "", 0, theme);
+    EXPECT_TRUE(PaintRecord({200, 90}, [](QPainter *p) {
+                    paintMessage(p, {0, 0, 123.9, 90}, "Reading", "", 0, theme);
                 }).fills.empty());
 }
 
 TEST(PanelTest, TheListOfBindingsShowsEveryRowInFullInColumnsOrByScrolling)
 {
+    QFont font;
+    font.setPixelSize(13);
+    const double line = std::ceil(QFontMetricsF(font).height() * 1.35);
     QVector<BindingRow> rows;
     for (int i = 1; i <= 20; ++i)
         rows.append(BindingRow{QString("Key%1").arg(i), QString("Does%1").arg(i)});
-    const struct {
-        QSizeF size;
-        int columns;
-        bool scrolls;
-    } windows[] = {{{1280, 800}, 1, false}, {{1280, 400}, 2, false}, {{250, 800}, 1, false},
-                   {{250, 500}, 1, true},   {{250, 250}, 1, true},   {{220, 400}, 0, false},
-                   {{60, 40}, 0, false}};
-    for (const auto &window : windows) {
-        for (const int from : {-5, 2, 1000}) {
-            int last = 0;
-            const PaintRecord list(window.size.toSize(), [&](QPainter *p) {
-                last = paintBindings(p, {{0, 0}, window.size}, "Controls", rows, from, theme);
-            });
-            ASSERT_EQ(list.fills.empty(), window.columns == 0);
-            if (list.fills.empty())
-                continue;
-            const int first = std::clamp(from, 0, last) + 1, shown = last > 0 ? 20 - last : 20;
-            EXPECT_EQ(last > 0, window.scrolls) << window.size.height();
-            EXPECT_EQ(list["Controls"].color, theme.accent);
-            EXPECT_TRUE(list["Controls"].font.bold());
-            EXPECT_EQ(list.fills[0].second.alpha(), 240);
-            const QRectF panel = list.fills[0].first;
-            EXPECT_TRUE(QRectF({0, 0}, window.size).adjusted(8, 8, -8, -8).contains(panel));
-            EXPECT_EQ(panel.center(), QRectF({0, 0}, window.size).center());
-            EXPECT_NEAR(list["Controls"].box.left(), panel.left() + 16, .1);
-            EXPECT_NEAR(list["Controls"].box.top(), panel.top() + 16, .1);
-            std::set<double> columns;
-            double below = 0;
-            for (int i = 1; i <= 20; ++i) {
-                const bool seen = i >= first && i < first + shown;
-                EXPECT_EQ(list.texts.count(rows[i - 1].keys), seen ? 1u : 0u) << i;
-                if (!seen)
-                    continue;
-                const PaintRecord::Text key = list[rows[i - 1].keys], text = list[rows[i - 1].text];
-                EXPECT_TRUE(key.font.bold() && !text.font.bold() && key.color == theme.text);
-                EXPECT_TRUE(text.color == theme.text && text.box.top() == key.box.top());
-                EXPECT_TRUE(panel.contains(key.box) && panel.contains(text.box));
-                EXPECT_LT(key.box.right(), text.box.left());
-                EXPECT_TRUE(key.box.top() >= below || columns.count(key.box.left()) == 0) << i;
-                below = key.box.bottom();
-                columns.insert(key.box.left());
+    const std::tuple<int, double, int, int> windows[] = {
+        // rows that fit, columns, greatest first
+        {1280, 20, 1, 0},  {1280, 10, 2, 0}, {1280, 9.9, 3, 0}, {1280, 1.9, 0, 0}, {250, 20, 1, 0},
+        {250, 19.9, 1, 1}, {228, 9, 1, 11},  {227, 9, 0, 0},    {250, 2, 1, 18}};
+    for (const auto &[width, high, columns, last] : windows)
+        for (const int from : {-5, 1, 1000}) {
+            const QRectF bounds(5, 9, width, (high + 1.5) * line + 48);
+            const BindingsLayout all(bounds, font, rows, from);
+            EXPECT_TRUE(bounds.adjusted(8, 8, -8, -8).contains(all.panel) || columns == 0);
+            std::set<double> lefts;
+            for (int i = 0; i < all.places.size(); ++i) {
+                const QRectF &key = all.places[i].keys, &top = all.places[0].keys;
+                lefts.insert(key.left());
+                EXPECT_TRUE(key.top() == top.top() || key.top() == all.places[i - 1].keys.bottom());
             }
-            EXPECT_EQ(int(columns.size()), window.columns);
-            EXPECT_NEAR(*columns.begin(), panel.left() + 16, .1);
-            const auto said = QString("%1 to %2 of 20: scroll").arg(first).arg(first + shown - 1);
-            EXPECT_EQ(list.texts.count(said), last > 0 ? 1u : 0u) << said.toStdString();
-            EXPECT_TRUE(last <= 0 || std::abs(list[said].box.right() - panel.right() + 16) < 1);
+            EXPECT_TRUE(int(lefts.size()) == columns && all.first == std::clamp(from, 0, last))
+                << high;
+            EXPECT_EQ(all.places.size(), columns > 0 ? 20 - last : 0) << width << ' ' << high;
         }
+    const QRectF bounds(0, 0, 250, 250);
+    const PaintRecord list({250, 250}, [&](QPainter *p) {
+        font = p->font();
+        const int last = paintBindings(p, bounds, "Controls", rows, 3, theme);
+        EXPECT_EQ(last, BindingsLayout(bounds, font, rows, 3).last);
+    });
+    const BindingsLayout shown(bounds, font, rows, 3);
+    EXPECT_TRUE(list.fills[0].first == shown.panel && list.fills[0].second.alpha() == 240);
+    EXPECT_TRUE(list["Controls"].color == theme.accent && list["Controls"].font.bold());
+    EXPECT_EQ(list["Controls"].box.topLeft(), shown.heading.topLeft());
+    const PaintRecord::Text hint =
+        list[QString("4 to %1 of 20: scroll").arg(3 + shown.places.size())];
+    EXPECT_TRUE(hint.color == theme.faint && qRound(hint.box.right() - shown.heading.right()) == 0);
+    for (int i = 0; i < shown.places.size(); ++i) {
+        const PaintRecord::Text key = list[rows[3 + i].keys], text = list[rows[3 + i].text];
+        EXPECT_TRUE(key.font.bold() && !text.font.bold() && key.color == theme.text);
+        EXPECT_TRUE(key.box.topLeft() == shown.places[i].keys.topLeft() &&
+                    text.color == theme.text);
+        EXPECT_EQ(text.box.topLeft(), shown.places[i].text.topLeft());
+    }
+    font.setPixelSize(13);
+    // What is too long is wrapped, to 200 and 240 pixels; a row is as high as the higher of both.
+    const QString words = QString("word ").repeated(60).trimmed();
+    for (const auto &[keys, across, wide] :
+         {std::tuple(true, 900, 200), {false, 900, 240}, {true, 260, 89}}) {
+        const BindingsLayout all({0, 0, double(across), 1800}, font,
+                                 {{keys ? words : "k", "t"}, {"k", keys ? "t" : words}}, 0);
+        ASSERT_EQ(all.places.size(), 2);
+        const QRectF key = all.places[0].keys, text = all.places[1].text;
+        const QRectF inside = all.panel.adjusted(16, 16, -16, -16);
+        EXPECT_EQ(keys ? key.width() : text.width(), wide);
+        EXPECT_GT(keys ? key.height() : text.height(), 10 * line);
+        EXPECT_EQ(keys ? text.height() : key.height(), line);
+        EXPECT_EQ(key.topLeft(), inside.topLeft() + QPointF(0, 1.5 * line));
+        EXPECT_TRUE(text.topLeft() == key.bottomRight() + QPointF(16, 0) &&
+                    text.right() == inside.right());
+        EXPECT_TRUE(text.bottom() <= inside.bottom() && text.bottom() > inside.bottom() - line / 2);
+        EXPECT_EQ(all.heading, QRectF(inside.topLeft(), QSizeF(inside.width(), line)));
+        EXPECT_EQ(all.panel.center(), QPointF(across / 2.0, 900));
     }
 }
 
