@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QGLFormat>
 #include <QTemporaryDir>
 #include <QTextStream>
 
@@ -46,10 +47,11 @@ QByteArray sphere(int steps)
     return text;
 }
 
-/// A sheet of @p count files, read and drawn.
+/// A sheet of @p count files, read and drawn, in a window of so many samples.
 class Sheet {
 public:
-    explicit Sheet(int count) : queue_(nullptr, reader()), window_(make, QSize(1280, 960), 0)
+    Sheet(int count, int samples)
+        : queue_(nullptr, reader()), window_((setSamples(samples), make), QSize(1280, 960), 0)
     {
         QStringList paths;
         for (int i = 0; i < count; ++i) {
@@ -76,6 +78,13 @@ public:
     GLW *tile(int id) { return view_->tile(id); }
 
 private:
+    static void setSamples(int samples)
+    {
+        QGLFormat format = QGLFormat::defaultFormat();
+        format.setSampleBuffers(samples > 0);
+        format.setSamples(samples);
+        QGLFormat::setDefaultFormat(format);
+    }
     static host::ReaderProgram reader()
     {
         host::ReaderProgram program;
@@ -90,10 +99,10 @@ private:
 };
 
 /// One tile is turned, the others are copied; "bare" draws all.
-void SheetOneChanged(benchmark::State &state)
+void oneChanged(benchmark::State &state, int samples)
 {
     const int count = int(state.range(0));
-    Sheet sheet(count);
+    Sheet sheet(count, samples);
     int one = 0, all = 0;
     Contest c;
     c.module = [&] {
@@ -110,6 +119,16 @@ void SheetOneChanged(benchmark::State &state)
     compare(state, c);
 }
 
+void SheetOneChanged(benchmark::State &state)
+{
+    oneChanged(state, 0);
+}
+void SheetOneChangedSmooth(benchmark::State &state)
+{
+    oneChanged(state, 4);
+}
+
 BENCHMARK(SheetOneChanged)->Arg(16)->Arg(400)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(SheetOneChangedSmooth)->Arg(400)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -110,11 +110,11 @@ void SheetView::showTiles()
         forgetPointer(tile(hovered_));
         hovered_ = -1;
     }
+    const auto isRefused = [this](int id) { return entries_.at(id).needed > 0; };
+    if (held_ > budget_ / 2 || std::any_of(inView_.begin(), inView_.end(), isRefused))
+        makeRoom(); // others are out of sight now; and before a reader asks for room
     for (int i = near_.first; i < near_.end; ++i)
         comeNear(shown_[i]);
-    const auto isRefused = [this](int id) { return entries_.at(id).needed > 0; };
-    if (std::any_of(inView_.begin(), inView_.end(), isRefused))
-        makeRoom(); // others are out of sight now
     forgetFar();
     if (fits)
         layOut();

@@ -37,18 +37,11 @@ void SheetView::DrawBG(GLW *)
     endSparing();
     if (refinement().gaveUp())
         pictures_.giveUp();
-    pictures_.begin(pixelSize(window().widget()), refinement().isRefining());
+    pictures_.begin(pixelSize(window().widget()), refinement().isRefining(), ground());
     copied_ = 0;
     // A tick asks every tile, and where there are hundreds marks come less often than ticks.
     constexpr int many = 100; // tiles
     window().clock().setLookRate(FrameClock::lookRate / (inView_.size() > many ? 2 : 1));
-    // Clearing costs less than drawing, where a pixel has many samples.
-    const QColor colour = ground();
-    glPushAttrib(GL_COLOR_BUFFER_BIT | GL_SCISSOR_BIT);
-    glDisable(GL_SCISSOR_TEST);
-    glClearColor(float(colour.redF()), float(colour.greenF()), float(colour.blueF()), 1);
-    glClear(GL_COLOR_BUFFER_BIT);
-    glPopAttrib();
 }
 
 /// The colour that shows between the tiles.

@@ -25,6 +25,9 @@ void SheetView::setMemoryBudget(quint64 bytes)
 void SheetView::connectQueue()
 {
     queue_.setMemoryLimit(budget_);
+    refusedAgain_.setSingleShot(true);
+    refusedAgain_.setInterval(200); // milliseconds
+    connect(&refusedAgain_, &QTimer::timeout, this, &SheetView::makeRoom);
     connect(&queue_, &ReadQueue::started, this, [this](int job) {
         if (SheetEntry *entry = entryOfJob(job))
             entry->state = State::Reading;
@@ -137,6 +140,8 @@ void SheetView::fail(int id, const QString &reason, quint64 needed)
     found->second.reason = reason;
     found->second.needed = needed;
     found->second.job = 0;
+    if (needed > 0)
+        refusedAgain_.start();
     changedSoon();
 }
 
@@ -221,6 +226,10 @@ void SheetView::readRefused(quint64 held)
         const SheetEntry &entry = entries_.at(id);
         if (entry.needed == 0 || held + entry.needed > budget_)
             continue;
+        if (queue_.memoryInUse() + entry.needed > budget_) {
+            refusedAgain_.start(); // threads still work on what was given back, or readers
+            return;
+        }
         held += entry.needed;
         read(id);
     }

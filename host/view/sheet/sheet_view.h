@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QSet>
+#include <QTimer>
 
 #include "host/read/read_queue.h"
 #include "host/view/sheet/sheet_bar.h"
@@ -250,7 +251,8 @@ private:
     bool cramped_ = false; // the tiles have no room for a drawing
     quint64 passes_ = 0;
     quint64 budget_ = memoryBudget();
-    quint64 held_ = 0; // bytes, by all items, as last counted
+    quint64 held_ = 0;    // bytes, by all items, as last counted
+    QTimer refusedAgain_; // runs out when memory may be there for what was refused
     SheetOrder order_ = SheetOrder::Name;
     bool sorted_ = false;
     bool countsDue_ = false; // files are being read whose counts the order waits for

@@ -11,21 +11,12 @@ namespace host {
 namespace {
 
 constexpr int pageSide = 1024; // pixels, unless one picture is larger
+// Tiles that a frame draws over the last one; where more change, that one is not worth its pixels.
+constexpr std::size_t few = 16;
 
 quint64 bytesOf(const QSize &size)
 {
     return quint64(size.width()) * quint64(size.height()) * 4;
-}
-
-/// Null where OpenGL lacks what it takes.
-std::unique_ptr<QOpenGLFramebufferObject> makeTexture(const QSize &size)
-{
-    if (!QOpenGLFramebufferObject::hasOpenGLFramebufferObjects())
-        return nullptr;
-    const FramebufferKeeper keeper;
-    auto made = std::make_unique<QOpenGLFramebufferObject>(
-        size, QOpenGLFramebufferObject::NoAttachment, GL_TEXTURE_2D, GL_RGBA8);
-    return made->isValid() ? std::move(made) : nullptr;
 }
 
 } // namespace
@@ -41,7 +32,7 @@ void TilePictures::setBudget(quint64 bytes)
 
 quint64 TilePictures::byteSize() const
 {
-    quint64 bytes = stage_ ? bytesOf(stage_->size()) : 0;
+    quint64 bytes = standing_.isThere() ? bytesOf(standing_.size()) : 0;
     for (const auto &page : pages_)
         bytes += bytesOf(page->size());
     return bytes;
@@ -51,7 +42,8 @@ void TilePictures::clear()
 {
     pages_.clear();
     copies_.clear();
-    stage_.reset();
+    standing_.clear();
+    before_.clear();
     cells_.clear();
     byId_.clear();
     cell_ = {};
@@ -97,20 +89,27 @@ QRect TilePictures::inWindow(const QRect &place) const
     return place & QRect({0, 0}, window_);
 }
 
-void TilePictures::begin(const QSize &window, bool refining)
+void TilePictures::begin(const QSize &window, bool refining, const QColor &ground)
 {
     if (context_ != QOpenGLContext::currentContext()) {
         clear();
         context_ = QOpenGLContext::currentContext();
     }
-    if (stage_ && stage_->size() != window)
-        stage_.reset();
-    if (!stage_ && byteSize() + bytesOf(window) > budget_)
+    if (standing_.size() != window)
+        standing_.clear();
+    if (!standing_.isThere() && byteSize() + bytesOf(window) > budget_)
         clear(); // the pages would leave no room for it, for good
     ++frame_;
+    if (window_ != window)
+        before_.clear();
     window_ = window;
+    ground_ = ground;
     refining_ = refining;
     isSized_ = false;
+    begun_ = begins_ && !standing_.isEmpty() && standing_.ground() == ground_;
+    if (begun_)
+        standing_.draw();
+    shown_.clear();
     drawn_.clear();
 }
 
@@ -131,9 +130,11 @@ bool TilePictures::show(int id, const QByteArray &key, const QRect &place)
     if (!there || key.isEmpty() || cell->key != key || (refining_ && !cell->smoothed)) {
         if (cell && !refining_) // also where the new one finds no room
             cell->key.clear();
-        drawn_.push_back({id, key, place});
+        drawn_.push_back({id, key, place, shown_.size()});
+        shown_.push_back({id, inWindow(place), true});
         return false;
     }
+    shown_.push_back({id, inWindow(place), false});
     copies_[cell->page].push_back(
         {seen.translated(cell->corner), place.topLeft() + seen.topLeft()});
     return true;
@@ -141,6 +142,26 @@ bool TilePictures::show(int id, const QByteArray &key, const QRect &place)
 
 void TilePictures::finish()
 {
+    const bool alike = areAlike(shown_, before_);
+    if (!alike || before_.empty())
+        findGaps();
+    const bool held = standing_.holds(shown_, ground_);
+    if (!begun_ || !held)
+        copy();
+    for (Pieces &pieces : copies_)
+        pieces.clear();
+    begins_ = !held || drawn_.size() <= few;
+    // For the frames that follow: one that was copied came like this twice, all that was drawn is
+    // taken in any case.
+    const bool all = drawn_.size() == shown_.size();
+    const bool taken = !held && (all ? !refining_ : alike) && takeStage();
+    if (taken)
+        standing_.takeAll(shown_, ground_);
+    else if (!held)
+        standing_.forget();
+    for (const Drawn &drawn : drawn_)
+        standing_.setTile(drawn.index, 0);
+    before_ = shown_;
     if (refining_) {
         ++means_;
         for (const Drawn &drawn : drawn_) {
@@ -153,15 +174,25 @@ void TilePictures::finish()
     } else {
         means_ = 0;
         mean_.clear();
-        keep(drawn_, false);
+        keep(drawn_, false, taken);
     }
-    for (std::size_t page = 0; page < pages_.size(); ++page) {
-        if (copies_[page].empty())
-            continue;
-        const FlatState state(window_);
+}
+
+/// Writes all that was not drawn.
+void TilePictures::copy()
+{
+    const FlatState state(window_);
+    FlatState::fill(ground_, gaps_);
+    for (std::size_t page = 0; page < pages_.size(); ++page)
         FlatState::draw(pages_[page]->texture(), pages_[page]->size(), copies_[page]);
-        copies_[page].clear();
-    }
+}
+
+void TilePictures::findGaps()
+{
+    QRegion tiles;
+    for (const StandingPicture::Tile &tile : shown_)
+        tiles += tile.seen;
+    gaps_ = QRegion(QRect({0, 0}, window_)) - tiles;
 }
 
 void TilePictures::keepSmoothed()
@@ -169,7 +200,7 @@ void TilePictures::keepSmoothed()
     std::vector<Drawn> whole;
     std::copy_if(drawn_.begin(), drawn_.end(), std::back_inserter(whole),
                  [this](const Drawn &drawn) { return mean_[drawn.id].frames == means_; });
-    keep(whole, true);
+    keep(whole, true, false);
 }
 
 void TilePictures::giveUp()
@@ -179,8 +210,8 @@ void TilePictures::giveUp()
             cell->smoothed = true;
 }
 
-/// Takes the pixels of these tiles out of the window.
-void TilePictures::keep(const std::vector<Drawn> &drawn, bool smoothed)
+/// Takes the pixels of these tiles out of the window, if they are not @p taken yet.
+void TilePictures::keep(const std::vector<Drawn> &drawn, bool smoothed, bool taken)
 {
     std::vector<Pieces> pieces;
     QRect all;
@@ -197,24 +228,22 @@ void TilePictures::keep(const std::vector<Drawn> &drawn, bool smoothed)
         cell->smoothed = smoothed;
         cell->seen = frame_;
         cell->part = seen.translated(-each.place.topLeft());
+        standing_.setTile(each.index, each.id);
         pieces.resize(pages_.size());
         pieces[cell->page].push_back({seen, cell->corner + cell->part.topLeft()});
         all |= seen;
     }
     if (pieces.empty())
         return;
-    glPushAttrib(GL_TEXTURE_BIT);
-    glBindTexture(GL_TEXTURE_2D, stage_->texture());
-    glCopyTexSubImage2D(GL_TEXTURE_2D, 0, all.x(), all.y(), all.x(), all.y(), all.width(),
-                        all.height());
-    glPopAttrib();
+    if (!taken)
+        standing_.take(all);
     const FramebufferKeeper keeper;
     for (std::size_t page = 0; page < pieces.size(); ++page) {
         if (pieces[page].empty())
             continue;
         pages_[page]->bind();
         const FlatState state(pages_[page]->size());
-        FlatState::draw(stage_->texture(), window_, pieces[page]);
+        FlatState::draw(standing_.texture(), window_, pieces[page]);
     }
 }
 
@@ -241,9 +270,8 @@ TilePictures::Cell *TilePictures::cellFor(int id)
 /// Returns whether there is one.
 bool TilePictures::takeStage()
 {
-    if (!stage_ && byteSize() + bytesOf(window_) <= budget_)
-        stage_ = makeTexture(window_);
-    return stage_ != nullptr;
+    const bool room = standing_.isThere() || byteSize() + bytesOf(window_) <= budget_;
+    return room && standing_.make(window_);
 }
 
 /// Returns whether there are more cells now.

@@ -11,6 +11,7 @@
 #include <QPointer>
 #include <QRect>
 
+#include "host/view/sheet/standing_picture.h"
 #include "host/view/window/flat_state.h"
 
 class QOpenGLContext;
@@ -25,7 +26,8 @@ namespace host {
 /// Pictures lie side by side in textures; tiles are of one size at a time, and others are drawn.
 /// Beyond the budget, those seen longest ago make room, but none of this frame: what finds no room
 /// is drawn. Of what reaches out of the window that part is kept which was in it. Pixels are the
-/// window's, from its lower left corner.
+/// window's, from its lower left corner. What the window showed as a whole is kept beside them,
+/// since frames follow one another in which tiles stay where they are.
 ///
 /// A frame is begin(), show() for each tile, finish(), and keepSmoothed() where the window then
 /// shows something better. The window's context is current in all of these. Another context means
@@ -45,16 +47,17 @@ public:
     void clear();             ///< Drops all.
     void forget(int id);      ///< Of a tile that is gone.
 
-    /// @p window is its size in pixels. In a frame that is @p refining, what is drawn is a part of
-    /// a mean: only what is smoothed is copied, and what is drawn is not kept by finish().
-    void begin(const QSize &window, bool refining);
+    /// @p window is its size in pixels, @p ground what finish() paints beside the tiles. In a frame
+    /// that is @p refining, what is drawn is a part of a mean: only what is smoothed is copied, and
+    /// what is drawn is not kept by finish().
+    void begin(const QSize &window, bool refining, const QColor &ground);
     /// Returns whether tile @p id, at @p place, will be copied; if not, it is to be drawn now. An
     /// empty @p key is never copied.
     bool show(int id, const QByteArray &key, const QRect &place);
     QRect inWindow(const QRect &place) const; ///< The part that is in it.
     bool isSmoothed(int id) const;            ///< Whether its picture is, if it has any.
-    /// All others are drawn: keeps these, and copies those that are copied. Leaves GL state as it
-    /// was.
+    /// All others are drawn: keeps these, copies those that are copied, and paints the ground, so
+    /// that each pixel of the window is written. Leaves GL state as it was.
     void finish();
     /// Keeps what was drawn in each frame since the last one that was not refining.
     void keepSmoothed();
@@ -78,6 +81,7 @@ private:
         int id;
         QByteArray key;
         QRect place;
+        std::size_t index; // among what is shown
     };
     struct Mean {
         QByteArray key;
@@ -89,7 +93,9 @@ private:
     Cell *cellFor(int id);
     bool addPage();
     bool takeStage();
-    void keep(const std::vector<Drawn> &drawn, bool smoothed);
+    void copy();
+    void findGaps();
+    void keep(const std::vector<Drawn> &drawn, bool smoothed, bool taken);
 
     QPointer<QOpenGLContext> context_;
     quint64 budget_ = usualBudget;
@@ -99,7 +105,12 @@ private:
     bool isSized_ = false; // a tile of this frame has said how large they are
     int means_ = 0;        // frames of the mean until now
     std::vector<std::unique_ptr<QOpenGLFramebufferObject>> pages_;
-    std::unique_ptr<QOpenGLFramebufferObject> stage_; // the window's pixels on their way to pages
+    StandingPicture standing_; // also where the window's pixels pass on their way to pages
+    bool begun_ = false;       // with that
+    bool begins_ = false;      // the next one will
+    QColor ground_;
+    std::vector<StandingPicture::Tile> shown_, before_; // in this frame and the last one
+    QRegion gaps_;                                      // between these
     std::vector<Cell> cells_;
     std::unordered_map<int, std::size_t> byId_; // into the cells
     std::vector<Drawn> drawn_;                  // in this frame

@@ -69,4 +69,14 @@ void FlatState::draw(GLuint texture, const QSize &size, const std::vector<Piece>
     glEnd();
 }
 
+void FlatState::fill(const QColor &colour, const QRegion &part)
+{
+    glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT);
+    glDisable(GL_TEXTURE_2D);
+    glColor4d(colour.redF(), colour.greenF(), colour.blueF(), colour.alphaF());
+    for (const QRect &rect : part)
+        glRecti(rect.x(), rect.y(), rect.x() + rect.width(), rect.y() + rect.height());
+    glPopAttrib();
+}
+
 } // namespace host

@@ -4,7 +4,9 @@
 
 #include <vector>
 
+#include <QColor>
 #include <QRect>
+#include <QRegion>
 #include <qopengl.h>
 
 class QWidget;
@@ -43,6 +45,8 @@ public:
     };
     /// Draws pieces of a texture of @p size pixels.
     static void draw(GLuint texture, const QSize &size, const std::vector<Piece> &pieces);
+    /// Fills what @p part covers.
+    static void fill(const QColor &colour, const QRegion &part);
 };
 
 } // namespace host
