@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // How far the second model lies from the first one's surface, in colours.
 #include <new>
+#include <utility>
 
 #include <QLocale>
 #include <QPainter>
@@ -52,15 +53,21 @@ void CompareView::measureDifference()
         difference_.start(meshOf(first()), meshOf(second()));
 }
 
-/// Once it is measured, or is to be coloured otherwise.
-void CompareView::showDifference()
+/// Once it is measured, or is to be coloured up to @p end; 0: not chosen yet. What there is no
+/// memory for leaves the colours that are there.
+void CompareView::showDifference(double end)
 {
     if (!difference_.get())
         return;
+    const double before = std::exchange(end_, end);
     try {
         colour(*difference_.get());
+        lacksMemory_ = false;
     } catch (const std::bad_alloc &) {
-        forgetDifference();
+        if (item(tiles_[differenceTile]))
+            end_ = before;
+        else
+            forgetDifference();
         lacksMemory_ = true;
     }
     place();
@@ -112,10 +119,8 @@ void CompareView::tellDifference()
 
 void CompareView::stepColours(bool up)
 {
-    if (!item(tiles_[differenceTile]))
-        return;
-    end_ = ColourScale::step(end_, up);
-    showDifference();
+    if (item(tiles_[differenceTile]))
+        showDifference(ColourScale::step(end_, up));
 }
 
 void CompareView::stepTolerance(bool up)

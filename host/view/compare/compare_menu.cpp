@@ -39,7 +39,6 @@ void CompareView::setWay(CompareWay way)
 {
     if (way == way_)
         return;
-    follow();
     way_ = way;
     place();
 }

@@ -202,7 +202,7 @@ void CompareView::Update(GLW *glw)
     if (!areThere() && fault().isEmpty())
         makeItems();
     if (difference_.get() && !item(tiles_[differenceTile]))
-        showDifference();
+        showDifference(end_);
     hover(glw);
     advance(glw);
     // The second model stands in no visible tile, where what it still works at would be asked for.

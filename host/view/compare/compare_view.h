@@ -99,7 +99,7 @@ private:
     void leadByFirst();
     void forgetDifference();
     void measureDifference();
-    void showDifference();
+    void showDifference(double end);
     void colour(const Difference::Found &found);
     void tellDifference();
     void stepColours(bool up);
