@@ -54,30 +54,6 @@ TEST_F(ViewerTest, WhatAPersonChoseIsThereTheNextTime)
     }
 }
 
-TEST_F(ViewerTest, ASheetWaitsBehindWhatIsOpenedFromIt)
-{
-    boxes("a.obj", 1), boxes("b.obj", 2);
-    const View *sheet = &start({folder.path()});
-    const auto become = [&](const char *keys, const char *kind, const QString &title) {
-        hand(keys);
-        EXPECT_TRUE(until([&] { return viewer->view()->inherits(kind); })) << keys;
-        show(*viewer->view());
-        EXPECT_EQ(widget->window()->windowTitle().toStdString(), title.toStdString()) << keys;
-    };
-    const QString name = QString::fromUtf8("2 files – ") + QFileInfo(folder.path()).fileName();
-    become("Ctrl+A D", "host::CompareView", "a.obj and b.obj");
-    become("Esc Ctrl+A Ctrl+A Right", "host::SheetView", name);
-    EXPECT_EQ(viewer->view(), sheet);
-    become("B Return", "host::SingleView", "b.obj");
-    EXPECT_TRUE(item() && viewer->view()->display().dark);
-    EXPECT_TRUE(until([&] { // the others are listed in the background
-        hand("PgUp");
-        return viewer->view()->title() == "a.obj";
-    }));
-    become("B Esc", "host::SheetView", name);
-    EXPECT_TRUE(viewer->view() == sheet && !sheet->display().dark);
-}
-
 TEST_F(ViewerTest, KeysAndDialogsAreForTheWholeProgram)
 {
     options.watch = options.sizeGiven = true;

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Two models held against each other, under a person's hands and in pictures.
+#include <cmath>
+
 #include <QRegularExpression>
 #include <QThreadPool>
 
@@ -33,6 +35,14 @@ protected:
         return dynamic_cast<ModelItem *>(view->item(view->tile(model)));
     }
     const GL::Camera &camera(int model) const { return view->tile(model)->camera; }
+    /// Of a place in the world, in the file's units, as it is seen in the tile of @p model.
+    QString at(int model, const QVector3D &place) const
+    {
+        const GLW *glw = view->tile(model);
+        const QVector3D to = (place - item(model)->centre()) * item(model)->scale();
+        const QPointF p = glw->rect.topLeft() + CameraSteering::geometryOf(glw).pixel(to);
+        return QString("%1,%2 ").arg(qRound(p.x())).arg(400 - qRound(p.y()));
+    }
     /// In blocks, twice as large as the window.
     QImage picture(double share)
     {
@@ -44,7 +54,6 @@ protected:
 TEST_F(CompareTest, TheDividerShowsOneOnEachSide)
 {
     open(CompareWay::Divider);
-    view->lookFrom(Steering::Side::Front);
     for (const bool swapped : {false, true}) {
         const QImage second = picture(0), first = picture(1), both = picture(0.4);
         int differing[2] = {}, wrong = 0; // pixels left and right of the line
@@ -55,23 +64,11 @@ TEST_F(CompareTest, TheDividerShowsOneOnEachSide)
                 wrong += both.pixel(x, y) != (left ? first : second).pixel(x, y);
             }
         EXPECT_LE(wrong, 4) << swapped << ": where the line cuts an outline";
-        EXPECT_GT(differing[0], 5000);
-        EXPECT_GT(differing[1], 5000);
-        const QRgb ground = both.pixel(1190, 400), middle = first.pixel(1000, 400);
-        EXPECT_EQ(middle == ground, !swapped) << "the three boxes reach farther";
+        EXPECT_TRUE(differing[0] > 5000 && differing[1] > 5000);
+        EXPECT_EQ(first.pixel(1000, 400) == both.pixel(1190, 400), !swapped)
+            << "three reach farther";
         hand("S");
     }
-    const auto orbits = [this](const char *script) {
-        const Vector rot = camera(0).rot;
-        hand(script);
-        settle(view->tile(0));
-        return camera(0).rot != rot;
-    };
-    EXPECT_FALSE(orbits("240,100 move down +100,30 move up"));
-    EXPECT_DOUBLE_EQ(view->divider().share(), 340.0 / 600);
-    EXPECT_TRUE(orbits("240,100 move down +40,30 move up"));
-    hand("Ctrl+Left");
-    EXPECT_DOUBLE_EQ(view->divider().share(), 325.0 / 600);
 }
 
 TEST_F(CompareTest, BothLieInOneWorldAndAreLookedAtTogether)
@@ -80,37 +77,46 @@ TEST_F(CompareTest, BothLieInOneWorldAndAreLookedAtTogether)
     EXPECT_EQ(item(0)->centre(), QVector3D(4, 1, 1));
     EXPECT_EQ(item(1)->centre(), item(0)->centre());
     EXPECT_EQ(item(1)->scale(), item(0)->scale());
-    const auto differ = [this] {
-        const GL::Camera &a = camera(0), &b = camera(1);
-        return a.rot != b.rot || a.setTarget != b.setTarget || a.radius != b.radius ||
-               a.ortho != b.ortho || item(0)->axes()->of != item(1)->axes()->of;
+    const auto pose = [this](int i) {
+        const GL::Camera &c = camera(i);
+        return std::tuple(c.rot, c.setTarget, c.radius, c.ortho, item(i)->axes()->of);
     };
-    EXPECT_FALSE(differ());
+    EXPECT_TRUE(pose(0) == pose(1));
+    for (const int under : {0, 1, 0}) {
+        hand(at(under, {1, 1, 1}) + "move");
+        EXPECT_EQ(item(under)->hoveredPart(), 0);
+        EXPECT_LT(item(1 - under)->hoveredPart(), 0);
+    }
     for (const char *script : {"450,200 move down +30,20 move up", "150,200 move wheel", "O", "U",
                                "S 450,200 move 4", "D 450,200 move down +30,20 move up D D"}) {
-        const GL::Camera before = camera(0);
-        const FileAxes axes = *item(0)->axes();
+        const auto before = pose(0);
         hand(script);
         settle(view->tile(0));
         settle(view->tile(1));
-        EXPECT_FALSE(differ()) << script;
-        EXPECT_TRUE(camera(0).rot != before.rot || camera(0).radius != before.radius ||
-                    camera(0).ortho != before.ortho || item(0)->axes()->of != axes.of)
-            << script;
+        EXPECT_TRUE(pose(0) == pose(1) && pose(0) != before) << script;
     }
     EXPECT_LT(view->tile(1)->rect.right(), view->tile(0)->rect.right()) << "swapped";
+    const Vector rot = camera(0).rot;
+    boxes("b.obj", 5);
+    view->readAgain(folder.filePath("b.obj"));
+    EXPECT_TRUE(until([&] { return item(0)->centre().x() == 7; }));
+    EXPECT_TRUE(camera(0).rot == rot && item(1)->count() == 60);
 }
 
 TEST_F(CompareTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
 {
-    own = std::make_unique<CompareView>(*window, queue, CompareView::Model{boxes("a.obj", 1)},
-                                        CompareView::Model{file("b.csv", weather())},
-                                        CompareWay::Beside);
-    widget->window()->show();
-    EXPECT_EQ(texts(*own), "Reading a.obj|Reading b.csv");
-    EXPECT_TRUE(until([&] { return !own->fault().isEmpty(); }));
-    EXPECT_EQ(own->fault(), "b.csv is no model: only models can be compared.");
-    EXPECT_EQ(texts(*own).substr(0, 27), "Esc leaves the comparison.|");
+    const auto fault = [&](const QString &first, const QString &second, const char *hint) {
+        own = std::make_unique<CompareView>(*window, queue, CompareView::Model{first},
+                                            CompareView::Model{second}, CompareWay::Difference);
+        widget->window()->show();
+        EXPECT_TRUE(until([&] { return frame(), !own->fault().isEmpty(); }));
+        EXPECT_EQ(written(*own).texts.count(hint), 1u) << hint;
+        return own->fault().toStdString();
+    };
+    EXPECT_EQ(fault(boxes("a.obj", 1), file("b.csv", weather()), "Esc leaves the comparison."),
+              "b.csv is no model: only models can be compared.");
+    EXPECT_EQ(fault(file("p.xyz", "0 0 0\n1 1 1\n"), boxes("a.obj", 1), "D shows the next way."),
+              "The first model has no surface to measure from.");
     own.reset();
     open(CompareWay::Beside, .25);
     hand("9,300 move");
@@ -118,23 +124,39 @@ TEST_F(CompareTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
         EXPECT_TRUE(until([&] { return view->isSettled(); }));
         frame();
         // Words of what has room depend on letters.
-        const QString words = QString(texts(view->pictured(false)).c_str())
-                                  .remove(QRegularExpression("[^|]*triang[^|]*"));
-        return QString("way %1|at %2|%3|%4")
+        const PaintRecord drawn = written(view->pictured(false));
+        const QString words =
+            QString(drawn.all().c_str()).remove(QRegularExpression("[^|]*triang[^|]*"));
+        QString panels; // where they stand, from the nearer side
+        for (const auto &[box, colour] : drawn.fills)
+            if (colour == view->display().theme().panel)
+                panels +=
+                    QString(" %1").arg(std::min(std::fmod(box.left(), 300), 600 - box.right()));
+        if (view->way() != CompareWay::Difference)
+            panels += QString("|line %1|").arg(drawn.lines.at(0).first.x1());
+        for (const auto &[text, how] : drawn.texts)
+            if (text.endsWith(".obj")) // and on which side the names
+                panels += QString(" %1%2").arg(text[0]).arg(int(how.box.left() / 300));
+        panels += '|';
+        for (int i = 0; i < 3; ++i)
+            panels += view->tile(i)->property<bool>("visible") ? "+" : "-";
+        return QString("way %1|at %2|%3|%4|%5")
             .arg(int(view->way()))
             .arg(view->divider().share() * 600)
-            .arg(view->title(), words);
+            .arg(panels, view->title(), words);
     };
     walk(*view, view->mainGLW(),
-         "S > b.obj and a.obj; =Swap the two > a.obj and b.obj; ~Ctrl+Right > ; D > way 1; "
-         "Ctrl+Right > at 315; =Beside one another > way 0; =One over the other, with a divider > "
-         "way 1; S > b.obj and a.obj; S > a.obj and b.obj; =The difference of their surfaces > way "
-         "2|+10  outside|+5|-10  inside|-5|0|0 to 6|33.3 % within ±0.5|Distance|RMS 3.149|from "
-         "a.obj|mean 2.333; ] > +10|+20  outside|-10|-20  inside; [ > +10  outside|+5|-10  "
-         "inside|-5; . > 34.7 % within ±1; =Colours up to a larger distance > +10|+20  "
-         "outside|-10|-20  inside; =Colours up to a smaller distance > +10  outside|+5|-10  "
-         "inside|-5; =Larger tolerance > 50.4 % within ±2; =Smaller tolerance > 34.7 % within ±1; "
-         "=Beside one another, with a divider, their difference > way 0|a.obj",
+         "S >  a1 b0|b.obj and a.obj; =Swap the two >  a0 b1|a.obj and b.obj; ~Ctrl+Right > ; D > "
+         "way 1|+--; Ctrl+Right > at 315|line 315; ~315,100 move down +25,30 move up > at 340|line "
+         "340; Ctrl+Left > at 325|line 325; =Beside one another > way 0|line 300|++-; =One over "
+         "the other, with a divider > way 1|line 325|+--; S >  a1 b0|b.obj and a.obj; S >  a0 "
+         "b1|a.obj and b.obj; =The difference of their surfaces > way 2| 12 12 b0 f1|--+|+10  "
+         "outside|+5|-10  inside|-5|0|0 to 6|33.3 % within ±0.5|Distance|RMS 3.149|from a.obj|mean "
+         "2.333; ] > +10|+20  outside|-10|-20  inside; [ > +10  outside|+5|-10  inside|-5; . > "
+         "34.7 % within ±1; =Colours up to a larger distance > +10|+20  outside|-10|-20  inside; "
+         "=Colours up to a smaller distance > +10  outside|+5|-10  inside|-5; =Larger tolerance > "
+         "50.4 % within ±2; =Smaller tolerance > 34.7 % within ±1; =Beside one another, with a "
+         "divider, their difference > way 0| 12 12|line 300| a0 b1|++-|a.obj",
          state);
 }
 
@@ -143,30 +165,27 @@ TEST_F(CompareTest, ColoursSayHowFarTheSecondIs)
     open(CompareWay::Difference, .25);
     ASSERT_TRUE(view->difference());
     EXPECT_DOUBLE_EQ(view->difference()->deviation.greatest, 6) << "at the end of the third box";
-    view->lookFrom(Steering::Side::Front);
     view->ToggleLighting();
     settle(view->tile(2));
-    const auto pixelAt = [this](float x) { // of the front
-        const ModelItem *shown = item(2);
-        const QVector3D at = (QVector3D(x, .16f, .25f) - shown->centre()) * shown->scale();
-        return CameraSteering::geometryOf(view->tile(2)).pixel(at);
-    };
+    const auto front = [this](float x) { return at(2, {x, .16f, .25f}); };
     const QImage shown = picture(0.5);
     for (const auto &[x, distance] : {std::pair{1.0f, 0.0}, {4.5f, 2.5}, {7.5f, 5.5}}) {
-        const QPointF p = pixelAt(x) * 2;
-        const QColor seen = shown.pixel(int(p.x()), 800 - int(p.y())),
+        const QStringList p = front(x).split(',');
+        const QColor seen = shown.pixel(2 * p[0].toInt(), 2 * p[1].toInt()),
                      meant = ColourScale{true, 10}.at(distance);
         EXPECT_NEAR(seen.red() - seen.blue(), meant.red() - meant.blue(), 9) << distance;
+        EXPECT_NEAR(seen.green() - seen.blue(), meant.green() - meant.blue(), 9) << distance;
     }
     for (const auto &[x, distance] : {std::pair{4.5f, 2.5}, {7.0f, 5.0}, {-0.3f, 0.0}}) {
-        const QPointF p = pixelAt(x);
-        hand(QString("%1,%2 move").arg(qRound(p.x())).arg(400 - qRound(p.y())));
+        hand(front(x) + "move");
         QThreadPool::globalInstance()->waitForDone(); // what finds it
         frame();
         const QString told = item(2)->underPointer();
         EXPECT_NEAR(told.section(' ', 1, 1).toDouble(), distance, 0.05) << told.toStdString();
         EXPECT_EQ(told.startsWith("distance "), distance > 0) << "beside the boxes";
     }
+    hand(front(7) + "move");
+    EXPECT_TRUE(asks(*view, front(7.5f) + "move")) << "the same part, but farther";
     hand("S"); // the boxes bound a volume too
     show(*view);
     EXPECT_EQ(view->difference()->deviation.largest, 0) << "the first lies on the others";

@@ -15,13 +15,6 @@ Shape cube(double low, double high)
     return box(Vec::Constant(low), Vec::Constant(high));
 }
 
-Shape ball(double radius)
-{
-    auto outline = arc({0, 0}, radius, -90, 90, 30);
-    outline.front().setX(0), outline.back().setX(0); // exactly on the axis
-    return revolve(outline, 60, 60);
-}
-
 Shape sheet(double from, double to, double height)
 {
     Shape shape;
@@ -56,7 +49,6 @@ const SurfacesCase surfacesCases[] = {
     {"OffsetInwards", cube(0, 4), cube(1, 3), true, -1, -1, 1, 1, 0.999, 0},
     {"OffsetOutwards", cube(0, 2), cube(-0.5, 2.5), true, 0.5, s3 / 2},
     {"OffsetInsideOut", cube(0, 4).flip(), cube(1, 3), true, -1, -1, 1, 1, 1, 1},
-    {"ConcentricBalls", ball(8), ball(10), true, 2 * 0.9972, 2},
     {"OpenSurface", sheet(0, 2, 0), sheet(0, 2, -0.25), false, 0.25, 0.25, 0.25, 0.25},
     {"Beyond", sheet(0, 1, 0), sheet(0, 2, 0.5), false, 0.5, std::sqrt(1.25)},
     {"ByArea", sheet(-9, 9, 0), sheet(0, 3, 0) + sheet(3, 4, 1), false, 0, 1, 0.25, 0.5, 0.5, 0.75},
@@ -70,8 +62,7 @@ TEST_P(Surfaces, AreMeasured)
     const auto [mesh, found] = measured(row.from.mesh, row.shape.mesh);
     ASSERT_TRUE(mesh);
     EXPECT_EQ(found.isSigned, row.isSigned);
-    const double within = std::string(row.name) == "ConcentricBalls" ? 0.004 : 1e-6;
-    EXPECT_NEAR(found.least, row.least, within * std::abs(row.least));
+    EXPECT_NEAR(found.least, row.least, 1e-6 * std::abs(row.least));
     EXPECT_NEAR(found.greatest, row.greatest, 1e-6 * std::abs(row.greatest));
     EXPECT_EQ(found.largest, std::max(std::abs(found.least), std::abs(found.greatest)));
     if (row.mean >= 0) {
@@ -142,9 +133,6 @@ TEST(ColourScaleTest, RunsFromBlueToRedInRoundSteps)
               (std::vector<quint8>{0x3b, 0x4c, 0xc0, 255, 128, 138, 150, 255}));
     const double rounds[][4] = {// value, rounded, the next, the one before
                                 {0.3, 0.5, 1, 0.2},
-                                {1, 1, 2, 0.5},
-                                {1.5, 2, 5, 1},
-                                {600, 1000, 2000, 500},
                                 {0, 1, 2, 0.5}};
     for (const auto &[value, rounded, next, before] : rounds) {
         EXPECT_DOUBLE_EQ(ColourScale::roundUp(value), rounded);

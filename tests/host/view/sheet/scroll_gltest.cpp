@@ -36,6 +36,7 @@ protected:
                                          : std::nullopt;
     }
     /// What hands do, and what they write into the search (?m1) and how they leave it (!Esc).
+    /// Afterwards those tiles are visible that are in view.
     void run(const QString &steps)
     {
         for (const QString &step : steps.split("; ", Qt::SkipEmptyParts)) {
@@ -53,6 +54,10 @@ protected:
         }
         ASSERT_TRUE(until([&] { return queue.isIdle(); }));
         frame();
+        for (const auto &[id, entry] : sheet->entries()) {
+            const GLW *glw = sheet->tile(id);
+            EXPECT_EQ(glw && glw->property<bool>("visible"), sheet->inView().contains(id)) << id;
+        }
     }
     QLineEdit *line() const { return widget->findChild<QLineEdit *>(); }
     Vector rot(int id) const { return sheet->tile(id)->camera.rot; }
@@ -72,10 +77,14 @@ protected:
     std::string describe() const
     {
         const QList<int> ids = sheet->inView();
-        return QString("%1: %2 to %3")
-            .arg(sheet->offset())
+        // What is written, and what the line leaves of a sheet that is at its end.
+        const QString words = line()->isVisible() ? ' ' + line()->selectedText() : QString();
+        const double foot = words.isNull() || sheet->offset() < 1000 ? 0 : line()->height() + 16;
+        return QString("%1: %2 to %3%4")
+            .arg(sheet->offset() - foot)
             .arg(ids.value(0))
             .arg(ids.value(ids.size() - 1))
+            .arg(words)
             .toStdString();
     }
 };
@@ -90,9 +99,11 @@ TEST_F(ScrollTest, StepsLeadTo)
         "move > 492: 13 to 28\n593,390 down up > 1569: 45 to 60\n1 move PgDown PgDown; 30 move "
         "ctrl back > 440: 21 to 40\n1 move PgDown PgDown; Z > 1344: 25 to 33\nPgDown S; 13 click S "
         "S > 128: 20 to 15\nDown Down Down Down Right > 128: 1 to 16\nShift+Backtab > 1569: 45 to "
-        "60\nPgDown; Ctrl+F; ?1.OBJ m > 0: 1 to 51\nCtrl+F; ?m6; !Return; Tab Tab; Ctrl+F; !Esc > "
+        "60\nPgDown; Ctrl+F; ?1.OBJ m > 0: 1 to 51 \nCtrl+F; ?m6; !Return; Tab Tab; Ctrl+F; !Esc > "
         "1569: 45 to 60\nCtrl+F; ?m6; !Down; V PgDown; !Esc; PgDown > 393: 13 to 28\nCtrl+F; "
-        "!Return; Ctrl+End; Ctrl+F; !Esc > 1569: 45 to 60\nCtrl+F; ?nothing > 0: 0 to 0\nCtrl+A; "
+        "!Return; Ctrl+End; Ctrl+F; !Esc > 1569: 45 to 60\nCtrl+F; ?nothing > 0: 0 to 0 \nCtrl+F; "
+        "!Return; Ctrl+End > 1569: 49 to 60 \nCtrl+F; ?m6; !Return; Ctrl+F > 0: 6 to 60 m6\nCtrl+A "
+        "Ctrl+End; ctrl 60 click none V > 1569: 45 to 59\nZ Z Z Z; PgDown > 241: 3 to 6\nCtrl+A; "
         "ctrl 1 click none V > 0: 2 to 17\nCtrl+A; 3 click V > 0: 3 to 3\nTab Ctrl+End; V > 0: 1 "
         "to 1\nCtrl+A Ctrl+End; Ctrl+A V > 1569: 45 to 60\n2 click; Ctrl+F; ?m3 m; !Return; Ctrl+A "
         "V; Ctrl+F; !Esc > 0: 3 to 39");
@@ -102,8 +113,22 @@ TEST_F(ScrollTest, StepsLeadTo)
         EXPECT_EQ(describe(), row.section(" > ", 1).toStdString()) << row.toStdString();
         sheet->leaveTool();
         sheet->setTileSize(0);
-        for (int i = 0; i < 2; ++i) // all are shown, none selected, and sorted by name
-            hand("Tab Ctrl+A Ctrl+A V S N");
+        hand("Tab Ctrl+A Ctrl+A V S N Tab Ctrl+A Ctrl+A V S N"); // all shown, none selected
+    }
+    EXPECT_EQ((sheet->setTileSize(9999), sheet->tileSize()), 2000);
+    sheet->setTileSize(0);
+    for (const char *step : {"1 move PgDown", "Ctrl+Home", "593,390 down", "593,80 move"})
+        EXPECT_TRUE(asks(*sheet, step)) << step;
+    run("Ctrl+Home; 1 move");
+    QWheelEvent touch({9, 9}, {}, {0, -50}, {0, -40}, {}, {}, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(widget, &touch);
+    EXPECT_EQ(sheet->offset(), 50) << "as far as fingers went, at once";
+    run("Ctrl+F");
+    for (const int width : {600, 200}) {
+        window->frame()->resize(width, 300);
+        frame();
+        EXPECT_EQ(line()->geometry().bottomRight(), QPoint(width - 17, 291));
+        EXPECT_EQ(line()->width(), width == 200 ? 184 : 260);
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include "host/app/viewer.h"
 #include "host/view/sheet/sheet_view.h"
+#include "host/view/window/binding.h"
 #include "host/view/window/menu_tree.h"
 #include "support.h"
 
@@ -54,7 +55,7 @@ protected:
                 ids += QString::number(id);
         return ids;
     }
-    /// Selected, visible, and all as one reads.
+    /// What is selected, and what is visible, as one reads.
     QString describe() const
     {
         std::map<std::pair<double, double>, QString> places;
@@ -65,7 +66,7 @@ protected:
         QString read;
         for (const auto &[place, id] : places)
             read += id;
-        return idsWith("selected") + " of " + idsWith("visible") + " as " + read;
+        return idsWith("selected") + " of " + read;
     }
 
     /// Tiles (3), the gap between them, and where there is nothing of the window.
@@ -117,37 +118,35 @@ TEST_F(SheetTest, TheMenuOpensBesideTilesTooAndOnlyWhatIsUnderThePointerIsMarked
     }
 }
 
+// The plot is m7.csv.
 TEST_F(SheetTest, LinkedCamerasTakeThePoseOfTheOneThatIsMoved)
 {
     open(six() << file("m7.csv", weather()));
-    orbit(5);
-    const auto same = [&](int a, int b) {
-        return camera(a).rot == camera(b).rot && camera(a).radius == camera(b).radius &&
-               camera(a).setTarget == camera(b).setTarget;
+    const float still = sheet->tile(7)->viewport.pos.x;
+    const auto state = [&] {
+        QString all = sheet->tile(7)->viewport.pos.x == still ? "still" : "moved";
+        for (const int id : {1, 2, 5}) {
+            settle(sheet->tile(id));
+            const Vector v = camera(id).rot + Vector(0, 0, 100 * camera(id).radius);
+            all +=
+                QString("|%1: %2 %3 %4").arg(id).arg(qRound(v.x)).arg(qRound(v.y)).arg(qRound(v.z));
+        }
+        return all;
     };
-    EXPECT_FALSE(same(1, 5));
-    run("1 click ctrl 5 click 7 click none L");
-    EXPECT_TRUE(sheet->isLinked(1) && sheet->isLinked(5));
-    EXPECT_FALSE(sheet->isLinked(2) || sheet->isLinked(7));
-    const float plot = sheet->tile(7)->viewport.pos.x;
-    const Vector other = camera(2).rot;
-    orbit(1, "+0,20");
-    settle(sheet->tile(5));
-    EXPECT_TRUE(same(1, 5));
-    EXPECT_EQ(camera(2).rot, other);
-    EXPECT_EQ(sheet->tile(7)->viewport.pos.x, plot);
-    orbit(7);
-    EXPECT_NE(sheet->tile(7)->viewport.pos.x, plot);
-    EXPECT_TRUE(same(1, 5));
-    run("L");
-    orbit(1);
-    EXPECT_FALSE(same(1, 5)) << "linked no more";
+    walk(*sheet, sheet->tile(1),
+         "5 move down +40,0 move up > 5: 22 8 198; 1 click ctrl 5 click 7 click none L > ; "
+         "1 move down +0,20 move up > 1: 42 -32 199|5: 42 -32 199; 7 move down +40,0 move up > "
+         "moved; 1 move wheel > 1: 42 -32 159|5: 42 -32 159; "
+         "1 move L down +40,0 move up > 1: 42 8 159; =All cameras back to the first view > "
+         "still|1: 22 -32 199|5: 22 -32 198",
+         state);
 }
 
 TEST_F(SheetTest, OpenedAloneItIsASingleViewAndEscapeGoesBack)
 {
+    six();
     Options options;
-    options.files = six();
+    options.files = QStringList(folder.path());
     options.size = QSize(600, 400);
     options.sizeGiven = true;
     Viewer viewer(loader, options);
@@ -155,20 +154,20 @@ TEST_F(SheetTest, OpenedAloneItIsASingleViewAndEscapeGoesBack)
     widget = viewer.view()->mainGLW()->gl;
     widget->setProperty("clampMouseToFrame", false);
     sheet = dynamic_cast<SheetView *>(viewer.view());
+    EXPECT_EQ(texts(*sheet).substr(0, 16), "Looking through ");
     show(*sheet);
+    const auto title = [&] { return widget->window()->windowTitle(); };
     run("N N; 6:Hide tile; 2 click ctrl 3 click 4 move");
     orbit(4, "+40,9");
     const QString before = describe();
     const GL::Camera pose = camera(4);
-    const Item *shown = sheet->item(sheet->tile(4));
+    auto *shown = item<ModelItem>(4);
     hand("4 click twice up");
-    const auto title = [&] {
-        return dynamic_cast<SingleView *>(viewer.view()) ? viewer.view()->title() : QString();
-    };
     EXPECT_EQ(title(), "m4.obj");
     EXPECT_EQ(viewer.view()->item(viewer.view()->mainGLW()), shown) << "it is read again";
     EXPECT_EQ(viewer.view()->mainGLW()->camera.rot, pose.rot);
     EXPECT_EQ(sheet->item(sheet->tile(4)), nullptr);
+    shown->select(0, true), shown->setSection({{CutPlane{{1, 0, 0}, 0.5}}});
     hand("V B");                      // the first is the sheet's
     EXPECT_TRUE(QTest::qWaitFor([&] { // its neighbours are listed in the background
         hand("PgDown");
@@ -177,16 +176,17 @@ TEST_F(SheetTest, OpenedAloneItIsASingleViewAndEscapeGoesBack)
     hand("F1 Esc");
     EXPECT_EQ(title(), "m5.obj") << "the list of controls is closed first";
     hand("Esc");
-    ASSERT_EQ(viewer.view(), sheet);
+    ASSERT_TRUE(viewer.view() == sheet && title().startsWith("6 files"));
     EXPECT_EQ(describe(), before);
     EXPECT_EQ(sheet->item(sheet->tile(4)), shown);
     EXPECT_TRUE(camera(4).rot == pose.rot && camera(4).radius == pose.radius);
+    EXPECT_TRUE(!shown->marks().isSelected(0) && shown->section()->planes.size() == 1);
     EXPECT_TRUE(sheet->display().dark);
     run("V");
     EXPECT_EQ(idsWith("visible"), "23") << "the keys are back";
 
     run("D");
-    EXPECT_EQ(viewer.view()->title(), "m2.obj and m3.obj");
+    EXPECT_EQ(title(), "m2.obj and m3.obj");
     EXPECT_TRUE(viewer.view()->isSettled()) << "nothing is read again";
     run("B Esc");
     ASSERT_EQ(viewer.view(), sheet);
@@ -199,15 +199,12 @@ TEST_F(SheetTest, WhatIsHiddenGivesItsMemoryBackAndReturnsAsItWasLeft)
     open({boxes("m1.obj", 2), file("m2.csv", weather()), boxes("m3.obj", 2)});
     orbit(1, "+30,10");
     orbit(2, "+30,10");
-    const auto plot = [&]() -> const SeriesPlot & { return item<SeriesItem>(2)->plot(); };
     const GLW *tile = sheet->tile(2);
-    const PlotLayout layout(plot().table(), tile->glSize(), plot().options());
-    const QPointF entry = tile->rect.topLeft() + layout.legend[1].center();
-    hand(QString("%1,%2 click").arg(entry.x()).arg(entry.y()));
-    ASSERT_FALSE(plot().enabled(1));
-    const QRectF range = plot().visibleRange(tile);
+    const auto from = [&] { return item<SeriesItem>(2)->plot().visibleRange(tile).left(); };
+    const double range = from();
     const float left = camera(1).rot.y;
 
+    sheet->lend(sheet->entries().at(1).path), sheet->takeBack();
     run("1:Hide tile; 2:Hide tile");
     sheet->setMemoryBudget(300); // too little for all
     EXPECT_TRUE(state(1) == State::Released && state(2) == State::Released);
@@ -216,14 +213,19 @@ TEST_F(SheetTest, WhatIsHiddenGivesItsMemoryBackAndReturnsAsItWasLeft)
     run("V");
     show(*sheet);
     EXPECT_FLOAT_EQ(camera(1).rot.y, left);
-    EXPECT_FALSE(plot().enabled(1));
-    EXPECT_NEAR(plot().visibleRange(tile).left(), range.left(), 0.01);
+    EXPECT_NEAR(from(), range, 0.01);
+    sheet->readAgain(boxes("m1.obj", 3));
+    EXPECT_TRUE(until([&] { return sheet->entries().at(1).count == 36; }));
+    EXPECT_FLOAT_EQ(camera(1).rot.y, left);
 }
 
 TEST_F(SheetTest, AFileThatFailsKeepsItsTileAndTellsWhy)
 {
+    const QString gone = QString(30, 'm') + ".stl";
     open({boxes("a.obj", 1), file("b.ply", "these are words\n"), file("c.csv", "a,b\n1,\"2\n"),
-          folder.filePath("gone.stl")});
+          folder.filePath(gone)});
+    hand("4 move");
+    EXPECT_EQ(written(*sheet).texts.count(gone), 1u) << "it is cut in its header";
     EXPECT_EQ(idsWith("visible"), "1234");
     EXPECT_EQ(state(1), State::Shown);
     for (int id : {2, 3, 4}) {
@@ -258,6 +260,8 @@ TEST_F(SheetTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
     QObject::connect(sheet, &SheetView::pictureAsked, [&](const QString &name, const QRect &crop) {
         told = QString("%1 %2 %3").arg(name).arg(crop.x()).arg(crop.bottom());
     });
+    QObject::connect(sheet, &SheetView::tileSizeChosen,
+                     [&](double size) { told = QString("size %1").arg(size); });
     QObject::connect(sheet, &SheetView::compareAsked, [&](const QString &a, const QString &b) {
         told = QFileInfo(a).fileName() + ' ' + QFileInfo(b).fileName();
     });
@@ -271,44 +275,45 @@ TEST_F(SheetTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
         for (const bool on : {display.dark, display.lighting, display.hover, sheet->isLinked(1)})
             all += on ? '1' : '0';
         for (const QString &text : QString(texts(*sheet).c_str()).split('|'))
-            if (text.count(' ') == 3) // a sentence
-                all += '|' + text;
+            if (text.count(' ') == 3 || text.startsWith("Select")) // a sentence
+                all += '|' + text.section(':', 0, 0);
         return all;
     };
-    walk(
-        *sheet, sheet->tile(1),
-        "5 click > 5 of 123456 as 123456; ~gap move > ; 2 click click >  of 123456 as 123456; 1 "
-        "click ctrl 4 click 6 click 4 click > 16 of 123456 as 123456; 1 click ctrl 6 click none V "
-        "> 16 of 16 as 16|r 211 22|wide 294; ~out move V > 16 of 123456 as 123456|r 151 22|wide "
-        "194; shift right 5 move down 6 +9,9 move up > 56 of 123456 as 123456; shift right 1 move "
-        "down 4 +9,9 move up > 14 of 123456 as 123456; V > 14 of 14 as 14|r 211 "
-        "22|wide 294; 1 click ctrl 4 click > ; =Hide 2 tiles >  of  as |All tiles are hidden.|V "
-        "shows them again.; gap move Ctrl+A > ; ~V >  of 123456 as 123456|r 151 22|wide 194; "
-        "Ctrl+A > 123456 of 123456 as 123456; out Ctrl+A >  of 123456 as 123456; out Down > 1 of "
-        "123456 as 123456; Down > 4 of 123456 as 123456; Right > 5 of 123456 as 123456; Right > 6 "
-        "of 123456 as 123456; ~Right > ; Tab > 1 of 123456 as 123456; ~Left > ; Tab > 2 of 123456 "
-        "as 123456; ~Return > open m2.obj; D > -open m2.obj; Ctrl+A > 123456 of 123456 as 123456; "
-        "L > 0111; ~M > 0101; ~M 2 move > 0111; Ctrl+A >  of 123456 as 123456; N >  of 123456 as "
-        "654321; S >  of 123456 as 251436; S >  of 123456 as 634152; C >  of 123456 as 251436; N > "
-        " of 123456 as 123456; + > r 150 22|wide 192; - > r 151 22|wide 194; Shift+Home > ; B > "
-        "1111; G > 1011; 1 click ctrl 2 click none D > 12 of 123456 as 123456|m1.obj m2.obj; =Fit "
-        "2 tiles > -m1.obj m2.obj; =Compare the two that are selected > m1.obj m2.obj; ~=Picture "
-        "of "
-        "this tile… > m1.obj 4 197; ~=Open alone > open m1.obj; =Sort by|Sort by file size > 12 of "
-        "123456 as 251436; =Sort by|Sort by name > 12 of 123456 as 123456; =Select all, or none > "
-        "123456 of 123456 as 123456; =Link cameras > 1010; =All cameras back to the first view > ; "
-        "=Hide 6 tiles >  of  as |All tiles are hidden.|V shows them again.; V >  of 123456 as "
-        "123456; =Find tiles by name > ; ?m1 OBJ >  of 1 as 1|r 108 22|wide 592; ?zz >  of  as |0 "
-        "of 6 files|Esc shows all again.; ? >  of 123456 as 123456|r 151 22|wide 194; =Larger "
-        "tiles >  of 1234 as 1234|r 128 22|wide 287; =Smaller tiles >  of 123456 as 123456|r 151 "
-        "22|wide 194; ~=Smaller tiles > ; 1 click ctrl 4 click none V > 14 of 123456 as 123456",
-        state);
+    walk(*sheet, sheet->tile(1),
+         "5 click > 5 of 123456; ~gap move > ; 2 click click >  of 123456; 1 click ctrl 4 click 6 "
+         "click 4 click > 16 of 123456; 1 click ctrl 6 click none V > 16 of 16|r 211 22|wide 294; "
+         "~out move V > 16 of 123456|r 151 22|wide 194; shift right 5 move down 6 +9,9 move up > "
+         "56 of 123456; shift right 1 move down 4 +9,9 move up > 14 of 123456; V > 14 of 14|r 211 "
+         "22|wide 294; 1 click ctrl 4 click > ; =Hide 2 tiles >  of |All tiles are hidden.|V shows "
+         "them again.; gap move Ctrl+A > ; ~V >  of 123456|r 151 22|wide 194; Ctrl+A > 123456 of "
+         "123456; out Ctrl+A >  of 123456; out Down > 1 of 123456; Down > 4 of 123456; Right > 5 "
+         "of 123456; Right > 6 of 123456; ~Right > ; Tab > 1 of 123456; ~Left > ; Tab > 2 of "
+         "123456; ~Return > open m2.obj; D > Select two models to compare them; Ctrl+A > 123456 of "
+         "123456; D > Select two models to compare them; L > 0111; ~M > 0101; ~M 2 move > 0111; "
+         "Ctrl+A >  of 123456; N >  of 654321; S >  of 251436; S >  of 634152; C >  of 251436; N > "
+         " of 123456; + > r 150 22|wide 192; - > r 151 22|wide 194; Shift+Home > ; B > 1111; G > "
+         "1011; 1 click ctrl 2 click none D > 12 of 123456|m1.obj m2.obj; =Fit 2 tiles > -m1.obj "
+         "m2.obj; =Compare the two that are selected > m1.obj m2.obj; ~=Picture of this tile… > "
+         "m1.obj 4 197; ~=Open alone > open m1.obj; =Sort by|Sort by file size > 12 of 251436; "
+         "=Sort by|Sort by name > 12 of 123456; =Select all, or none > 123456 of 123456; =Link "
+         "cameras > 1010; =All cameras back to the first view > ; =Hide 6 tiles >  of |All tiles "
+         "are hidden.|V shows them again.; V >  of 123456; =Find tiles by name > ; ?m1 OBJ >  of "
+         "1|r 108 22|wide 592; ?zz >  of |0 of 6 files|Esc shows all again.; ? >  of 123456|r 151 "
+         "22|wide 194; =Larger tiles >  of 1234|size 232.8|r 128 22|wide 287; ~gap move back >  of "
+         "3456; =Picture of this tile… >  of 1234|m1.obj 4 240; =Smaller tiles >  of 123456|size "
+         "194|r 151 22|wide 194; ~=Smaller tiles > ; 1 click ctrl 4 click none V > 14 of 123456",
+         state);
+    EXPECT_EQ(texts(sheet->pictured(false)),
+              "0|0|10|20|5|cold|day|m1.obj|m2.obj|m3.obj|m4.obj|m5.obj|m6.csv|warm");
+    QStringList bound;
+    for (const BindingRow &row : bindingRows(sheet->bindings(), sheet->contents()))
+        bound += row.keys + ": " + row.text;
+    EXPECT_TRUE(bound.contains("left button: Select"));
+    EXPECT_TRUE(bound.contains("wheel, with Alt where that scrolls: Zoom towards the pointer"));
     menu(*sheet, sheet->tile(1), "Remove 2 tiles from the sheet");
     hand("out V");
-    EXPECT_EQ(describe(), " of 2356 as 2356");
-    for (const int id : {2, 3, 5, 6})
-        menu(*sheet, sheet->tile(id), "Hide tile");
-    EXPECT_EQ(texts(*sheet), "All tiles are hidden.|V shows them again.");
+    EXPECT_EQ(describe(), " of 2356");
+    EXPECT_EQ(sheet->tile(2)->orect.width(), 294) << "what is gone needs no room";
     own.reset();
     SheetView none(*window, queue, "nothing", {});
     EXPECT_EQ(texts(none), "Drop files or a folder here or press Ctrl+O.|The sheet is empty.");

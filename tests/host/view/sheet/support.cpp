@@ -196,25 +196,23 @@ std::string ViewTest::menu(View &view, GLW *glw, const QString &path)
     return described(top).toStdString();
 }
 
-PaintRecord ViewTest::written(View &view) const
+PaintRecord ViewTest::written(const std::function<void(QPainter *)> &paint) const
 {
-    return {widget->size(), [&](QPainter *p) {
-                p->save();
-                view.PaintForeground(view.mainGLW(), p);
-                p->restore();
-            }};
+    return {widget->size(), [&](QPainter *p) { p->save(), paint(p), p->restore(); }};
 }
 
-std::string ViewTest::texts(const PictureContents &picture) const
+PaintRecord ViewTest::written(View &view) const
 {
-    const PaintRecord all(widget->size(), [&](QPainter *p) {
-        p->save();
+    return written([&](QPainter *p) { view.PaintForeground(view.mainGLW(), p); });
+}
+
+PaintRecord ViewTest::written(const PictureContents &picture) const
+{
+    return written([&](QPainter *p) {
         for (const PictureObject &each : picture.objects())
             if (each.foreground)
                 each.foreground(each.glw, p);
-        p->restore();
     });
-    return all.all();
 }
 
 void ViewTest::walk(View &view, GLW *glw, const QString &steps,

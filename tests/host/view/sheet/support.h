@@ -66,9 +66,12 @@ protected:
     void walk(View &view, GLW *glw, const QString &steps, const std::function<QString()> &state);
     /// Of the window, @p scale times as large.
     QImage picture(View &view, bool overlays, int scale = 1) const;
-    PaintRecord written(View &view) const; ///< What @p view paints over its window.
-    std::string texts(View &view) const { return written(view).all(); } ///< Sorted, with | between.
-    std::string texts(const PictureContents &picture) const;
+    /// What is written over a window, sorted, with | between.
+    std::string texts(View &view) const { return written(view).all(); }
+    std::string texts(const PictureContents &picture) const { return written(picture).all(); }
+    PaintRecord written(const std::function<void(QPainter *)> &paint) const;
+    PaintRecord written(View &view) const;
+    PaintRecord written(const PictureContents &picture) const;
     virtual std::optional<QPointF> place(const QString &) const { return {}; }
 };
 
