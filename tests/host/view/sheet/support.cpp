@@ -151,6 +151,10 @@ bool ViewTest::asks(View &view, const std::function<void()> &act)
     for (int i = 0; std::exchange(painted, false) && i < 99; ++i)
         tick();
     EXPECT_FALSE(painted) << "it never comes to rest";
+    for (QTimer *each : view.findChildren<QTimer *>())
+        each->stop(); // no frame comes by itself now
+    QCoreApplication::processEvents();
+    painted = false;
     act();
     tick();
     QObject::disconnect(heard);
