@@ -111,6 +111,8 @@ TEST_F(CompareTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
         widget->window()->show();
         EXPECT_TRUE(until([&] { return frame(), !own->fault().isEmpty(); }));
         EXPECT_EQ(written(*own).texts.count(hint), 1u) << hint;
+        for (const auto &[box, colour] : written(*own).fills)
+            EXPECT_NE(colour, own->display().theme().accent) << "no bar: nothing goes on";
         return own->fault().toStdString();
     };
     EXPECT_EQ(fault(boxes("a.obj", 1), file("b.csv", weather()), "Esc leaves the comparison."),

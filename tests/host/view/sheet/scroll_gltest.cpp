@@ -123,6 +123,8 @@ TEST_F(ScrollTest, StepsLeadTo)
     QWheelEvent touch({9, 9}, {}, {0, -50}, {0, -40}, {}, {}, Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(widget, &touch);
     EXPECT_EQ(sheet->offset(), 50) << "as far as fingers went, at once";
+    menu(*sheet, sheet->tile(1), "Hide tile");
+    EXPECT_EQ(sheet->offset(), 50) << "the first in view goes, and the others stay";
     run("Ctrl+F");
     for (const int width : {600, 200}) {
         window->frame()->resize(width, 300);
