@@ -161,7 +161,7 @@ TEST_F(PictureTest, GivesBackStateAndRecords)
     glMatrixMode(GL_PROJECTION);
     request.objects[1].draw3D = [&](GLW *glw, float) {
         EXPECT_TRUE(run("record").startsWith("-123,-100 -200,-89"));
-        EXPECT_TRUE(glw->camera.viewport[0] == 200 && glw->camera.viewport[3] == 80 &&
+        EXPECT_TRUE(glw->camera.viewport[0] == 200 && glw->viewport.viewport[3] == 80 &&
                     glw->geometry(false) == QRectF(200, 20, 100, 80));
         glEnable(GL_BLEND);
     };

@@ -148,6 +148,7 @@ TEST_P(PlotDrawing, OnlyItsRectangleIsPaintedAndWhatIsNotSelectedFades)
     EXPECT_EQ(look("0.2,0.3"), "1");
     EXPECT_EQ(look("0.36,0.3 0.2,0.8").find_first_of("01"), std::string::npos);
     EXPECT_NE(seen({area.left() + area.width() / 4 - 1, y}), '1'); // its edge
+    EXPECT_GT(color({area.left() + 5, y - 6}).red(), 0x1b + 5) << "a tint";
     plot.clearSelection();
     EXPECT_EQ(look("0.36,0.3 0.2,0.8"), "10");
     EXPECT_TRUE(seen({1, 1}) == 'b' && seen({rect.width() - 2.0, rect.height() - 2.0}) == 'b');
