@@ -341,6 +341,9 @@ TEST_F(PaintedTest, MeasuresAndPlanesAreDrawnWhereTheyAre)
     EXPECT_NEAR(held.fills.at(2).first.top(), knob.y() + 26, 1);
     item()->setSection({{CutPlane{{.6f, .8f, 0}, 1.5}}}); // while it is held
     EXPECT_EQ(PaintedTest::painted(handles).all(), "1.3 deep");
+    glw()->camera.radius = .01f; // corners lie behind the eye
+    hand("9,9 move up 300,200 move");
+    EXPECT_EQ(said(PaintedTest::painted(handles)), "");
 }
 
 } // namespace

@@ -149,6 +149,18 @@ TEST_F(SurfaceTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
     EXPECT_FALSE(asks(*view, "12,200 move")) << "nothing changes";
 }
 
+TEST_F(SurfaceTest, PointsAreDrawnWiderAndThinner)
+{
+    SingleViewTest::open(file("a.xyz", "0 0 0\n1 0 0\n0 1 0\n1 1 1\n"));
+    walk(*view, glw(),
+         "Ctrl++ > 1.41; Ctrl+= > 2; =Wider points > 2.83; Ctrl+- > 2; =Thinner points > 1.41",
+         [&] { return QString::number(view->display().pointScale, 'g', 3); });
+    hand(QString("Ctrl++ ").repeated(9) + "9,9");
+    EXPECT_EQ(view->display().pointScale, 16);
+    hand(QString("Ctrl+- ").repeated(15) + "9,9");
+    EXPECT_EQ(view->display().pointScale, 1 / 8.0);
+}
+
 TEST_F(SurfaceTest, TheListScrollsAndItsKeysAreItsOwn)
 {
     open();
@@ -215,6 +227,8 @@ TEST_F(SurfaceTest, ThePartsListAndTheModelAgree)
     EXPECT_EQ(row(0).data().toString(), "box1");
     QTest::keyClick(search, Qt::Key_Down);
     EXPECT_TRUE(tree->hasFocus());
+    QTest::keyClick(tree, Qt::Key_Escape);
+    EXPECT_TRUE(widget->hasFocus());
     QTest::keyClicks(search, "z");
     EXPECT_EQ(window->frame()->findChild<QLabel *>()->text(), "No part has this name.");
     QTest::keyClick(search, Qt::Key_Escape);
