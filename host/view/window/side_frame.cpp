@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include <QEvent>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -25,6 +26,17 @@ void SideFrame::setViews(QWidget *views)
     setStretchFactor(0, 1); // who widens the window wants to see more of the views
     setStretchFactor(1, 0);
     side_->hide();
+    views->installEventFilter(this);
+}
+
+/// The views' native window is older than their size, and what the X server tells of it can come
+/// after they were laid out: they would stay as small as it began.
+bool SideFrame::eventFilter(QObject *object, QEvent *event)
+{
+    if (event->type() == QEvent::Resize && object == widget(0) && isVisible() &&
+        widget(0)->height() != contentsRect().height())
+        QTimer::singleShot(0, this, &QSplitter::refresh);
+    return QSplitter::eventFilter(object, event);
 }
 
 void SideFrame::setOpen(bool open)

@@ -26,6 +26,8 @@ public:
     /// one follows at once, nothing else changes its size in between.
     void setContent(QWidget *content);
 
+    bool eventFilter(QObject *object, QEvent *event) override;
+
     void setGround(const QColor &colour); ///< Between the views and the side.
 
 private:
