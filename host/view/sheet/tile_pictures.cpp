@@ -148,6 +148,8 @@ void TilePictures::finish()
     const bool held = standing_.holds(shown_, ground_);
     if (!begun_ || !held)
         copy();
+    else // what it took of these may be from before the X server had made the window so large
+        fillGaps();
     for (Pieces &pieces : copies_)
         pieces.clear();
     begins_ = !held || drawn_.size() <= few;
@@ -181,10 +183,16 @@ void TilePictures::finish()
 /// Writes all that was not drawn.
 void TilePictures::copy()
 {
+    fillGaps();
     const FlatState state(window_);
-    FlatState::fill(ground_, gaps_);
     for (std::size_t page = 0; page < pages_.size(); ++page)
         FlatState::draw(pages_[page]->texture(), pages_[page]->size(), copies_[page]);
+}
+
+void TilePictures::fillGaps() const
+{
+    const FlatState state(window_);
+    FlatState::fill(ground_, gaps_);
 }
 
 void TilePictures::findGaps()

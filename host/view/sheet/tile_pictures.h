@@ -94,6 +94,7 @@ private:
     bool addPage();
     bool takeStage();
     void copy();
+    void fillGaps() const;
     void findGaps();
     void keep(const std::vector<Drawn> &drawn, bool smoothed, bool taken);
 
