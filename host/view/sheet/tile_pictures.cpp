@@ -2,6 +2,7 @@
 #include "host/view/sheet/tile_pictures.h"
 
 #include <algorithm>
+#include <array>
 
 #include <QOpenGLContext>
 #include <QOpenGLFramebufferObject>
@@ -17,6 +18,17 @@ constexpr std::size_t few = 16;
 quint64 bytesOf(const QSize &size)
 {
     return quint64(size.width()) * quint64(size.height()) * 4;
+}
+
+/// Whether what is drawn into is as large as @p window: a new window's is so from its second frame
+/// on, the first is drawn into what its widget began with. From outside nothing is read.
+bool reaches(const QSize &window)
+{
+    std::array<GLubyte, 2> corner{0, 255};
+    for (GLubyte &value : corner)
+        glReadPixels(window.width() - 1, window.height() - 1, 1, 1, GL_RED, GL_UNSIGNED_BYTE,
+                     &value);
+    return corner[0] == corner[1];
 }
 
 } // namespace
@@ -94,14 +106,17 @@ void TilePictures::begin(const QSize &window, bool refining, const QColor &groun
     if (context_ != QOpenGLContext::currentContext()) {
         clear();
         context_ = QOpenGLContext::currentContext();
+        isWhole_ = false;
     }
     if (standing_.size() != window)
         standing_.clear();
     if (!standing_.isThere() && byteSize() + bytesOf(window) > budget_)
         clear(); // the pages would leave no room for it, for good
     ++frame_;
-    if (window_ != window)
+    if (window_ != window) {
         before_.clear();
+        isWhole_ = false;
+    }
     window_ = window;
     ground_ = ground;
     refining_ = refining;
@@ -109,6 +124,8 @@ void TilePictures::begin(const QSize &window, bool refining, const QColor &groun
     begun_ = begins_ && !standing_.isEmpty() && standing_.ground() == ground_;
     if (begun_)
         standing_.draw();
+    for (Pieces &pieces : copies_)
+        pieces.clear();
     shown_.clear();
     drawn_.clear();
 }
@@ -148,31 +165,13 @@ void TilePictures::finish()
     const bool held = standing_.holds(shown_, ground_);
     if (!begun_ || !held)
         copy();
-    else // what it took of these may be from before the X server had made the window so large
-        fillGaps();
-    for (Pieces &pieces : copies_)
-        pieces.clear();
-    begins_ = !held || drawn_.size() <= few;
-    // For the frames that follow: one that was copied came like this twice, all that was drawn is
-    // taken in any case.
-    const bool all = drawn_.size() == shown_.size();
-    const bool taken = !held && (all ? !refining_ : alike) && takeStage();
-    if (taken)
-        standing_.takeAll(shown_, ground_);
-    else if (!held)
-        standing_.forget();
+    const bool taken = !held && takeAll(alike);
     for (const Drawn &drawn : drawn_)
         standing_.setTile(drawn.index, 0);
+    begins_ = !held || drawn_.size() <= few;
     before_ = shown_;
     if (refining_) {
-        ++means_;
-        for (const Drawn &drawn : drawn_) {
-            Mean &mean = mean_[drawn.id];
-            if (mean.frames == 0)
-                mean.key = drawn.key;
-            if (mean.key == drawn.key)
-                ++mean.frames;
-        }
+        countMeans();
     } else {
         means_ = 0;
         mean_.clear();
@@ -180,19 +179,37 @@ void TilePictures::finish()
     }
 }
 
+/// For the frames that follow. Those that are copied are worth it where they came like this twice,
+/// and what was drawn is taken in any case. Returns whether it was done.
+bool TilePictures::takeAll(bool alike)
+{
+    standing_.forget();
+    const bool all = drawn_.size() == shown_.size();
+    if (!(all ? !refining_ : alike) || !canTake())
+        return false;
+    standing_.takeAll(shown_, ground_);
+    return true;
+}
+
+void TilePictures::countMeans()
+{
+    ++means_;
+    for (const Drawn &drawn : drawn_) {
+        Mean &mean = mean_[drawn.id];
+        if (mean.frames == 0)
+            mean.key = drawn.key;
+        if (mean.key == drawn.key)
+            ++mean.frames;
+    }
+}
+
 /// Writes all that was not drawn.
 void TilePictures::copy()
 {
-    fillGaps();
-    const FlatState state(window_);
-    for (std::size_t page = 0; page < pages_.size(); ++page)
-        FlatState::draw(pages_[page]->texture(), pages_[page]->size(), copies_[page]);
-}
-
-void TilePictures::fillGaps() const
-{
     const FlatState state(window_);
     FlatState::fill(ground_, gaps_);
+    for (std::size_t page = 0; page < pages_.size(); ++page)
+        FlatState::draw(pages_[page]->texture(), pages_[page]->size(), copies_[page]);
 }
 
 void TilePictures::findGaps()
@@ -227,7 +244,7 @@ void TilePictures::keep(const std::vector<Drawn> &drawn, bool smoothed, bool tak
         const QRect seen = inWindow(each.place); // beyond, there are no pixels
         if (each.key.isEmpty() || each.place.size() != cell_ || seen.isEmpty())
             continue;
-        if (!takeStage())
+        if (!canTake())
             return;
         Cell *cell = cellFor(each.id);
         if (!cell)
@@ -275,11 +292,12 @@ TilePictures::Cell *TilePictures::cellFor(int id)
     return &*found;
 }
 
-/// Returns whether there is one.
-bool TilePictures::takeStage()
+/// Whether the window's pixels can be taken.
+bool TilePictures::canTake()
 {
+    isWhole_ = isWhole_ || reaches(window_);
     const bool room = standing_.isThere() || byteSize() + bytesOf(window_) <= budget_;
-    return room && standing_.make(window_);
+    return isWhole_ && room && standing_.make(window_);
 }
 
 /// Returns whether there are more cells now.

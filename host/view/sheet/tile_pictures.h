@@ -92,15 +92,17 @@ private:
     Cell *find(int id);
     Cell *cellFor(int id);
     bool addPage();
-    bool takeStage();
+    bool canTake();
     void copy();
-    void fillGaps() const;
     void findGaps();
+    bool takeAll(bool alike);
+    void countMeans();
     void keep(const std::vector<Drawn> &drawn, bool smoothed, bool taken);
 
     QPointer<QOpenGLContext> context_;
     quint64 budget_ = usualBudget;
     QSize window_, cell_;
+    bool isWhole_ = false; // what is drawn into: it is as large as the window
     quint64 frame_ = 0;
     bool refining_ = false;
     bool isSized_ = false; // a tile of this frame has said how large they are

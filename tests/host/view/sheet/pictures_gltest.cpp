@@ -19,7 +19,7 @@ constexpr int columns = 5;
 /// the letter of its key (- for none; in capitals, half a tile to the left) and the column where it
 /// stands (its number's, if none is named), and w if it is narrower than others; before it * if it
 /// refines, + if it is the last that does, ! if no more do, ~ if its context is another, ^ if the
-/// window is higher, % if its ground is another.
+/// window is higher, % if its ground is another, < if what is drawn into is a column short of it.
 class Frames {
 public:
     explicit Frames(const QSize &tile) : tile_(tile) {}
@@ -29,8 +29,8 @@ public:
     {
         QGLWidget &widget = frame.contains('~') ? other_ : own_;
         widget.makeCurrent();
-        QOpenGLFramebufferObject target(tile_.width() * columns,
-                                        tile_.height() + frame.contains('^'));
+        const QSize window(tile_.width() * columns, tile_.height() + frame.contains('^'));
+        QOpenGLFramebufferObject target(window - QSize(frame.contains('<') * tile_.width(), 0));
         target.bind();
         glDisable(GL_SCISSOR_TEST);
         glClearColor(0, 0, 1, 1); // what nobody wrote
@@ -42,7 +42,7 @@ public:
         QPainter painter(&expected);
         if (frame.contains('!'))
             pictures.giveUp();
-        pictures.begin(target.size(), frame.contains('*') || frame.contains('+'), ground);
+        pictures.begin(window, frame.contains('*') || frame.contains('+'), ground);
         static const QRegularExpression words("(\\d)([A-Za-z-])(\\d?)(w?)");
         for (auto it = words.globalMatch(frame); it.hasNext();) {
             const QRegularExpressionMatch word = it.next();
@@ -102,6 +102,8 @@ TEST(TilePicturesTest, DrawsWhatChangedAndCopiesTheRest)
         {9, 9, "1a 2b|1a 2b|1a 2b|%1a 2b|%1c 2b|%1c 2b|1c 2b", "12||||1||"},
         {9, 9, "1a|*1a|+1a|1a|1a 2b|1a 2b|*1c 2b|1a 2b|1c 2b|1a", "1|1|1||2||12||1|1"},
         {9, -1, "1a 2b|1a 2b", "12|12"},
+        {9, 9, "1a|<~1a 5b|~1a 5b|~1a 5b", "1|15|15|"},
+        {9, 9, "1a|<^1a 5b|^1a 5b|^1a 5b", "1|5|5|"},
         {9, 9, "1a 2bw|1a 2bw|1aw 2bw|1aw 2bw", "12|2|12|"}, // the first says how large they are
         {600, 2, "1a|2b|3c|2b|1a|3c", "1|2|3||1|3"},
         {600, 2, "1a 2b 3c|1a 2b 3c", "123|3"},
