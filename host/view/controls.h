@@ -35,8 +35,6 @@ public:
     /// more than one, the others do what the first one does, each in its own pixels.
     void setPeers(Peers peers) { peers_ = std::move(peers); }
 
-    bool isDragging() const { return bool(dragged_); }
-
     /// What a person can do that no binding is for, as actions with texts, for the list of
     /// bindings.
     const QList<QAction *> &hints() const { return hints_; }

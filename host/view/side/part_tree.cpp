@@ -14,8 +14,6 @@ quint64 sizeOf(const MeshPart &part)
 
 PartTree::PartTree(MeshPtr mesh) : mesh_(std::move(mesh))
 {
-    if (!mesh_)
-        return;
     const std::size_t nodes = mesh_->nodes.size();
     std::vector<int> content(nodes); // parts and nodes right below
     for (const MeshNode &node : mesh_->nodes)

@@ -17,7 +17,6 @@ namespace host {
 class PartTree {
 public:
     PartTree() = default;
-    /// @p mesh may be null: no rows.
     explicit PartTree(MeshPtr mesh);
 
     const Mesh *mesh() const { return mesh_.get(); }

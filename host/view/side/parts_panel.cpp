@@ -87,13 +87,13 @@ PartsPanel::PartsPanel(QWidget *view, QWidget *parent)
 
 void PartsPanel::setMesh(const MeshPtr &mesh)
 {
-    if (mesh && mesh.get() == model_->tree().mesh())
+    if (mesh.get() == model_->tree().mesh())
         return; // what a person folded stays
     shownSelection_.clear();
     model_->setMesh(mesh);
     model_->filter(search_->text());
     const QString most = QLocale().toString(
-        qulonglong(mesh ? mesh->triangleCount() + mesh->lineCount() + mesh->pointCount() : 0));
+        qulonglong(mesh->triangleCount() + mesh->lineCount() + mesh->pointCount()));
     const QFontMetrics metrics(tree_->font());
     const QString title =
         model_->headerData(PartTreeModel::Size, Qt::Horizontal, Qt::DisplayRole).toString();
@@ -164,7 +164,7 @@ QItemSelection PartsPanel::selectionOf(const std::vector<bool> &parts) const
 {
     const PartTree &tree = model_->tree();
     std::vector<int> rows;
-    for (std::size_t i = 0; i < parts.size() && tree.mesh(); ++i)
+    for (std::size_t i = 0; i < parts.size(); ++i)
         if (parts[i] && tree.place(tree.rowOf(i)) >= 0)
             rows.push_back(tree.rowOf(i));
     std::sort(rows.begin(), rows.end(), [&](int a, int b) {
@@ -213,7 +213,7 @@ void PartsPanel::sayCounts()
         phrases << tr("%1 selected").arg(number(tree.marks().selectedCount()));
     if (hidden > 0)
         phrases << tr("%1 hidden").arg(number(hidden));
-    if (tree.mesh() && tree.shownCount() == 0)
+    if (tree.shownCount() == 0)
         phrases = QStringList(tr("No part has this name."));
     counts_->setText(phrases.join(QStringLiteral("  ·  ")));
 }

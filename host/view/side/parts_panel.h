@@ -26,7 +26,7 @@ public:
     /// those that move in a list or edit a text.
     PartsPanel(QWidget *view, QWidget *parent);
 
-    void setMesh(const MeshPtr &mesh); ///< Null for none.
+    void setMesh(const MeshPtr &mesh);
     void setTheme(const Theme &theme);
     /// Shows these marks; what is selected first is scrolled to if it was not chosen here.
     void follow(const PartMarks &marks);

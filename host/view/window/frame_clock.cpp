@@ -31,8 +31,6 @@ FrameClock::FrameClock(QWidget *window, float rate, QObject *parent, int restAft
 
 void FrameClock::touch()
 {
-    if (!window_)
-        return;
     run(rate_);
     touched_.start();
     restTimeout_.start();
@@ -57,7 +55,7 @@ void FrameClock::run(float rate)
 
 void FrameClock::rest()
 {
-    if (!window_ || continuous_)
+    if (continuous_)
         return;
     touched_.invalidate();
     run(0);
@@ -65,9 +63,7 @@ void FrameClock::rest()
 
 void FrameClock::requestFrame()
 {
-    if (!window_)
-        return;
-    QMetaObject::invokeMethod(window_, "Update");
+    QMetaObject::invokeMethod(window_, "Update"); // of none if it is gone
     touch();
 }
 
