@@ -51,10 +51,10 @@ public slots:
         glMatrixMode(GL_PROJECTION);
         glLoadIdentity();
         glMatrixMode(GL_MODELVIEW);
-        glLoadIdentity();
         std::optional<Refinement::Shift> shift;
         if (row_.worth)
             shift.emplace(refinement);
+        glLoadIdentity(); // of the mode that was
         glColor3ub(200, 200, 200);
         glRectd(-1, -1, 20.25 / 24 - 1, 30.625 / 20 - 1);
         shift.reset();

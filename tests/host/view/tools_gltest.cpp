@@ -109,8 +109,7 @@ protected:
         hand("300,200 move C");
         ASSERT_EQ(planes().size(), 1u);
     }
-    const std::vector<CutPlane> &planes() const { return section().planes; }
-    const Section &section() const { return *item()->section(); }
+    const std::vector<CutPlane> &planes() const { return item()->section()->planes; }
     CameraGeometry camera() const { return CameraSteering::geometryOf(glw()); }
     /// @c is where the window shows the upper right corner of the first plane's rectangle.
     std::optional<QPointF> place(const QString &word) const override
@@ -129,27 +128,25 @@ protected:
 
 TEST_F(SectionTest, KeysAndWheelCutTurnAndMove)
 {
-    EXPECT_EQ(planes()[0], (CutPlane{{0, 0, 1}, 1})) << "away from who looks";
-    hand("X");
-    hand("Shift+C"); // now the face at z = 2
-    ASSERT_EQ(planes().size(), 2u);
-    EXPECT_EQ(planes()[1].normal, QVector3D(0, 0, 1));
-    EXPECT_NEAR(planes()[1].offset, 2 - 2e-4 * std::sqrt(3.0), 1e-6);
-    hand("10,200 move Shift+C Shift+C"); // beside the model: across the axes that are left
-    ASSERT_EQ(planes().size(), 3u) << "the last one gives way";
-    EXPECT_EQ(planes()[2].axis(), 1);
-    const CutPlane last = planes()[2];
-    hand("X");
-    EXPECT_EQ(planes()[2], last.flipped());
-
-    hand("9,200 move Shift+C"); // no axis is left: the plane that is there is chosen
-    EXPECT_EQ(planes().size(), 3u);
-
-    const Section cut = section();
+    const auto all = [&] {
+        QString words;
+        for (const CutPlane &p : planes())
+            words += QString("%1%2|").arg("xyz"[p.axis()]).arg(p.offset);
+        return words;
+    };
+    EXPECT_EQ(all(), "z1|") << "away from who looks";
+    // The face at z = 2; then, beside the model, across an axis that is left, in the last one's
+    // place.
+    walk(*view, glw(),
+         "X > z-1; Shift+C > z1.99965; 10,200 move Shift+C > x1; Shift+C > y1; X > y-1; ~9,200 "
+         "move Shift+C > x1; X > x-1",
+         all);
+    const QString cut = all();
     const Item *first = item();
+    view->setUp(FileAxes::X);
     view->readAgain({});
     ASSERT_TRUE(QTest::qWaitFor([&] { return item() != first; }, 20000));
-    EXPECT_EQ(planes(), cut.planes);
+    EXPECT_TRUE(all() == cut && item()->axes()->up() == FileAxes::X);
 }
 
 TEST_F(SectionTest, HandlesAreDraggedAlongTheNormal)

@@ -12,12 +12,16 @@ TEST_F(SingleTest, PartsAreSelectedHiddenAndFitted)
 {
     open(boxes("model.obj", 3));
     const auto parts = [&] { return QString(marks().c_str()); };
+    QObject::connect(view.get(), &View::menuOpening, [] {
+        QTimer::singleShot(0, qApp, [] { delete QApplication::activePopupWidget(); });
+    });
     walk(*view, glw(),
          "~150,200 click > s..; ~352,200 click > .s.; ~ctrl 550,200 click > .ss; ~ctrl 352,200 "
          "click > ..s; ~352,70 click > ...; ~shift right 150,80 move down 200,320 move up > s..; "
          "~shift right 200,120 move down 350,320 move up > ss.; ~shift right 500,320 move down "
          "380,80 move up > .ss; ~shift right 20,20 move down 60,50 move up > ...; ~150,200 move H "
-         "> h..; ~150,200 click > ; ~550,200 click I > hhs; ~A > ..s; ~H > ..h",
+         "> h..; ~150,200 click > ; ~550,200 click I > hhs; ~A > ..s; ~352,200 right click > .s.; "
+         "~ctrl 150,200 click > ss.; ~352,200 right click > ; ~550,200 click > ..s; ~H > ..h",
          parts);
     EXPECT_TRUE(item()->details().endsWith("1 part hidden"));
     // What is fitted stands in the middle of the rest: where its front is seen, along x.

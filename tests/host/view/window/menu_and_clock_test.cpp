@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The context menu in the making, and the clock that lets an idle window rest.
+// The context menu in the making, the clock that lets an idle window rest, and its two sides.
 #include <QMenu>
 #include <QMouseEvent>
 #include <QTest>
@@ -9,6 +9,7 @@
 
 #include "host/view/window/frame_clock.h"
 #include "host/view/window/menu_tree.h"
+#include "host/view/window/side_frame.h"
 
 namespace host {
 namespace {
@@ -29,6 +30,9 @@ TEST(MenuTreeTest, BuildsWhatWasAddedAndRunsItAfterwards)
     EXPECT_TRUE(ran.isEmpty()) << "the menu is still open";
     QCoreApplication::processEvents();
     EXPECT_EQ(ran.join(' '), "fit");
+    QAction list("Controls");
+    list.setShortcut(QKeySequence("Shift+?"));
+    EXPECT_EQ(bindingWords(&list), "?");
 }
 
 /// Stands for the module's window: its properties and its slot.
@@ -86,6 +90,27 @@ TEST(FrameClockTest, RestsWhenNothingHappensAndWakesWithInput)
     EXPECT_FALSE(window.property("timer").toBool());
     rest();
     EXPECT_EQ(window.fps(), 0);
+}
+
+TEST(SideFrameTest, TheViewsHaveWhatTheSideLeaves)
+{
+    SideFrame frame;
+    auto *views = new QWidget, *content = new QWidget;
+    frame.setViews(views);
+    frame.setContent(content);
+    frame.resize(600, 400);
+    frame.show();
+    views->resize(200, 100); // what the X server tells of it can be old
+    QCoreApplication::processEvents();
+    EXPECT_EQ(views->size(), QSize(600, 400));
+    for (const auto &[chosen, wide] : {std::pair(0, 270), {150, 150}, {500, 360}}) {
+        frame.setSideWidth(chosen);
+        frame.setOpen(true);
+        EXPECT_EQ(content->width(), wide);
+        frame.setOpen(false);
+    }
+    emit frame.splitterMoved(400, 1);
+    EXPECT_EQ(frame.sideWidth(), 360);
 }
 
 } // namespace

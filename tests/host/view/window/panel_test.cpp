@@ -100,9 +100,13 @@ TEST(PanelTest, AMessageStandsInTheMiddleWithABarOrWithout)
             EXPECT_TRUE(done.topLeft() == trough.topLeft() && trough.left() == r.left() + 20);
             EXPECT_NEAR(done.width(), std::max(8.0, trough.width() * std::min(1.0, fraction)), .01);
         }
-    EXPECT_TRUE(PaintRecord({200, 90}, [](QPainter *p) {
-                    paintMessage(p, {0, 0, 123.9, 90}, "Reading", "", 0, theme);
-                }).fills.empty());
+    for (const double less : {0.1, 0.0}) {
+        const PaintRecord small({200, 90}, [&](QPainter *p) {
+            paintMessage(p, {0, 0, 124 - less, 90}, "R", "", 0, theme);
+        });
+        ASSERT_EQ(small.fills.size(), less > 0 ? 0u : 3u);
+        EXPECT_TRUE(less > 0 || qRound(small.fills[1].first.top() - small["R"].box.bottom()) == 10);
+    }
 }
 
 TEST(PanelTest, TheListOfBindingsShowsEveryRowInFullInColumnsOrByScrolling)
@@ -135,6 +139,7 @@ TEST(PanelTest, TheListOfBindingsShowsEveryRowInFullInColumnsOrByScrolling)
     const QRectF bounds(0, 0, 250, 250);
     const PaintRecord list({250, 250}, [&](QPainter *p) {
         font = p->font();
+        EXPECT_EQ(paintBindings(p, {0, 0, 200, 90}, "Controls", rows, 3, theme), 0);
         const int last = paintBindings(p, bounds, "Controls", rows, 3, theme);
         EXPECT_EQ(last, BindingsLayout(bounds, font, rows, 3).last);
     });
