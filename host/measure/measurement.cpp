@@ -107,11 +107,13 @@ Measurement Measurement::pointAngle(const Vec &a, const Vec &apex, const Vec &b)
 
 Measurement Measurement::radius(const Circle &circle, const QString &unit)
 {
+    const double rest = 1e-7 * (circle.radius + circle.centre.norm()); // that floats leave of 0
+    const Vec centre = (circle.centre.array().abs() < rest).select(0, circle.centre);
     Measurement m;
     m.name = tr("Radius");
     m.values << "R " + withUnit(circle.radius, unit)
              << QString(QChar(0x2300)) + ' ' + withUnit(2 * circle.radius, unit)
-             << coordinates("x %1   y %2   z %3", circle.centre);
+             << coordinates("x %1   y %2   z %3", centre);
     m.marks = {circle.centre};
     m.line = outline(circle);
     m.anchor = circle.centre;

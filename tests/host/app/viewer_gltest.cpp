@@ -73,7 +73,7 @@ TEST_F(ViewerTest, KeysAndDialogsAreForTheWholeProgram)
     EXPECT_EQ(flags, "F.T.C.C.");
     for (const int boxed : {0, 3, 4}) { // the first file that is watched takes another's place
         const Item *before = item();
-        EXPECT_EQ(boxed == 3, boxed == 3 && QFile::remove(folder.filePath("a.obj")));
+        EXPECT_TRUE(boxed != 3 || QFile::remove(folder.filePath("a.obj")));
         boxed > 0 ? void(boxes("a.obj", boxed)) : hand("Ctrl+R");
         EXPECT_TRUE(QTest::qWaitFor([&] { return item() != before; }, 20000)) << boxed;
     }

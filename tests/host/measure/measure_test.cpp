@@ -193,6 +193,8 @@ TEST(MeasurementTest, SaysWhatWasMeasured)
         {M::pointAngle({2, 0, 0}, {1, 0, 0}, {0, 0, 1}), "Angle of points|135°"},
         {M::radius({{1, 2, 3}, {0, 0, 1}, 0.125}, "cm"),
          "Radius|R 0.125 cm|⌀ 0.25 cm|x 1   y 2   z 3"},
+        {M::radius({{9e-8, 0.4, -2e-7}, {0, 0, 1}, 0.6}, ""),
+         "Radius|R 0.6|⌀ 1.2|x 0   y 0.4   z -2e-07"},
         {surface(Bounds::Volume, "m"), "Area and volume|all|area 6.25 m²|volume 1.5 m³"},
         {surface(Bounds::Open, ""), "Area and volume|all|area 6.25|no volume: it is not closed"},
         {surface(Bounds::Disagree, "m"),
