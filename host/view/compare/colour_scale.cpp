@@ -53,7 +53,7 @@ std::vector<quint8> ColourScale::colours(const std::vector<float> &distances) co
 
 double ColourScale::roundUp(double value)
 {
-    if (!(value > 0) || !std::isfinite(value))
+    if (!(value > 0))
         return 1;
     const double power = std::pow(10, std::floor(std::log10(value)));
     for (const double factor : {1.0, 2.0, 5.0})

@@ -57,8 +57,6 @@ void CompareView::measureDifference()
 /// memory for leaves the colours that are there.
 void CompareView::showDifference(double end)
 {
-    if (!difference_.get())
-        return;
     const double before = std::exchange(end_, end);
     try {
         colour(*difference_.get());
@@ -95,11 +93,8 @@ void CompareView::colour(const Difference::Found &found)
 /// Writes the legend.
 void CompareView::tellDifference()
 {
-    const Difference::Found *found = difference_.get();
-    if (!found)
-        return;
-    const Deviation &deviation = found->deviation;
-    const QString unit = found->mesh->unit;
+    const Deviation &deviation = difference_.get()->deviation;
+    const QString unit = difference_.get()->mesh->unit;
     const QLocale locale;
     const auto number = [&](double value) { return locale.toString(value, 'g', 4); };
     Legend::Content content;

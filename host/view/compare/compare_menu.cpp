@@ -37,8 +37,6 @@ void CompareView::bindColours()
 
 void CompareView::setWay(CompareWay way)
 {
-    if (way == way_)
-        return;
     way_ = way;
     place();
 }

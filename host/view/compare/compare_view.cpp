@@ -19,13 +19,12 @@ CompareView::CompareView(Window &window, ReadQueue &queue, const Model &first, c
     : View(window, "GLMultiWidget", true), way_(way), queue_(queue)
 {
     addTiles();
-    const Underlay under{tiles_[0], [this] { return item(tiles_[0]); },
-                         [this]() -> const Display & { return display(); }};
-    divider_ = std::make_unique<Divider>(under, window);
-    legend_ = std::make_unique<Legend>(Underlay{tiles_[differenceTile],
-                                                [this] { return item(tiles_[differenceTile]); },
-                                                [this]() -> const Display & { return display(); }},
-                                       window);
+    const auto under = [this](std::size_t tile) {
+        return Underlay{tiles_[tile], [] { return nullptr; },
+                        [this]() -> const Display & { return display(); }};
+    };
+    divider_ = std::make_unique<Divider>(under(0), window);
+    legend_ = std::make_unique<Legend>(under(differenceTile), window);
     connect(divider_.get(), &Divider::moved, this, [this] { changed(); });
     connect(&controls(), &Controls::steered, this, [this](GLW *glw) { leader_ = glw; });
     bindKeys();
@@ -63,7 +62,6 @@ void CompareView::addTiles()
                                   Q_ARG(uint, uint(i + 1)));
         tiles_[i] = static_cast<GLW *>(made);
     }
-    leader_ = tiles_[0];
 }
 
 void CompareView::read(Side &side)
@@ -105,9 +103,8 @@ void CompareView::take(Side &side, const Content &content)
 {
     side.fault = content.mesh ? QString()
                               : tr("%1 is no model: only models can be compared.").arg(side.name);
-    if (content.mesh)
-        side.mesh = content.mesh;
-    if (content.mesh && areThere())
+    side.mesh = content.mesh;
+    if (areThere())
         makeItems();
     changed();
 }
@@ -219,8 +216,7 @@ void CompareView::hover(GLW *glw)
     const QPointF pointer(widget->mouse.x, widget->height() - widget->mouse.y);
     if (hovered_ == glw || !glw->orect.contains(pointer))
         return;
-    if (hovered_)
-        forgetPointer(hovered_);
+    forgetPointer(hovered_);
     hovered_ = glw;
     changed();
 }

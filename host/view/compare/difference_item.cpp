@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "host/view/compare/difference_item.h"
 
-#include <cmath>
-
 #include <QLocale>
 
 #include "host/measure/deviation.h"
@@ -35,8 +33,6 @@ QString DifferenceItem::distanceAt(const GLW *glw, const QPointF &at) const
         ray.origin / scale() + centre() + ray.direction * float(found->distance);
     const double distance =
         valueAt(distances_, mesh(), found->triangle, {place.x(), place.y(), place.z()});
-    if (std::abs(distance) >= double(Deviation::unknown) / 3) // so is a corner's
-        return {};
     return tr("distance %1 %2").arg(QLocale().toString(distance, 'g', 4), mesh().unit).trimmed();
 }
 

@@ -69,11 +69,8 @@ double SheetView::tileWidth() const
 /// What stood uppermost in the window does so afterwards.
 void SheetView::arrange()
 {
-    const int first = inView_.value(0);
-    const SheetGrid before = grid_;
-    const double above = before.pitch() > 0 && index_.contains(first)
-                             ? (scroll_.offset() - firstTop_) / before.pitch()
-                             : 0;
+    const int index = index_.value(inView_.value(0), -1); // none at first
+    const double above = index < 0 ? 0 : (scroll_.offset() - firstTop_) / grid_.pitch();
     SheetGrid::Measures measures;
     measures.window = window().widget()->size();
     measures.count = shown_.size();
@@ -84,8 +81,7 @@ void SheetView::arrange()
     measures.foot = search_.height();
     grid_ = SheetGrid(measures);
     scroll_.setLargest(grid_.largestOffset());
-    const int index = index_.value(first, -1);
-    if (index >= 0 && before.measures().window.isValid())
+    if (index >= 0)
         scroll_.jumpTo(grid_.rowTop(index) + above * grid_.pitch());
     showTiles();
     changed();
@@ -135,10 +131,7 @@ bool SheetView::isLent(int id) const
 
 void SheetView::setVisible(int id, bool visible)
 {
-    const auto found = entries_.find(id);
-    if (found == entries_.end())
-        return;
-    SheetEntry &entry = found->second;
+    SheetEntry &entry = entries_.at(id);
     if (entry.visible == visible)
         return;
     entry.visible = visible;
@@ -291,6 +284,9 @@ bool SheetView::eventFilter(QObject *object, QEvent *event)
     if (!scene() || !scene()->property("visible").toBool())
         return false;
     switch (event->type()) {
+    case QEvent::Resize: // a window may be too small for the module to place anything
+        arrange();
+        break;
     case QEvent::Wheel:
         event->accept();
         return wheel(*static_cast<QWheelEvent *>(event));

@@ -106,8 +106,7 @@ void SheetView::ChooseNear()
         chooseNext(1);
         return;
     }
-    const int columns =
-        grid_.fits() ? std::max(1, scene()->property("cols").toInt()) : grid_.columns();
+    const int columns = grid_.fits() ? scene()->property("cols").toInt() : grid_.columns();
     const int at = index_.value(from), column = at % columns + way.x();
     const int to = std::min(at + way.x() + way.y() * columns, last);
     const bool below = to / columns == at / columns + way.y();
@@ -118,9 +117,9 @@ void SheetView::ChooseNear()
 /// As a double click does.
 void SheetView::OpenChosen()
 {
-    const auto found = entries_.find(chosen());
-    if (found != entries_.end())
-        emit openAsked(found->second.path);
+    const int id = chosen();
+    if (id > 0)
+        emit openAsked(entries_.at(id).path);
 }
 
 } // namespace host

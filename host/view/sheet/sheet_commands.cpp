@@ -120,8 +120,7 @@ void SheetView::fit(const QList<int> &ids)
     leader_ = -1;
     pose_.reset();
     for (int id : ids) {
-        if (const auto found = entries_.find(id); found != entries_.end())
-            found->second.fits = found->second.left.has_value();
+        entries_.at(id).fits = entries_.at(id).left.has_value();
         if (Item *shown = item(tile(id)))
             shown->steering().fit(tile(id));
     }
@@ -131,14 +130,12 @@ void SheetView::fit(const QList<int> &ids)
 void SheetView::remove(const QList<int> &ids)
 {
     for (int id : ids) {
-        const auto found = entries_.find(id);
-        if (found == entries_.end())
-            continue;
-        queue_.cancel(found->second.job);
-        jobs_.remove(found->second.job);
+        const int job = entries_.at(id).job;
+        queue_.cancel(job);
+        jobs_.remove(job);
         if (tile(id))
             dropTile(id);
-        entries_.erase(found);
+        entries_.erase(id);
         linked_.remove(id);
         selected_.remove(id);
         inView_.removeOne(id);
@@ -147,17 +144,13 @@ void SheetView::remove(const QList<int> &ids)
     const auto gone = [this](int id) { return entries_.count(id) == 0; };
     inOrder_.erase(std::remove_if(inOrder_.begin(), inOrder_.end(), gone), inOrder_.end());
     listShown();
-    makeRoom();
     applyCounts();
     emit titleChanged();
-    changed();
 }
 
 /// All of it, though it may be in view only in part.
 void SheetView::pictureOf(int id)
 {
-    if (!isSeen(id))
-        return;
     if (!grid_.fits())
         scrollTo(grid_.revealing(index_.value(id), scroll_.offset()));
     emit pictureAsked(entries_.at(id).name, tile(id)->orect.toAlignedRect());

@@ -59,9 +59,6 @@ QList<int> sortedIds(const SheetEntries &entries, SheetOrder order, bool reverse
 /// @p limit bytes: the one that was seen longest ago first, none that is visible now.
 /// @p bytes gives the memory of an entry's item.
 template <typename Bytes>
-QList<int> idsToRelease(const SheetEntries &entries, quint64 limit, Bytes bytes);
-
-template <typename Bytes>
 QList<int> idsToRelease(const SheetEntries &entries, quint64 limit, Bytes bytes)
 {
     quint64 total = 0;

@@ -133,13 +133,11 @@ void SheetView::readAgain(const QString &path)
 
 void SheetView::fail(int id, const QString &reason, quint64 needed)
 {
-    const auto found = entries_.find(id);
-    if (found == entries_.end())
-        return;
-    found->second.state = State::Failed;
-    found->second.reason = reason;
-    found->second.needed = needed;
-    found->second.job = 0;
+    SheetEntry &entry = entries_.at(id);
+    entry.state = State::Failed;
+    entry.reason = reason;
+    entry.needed = needed;
+    entry.job = 0;
     if (needed > 0)
         refusedAgain_.start();
     changedSoon();
@@ -147,10 +145,7 @@ void SheetView::fail(int id, const QString &reason, quint64 needed)
 
 void SheetView::show(int id, const std::shared_ptr<Item> &made)
 {
-    const auto found = entries_.find(id);
-    if (found == entries_.end())
-        return;
-    SheetEntry &entry = found->second;
+    SheetEntry &entry = entries_.at(id);
     entry.job = 0;
     entry.count = made->count();
     const bool wanted = tile(id) != nullptr;

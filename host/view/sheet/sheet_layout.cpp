@@ -87,8 +87,7 @@ void SheetView::AdaptTo(int width, int height)
     const int full = TilePainter::header();
     header_ = height >= 3 * full && width >= 3 * full ? full : 0;
     const int spacing = spacingIn(std::min(width, height));
-    // The module takes a rectangle of at most one pixel for fractions of the window.
-    setCramped(std::min(width, height) < 4);
+    setCramped(false);
     if (scene()->property("header") == header_ && scene()->property("spacing") == spacing)
         return;
     scene()->setProperty("header", header_);

@@ -63,8 +63,7 @@ void SheetSearch::setTheme(const Theme &theme)
     palette.setColor(QPalette::Text, theme.text);
     palette.setColor(QPalette::PlaceholderText, theme.faint);
     palette.setColor(QPalette::Highlight, theme.accent);
-    if (line_ && palette != line_->palette())
-        line_->setPalette(palette);
+    line_->setPalette(palette);
 }
 
 double SheetSearch::height() const

@@ -93,10 +93,8 @@ QList<int> SheetView::targetsOf(const GLW *glw) const
 void SheetView::hide(const QList<int> &ids)
 {
     for (int id : ids)
-        if (const auto found = entries_.find(id); found != entries_.end())
-            found->second.hidden = true;
+        entries_.at(id).hidden = true;
     listShown();
-    makeRoom();
     select(selected());
 }
 
@@ -110,7 +108,6 @@ void SheetView::ToggleShown()
     for (auto &[id, entry] : entries_)
         entry.hidden = onlyChosen && !selected_.contains(id);
     listShown();
-    makeRoom();
 }
 
 void SheetView::OpenTile(GLW *glw, bool pressed)

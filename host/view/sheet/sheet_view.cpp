@@ -60,21 +60,10 @@ void SheetView::addTiles(const QStringList &files)
     sortBy(SheetOrder::Name);
 }
 
-SheetEntry *SheetView::entryOf(const GLW *glw)
-{
-    const auto found = entries_.find(glw->id());
-    return found == entries_.end() ? nullptr : &found->second;
-}
-
 void SheetView::Update(GLW *glw)
 {
     endSparing();
-    SheetEntry *entry = entryOf(glw);
-    if (!entry)
-        return;
-    entry->lastSeen = ++passes_;
-    if (entry->state == State::Released && !isLent(glw->id()))
-        read(glw->id());
+    entries_.at(glw->id()).lastSeen = ++passes_;
     hover(glw);
     advance(glw);
     followLeader(glw);
@@ -97,8 +86,7 @@ void SheetView::hover(const GLW *glw)
     if (over == (hovered_ == glw->id()))
         return;
     // Only the tile under the pointer is picked, so the one before would go on showing its mark.
-    if (GLW *before = tiles_.value(hovered_))
-        forgetPointer(before);
+    forgetPointer(tile(hovered_));
     hovered_ = over ? glw->id() : -1;
     markChanged();
 }
@@ -171,16 +159,13 @@ void SheetView::paintText(GLW *, QPainter *painter)
                      tr("Drop files or a folder here or press Ctrl+O."), -1, theme);
         return;
     }
-    const int count = shown_.size();
-    if (count == 0 && !search_.isEmpty())
+    if (shown_.isEmpty() && !search_.isEmpty())
         paintMessage(painter, bounds, tr("No name of a tile holds that."),
                      tr("Esc shows all again."), -1, theme);
-    else if (count == 0)
+    else if (shown_.isEmpty())
         paintMessage(painter, bounds, tr("All tiles are hidden."), tr("V shows them again."), -1,
                      theme);
-    else if (cramped_)
-        paintMessage(painter, bounds, tr("%1 tiles have no room here.").arg(count), {}, -1, theme);
-    else if (display().overlays)
+    else if (display().overlays && !cramped_)
         paintTiles(painter);
     if (display().overlays)
         paintBottomNote(painter, bounds);

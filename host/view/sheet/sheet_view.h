@@ -152,13 +152,12 @@ private:
     void choose(int index);
     void chooseNext(int step);
     void connectQueue();
-    SheetEntry *entryOf(const GLW *glw);
     SheetEntry *entryOfJob(int job, int *id = nullptr);
     int idOf(const QString &path) const;
     void read(int id);
     void show(int id, const std::shared_ptr<Item> &made);
     void take(int id, const std::shared_ptr<Item> &made);
-    void fail(int id, const QString &reason, quint64 needed = 0);
+    void fail(int id, const QString &reason, quint64 needed);
     void release(int id);
     GLW *tileFor(int id);
     void dropTile(int id);

@@ -33,7 +33,6 @@ double nameWidth(const QRectF &cell, bool linked)
 /// Two links of a chain.
 void paintLink(QPainter *painter, const QRectF &r, const QColor &colour)
 {
-    painter->setBrush(Qt::NoBrush);
     painter->setPen(QPen(colour, Metrics::px(1.5)));
     const double third = Metrics::px(3);
     const QSizeF link(3 * third, 2 * third);
@@ -67,7 +66,6 @@ void TilePainter::paint(QPainter *painter, int id, const SheetEntry &entry, cons
     paintState(painter, id, entry, place.drawing, theme);
     if (marks.selected || marks.hovered) {
         const double width = std::min(Metrics::px(marks.selected ? 3 : 1), cell.height() / 8);
-        painter->setBrush(Qt::NoBrush);
         painter->setPen(QPen(marks.selected ? theme.accent : theme.faint, width, Qt::SolidLine,
                              Qt::SquareCap, Qt::MiterJoin));
         painter->drawRect(cell.adjusted(width / 2, width / 2, -width / 2, -width / 2));
@@ -109,7 +107,6 @@ void TilePainter::paintWholeName(QPainter *painter, const QString &name, const Q
     r.moveTop(std::max(bounds.top(), r.top()));
     painter->save();
     painter->fillRect(r, theme.top);
-    painter->setBrush(Qt::NoBrush);
     painter->setPen(QPen(theme.faint, Metrics::px(1)));
     painter->drawRect(r);
     painter->setPen(theme.text);
