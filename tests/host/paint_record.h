@@ -34,8 +34,10 @@ public:
     {
         QPainter painter(this);
         const QFont font = painter.font();
+        const QPen pen = painter.pen();
         paint(&painter);
         EXPECT_TRUE(painter.transform().isIdentity() && painter.font() == font);
+        EXPECT_EQ(painter.pen(), pen);
     }
     Text operator[](const QString &text) const // which has to be there once
     {

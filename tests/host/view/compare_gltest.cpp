@@ -101,6 +101,14 @@ TEST_F(CompareTest, BothLieInOneWorldAndAreLookedAtTogether)
     view->readAgain(folder.filePath("b.obj"));
     EXPECT_TRUE(until([&] { return item(0)->centre().x() == 7; }));
     EXPECT_TRUE(camera(0).rot == rot && item(1)->count() == 60);
+    file("b.obj", "f 1 2 3\n");
+    view->readAgain({});
+    EXPECT_TRUE(until([&] { return !view->fault().isEmpty(); }));
+    EXPECT_EQ(written(*view).texts.count(view->fault()), 1u);
+    EXPECT_EQ(item(1)->count(), 60) << "what was there stays";
+    window->frame()->resize(300, 600);
+    frame();
+    EXPECT_EQ(written(*view).lines.at(0).first, QLineF(0, 300, 300, 300)) << "one above the other";
 }
 
 TEST_F(CompareTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
@@ -139,6 +147,8 @@ TEST_F(CompareTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
         for (const auto &[text, how] : drawn.texts)
             if (text.endsWith(".obj")) // and on which side the names
                 panels += QString(" %1%2").arg(text[0]).arg(int(how.box.left() / 300));
+        if (view->way() == CompareWay::Difference)
+            panels += QString("|mark %1").arg(qRound(drawn.lines.at(5).first.length()));
         panels += '|';
         for (int i = 0; i < 3; ++i)
             panels += view->tile(i)->property<bool>("visible") ? "+" : "-";
@@ -148,17 +158,18 @@ TEST_F(CompareTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
             .arg(panels, view->title(), words);
     };
     walk(*view, view->mainGLW(),
-         "S >  a1 b0|b.obj and a.obj; =Swap the two >  a0 b1|a.obj and b.obj; ~Ctrl+Right > ; D > "
-         "way 1|+--; Ctrl+Right > at 315|line 315; ~315,100 move down +25,30 move up > at 340|line "
-         "340; Ctrl+Left > at 325|line 325; =Beside one another > way 0|line 300|++-; =One over "
-         "the other, with a divider > way 1|line 325|+--; S >  a1 b0|b.obj and a.obj; S >  a0 "
-         "b1|a.obj and b.obj; =The difference of their surfaces > way 2| 12 12 b0 f1|--+|+10  "
-         "outside|+5|-10  inside|-5|0|0 to 6|33.3 % within ±0.5|Distance|RMS 3.149|from a.obj|mean "
-         "2.333; ] > +10|+20  outside|-10|-20  inside; [ > +10  outside|+5|-10  inside|-5; . > "
-         "34.7 % within ±1; =Colours up to a larger distance > +10|+20  outside|-10|-20  inside; "
-         "=Colours up to a smaller distance > +10  outside|+5|-10  inside|-5; =Larger tolerance > "
-         "50.4 % within ±2; =Smaller tolerance > 34.7 % within ±1; =Beside one another, with a "
-         "divider, their difference > way 0| 12 12|line 300| a0 b1|++-|a.obj",
+         "~. > ; ~] > ; S >  a1 b0|b.obj and a.obj; =Swap the two >  a0 b1|a.obj and b.obj; "
+         "~Ctrl+Right > ; D > way 1|+--; Ctrl+Right > at 315|line 315; ~315,100 move down +25,30 "
+         "move up > at 340|line 340; Ctrl+Left > at 325|line 325; =Beside one another > way 0|line "
+         "300|++-; =One over the other, with a divider > way 1|line 325|+--; S >  a1 b0|b.obj and "
+         "a.obj; S >  a0 b1|a.obj and b.obj; =The difference of their surfaces > way 2| 12 12 b0 "
+         "f1|mark 9|--+|+10  outside|+5|-10  inside|-5|0|0 to 6|33.3 % within ±0.5|Distance|RMS "
+         "3.149|from a.obj|mean 2.333; ] > mark 4|+10|+20  outside|-10|-20  inside; [ > mark 9|+10 "
+         " outside|+5|-10  inside|-5; . > mark 17|34.7 % within ±1; =Colours up to a larger "
+         "distance > mark 9|+10|+20  outside|-10|-20  inside; =Colours up to a smaller distance > "
+         "mark 17|+10  outside|+5|-10  inside|-5; =Larger tolerance > mark 34|50.4 % within ±2; "
+         "=Smaller tolerance > mark 17|34.7 % within ±1; =Beside one another, with a divider, "
+         "their difference > way 0| 12 12|line 300| a0 b1|++-|a.obj",
          state);
 }
 

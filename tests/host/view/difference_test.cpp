@@ -119,6 +119,7 @@ TEST_P(Points, AreMeasured)
                 1e-4);
     EXPECT_FALSE(Difference::fault(points, points).isEmpty());
     EXPECT_TRUE(Difference::fault(row.from.mesh, points).isEmpty());
+    EXPECT_FALSE(Difference::fault(row.from.mesh, {}).isEmpty());
 }
 
 TEST(ColourScaleTest, RunsFromBlueToRedInRoundSteps)

@@ -138,7 +138,9 @@ TEST_F(ViewTest, ASheetDrawsWhatChangedAndCopiesTheSamePixels)
     std::set<int> drawn; // since it was cleared
     QImage image;
     bool looked = false;
+    double takes = 0; // seconds, each frame
     QObject::connect(&sheet, &View::framePainted, [&] {
+        time += takes;
         if (looked)
             image = widget->grabFrameBuffer();
         for (const int id : sheet.pictures().drawn())
@@ -157,32 +159,38 @@ TEST_F(ViewTest, ASheetDrawsWhatChangedAndCopiesTheSamePixels)
         const GLW *glw = word.size() == 1 ? sheet.tile(word.toInt()) : nullptr;
         return glw ? std::optional(glw->rect.center()) : std::nullopt;
     };
-    const std::pair<const char *, const char *> steps[] = {
-        {"", ""},          {"2 move", ""},
-        {"3 click", ""},   {"4 down +40,9 move up", "4"},
-        {"1 move M", ""},  {"M", ""},
-        {"W", "12345"},    {"G", "12345"},
-        {"B", "12345"},    {"5 down +9,0 move up", "5"},
-        {"3 move U", "3"}, {"2 wheel", "2"},
-        {"Ctrl+A", ""},
-    };
-    pixels();
-    for (const auto &[step, expected] : steps) {
+    const QString steps("; 2 move; 3 click; 4 down +40,9 move up > 4; 1 move M; M; W > 12345; G > "
+                        "12345; B > 12345; 5 down +9,0 move up > 5; 3 move U > 3; 2 wheel > 2; "
+                        "Ctrl+A; Ctrl++ > 12345; Shift+W > 12345");
+    QImage before = pixels();
+    for (const QString &row : steps.split("; ")) {
+        const std::string step = row.section(" > ", 0, 0).toStdString();
         drawn.clear();
-        if (*step)
+        if (!step.empty())
             steer(
-                widget.data(), step, [this] { frame(); }, at);
+                widget.data(), step.c_str(), [this] { frame(); }, at);
         for (int id = 1; id <= 5; ++id)
             settle(sheet.tile(id));
         rest(sheet);
         QString ids;
         for (const int id : drawn)
             ids += QString::number(id);
-        EXPECT_EQ(ids, expected) << step;
+        EXPECT_EQ(ids, row.section(" > ", 1)) << step;
         const QImage copied = pixels();
         EXPECT_TRUE(drawn.empty()) << step;
         sheet.pictures().clear();
         EXPECT_EQ(pixels(), copied) << step;
+        EXPECT_TRUE(before != copied || step.empty() || ids.size() == 5) << step;
+        before = copied;
+    }
+    sheet.pictures().clear();
+    for (const double slow : {0.6, 0.0}) { // what was too slow to be smoothed is not begun again
+        frame();
+        drawn.clear();
+        takes = slow;
+        rest(sheet);
+        takes = 0;
+        EXPECT_EQ(drawn.empty(), slow == 0);
     }
 }
 

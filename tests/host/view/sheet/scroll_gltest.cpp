@@ -96,17 +96,17 @@ TEST_F(ScrollTest, StepsLeadTo)
         "1 move back > 131: 5 to 20\n1 move back back wheel > 131: 5 to 20\n1 move wheel alt back "
         "ctrl Home > 0: 1 to 16\n1 move PgDown PgDown > 786: 25 to 40\n1 move Ctrl+End PgUp > "
         "1176: 33 to 48\n1 move Ctrl+End; Ctrl+Home > 0: 1 to 16\n593,5 down +0,100 move up +0,50 "
-        "move > 492: 13 to 28\n593,390 down up > 1569: 45 to 60\n1 move PgDown PgDown; 30 move "
-        "ctrl back > 440: 21 to 40\n1 move PgDown PgDown; Z > 1344: 25 to 33\nPgDown S; 13 click S "
-        "S > 128: 20 to 15\nDown Down Down Down Right > 128: 1 to 16\nShift+Backtab > 1569: 45 to "
+        "move > 492: 13 to 28\n593,200 down up > 787: 25 to 40\n1 move PgDown PgDown; 30 move ctrl "
+        "back > 440: 21 to 40\n1 move PgDown PgDown; Z > 1344: 25 to 33\nPgDown S; 13 click S S > "
+        "128: 20 to 15\nDown Down Down Down Right > 128: 1 to 16\nShift+Backtab > 1569: 45 to "
         "60\nPgDown; Ctrl+F; ?1.OBJ m > 0: 1 to 51 \nCtrl+F; ?m6; !Return; Tab Tab; Ctrl+F; !Esc > "
         "1569: 45 to 60\nCtrl+F; ?m6; !Down; V PgDown; !Esc; PgDown > 393: 13 to 28\nCtrl+F; "
         "!Return; Ctrl+End; Ctrl+F; !Esc > 1569: 45 to 60\nCtrl+F; ?nothing > 0: 0 to 0 \nCtrl+F; "
-        "!Return; Ctrl+End > 1569: 49 to 60 \nCtrl+F; ?m6; !Return; Ctrl+F > 0: 6 to 60 m6\nCtrl+A "
-        "Ctrl+End; ctrl 60 click none V > 1569: 45 to 59\nZ Z Z Z; PgDown > 241: 3 to 6\nCtrl+A; "
-        "ctrl 1 click none V > 0: 2 to 17\nCtrl+A; 3 click V > 0: 3 to 3\nTab Ctrl+End; V > 0: 1 "
-        "to 1\nCtrl+A Ctrl+End; Ctrl+A V > 1569: 45 to 60\n2 click; Ctrl+F; ?m3 m; !Return; Ctrl+A "
-        "V; Ctrl+F; !Esc > 0: 3 to 39");
+        "!Return; Ctrl+End > 1569: 49 to 60 \nCtrl+F; !M; !6; !Return; Ctrl+F > 0: 6 to 60 "
+        "m6\nCtrl+A Ctrl+End; ctrl 60 click none V > 1569: 45 to 59\nZ Z Z Z; PgDown > 241: 3 to "
+        "6\nCtrl+A; ctrl 1 click none V > 0: 2 to 17\nCtrl+A; 3 click V > 0: 3 to 3\nTab Ctrl+End; "
+        "V > 0: 1 to 1\nCtrl+A Ctrl+End; Ctrl+A V > 1569: 45 to 60\n2 click; Ctrl+F; ?m3 m; "
+        "!Return; Ctrl+A V; Ctrl+F; !Esc > 0: 3 to 39");
     open();
     for (const QString &row : rows.split('\n')) {
         run("Ctrl+Home; " + row.section(" > ", 0, 0));
@@ -115,7 +115,8 @@ TEST_F(ScrollTest, StepsLeadTo)
         sheet->setTileSize(0);
         hand("Tab Ctrl+A Ctrl+A V S N Tab Ctrl+A Ctrl+A V S N"); // all shown, none selected
     }
-    EXPECT_EQ((sheet->setTileSize(9999), sheet->tileSize()), 2000);
+    for (const auto &[asked, size] : {std::pair(9999, 2000), {1, 16}})
+        EXPECT_EQ((sheet->setTileSize(asked), sheet->tileSize()), size);
     sheet->setTileSize(0);
     for (const char *step : {"1 move PgDown", "Ctrl+Home", "593,390 down", "593,80 move"})
         EXPECT_TRUE(asks(*sheet, step)) << step;
@@ -125,7 +126,10 @@ TEST_F(ScrollTest, StepsLeadTo)
     EXPECT_EQ(sheet->offset(), 50) << "as far as fingers went, at once";
     menu(*sheet, sheet->tile(1), "Hide tile");
     EXPECT_EQ(sheet->offset(), 50) << "the first in view goes, and the others stay";
-    run("Ctrl+F");
+    run("Ctrl+F B");
+    EXPECT_TRUE(line()->placeholderText() == "Find by name" && line()->isClearButtonEnabled() &&
+                line()->accessibleName() == "Find by name" &&
+                line()->palette().color(QPalette::Text) == sheet->display().theme().text);
     for (const int width : {600, 200}) {
         window->frame()->resize(width, 300);
         frame();
@@ -141,10 +145,18 @@ TEST_F(ScrollTest, OnlyWhatIsNearIsReadAndTheRestStaysAsItWasLeft)
     run("1 move");
     EXPECT_EQ(countOf(State::Shown), 28);
     EXPECT_EQ(sheet->tile(40), nullptr);
+    const quint64 size = sheet->item(sheet->tile(1))->byteSize();
+    run("Ctrl+End");
+    sheet->setMemoryBudget(57 * size);
+    EXPECT_EQ(sheet->entries().at(33).state, State::Shown) << "near, though nobody saw it yet";
+    sheet->setMemoryBudget(1 << 30);
+    run("Ctrl+Home");
     run("1 down +40,0 move up L; 1 down +0,20 move up");
     const Vector left = rot(1);
     sheet->setMostTiles(30);
-    run("Ctrl+End");
+    run("Ctrl+End; Ctrl+A; 60 click V");
+    EXPECT_EQ(describe(), "0: 60 to 60") << "what the module does not know is chosen no more";
+    run("V Ctrl+End; 60 click");
     EXPECT_EQ(sheet->tile(1), nullptr);
     EXPECT_EQ(rot(60), left) << "its camera is linked";
     EXPECT_EQ(countOf(State::Shown), 28);
@@ -159,8 +171,6 @@ TEST_F(ScrollTest, OnlyWhatIsNearIsReadAndTheRestStaysAsItWasLeft)
     run("Shift+Home; Ctrl+Home");
     settle(sheet->tile(1));
     EXPECT_NEAR(rot(1).x, 22, 0.1) << "home, though it was not there to go";
-
-    const quint64 size = sheet->item(sheet->tile(1))->byteSize();
     QThreadPool &threads = *QThreadPool::globalInstance();
     QSemaphore goOn;
     for (int i = 0; i < threads.maxThreadCount(); ++i)

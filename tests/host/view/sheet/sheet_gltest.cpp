@@ -204,7 +204,9 @@ TEST_F(SheetTest, WhatIsHiddenGivesItsMemoryBackAndReturnsAsItWasLeft)
     const double range = from();
     const float left = camera(1).rot.y;
 
-    sheet->lend(sheet->entries().at(1).path), sheet->takeBack();
+    for (const int id : {1, 2})
+        sheet->lend(sheet->entries().at(id).path), sheet->takeBack();
+    EXPECT_FALSE(sheet->lend("nothing").item);
     run("1:Hide tile; 2:Hide tile");
     sheet->setMemoryBudget(300); // too little for all
     EXPECT_TRUE(state(1) == State::Released && state(2) == State::Released);
@@ -215,6 +217,7 @@ TEST_F(SheetTest, WhatIsHiddenGivesItsMemoryBackAndReturnsAsItWasLeft)
     EXPECT_FLOAT_EQ(camera(1).rot.y, left);
     EXPECT_NEAR(from(), range, 0.01);
     sheet->readAgain(boxes("m1.obj", 3));
+    EXPECT_TRUE(state(1) == State::Waiting && state(3) == State::Shown) << "what was named";
     EXPECT_TRUE(until([&] { return sheet->entries().at(1).count == 36; }));
     EXPECT_FLOAT_EQ(camera(1).rot.y, left);
 }
@@ -237,17 +240,20 @@ TEST_F(SheetTest, AFileThatFailsKeepsItsTileAndTellsWhy)
 TEST_F(SheetTest, RoomIsTheDrawingsFirst)
 {
     open(six());
+    hand("M");
     sheet->setTileSize(16);
-    for (const QSize &size : {QSize(600, 400), QSize(150, 100), QSize(60, 40)}) {
+    const std::tuple<QSize, QRectF, const char *> rows[] = {
+        // the last tile in view, and texts
+        {{600, 400}, {400, 202, 194, 194}, "m1.obj|m2.obj|m3.obj|m4.obj|m5.obj|m6.obj"},
+        {{150, 100}, {100, 52, 44, 44}, "m1.obj"},
+        {{60, 40}, {40, 22, 14, 14}, ""},
+        {{60, 9}, {24, 3, 18, 3}, ""}};
+    for (const auto &[size, place, expected] : rows) {
         window->frame()->resize(size);
         frame();
-        frame();
-        for (int id = 1; id <= 6; ++id) {
-            const GLW *tile = sheet->tile(id);
-            EXPECT_TRUE(QRectF({}, size).contains(tile->orect));
-            EXPECT_EQ(tile->rect != tile->orect, size.width() == 600) << "its name";
-            EXPECT_GT(tile->rect.height(), 8) << "a share of the window, for the module";
-        }
+        hand("1 move");
+        EXPECT_EQ(sheet->tile(sheet->inView().last())->orect, place);
+        EXPECT_EQ(texts(*sheet), expected);
     }
 }
 
@@ -265,6 +271,10 @@ TEST_F(SheetTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
     QObject::connect(sheet, &SheetView::compareAsked, [&](const QString &a, const QString &b) {
         told = QFileInfo(a).fileName() + ' ' + QFileInfo(b).fileName();
     });
+    QObject::connect(sheet, &View::titleChanged, [&] { told = sheet->title(); });
+    hand("D");
+    EXPECT_EQ(texts(sheet->pictured(false)),
+              "0|0|10|20|5|cold|day|m1.obj|m2.obj|m3.obj|m4.obj|m5.obj|m6.csv|warm");
     const auto state = [&] {
         GLW *first = sheet->tile(1);
         settle(first);
@@ -285,26 +295,25 @@ TEST_F(SheetTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
          "~out move V > 16 of 123456|r 151 22|wide 194; shift right 5 move down 6 +9,9 move up > "
          "56 of 123456; shift right 1 move down 4 +9,9 move up > 14 of 123456; V > 14 of 14|r 211 "
          "22|wide 294; 1 click ctrl 4 click > ; =Hide 2 tiles >  of |All tiles are hidden.|V shows "
-         "them again.; gap move Ctrl+A > ; ~V >  of 123456|r 151 22|wide 194; Ctrl+A > 123456 of "
-         "123456; out Ctrl+A >  of 123456; out Down > 1 of 123456; Down > 4 of 123456; Right > 5 "
-         "of 123456; Right > 6 of 123456; ~Right > ; Tab > 1 of 123456; ~Left > ; Tab > 2 of "
-         "123456; ~Return > open m2.obj; D > Select two models to compare them; Ctrl+A > 123456 of "
-         "123456; D > Select two models to compare them; L > 0111; ~M > 0101; ~M 2 move > 0111; "
-         "Ctrl+A >  of 123456; N >  of 654321; S >  of 251436; S >  of 634152; C >  of 251436; N > "
-         " of 123456; + > r 150 22|wide 192; - > r 151 22|wide 194; Shift+Home > ; B > 1111; G > "
-         "1011; 1 click ctrl 2 click none D > 12 of 123456|m1.obj m2.obj; =Fit 2 tiles > -m1.obj "
-         "m2.obj; =Compare the two that are selected > m1.obj m2.obj; ~=Picture of this tile… > "
-         "m1.obj 4 197; ~=Open alone > open m1.obj; =Sort by|Sort by file size > 12 of 251436; "
-         "=Sort by|Sort by name > 12 of 123456; =Select all, or none > 123456 of 123456; =Link "
-         "cameras > 1010; =All cameras back to the first view > ; =Hide 6 tiles >  of |All tiles "
-         "are hidden.|V shows them again.; V >  of 123456; =Find tiles by name > ; ?m1 OBJ >  of "
-         "1|r 108 22|wide 592; ?zz >  of |0 of 6 files|Esc shows all again.; ? >  of 123456|r 151 "
-         "22|wide 194; =Larger tiles >  of 1234|size 232.8|r 128 22|wide 287; ~gap move back >  of "
-         "3456; =Picture of this tile… >  of 1234|m1.obj 4 240; =Smaller tiles >  of 123456|size "
-         "194|r 151 22|wide 194; ~=Smaller tiles > ; 1 click ctrl 4 click none V > 14 of 123456",
+         "them again.; gap move Ctrl+A > ; ~Tab > ; ~V >  of 123456|r 151 22|wide 194; Ctrl+A > "
+         "123456 of 123456; out Ctrl+A >  of 123456; ~Return > ; out Down > 1 of 123456; Down > 4 "
+         "of 123456; Right > 5 of 123456; Right > 6 of 123456; ~Right > ; Tab > 1 of 123456; ~Left "
+         "> ; Tab > 2 of 123456; ~Return > open m2.obj; D > Select two models to compare them; "
+         "Ctrl+A > 123456 of 123456; D > Select two models to compare them; L > 0111; ~M > 0101; "
+         "~M 2 move > 0111; Ctrl+A >  of 123456; N >  of 654321; S >  of 251436; S >  of 634152; C "
+         ">  of 251436; N >  of 123456; + > r 150 22|wide 192; - > r 151 22|wide 194; Shift+Home > "
+         "; B > 1111; G > 1011; 1 click ctrl 2 click none D > 12 of 123456|m1.obj m2.obj; =Fit 2 "
+         "tiles > -m1.obj m2.obj; =Compare the two that are selected > m1.obj m2.obj; ~=Picture of "
+         "this tile… > m1.obj 4 197; ~=Open alone > open m1.obj; =Sort by|Sort by file size > 12 "
+         "of 251436; =Sort by|Sort by triangles or rows > ; =Sort by|Sort by name > 12 of 123456; "
+         "=Select all, or none > 123456 of 123456; =Link cameras > 1010; =All cameras back to the "
+         "first view > ; =Hide 6 tiles >  of |All tiles are hidden.|V shows them again.; V >  of "
+         "123456; =Find tiles by name > ; ?m1 OBJ >  of 1|r 108 22|wide 592; ?zz >  of |0 of 6 "
+         "files|Esc shows all again.; ? >  of 123456|r 151 22|wide 194; =Larger tiles >  of "
+         "1234|size 232.8|r 128 22|wide 287; ~gap move back >  of 3456; =Picture of this tile… >  "
+         "of 1234|m1.obj 4 240; =Smaller tiles >  of 123456|size 194|r 151 22|wide 194; ~=Smaller "
+         "tiles > ; 1 click ctrl 4 click none V > 14 of 123456",
          state);
-    EXPECT_EQ(texts(sheet->pictured(false)),
-              "0|0|10|20|5|cold|day|m1.obj|m2.obj|m3.obj|m4.obj|m5.obj|m6.csv|warm");
     QStringList bound;
     for (const BindingRow &row : bindingRows(sheet->bindings(), sheet->contents()))
         bound += row.keys + ": " + row.text;
@@ -312,11 +321,15 @@ TEST_F(SheetTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
     EXPECT_TRUE(bound.contains("wheel, with Alt where that scrolls: Zoom towards the pointer"));
     menu(*sheet, sheet->tile(1), "Remove 2 tiles from the sheet");
     hand("out V");
-    EXPECT_EQ(describe(), " of 2356");
+    EXPECT_EQ(told + describe(), "4 files – folder of 2356");
     EXPECT_EQ(sheet->tile(2)->orect.width(), 294) << "what is gone needs no room";
     own.reset();
-    SheetView none(*window, queue, "nothing", {});
-    EXPECT_EQ(texts(none), "Drop files or a folder here or press Ctrl+O.|The sheet is empty.");
+    own = std::make_unique<SheetView>(*window, queue, "no", QStringList());
+    EXPECT_EQ(texts(*own), "Drop files or a folder here or press Ctrl+O.|The sheet is empty.");
+    own = std::make_unique<SheetView>(*window, queue, "no", QStringList(folder.path()));
+    emit queue.listed(queue.list({}) - 1, std::make_shared<FileList>(FileList{{}, {"/a"}, {"/b"}}));
+    EXPECT_EQ(own->fault(), "/a: there is nothing to show in this folder, or it cannot be "
+                            "read\n/b: only a part is shown; the folder holds more");
 }
 
 TEST_F(SheetTest, DroppedFilesAreTold)

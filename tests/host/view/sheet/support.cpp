@@ -98,6 +98,12 @@ void ViewTest::frame()
 {
     time += 0.1; // seconds
     widget->repaint();
+    widget->makeCurrent();
+    GLint depths[3] = {}; // of what is pushed and not popped
+    glGetIntegerv(GL_ATTRIB_STACK_DEPTH, depths),
+        glGetIntegerv(GL_MODELVIEW_STACK_DEPTH, depths + 1);
+    glGetIntegerv(GL_PROJECTION_STACK_DEPTH, depths + 2);
+    EXPECT_LT(depths[0] + depths[1] + depths[2], 4);
     QCoreApplication::processEvents();
 }
 
