@@ -20,8 +20,7 @@ const std::tuple<quint32, quint32, quint32, int> matches[] = {
     {shift | 0x1, allModifiers, shift | control | 0x1, 2},
     {0, 0, 0x1, -1},
     {0x80000000, 0, 0x80000000, 1},
-    {0, 0xFFFFFFFF, 0xFFFFFFFF, 0},
-};
+    {0, 0xFFFFFFFF, 0xFFFFFFFF, 0}};
 
 TEST(MouseActionTest, ScoresWordsByTheirBits)
 {

@@ -71,14 +71,8 @@ protected:
             double all[]{double(values)...};
             host.log << Numbers{all, sizeof...(values)}.text();
         };
-        const auto camera = [this]() -> auto &
-        {
-            return object("a")->camera;
-        };
-        const auto flat = [this]() -> auto &
-        {
-            return object("a")->viewport;
-        };
+        const auto camera = [this]() -> GL::Camera & { return object("a")->camera; };
+        const auto flat = [this]() -> GL::Viewport & { return object("a")->viewport; };
         verbs["update"] = [=](W w) { camera().Update(w[0].toInt()); };
         verbs["setup"] = [=](W w) { camera().Setup(200, 100, n(w, 0), n(w, 1), n(w, 2), n(w, 3)); };
         verbs["radius"] = [=](W w) { say(camera().SetRadius(n(w, 0))); };

@@ -79,8 +79,7 @@ protected:
     {
         run("add a 0,0,0.5,1; add b 0.5,0,0.5,1; keybind b key K; keybind a key K; keybind a save "
             "Ctrl+S; keybind a modifier; clock 5000000; bind a all; down 10,20 1 1; down 10,20 1 "
-            "1; "
-            "on all:a,1 record; on all:a,0 record; set window last 0");
+            "1; on all:a,1 record; on all:a,0 record; set window last 0");
         find("modifier")->setProperty("key", QVariant::fromValue(QKeySequence(Qt::Key_Control)));
     }
 };

@@ -146,11 +146,9 @@ TEST_F(ScrollTest, OnlyWhatIsNearIsReadAndTheRestStaysAsItWasLeft)
     EXPECT_EQ(countOf(State::Shown), 28);
     EXPECT_EQ(sheet->tile(40), nullptr);
     const quint64 size = sheet->item(sheet->tile(1))->byteSize();
-    run("Ctrl+End");
-    sheet->setMemoryBudget(57 * size);
+    run("Ctrl+End"), sheet->setMemoryBudget(57 * size);
     EXPECT_EQ(sheet->entries().at(33).state, State::Shown) << "near, though nobody saw it yet";
-    sheet->setMemoryBudget(1 << 30);
-    run("Ctrl+Home");
+    sheet->setMemoryBudget(1 << 30), run("Ctrl+Home");
     run("1 down +40,0 move up L; 1 down +0,20 move up");
     const Vector left = rot(1);
     sheet->setMostTiles(30);
@@ -168,8 +166,7 @@ TEST_F(ScrollTest, OnlyWhatIsNearIsReadAndTheRestStaysAsItWasLeft)
     EXPECT_EQ(countOf(State::Waiting), 0);
     run("Ctrl+End");
     EXPECT_EQ(describe(), "1569: 45 to 60") << "what is read again moves nothing";
-    run("Shift+Home; Ctrl+Home");
-    settle(sheet->tile(1));
+    run("Shift+Home; Ctrl+Home"), settle(sheet->tile(1));
     EXPECT_NEAR(rot(1).x, 22, 0.1) << "home, though it was not there to go";
     QThreadPool &threads = *QThreadPool::globalInstance();
     QSemaphore goOn;
@@ -181,8 +178,7 @@ TEST_F(ScrollTest, OnlyWhatIsNearIsReadAndTheRestStaysAsItWasLeft)
     const int last = refused();
     goOn.release(threads.maxThreadCount());
     EXPECT_TRUE(until([&] { return sheet->entries().at(last).state == State::Shown; })) << last;
-    run("Ctrl+Home");
-    sheet->setMemoryBudget(4 * size);
+    run("Ctrl+Home"), sheet->setMemoryBudget(4 * size);
     run("N; Ctrl+End");
     const int alone = refused();
     run(QString("Ctrl+F; ?m%1").arg(alone));

@@ -128,11 +128,9 @@ TEST(SheetScrollTest, GlidesAndEndsWhereItShould)
         EXPECT_EQ(scroll.offset(), offset) << time;
         EXPECT_EQ(scroll.isMoving(), time < 9) << time;
     }
-    scroll.glideBy(-600); // after a rest it begins with one frame's way again
-    scroll.advance(100);
+    scroll.glideBy(-600), scroll.advance(100); // after a rest it begins with one frame's way again
     EXPECT_EQ(scroll.offset(), 454);
-    scroll.glideBy(100);
-    scroll.advance(200);
+    scroll.glideBy(100), scroll.advance(200);
     EXPECT_EQ(scroll.offset(), 100);
     scroll.jumpTo(4000);
     EXPECT_EQ(scroll.offset(), 1000);
