@@ -58,7 +58,7 @@ public:
     /// Reads the file @p path again, all if that is empty; who looked at it goes on looking so.
     virtual void readAgain(const QString &path) = 0;
     /// Leaves the tool that is active. Returns whether there was one.
-    virtual bool leaveTool() { return false; }
+    virtual bool leaveTool() = 0;
 
     void fitTurn(); ///< Lets every item be whole from all around, at once.
 

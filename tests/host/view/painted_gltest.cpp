@@ -267,14 +267,12 @@ TEST_F(PaintedTest, TheWindowSaysWhatThereIs)
     EXPECT_TRUE(queue.isIdle());
     open(boxes("b.obj", 2));
     const std::string about = item()->details().toStdString() + "|b.obj";
-    const std::pair<const char *, std::string> rows[] = {
-        {"40,200 move", about},
-        {"@1,1,2 move", about + "|box0  ·  DefaultMaterial"},
-        {"@1,1,2 click ctrl @4,1,2 click none 40,200 move", "2 of 2 parts selected|" + about}};
-    for (const auto &[script, said] : rows) {
-        hand(script);
-        EXPECT_EQ(texts(), said);
-    }
+    hand("40,200 move");
+    EXPECT_EQ(texts(), about);
+    hand("@1,1,2 move");
+    EXPECT_EQ(texts(), about + "|box0  ·  DefaultMaterial");
+    hand("@1,1,2 click ctrl @4,1,2 click none 40,200 move");
+    EXPECT_EQ(texts(), "2 of 2 parts selected|" + about);
     const std::string bare = said(written(view->pictured(false)));
     hand("D @0,2,2 click");
     EXPECT_EQ(said(written(view->pictured(false))), bare) << "none of what is about to be measured";
@@ -337,12 +335,7 @@ TEST_F(PaintedTest, MeasuresAndPlanesAreDrawnWhereTheyAre)
     // From the front a plane across x is a line, with its arrow along x.
     SectionHandles handles(under(), *window);
     item()->setSection({{CutPlane{{1, 0, 0}, 0.5}}});
-    const SectionFrame frame = item()->sectionFrames().at(0);
-    QPointF knob(0, 400); // its corner on the upper right
-    for (const QVector3D &corner : frame.corners) {
-        const QPointF p = CameraSteering::geometryOf(glw()).pixel(corner);
-        knob = p.x() + p.y() > knob.x() + 400 - knob.y() ? QPointF(p.x(), 400 - p.y()) : knob;
-    }
+    const QPointF knob = *place("@c");
     const QPointF tip = knob + QPointF(34, 0);
     const QString expected =
         QString("%1 %2 ffd6620a 2.4\n%2 %3 ffd6620a 2.4\n%2 %4 ffd6620a "
@@ -351,7 +344,9 @@ TEST_F(PaintedTest, MeasuresAndPlanesAreDrawnWhereTheyAre)
                  pair(tip + QPointF(-6.93, 4)), pair(knob - QPointF(7, 7)));
     EXPECT_EQ(said(PaintedTest::painted(handles)), expected.toStdString());
     hand(QString("%1,%2 move down").arg(knob.x()).arg(knob.y()));
+    display.dark = true;
     const PaintRecord held = PaintedTest::painted(handles);
+    EXPECT_TRUE(held.rims.at(1) == " in ff14181e 1.6" && held["x = 0.5"].font == widget->font());
     EXPECT_NEAR(held["x = 0.5"].box.left(), knob.x() + 36, 1); // a note beside the pointer
     EXPECT_EQ(held.rims.at(0) + pair(held.fills.at(1).first.width(), 0), " 217,0") << "stronger";
     EXPECT_NEAR(held.fills.at(2).first.top(), knob.y() + 26, 1);

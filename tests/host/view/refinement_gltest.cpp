@@ -12,14 +12,15 @@
 namespace host {
 namespace {
 
+/// How often others repaint before the rest; whether it is allowed, and worth it; how many
+/// milliseconds each frame takes; in which, counted from 1, something changes (0: in none); how
+/// many are drawn in all; and of the pixels that the square covers in part the right ones and the
+/// upper ones, of 200.
 struct RefinementCase {
-    int repaints; // of others, before the rest
-    bool allowed;
-    bool worth;        // something is to be smoothed
-    qint64 takes;      // milliseconds, each frame
-    int interruptedIn; // the frame, counted from 1, in which something changes; 0: in none
-    int frames;        // drawn in all
-    int right, upper;  // of the pixels that the square covers in part, of 200
+    int repaints;
+    bool allowed, worth;
+    qint64 takes;
+    int interruptedIn, frames, right, upper;
 };
 
 const RefinementCase refinementCases[] = {
@@ -75,12 +76,9 @@ public slots:
         painter->endNativePainting();
     }
 
-private:
     QGLWindow &window_;
     const RefinementCase &row_;
     qint64 time_ = 0;
-
-public:
     Refinement refinement;
 };
 

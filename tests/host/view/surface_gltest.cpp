@@ -173,8 +173,7 @@ TEST_F(SurfaceTest, TheListScrollsAndItsKeysAreItsOwn)
          "Down > 2; Down > 3; Up > 2; PgDown > 10; PgUp > 2; back > 5; wheel > 2; End > 32; Home > "
          "1",
          [&] { return QString(texts(*view).c_str()).section(" to ", 0, 0).section('|', -1); });
-    EXPECT_EQ(painted(), top);
-    EXPECT_EQ(pose(), before);
+    EXPECT_TRUE(painted() == top && pose() == before);
 }
 
 TEST_F(SurfaceTest, ThePartsListAndTheModelAgree)
@@ -202,8 +201,9 @@ TEST_F(SurfaceTest, ThePartsListAndTheModelAgree)
     tree->setCurrentIndex(row(1));
     EXPECT_EQ(marks(), ".s.");
     const Theme &theme = view->display().theme();
-    EXPECT_EQ(tree->palette().color(QPalette::Base), theme.top);
-    EXPECT_EQ(tree->palette().color(QPalette::Text), theme.text);
+    const QPalette colours = tree->palette();
+    EXPECT_TRUE(colours.color(QPalette::Base) == theme.top &&
+                colours.color(QPalette::Text) == theme.text);
     const QString before = pose();
     QTest::keyClick(tree, Qt::Key_Return);
     settle(glw());
@@ -227,7 +227,7 @@ TEST_F(SurfaceTest, ThePartsListAndTheModelAgree)
     EXPECT_EQ(search->selectedText(), "x");
     QTest::keyClicks(search, "x1");
     EXPECT_EQ(tree->model()->rowCount(), 1);
-    EXPECT_EQ(row(0).data().toString(), "box1");
+    EXPECT_EQ(tree->indexAt({5, 5}).data().toString(), "box1");
     QTest::keyClick(search, Qt::Key_Down);
     EXPECT_TRUE(tree->hasFocus());
     QTest::keyClick(tree, Qt::Key_Escape);

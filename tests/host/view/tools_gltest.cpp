@@ -2,6 +2,8 @@
 // Measuring and cutting with a hand at the window.
 #include <QApplication>
 #include <QClipboard>
+#include <QSemaphore>
+#include <QThreadPool>
 
 #include "sheet/support.h"
 #include "tests/host/shapes.h"
@@ -69,6 +71,25 @@ TEST_F(MeasureTest, ClicksAreMeasured)
     EXPECT_EQ(measured().substr(0, 19), "Radius|R 1|⌀ 2|x ") << measured();
 }
 
+TEST_F(MeasureTest, WhatAThreadFindsLaterNeedsNoOtherMove)
+{
+    open();
+    QSemaphore go;
+    QThreadPool::globalInstance()->setMaxThreadCount(1);
+    QThreadPool::globalInstance()->start([&] { go.acquire(); });
+    const Item *first = item();
+    view->readAgain({});
+    ASSERT_TRUE(until([&] { return item() != first; }));
+    tool().MeasureSurface();
+    hand("@1,1,2 move");
+    EXPECT_TRUE(tool().hint() == "Measuring…" && item()->hoveredPart() == -1);
+    go.release();
+    await();
+    frame();
+    EXPECT_EQ(item()->hoveredPart(), 0);
+    EXPECT_EQ(measured(), "Area and volume|whole model|area 48|volume 16");
+}
+
 TEST_F(MeasureTest, TheToolTakesClicksAndLeavesDrags)
 {
     open();
@@ -111,19 +132,6 @@ protected:
     }
     const std::vector<CutPlane> &planes() const { return item()->section()->planes; }
     CameraGeometry camera() const { return CameraSteering::geometryOf(glw()); }
-    /// @c is where the window shows the upper right corner of the first plane's rectangle.
-    std::optional<QPointF> place(const QString &word) const override
-    {
-        if (word != "@c")
-            return {};
-        QPointF best(0, 400);
-        const SectionFrame frame = item()->sectionFrames().at(0);
-        for (const QVector3D &p : frame.corners) {
-            const QPointF at(camera().pixel(p).x(), 400 - camera().pixel(p).y());
-            best = at.x() - at.y() > best.x() - best.y() ? at : best;
-        }
-        return best;
-    }
 };
 
 TEST_F(SectionTest, KeysAndWheelCutTurnAndMove)

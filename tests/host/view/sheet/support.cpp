@@ -293,6 +293,15 @@ std::optional<QPointF> SingleViewTest::place(const QString &word) const
 {
     if (word[0] != '@')
         return {};
+    if (word == "@c") {
+        QPointF best(0, 400);
+        const SectionFrame frame = item()->sectionFrames().at(0);
+        for (const QVector3D &corner : frame.corners) {
+            const QPointF p = CameraSteering::geometryOf(glw()).pixel(corner);
+            best = p.x() + p.y() > best.x() + 400 - best.y() ? QPointF(p.x(), 400 - p.y()) : best;
+        }
+        return best;
+    }
     QList<double> n;
     for (const QString &number : word.mid(1).split(','))
         n << number.toDouble();

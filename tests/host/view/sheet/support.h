@@ -75,8 +75,9 @@ protected:
     virtual std::optional<QPointF> place(const QString &) const { return {}; }
 };
 
-/// One file in the window. Its hand knows places in the model (@1,2,0), in a plot (@1.5,20) and an
-/// entry of its legend (@1).
+/// One file in the window. Its hand knows places in the model (@1,2,0), in a plot (@1.5,20), an
+/// entry of its legend (@1), and the upper right corner of the first cutting plane's rectangle
+/// (@c).
 class SingleViewTest : public ViewTest {
 protected:
     std::unique_ptr<SingleView> view;

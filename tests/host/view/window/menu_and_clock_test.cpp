@@ -23,7 +23,7 @@ TEST(MenuTreeTest, BuildsWhatWasAddedAndRunsItAfterwards)
     tree.add("Fit", "F", &receiver, [&] { ran << "fit"; });
     tree.add("Lighting", "G", dies, [&] { ran << "lighting"; });
     QMenu menu;
-    EXPECT_EQ(tree.Build(&menu), 2);
+    EXPECT_TRUE(tree.Build(&menu) == 2 && !menu.actions()[0]->isCheckable());
     for (QAction *entry : menu.actions())
         entry->trigger();
     delete dies;
@@ -55,8 +55,7 @@ TEST(FrameClockTest, RestsWhenNothingHappensAndWakesWithInput)
     FakeWindow window;
     FrameClock clock(&window, 50, nullptr, 0);
     const auto rest = [] { QCoreApplication::processEvents(); };
-    EXPECT_FALSE(window.property("timer").toBool()) << "only frames that are asked for";
-    EXPECT_EQ(window.fps(), 50);
+    EXPECT_TRUE(!window.property("timer").toBool() && window.fps() == 50) << "frames are asked for";
     rest();
     EXPECT_EQ(window.fps(), 0);
 
@@ -73,13 +72,11 @@ TEST(FrameClockTest, RestsWhenNothingHappensAndWakesWithInput)
     QMouseEvent drag(QEvent::MouseMove, QPointF(1, 1), Qt::NoButton, Qt::LeftButton,
                      Qt::NoModifier);
     QCoreApplication::sendEvent(&window, &drag);
-    EXPECT_EQ(window.fps(), 50);
-    EXPECT_EQ(window.requested, 0) << "input alone draws nothing";
+    EXPECT_TRUE(window.fps() == 50 && window.requested == 0) << "input alone draws nothing";
     rest();
     QResizeEvent resize({9, 9}, {8, 8});
     QCoreApplication::sendEvent(&window, &resize);
-    EXPECT_EQ(window.fps(), 50);
-    EXPECT_EQ(window.requested, 1);
+    EXPECT_TRUE(window.fps() == 50 && window.requested == 1);
 
     clock.setContinuous(true);
     EXPECT_TRUE(window.property("timer").toBool());
@@ -87,9 +84,8 @@ TEST(FrameClockTest, RestsWhenNothingHappensAndWakesWithInput)
     QCoreApplication::sendEvent(&window, &move);
     EXPECT_EQ(window.fps(), 50) << "continuous drawing never rests";
     clock.setContinuous(false);
-    EXPECT_FALSE(window.property("timer").toBool());
     rest();
-    EXPECT_EQ(window.fps(), 0);
+    EXPECT_TRUE(!window.property("timer").toBool() && window.fps() == 0);
 }
 
 TEST(SideFrameTest, TheViewsHaveWhatTheSideLeaves)
@@ -100,6 +96,7 @@ TEST(SideFrameTest, TheViewsHaveWhatTheSideLeaves)
     frame.setContent(content);
     frame.resize(600, 400);
     frame.show();
+    QCoreApplication::processEvents();
     views->resize(200, 100); // what the X server tells of it can be old
     QCoreApplication::processEvents();
     EXPECT_EQ(views->size(), QSize(600, 400));
