@@ -76,9 +76,12 @@ public slots:
         painter->endNativePainting();
     }
 
+private:
     QGLWindow &window_;
     const RefinementCase &row_;
     qint64 time_ = 0;
+
+public:
     Refinement refinement;
 };
 
