@@ -78,7 +78,7 @@ QString optionsHelp();
 
 /// A size written as WIDTHxHEIGHT or, where it may be @p square, as one number. Returns an invalid
 /// size unless both are 16 to 16384.
-QSize parseSize(const QString &text, bool square = false);
+QSize parseSize(const QString &text, bool square);
 
 } // namespace host
 

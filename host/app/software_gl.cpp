@@ -14,14 +14,11 @@ bool isSoftwareRenderer(const QByteArray &name)
                        [&name](const char *each) { return name.contains(each); });
 }
 
-bool keepFreedMemory()
+void keepFreedMemory()
 {
 #ifdef M_TRIM_THRESHOLD
-    constexpr int freed = 256 << 20;  // bytes at the heap's end; what passes that goes back
-    constexpr int largest = 32 << 20; // bytes of a block that is of the heap
-    return mallopt(M_TRIM_THRESHOLD, freed) == 1 && mallopt(M_MMAP_THRESHOLD, largest) == 1;
-#else
-    return false;
+    mallopt(M_TRIM_THRESHOLD, 256 << 20); // bytes at the heap's end; what passes that goes back
+    mallopt(M_MMAP_THRESHOLD, 32 << 20);  // bytes of the largest block that is of the heap
 #endif
 }
 

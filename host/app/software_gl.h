@@ -11,8 +11,8 @@ bool isSoftwareRenderer(const QByteArray &name);
 
 /// Lets the memory that is freed stay with the process, for what is allocated next: software GL
 /// takes some megabytes in each frame and gives them back, and each time the system clears them
-/// anew. Returns whether the C library can.
-bool keepFreedMemory();
+/// anew. Where the C library cannot, nothing changes.
+void keepFreedMemory();
 
 } // namespace host
 

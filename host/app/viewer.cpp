@@ -191,10 +191,9 @@ void Viewer::openComparison(const QString &first, const QString &second)
         adopt(makeComparison(first, second));
 }
 
+/// Expects a sheet behind the view.
 void Viewer::returnToSheet()
 {
-    if (!sheet_)
-        return;
     takeLook();
     view_.reset();
     sheet_->setShown(true);

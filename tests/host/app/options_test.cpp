@@ -2,6 +2,7 @@
 // The command line, and what it finds: options, paths, standard input, the desktop's wishes.
 
 #include <QDir>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -11,6 +12,7 @@
 #include "host/app/settings.h"
 #include "host/app/software_gl.h"
 #include "host/app/standard_input.h"
+#include "host/app/thumbnail_index.h"
 
 namespace host {
 namespace {
@@ -36,7 +38,7 @@ TEST(OptionsTest, WhatMakesNoSenseIsRefused)
         "|--thumbnails d --no-overlays a.obj => --screenshot or"
         "|--thumbnails d --compare beside a.obj b.obj => --compare"
         "|--thumbnails d --size 15 a.obj => \"15\"|--thumbnails d --jobs 0 a.obj => \"0\""
-        "|--thumbnails d --jobs 257 a.obj => 256|--jobs 3 a.obj => --thumbnails"
+        "|--thumbnails d --jobs 257 a.obj => 256|--jobs 1 a.obj => --thumbnails"
         "|--transparent a.obj => --thumbnails|--no-overlays a.obj => --screenshot or"
         "|- - => once|--companions nowhere a.obj => \"nowhere\"";
     for (const QString &row : rows.split('|')) {
@@ -91,7 +93,7 @@ TEST(DesktopScaleTest, VariablesAreReadAndTakenAway)
         double factor;
     } rows[] = {{{"2", "", ""}, 2},   {{"1.5", "", "A=2;B=1"}, 3}, {{"", "", "1;2"}, 1},
                 {{"-1", "", ""}, 1},  {{"99", "", ""}, 8},         {{"0.1", "", ""}, 0.5},
-                {{"", "", "2;1"}, 2}, {{"", "3", "B=2"}, 3}};
+                {{"", "", "2;1"}, 2}, {{"", "3", "B=2"}, 3},       {{"", "", "=2"}, 1}};
     const char *const names[] = {"QT_SCALE_FACTOR", "QT_DEVICE_PIXEL_RATIO",
                                  "QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR",
                                  "QT_ENABLE_HIGHDPI_SCALING"};
@@ -133,7 +135,7 @@ TEST(SettingsTest, AreKeptFromRunToRun)
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         files << file.fileName();
     }
-    EXPECT_FALSE(Settings().isDark() || Settings().isOrthographic() ||
+    EXPECT_FALSE(Settings().isDark() || !Settings().isReducing() || Settings().isOrthographic() ||
                  Settings().windowSize().isValid() || Settings().recentFiles().size());
     Settings().addFiles(files);
     EXPECT_EQ(Settings().recentFiles(), files.mid(0, 10));
@@ -149,6 +151,31 @@ TEST(SettingsTest, AreKeptFromRunToRun)
     EXPECT_EQ(Settings().tileSize(), 1.5);
     Settings().setFolder(files[1]);
     EXPECT_EQ(Settings().folder(), "") << "no folder";
+}
+
+TEST(ThumbnailIndexTest, IsAPageOfAllInOrder)
+{
+    ThumbnailList list;
+    list.pictures = {{"/b/10.obj", "p", {500, 4}, {}},
+                     {"/b/9.obj", "q", {96, 5}, "1 < 2"},
+                     {"/a/<z>&.obj", "%1#", {7, 6}, {}}};
+    list.failures = {{"/c/B", "r>"}, {"/c/a", "s"}};
+    QString page = thumbnailIndex(list).section("<title>", 1);
+    EXPECT_TRUE(
+        page.contains("400px") &&
+        page.contains("\n<figure title=\"/a/&lt;z&gt;&amp;.obj\"><a href=\"./%251%23\"><img "
+                      "src=\"./%251%23\" alt=\"&lt;z&gt;&amp;.obj\" width=\"7\" height=\"6\" "
+                      "loading=\"lazy\"></a><figcaption>"));
+    for (const char *part : {"<style>.*</style>", "<figure.*</a>", " class=\"\\w*\""})
+        page.remove(QRegularExpression(part, QRegularExpression::DotMatchesEverythingOption |
+                                                 QRegularExpression::InvertedGreedinessOption));
+    EXPECT_EQ(page.remove("</figure>").remove('\n').replace("figcaption", "i").toStdString(),
+              "3 pictures, 2 files failed</title><h1>3 pictures, 2 files failed</h1><p><a "
+              "href=\"#failed\">What failed, and "
+              "why</a></p><h2>/a</h2><div><i>&lt;z&gt;&amp;.obj</i></div><h2>/b</"
+              "h2><div><i>9.obj<small>1 &lt; 2</small></i><i>10.obj</i></div><h2 "
+              "id=\"failed\">Failed</h2><table><tr><td>/c/a</td><td>s</td></tr><tr><td>/c/B</"
+              "td><td>r&gt;</td></tr></table>");
 }
 
 TEST(SoftwareGLTest, IsToldByTheRenderersName)

@@ -3,11 +3,14 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QFileDialog>
+#include <QLabel>
 #include <QSettings>
 #include <QSpinBox>
 
 #include "host/app/settings.h"
 #include "host/app/viewer.h"
+#include "host/view/compare/compare_view.h"
+#include "host/view/sheet/sheet_view.h"
 #include "tests/host/view/sheet/support.h"
 
 namespace host {
@@ -62,21 +65,30 @@ TEST_F(ViewerTest, KeysAndDialogsAreForTheWholeProgram)
     file("ab.csv", weather()); // has no camera to go on with
     start({boxes("a.obj", 1)});
     QWidget *frame = widget->window();
-    std::string flags;
-    for (const char *key : {"F11", "F11", "T", "T", "F1", "F1", "?", "Esc"}) {
-        hand(key);
-        flags += frame->isFullScreen()                ? 'F'
-                 : widget->property("timer").toBool() ? 'T'
-                 : viewer->view()->showsBindings()    ? 'C'
-                                                      : '.';
-    }
-    EXPECT_EQ(flags, "F.T.C.C.");
-    for (const int boxed : {0, 3, 4}) { // the first file that is watched takes another's place
+    const auto program = [&] { // its own entries, and what they lead to
+        const QString all = menu(*viewer->view(), viewer->view()->mainGLW()).c_str();
+        return all.mid(all.indexOf("|Open")) + (frame->isFullScreen() ? "|F" : "") +
+               (widget->property("timer").toBool() ? "|T" : "") +
+               (viewer->view()->showsBindings() ? "|C" : "");
+    };
+    EXPECT_EQ(program().toStdString(),
+              "|Open files…\tCtrl+O|Open a folder…\tCtrl+Shift+O|Open recent{a.obj}|Read "
+              "again\tCtrl+R|Save a picture…\tCtrl+S|Full screen\tF11|Frame "
+              "rate\tT|Controls\tF1||Quit\tQ");
+    walk(*viewer->view(), viewer->view()->mainGLW(),
+         "~F11 > *Full screen\tF11|F; ~=Full screen > Full screen\tF11; ~T > *Frame rate\tT|T; "
+         "~=Frame rate > Frame rate\tT; ~=Controls > *Controls\tF1|C; ~F1 > Controls\tF1; ~? > "
+         "*Controls\tF1|C; ~Esc > Controls\tF1",
+         program);
+    for (const int boxed : {0, 3, 4, -1}) { // the first file that is watched takes another's place
         const Item *before = item();
         EXPECT_TRUE(boxed != 3 || QFile::remove(folder.filePath("a.obj")));
-        boxed > 0 ? void(boxes("a.obj", boxed)) : hand("Ctrl+R");
+        boxed > 0    ? void(boxes("a.obj", boxed))
+        : boxed == 0 ? hand("Ctrl+R")
+                     : void(menu(*viewer->view(), viewer->view()->mainGLW(), "Open recent|a.obj"));
         EXPECT_TRUE(QTest::qWaitFor([&] { return item() != before; }, 20000)) << boxed;
     }
+    show(*viewer->view());
     hand("300,200 move down +40,20 move up");
     settle(viewer->view()->mainGLW());
     const Vector turned = viewer->view()->mainGLW()->camera.rot;
@@ -92,14 +104,17 @@ TEST_F(ViewerTest, KeysAndDialogsAreForTheWholeProgram)
     QTimer answers; // what is asked, one after the other
     QObject::connect(&answers, &QTimer::timeout, [&] {
         auto *asks = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        if (auto *dialog = qobject_cast<QFileDialog *>(asks)) {
-            auto *width = dialog->findChild<QSpinBox *>();
+        auto *dialog = qobject_cast<QFileDialog *>(asks);
+        if (auto *width = dialog ? dialog->findChild<QSpinBox *>() : nullptr) {
             EXPECT_EQ(QFileInfo(dialog->selectedFiles().value(0)).fileName(), "b.png");
             EXPECT_EQ(width->value(), step == 0 ? 600 : 300);
             for (const QCheckBox *box : dialog->findChildren<QCheckBox *>())
                 EXPECT_EQ(box->isChecked(), box->text().contains("names"));
             width->setValue(300);
+            EXPECT_EQ(width->parentWidget()->findChild<QLabel *>()->text(), "× 200 pixels");
             dialog->selectFile(folder.filePath(step == 0 ? "none/b.png" : "b.png"));
+        } else if (dialog) { // opens
+            dialog->selectFile(step == 3 ? folder.filePath("a.obj") : folder.path());
         }
         if (asks && (++step, true))
             asks->accept(); // the second says what is wrong
@@ -110,8 +125,50 @@ TEST_F(ViewerTest, KeysAndDialogsAreForTheWholeProgram)
     EXPECT_TRUE(saved.size() == QSize(300, 200) && !saved.hasAlphaChannel());
     EXPECT_TRUE(step == 3 && frame->isVisible());
 
+    hand("Ctrl+O");
+    EXPECT_EQ(frame->windowTitle(), "a.obj");
+    hand("Ctrl+Shift+O");
+    auto &sheet = dynamic_cast<SheetView &>(*viewer->view());
+    show(sheet);
+    QFile::remove(folder.filePath("b.png"));
+    const QRect part(200, 100, 300, 200);
+    const QImage whole = picture(sheet, true);
+    emit sheet.pictureAsked("b.obj", part);
+    EXPECT_EQ(QImage(folder.filePath("b.png")), whole.copy(part).convertToFormat(saved.format()));
     hand("Q");
     EXPECT_FALSE(frame->isVisible());
+}
+
+TEST_F(ViewerTest, WhatIsComparedIsReadAgainWhenItChanges)
+{
+    options.watch = true;
+    options.compare = CompareWay::Beside;
+    auto &view = dynamic_cast<CompareView &>(start({boxes("a.obj", 1), boxes("b.obj", 1)}));
+    boxes("b.obj", 3);
+    EXPECT_TRUE(until([&] { return view.isSettled() && view.item(view.tile(1))->count() == 36; }));
+}
+
+TEST(IconTest, IsACubeOnADarkGround)
+{
+    const QIcon icon = QApplication::windowIcon();
+    const QImage image = icon.pixmap(256).toImage();
+    const QHash<QString, char> names{
+        {"#262c36", 'g'}, {"#8ecaff", 't'}, {"#2463b0", 'l'}, {"#4a96e6", 'r'}};
+    std::string seen = std::to_string(icon.availableSizes().size());
+    for (const auto &[x, y] : {std::pair(1, 32),
+                               {3, 32},
+                               {60, 32},
+                               {62, 32},
+                               {5, 5},
+                               {7, 7},
+                               {32, 9},
+                               {32, 11},
+                               {32, 20},
+                               {22, 37},
+                               {31, 52},
+                               {42, 37}})
+        seen += names.value(image.pixelColor(x * 4 + 2, y * 4 + 2).name(), '.');
+    EXPECT_EQ(seen, "7.gg..ggttllr");
 }
 
 } // namespace

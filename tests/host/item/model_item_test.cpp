@@ -87,6 +87,45 @@ TEST(ModelItem, TellsOfLinesAndPoints)
     EXPECT_EQ(item.details().toStdString(), "1 line  ·  1,200 points  ·  2 × 0 × 0  ·  Y up");
     QThreadPool::globalInstance()->waitForDone();
     EXPECT_TRUE(item.hasPoints() && !item.isBusy() && item.count() == 1201);
+    EXPECT_FALSE(item.hit({{0, 0, 9}, {0, 0, -1}})) << "no triangle";
+}
+
+/// A box and points behind it, in front of it, on it and within, seen from the front.
+TEST(ModelItem, PointsAreFoundWhereTheyAreSeen)
+{
+    Mesh mesh = box({-3, -1, -2}, {3, 1, 0}).mesh;
+    const std::vector<QVector3D> places{{-2, .5f, -3}, {0, 0, 1}, {2, 0, -1e-4f}, {1, .5f, -1}};
+    for (const QVector3D &p : places) {
+        const auto at = quint32(mesh.vertexCount());
+        mesh.parts.push_back({"p", {}, {}, 36, 0, MeshPart::Kind::Points, at, 1});
+        mesh.positions.insert(mesh.positions.end(), {p.x(), p.y(), p.z()});
+    }
+    mesh.findBounds();
+    ModelItem item("a", std::make_shared<Mesh>(mesh));
+    GLWidget glw(nullptr, "glw");
+    glw.setGeometry({0, 0, 400, 400});
+    // A part that is hidden; where a plane cuts; what is found there, and 3 and 6 pixels beside.
+    const std::tuple<std::size_t, double, const char *> rows[] = {
+        {9, 2, "023002300000"},  {0, 2, "12341234----"},   {2, 2, "003000300000"},
+        {9, .5, "003000300000"}, {9, -.5, "000000000000"}, {0, -.5, "1--41--4----"}};
+    for (int i = 0; i < 12; ++i) {
+        const auto &[hidden, cut, expected] = rows[i / 2];
+        item.marks().showAll();
+        item.marks().setHidden(hidden, true);
+        item.setSection({{{{0, 0, 1}, cut}}});
+        QThreadPool::globalInstance()->waitForDone();
+        GL::Camera camera;
+        camera.ortho = i % 2;
+        item.steering().lookAlong(&glw, camera);
+        const CameraGeometry geometry = CameraSteering::geometryOf(&glw);
+        std::string found;
+        for (const double aside : {0, 3, 6})
+            for (const QVector3D &place : places) {
+                const QPointF at = geometry.pixel((place - item.centre()) * item.scale());
+                found += "-01234"[item.partAt(&glw, at + QPointF(aside, 0)) + 1];
+            }
+        EXPECT_EQ(found, expected) << i;
+    }
 }
 
 TEST(ModelItem, IsTakenUpAsAnotherOneWasLeft)
@@ -127,8 +166,11 @@ TEST(SeriesItem, NeedsNothingOfWhatModelsDo)
     EXPECT_TRUE(item.count() == 3 && item.isWhole() && item.paintsTitle() && item.byteSize() == 64);
     EXPECT_FALSE(item.passed({}) || item.isReduced() || item.isBusy() || item.play(1) ||
                  item.hasPoints() || item.isSpatial() || item.pick3D(&glw, {}) || item.model() ||
-                 item.playback() || item.section() || item.axes() || item.chosenUp());
+                 item.steering().isOrthographic(&glw) || item.playback() || item.section() ||
+                 item.axes() || item.chosenUp());
     EXPECT_EQ(item.unitsPerPixel(&glw), 0);
+
+    EXPECT_EQ(item.details(), QStringLiteral("3 rows  ·  1 columns"));
 }
 
 TEST(TransparentPartsTest, TheFarthestComesFirst)

@@ -80,45 +80,32 @@ struct Steered : CameraSteering::Shape, CameraSteering {
 
 TEST(SteeringTest, LeavesTheCamera)
 {
-    const std::pair<const char *, const char *> rows[] = {
-        {"", "0 0 0; 0 0 0; 1.41 w"},
-        {"orbit 0,0 40,20", "-12 24 0; 0 0 0; 1.41 w"},
-        {"size 9,9; orbit 0,0 40,20", "-20 40 0; 0 0 0; 1.41 w"},
-        {"orbit 0,0 0,300; orbit 0,0 0,-100", "-30 0 0; 0 0 0; 1.41 w"}, // no more than -90
-        {"roll 300,200 200,300", "0 0 90; 0 0 0; 1.41 w"},
-        {"orbit 0,0 400,0; from 0", "0 360 0; 0 0 0; 1.41 w"}, // the short way
-        {"roll 100,210 100,190", "0 0 11.42; 0 0 0; 1.41 w"},
-        {"pan 200,200 290,155", "0 0 0; -0.2 0.1 0; 1.41"},
-        {"pan 5,5 95,5", "0 0 0; -0.2 0 0; 1.41"},                             // beside it
-        {"orbit 0,0 75,0; pan 5,5 9005,-3000", "0 45 0; -0.71 1 -0.71; 1.41"}, // not too far
-        {"zoom 200,200 2", "0 0 0; 0 0 0; 0.9"},
-        {"zoom 290,200 2", "0 0 0; 0.07 0 0; 0.9"},
-        {"zoom 200,200 -1", "0 0 0; 0 0 0; 1.76"},
-        {"home; pan 200,200 290,155", "22 -32 0; -0.12 0.06 0.05; 1.31"},
-        {"roll 300,200 200,300; pan 200,200 290,155", "0 0 90; 0.1 0.2 0; 1.41"},
-        {"projection; zoom 290,155 2", "0 0 0; 0.07 -0.04 0; 0.2 o"},
-        {"focus 290,155", "0 0 0; 0.2 -0.1 0; 1.41"},
-        {"focus 200,390", "0 0 0; 0 0 0; 1.41 w"},
-        {"home", "22 -32 0; 0.05 -0.02 -0.02; 1.31 w"},
-        {"from 1", "0 180 0; 0 0 0; 1.41 w"},
-        {"from 2", "0 90 0; 0 0 0; 1.46 w"},
-        {"from 3", "0 -90 0; 0 0 0; 1.46 w"},
-        {"from 4", "90 0 0; 0 0 0; 1.71 w"},
-        {"from 5", "-90 0 0; 0 0 0; 1.71 w"},
-        {"zoom 200,200 2; from 2", "0 90 0; 0 0 0; 0.9"},
-        {"projection", "0 0 0; 0 0 0; 0.31 o w"},
-        {"pan 5,5 95,5; fit", "0 0 0; 0 0 0; 1.41 w"},
-        {"size 400,200", "0 0 0; 0 0 0; 1.06 w"},
-        {"orbit 0,0 40,200 +; size 400,200", "-90 24 0; 0 0 0; 0.94 w"},
-        {"zoom 200,200 2; size 400,200", "0 0 0; 0 0 0; 0.9"},
-        {"roll 300,200 200,300; orbit 0,0 40,20", "24 12 90; 0 0 0; 1.41 w"},
-        {"projection; zoom 200,200 -99", "0 0 0; 0 0 0; 1.1 o"},
-        {"home; projection; turn", "22 -32 0; 0 0 0; 0.33 o w"},
-        {"orbit 0,0 0,100; turn", "-60 0 0; 0 -0.03 0; 1.72 w"},
-        {"home; roll 300,200 200,300; fit", "22 -32 90; 0.05 -0.02 -0.02; 1.31 w"},
-        {"turn", "0 0 0; 0 0 0; 1.47 w"}};
-    for (const auto &[script, left] : rows)
-        EXPECT_EQ(Steered().left(script), left) << script;
+    // No farther up or down than 90, no farther aside than the model, and round the short way.
+    const QString rows =
+        "> 0 0 0; 0 0 0; 1.41 w | orbit 0,0 40,20 > -12 24 0; 0 0 0; 1.41 w | size 9,9; "
+        "orbit 0,0 40,20 > -20 40 0; 0 0 0; 1.41 w | orbit 0,0 0,300; orbit 0,0 0,-100 > -30 "
+        "0 0; 0 0 0; 1.41 w | roll 300,200 200,300 > 0 0 90; 0 0 0; 1.41 w | orbit 0,0 "
+        "400,0; from 0 > 0 360 0; 0 0 0; 1.41 w | roll 100,210 100,190 > 0 0 11.42; 0 0 0; "
+        "1.41 w | pan 200,200 290,155 > 0 0 0; -0.2 0.1 0; 1.41 | pan 5,5 95,5 > 0 0 0; -0.2 "
+        "0 0; 1.41 | orbit 0,0 75,0; pan 5,5 9005,-3000 > 0 45 0; -0.71 1 -0.71; 1.41 | zoom "
+        "200,200 2 > 0 0 0; 0 0 0; 0.9 | zoom 290,200 2 > 0 0 0; 0.07 0 0; 0.9 | zoom "
+        "200,200 -1 > 0 0 0; 0 0 0; 1.76 | home; pan 200,200 290,155 > 22 -32 0; -0.12 0.06 "
+        "0.05; 1.31 | roll 300,200 200,300; pan 200,200 290,155 > 0 0 90; 0.1 0.2 0; 1.41 | "
+        "projection; zoom 290,155 2 > 0 0 0; 0.07 -0.04 0; 0.2 o | focus 290,155 > 0 0 0; "
+        "0.2 -0.1 0; 1.41 | focus 200,390 > 0 0 0; 0 0 0; 1.41 w | home > 22 -32 0; 0.05 "
+        "-0.02 -0.02; 1.31 w | from 1 > 0 180 0; 0 0 0; 1.41 w | from 2 > 0 90 0; 0 0 0; "
+        "1.46 w | from 3 > 0 -90 0; 0 0 0; 1.46 w | from 4 > 90 0 0; 0 0 0; 1.71 w | from 5 "
+        "> -90 0 0; 0 0 0; 1.71 w | zoom 200,200 2; from 2 > 0 90 0; 0 0 0; 0.9 | projection "
+        "> 0 0 0; 0 0 0; 0.31 o w | pan 5,5 95,5; fit > 0 0 0; 0 0 0; 1.41 w | size 400,200 "
+        "> 0 0 0; 0 0 0; 1.06 w | orbit 0,0 40,200 +; size 400,200 > -90 24 0; 0 0 0; 0.94 w "
+        "| zoom 200,200 2; size 400,200 > 0 0 0; 0 0 0; 0.9 | roll 300,200 200,300; orbit "
+        "0,0 40,20 > 24 12 90; 0 0 0; 1.41 w | projection; zoom 200,200 -99 > 0 0 0; 0 0 0; "
+        "1.1 o | home; projection; turn > 22 -32 0; 0 0 0; 0.33 o w | orbit 0,0 0,100; turn "
+        "> -60 0 0; 0 -0.03 0; 1.72 w | home; roll 300,200 200,300; fit > 22 -32 90; 0.05 "
+        "-0.02 -0.02; 1.31 w | turn > 0 0 0; 0 0 0; 1.47 w";
+    for (const QString &row : rows.split(" | "))
+        EXPECT_EQ(Steered().left(row.section("> ", 0, 0).trimmed()),
+                  row.section("> ", 1).toStdString());
     Steered s;
     const std::pair<QMarginsF, const char *> insets[] = {
         {{0, 0, 0, 60}, "0 0 0; 0 -0.07 0; 1.41 w"},
@@ -143,8 +130,11 @@ TEST(SteeringTest, LeavesTheCamera)
     s.left("projection; from 3"); // to which the lamps have gone, but for the sky
     QStringList lamps;
     for (GL::Light &l : s.glw.lights)
-        lamps << words({double(l.position.x), double(l.position.y), double(l.position.z)});
-    EXPECT_EQ(lamps.join("; "), "0.83 0.45 0.33; 0.57 -0.48 -0.67; 0 1 0");
+        for (const auto &v : {l.position, l.ambient, l.diffuse, l.specular})
+            lamps << words({double(v.x), double(v.y), double(v.z)});
+    EXPECT_EQ(lamps.join("; ").toStdString(),
+              "0.83 0.45 0.33; 0.25 0.25 0.26; 0.53 0.52 0.5; 0.1 0.1 0.1; 0.57 -0.48 -0.67; 0 0 "
+              "0; 0.17 0.17 0.18; 0 0 0; 0 1 0; 0 0 0; 0.12 0.13 0.13; 0 0 0");
 }
 
 TEST(SteeringTest, TurnsAtOnePaceAtAnyFrameRate)

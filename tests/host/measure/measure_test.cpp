@@ -147,24 +147,6 @@ TEST_P(Round, HasItsRadius)
     EXPECT_TRUE(!circle || std::abs((at - circle->centre).dot(circle->normal)) < 1e-5);
 }
 
-TEST(CircleFitTest, LeastSquaresOfScatteredPoints)
-{
-    // Half of the points 0.01 inside of the circle and half of them outside, on a short arc.
-    std::vector<Vec> points;
-    for (const double radius : {4.99, 5.01})
-        for (const QPointF &p : arc({1, 2}, radius, 20, 80, 30))
-            points.emplace_back(p.x(), 7, p.y());
-    const auto circle = fitCircle(points);
-    ASSERT_TRUE(circle);
-    EXPECT_NEAR(circle->radius, 5, 1e-4);
-    EXPECT_LT((circle->centre - Vec(1, 7, 2)).norm(), 2e-4);
-    EXPECT_NEAR(std::abs(circle->normal.y()), 1, 1e-12);
-    EXPECT_NEAR(circle->distance({1, 10, 11}), 5, 1e-3);
-    const Vec a(1, 1, 1);
-    for (const std::vector<Vec> &none : {std::vector{o, a, Vec(2 * a)}, {o, a}, {a, a, a}})
-        EXPECT_FALSE(fitCircle(none));
-}
-
 using M = Measurement;
 
 M surface(Bounds bounds, const QString &unit)
@@ -295,23 +277,22 @@ TEST(LabelLayoutTest, LabelsStayInsideAndApart)
 
 TEST(CommonFrameTest, WhatHasTheSameCoordinatesLiesInTheSamePlace)
 {
-    const struct {
+    struct Row {
         const char *name;
         FileAxes axes;
         std::array<double, 3> origin;
         QString unit;
         Vec at; // in its file, of what lies at 1, 2, 3 in the file of the other
-    } rows[] = {{"Same", FileAxes::standing(FileAxes::Z), {{10, 20, 30}}, "mm", {1, 2, 3}},
-                {"YUp", FileAxes(), {{10, 20, 30}}, "mm", {1, 2, 3}},
-                {"Mirrored", {{{1, 2, -3}}}, {{10, 20, 30}}, "", {1, 2, 3}},
-                {"Origin", FileAxes::standing(FileAxes::X), {{7, -5, 64}}, "mm", {1, 2, 3}},
-                {"Inches", FileAxes(), {{0, 0, 0}}, "in", Vec(1, 2, 3) / 25.4},
-                {"Centimetres", FileAxes(), {{0, 0, 0}}, "cm", Vec(1, 2, 3) / 10},
-                {"Metres", FileAxes(), {{0, 0, 0}}, "m", Vec(1, 2, 3) / 1e3},
-                {"Kilometres", FileAxes(), {{0, 0, 0}}, "km", Vec(1, 2, 3) / 1e6},
-                {"Feet", FileAxes(), {{0, 0, 0}}, "ft", Vec(1, 2, 3) / 304.8},
-                {"Yards", FileAxes(), {{0, 0, 0}}, "yd", Vec(1, 2, 3) / 914.4},
-                {"UnitUnknown", FileAxes(), {{0, 0, 0}}, "el", {1, 2, 3}}};
+    };
+    std::vector<Row> rows{
+        {"Same", FileAxes::standing(FileAxes::Z), {{10, 20, 30}}, "mm", {1, 2, 3}},
+        {"YUp", FileAxes(), {{10, 20, 30}}, "mm", {1, 2, 3}},
+        {"Mirrored", {{{1, 2, -3}}}, {{10, 20, 30}}, "", {1, 2, 3}},
+        {"Origin", FileAxes::standing(FileAxes::X), {{7, -5, 64}}, "mm", {1, 2, 3}},
+        {"UnitUnknown", FileAxes(), {{0, 0, 0}}, "el", {1, 2, 3}}};
+    for (const auto &[unit, size] :
+         {std::pair("in", 25.4), {"cm", 10}, {"m", 1e3}, {"km", 1e6}, {"ft", 304.8}, {"yd", 914.4}})
+        rows.push_back({unit, FileAxes(), {{0, 0, 0}}, unit, Vec(1, 2, 3) / size});
     Mesh other;
     other.axes = FileAxes::standing(FileAxes::Z);
     other.origin = {{10, 20, 30}};

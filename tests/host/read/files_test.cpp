@@ -60,18 +60,10 @@ TEST(FileList, IsSortedAsAPersonSortsAndEndsWhereLinksRunInACircle)
         folder.write(name, "x");
     ASSERT_TRUE(QFile::link(folder.path({}), folder.path("a/up")));
     ASSERT_TRUE(QFile::link("nowhere.obj", folder.path("b.obj")));
+    EXPECT_EQ(listFiles({"z.obj", folder.path("b"), "a.obj"}).files,
+              QStringList({"z.obj", folder.path("b/2.ply"), "a.obj"}));
     EXPECT_EQ(namesIn(folder),
               QStringList({"a/wheel.glb", "b/2.ply", "Part1.stl", "part2.OBJ", "part10.obj"}));
-}
-
-TEST(FileList, PutsFilesInThePlaceOfFoldersAndNamesThoseThatAreEmpty)
-{
-    const ModelFolder folder;
-    const QString inside = folder.write("full/a.obj", "x"), bare = folder.path("bare");
-    ASSERT_TRUE(QDir().mkdir(bare));
-    const FileList list = listFiles({"z.obj", folder.path("full"), bare, "a.obj"});
-    EXPECT_EQ(list.files, QStringList({"z.obj", inside, "a.obj"}));
-    EXPECT_EQ(list.empty, QStringList{bare});
 }
 
 TEST(FileList, LimitsStopTheSearchAndSaySo)

@@ -209,9 +209,7 @@ TEST(ContentReceiverTest, WhateverIsChangedInAnAnswerWhatComesOfItKeepsItsPromis
 TEST(ContentReceiverTest, LiesThatHangTogetherAreRefused)
 {
     void (*const lies[])(Mesh &, Table &) = {
-        [](Mesh &m, Table &) {
-            m = Mesh(), m.positions = {0, 0, 0};
-        },
+        [](Mesh &m, Table &) { m = Mesh(), m.positions.assign(3, 0); },
         [](Mesh &m, Table &) { m.parts[2] = m.parts[3], m.indices.resize(9); },
         [](Mesh &m, Table &) { m.parts[1].name.clear(); },
         [](Mesh &m, Table &) { m.nodes[0].name.clear(); },

@@ -59,9 +59,7 @@ TEST(RigTest, BytesAreWholeAndSoundOrRefused)
         [](Rig &r, Rig::Track &) { r.vertexBones.resize(8); },
         [](Rig &r, Rig::Track &) { r.vertexWeights.resize(8); },
         [](Rig &r, Rig::Track &) { r.vertexBones[1] = 2; },
-        [](Rig &r, Rig::Track &) {
-            r.vertexWeights = {-0.25f, 1.25f, 0, 0};
-        },
+        [](Rig &r, Rig::Track &) { r.vertexWeights[0] = -0.25f, r.vertexWeights[1] = 1.25f; },
         [](Rig &r, Rig::Track &) { r.vertexWeights[1] = 0.7f; },
         [](Rig &r, Rig::Track &) { r.vertexWeights[0] = nan; },
     };

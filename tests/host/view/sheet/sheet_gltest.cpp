@@ -191,7 +191,12 @@ TEST_F(SheetTest, OpenedAloneItIsASingleViewAndEscapeGoesBack)
     run("B Esc");
     ASSERT_EQ(viewer.view(), sheet);
     EXPECT_FALSE(sheet->display().dark);
+    emit sheet->openAsked(folder.filePath("m2.obj")); // and then the sheet goes
+    emit sheet->compareAsked(folder.filePath("m2.obj"), folder.filePath("m3.obj"));
     sheet = nullptr;
+    viewer.open({folder.filePath("m1.obj")});
+    QCoreApplication::processEvents();
+    EXPECT_EQ(title(), "m1.obj");
 }
 
 TEST_F(SheetTest, WhatIsHiddenGivesItsMemoryBackAndReturnsAsItWasLeft)

@@ -26,7 +26,8 @@ TEST_F(SingleTest, PartsAreSelectedHiddenAndFitted)
     EXPECT_TRUE(item()->details().endsWith("1 part hidden"));
     // What is fitted stands in the middle of the rest: where its front is seen, along x.
     walk(*view, glw(),
-         "~F > 25 61 115 168; ~150,200 click F > 44 96 174 253; ~A ctrl 352,200 click none F > 25 "
+         "~F > 25 61 115 168; ~150,200 click F > 9x-224 96 174 253; ~A ctrl 352,200 click none F > "
+         "25 "
          "48 81 115",
          [&] {
              QString all;
@@ -51,9 +52,12 @@ TEST_F(SingleTest, ARectangleSelectsSamplesAndTheLegendTogglesColumns)
     walk(*view, glw(),
          "~shift right @1.5,20.5 move down @5.5,15 move up > 11: 4 of 4 0; ~shift right @6.5,-0.5 "
          "move down @8.5,20.5 move up > 11: 4 of 2 2; ~@1 click > 10: 2 of 2 0; ~@1 click > 11: 4 "
-         "of 2 2; ~@4.5,10 click > 11: 0 of",
-         [&] { // the range stays
-             QString all = QString("%1%2: %3 of")
+         "of 2 2; ~@4.5,10 click > 11: 0 of; ~@4.5,10 wheel > 7.2x-17.6; ~shift wheel > "
+         "5.76x-17.6; ~ctrl wheel > 5.76x-14.08; ~none F > 9x-22",
+         [&] { // the range stays but for the wheel
+             const QRectF range = plot.visibleRange(glw());
+             QString all = QString("%1x%2|").arg(range.width()).arg(range.height()) +
+                           QString("%1%2: %3 of")
                                .arg(plot.enabled(0))
                                .arg(plot.enabled(1))
                                .arg(plot.selection().total);
