@@ -26,7 +26,7 @@ TEST_F(SingleTest, PartsAreSelectedHiddenAndFitted)
     EXPECT_TRUE(item()->details().endsWith("1 part hidden"));
     // What is fitted stands in the middle of the rest: where its front is seen, along x.
     walk(*view, glw(),
-         "~F > 25 61 115 168; ~150,200 click F > 9x-224 96 174 253; ~A ctrl 352,200 click none F > "
+         "~F > 25 61 115 168; ~150,200 click F > 44 96 174 253; ~A ctrl 352,200 click none F > "
          "25 "
          "48 81 115",
          [&] {
