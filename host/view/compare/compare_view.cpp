@@ -149,8 +149,7 @@ void CompareView::place()
     tiles_[1]->setProperty("visible", beside);
     tiles_[differenceTile]->setProperty("visible", coloured);
     const QVariantList order{first() + 1, second() + 1, int(differenceTile) + 1};
-    scene()->setProperty("order", order);
-    QMetaObject::invokeMethod(scene(), "UpdateLayout");
+    scene()->setProperty("order", order); // which lays out at once
     if (item(shownTile()))
         leader_ = shownTile();
     measureDifference();

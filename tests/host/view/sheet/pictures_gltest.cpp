@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Which tiles are drawn again, and that copied pixels are those that drawing makes.
+#include <cstring>
 #include <set>
 
 #include <QGLWidget>
@@ -162,6 +163,9 @@ TEST_F(ViewTest, ASheetDrawsWhatChangedAndCopiesTheSamePixels)
     const QString steps("; 2 move; 3 click; 4 down +40,9 move up > 4; 1 move M; M; W > 12345; G > "
                         "12345; B > 12345; 5 down +9,0 move up > 5; 3 move U > 3; 2 wheel > 2; "
                         "Ctrl+A; Ctrl++ > 12345; Shift+W > 12345");
+    Display bare = sheet.display();
+    bare.overlays = false;
+    sheet.setDisplay(bare);
     QImage before = pixels();
     for (const QString &row : steps.split("; ")) {
         const std::string step = row.section(" > ", 0, 0).toStdString();
@@ -180,7 +184,7 @@ TEST_F(ViewTest, ASheetDrawsWhatChangedAndCopiesTheSamePixels)
         EXPECT_TRUE(drawn.empty()) << step;
         sheet.pictures().clear();
         EXPECT_EQ(pixels(), copied) << step;
-        EXPECT_TRUE(before != copied || step.empty() || ids.size() == 5) << step;
+        EXPECT_EQ(before == copied, std::strchr("CS1", step[0]) != nullptr) << step; // or nothing
         before = copied;
     }
     sheet.pictures().clear(), frame(), drawn.clear();
