@@ -94,8 +94,7 @@ TEST_F(CompareTest, BothLieInOneWorldAndAreLookedAtTogether)
     }
     EXPECT_LT(view->tile(1)->rect.right(), view->tile(0)->rect.right()) << "swapped";
     const Vector rot = camera(0).rot;
-    boxes("b.obj", 5);
-    view->readAgain(folder.filePath("b.obj"));
+    view->readAgain(boxes("b.obj", 5));
     EXPECT_TRUE(until([&] { return item(0)->centre().x() == 7; }));
     EXPECT_TRUE(camera(0).rot == rot && item(1)->count() == 60);
     file("b.obj", "f 1 2 3\n"), view->readAgain({});

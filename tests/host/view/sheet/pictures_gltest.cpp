@@ -148,9 +148,7 @@ TEST_F(ViewTest, ASheetDrawsWhatChangedAndCopiesTheSamePixels)
             drawn.insert(id);
     });
     const auto pixels = [&] {
-        frame();
-        rest(sheet);
-        drawn.clear();
+        frame(), rest(sheet), drawn.clear();
         looked = true;
         frame();
         looked = false;
@@ -164,8 +162,7 @@ TEST_F(ViewTest, ASheetDrawsWhatChangedAndCopiesTheSamePixels)
                         "12345; B > 12345; 5 down +9,0 move up > 5; 3 move U > 3; 2 wheel > 2; "
                         "Ctrl+A; Ctrl++ > 12345; Shift+W > 12345");
     Display bare = sheet.display();
-    bare.overlays = false;
-    sheet.setDisplay(bare);
+    bare.overlays = false, sheet.setDisplay(bare);
     QImage before = pixels();
     for (const QString &row : steps.split("; ")) {
         const std::string step = row.section(" > ", 0, 0).toStdString();

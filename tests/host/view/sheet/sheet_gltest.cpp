@@ -202,8 +202,7 @@ TEST_F(SheetTest, OpenedAloneItIsASingleViewAndEscapeGoesBack)
 TEST_F(SheetTest, WhatIsHiddenGivesItsMemoryBackAndReturnsAsItWasLeft)
 {
     open({boxes("m1.obj", 2), file("m2.csv", weather()), boxes("m3.obj", 2)});
-    orbit(1, "+30,10");
-    orbit(2, "+30,10");
+    orbit(1, "+30,10"), orbit(2, "+30,10");
     const GLW *tile = sheet->tile(2);
     const auto from = [&] { return item<SeriesItem>(2)->plot().visibleRange(tile).left(); };
     const double range = from();
@@ -234,8 +233,7 @@ TEST_F(SheetTest, AFileThatFailsKeepsItsTileAndTellsWhy)
           folder.filePath(gone)});
     hand("4 move");
     EXPECT_EQ(written(*sheet).texts.count(gone), 1u) << "it is cut in its header";
-    EXPECT_EQ(idsWith("visible"), "1234");
-    EXPECT_EQ(state(1), State::Shown);
+    EXPECT_TRUE(idsWith("visible") == "1234" && state(1) == State::Shown);
     for (int id : {2, 3, 4})
         EXPECT_TRUE(state(id) == State::Failed && sheet->entries().at(id).reason != "") << id;
     menu(*sheet, sheet->tile(2), "Remove tile from the sheet");
@@ -244,9 +242,7 @@ TEST_F(SheetTest, AFileThatFailsKeepsItsTileAndTellsWhy)
 
 TEST_F(SheetTest, RoomIsTheDrawingsFirst)
 {
-    open(six());
-    hand("M");
-    sheet->setTileSize(16);
+    open(six()), hand("M"), sheet->setTileSize(16);
     const std::tuple<QSize, QRectF, const char *> rows[] = {
         // the last tile in view, and texts
         {{600, 400}, {400, 202, 194, 194}, "m1.obj|m2.obj|m3.obj|m4.obj|m5.obj|m6.obj"},
@@ -254,9 +250,7 @@ TEST_F(SheetTest, RoomIsTheDrawingsFirst)
         {{60, 40}, {40, 22, 14, 14}, ""},
         {{60, 9}, {24, 3, 18, 3}, ""}};
     for (const auto &[size, place, expected] : rows) {
-        window->frame()->resize(size);
-        frame();
-        hand("1 move");
+        window->frame()->resize(size), frame(), hand("1 move");
         EXPECT_EQ(sheet->tile(sheet->inView().last())->orect, place);
         EXPECT_EQ(texts(*sheet), expected);
     }

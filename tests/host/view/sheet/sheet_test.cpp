@@ -132,12 +132,10 @@ TEST(SheetScrollTest, GlidesAndEndsWhereItShould)
     EXPECT_EQ(scroll.offset(), 454);
     scroll.glideBy(100), scroll.advance(200);
     EXPECT_EQ(scroll.offset(), 100);
-    scroll.jumpTo(4000);
-    EXPECT_EQ(scroll.offset(), 1000);
+    EXPECT_EQ((scroll.jumpTo(4000), scroll.offset()), 1000);
     scroll.setLargest(300);
     EXPECT_TRUE(scroll.offset() == 300 && !scroll.isMoving());
-    scroll.jumpTo(-1);
-    EXPECT_EQ(scroll.offset(), 0);
+    EXPECT_EQ((scroll.jumpTo(-1), scroll.offset()), 0);
 }
 
 TEST(ScaleBarTest, HasARoundLengthThatFits)
