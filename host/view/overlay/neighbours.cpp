@@ -49,14 +49,10 @@ void Neighbours::paint(QPainter *painter, const QRectF &bounds)
     painter->drawRoundedRect(bounds, rounding, rounding);
     const QFontMetricsF metrics(painter->font());
     for (int i = 0; i < shown; ++i) {
-        const QString path = next(i - shown / 2);
-        if (path.isEmpty())
-            continue;
+        const QString name = QFileInfo(next(i - shown / 2)).fileName(); // empty where there is none
         const QRectF r = cell(bounds, i).adjusted(inset, 0, -inset, 0);
         painter->setPen(i == shown / 2 ? theme.accent : theme.text);
-        painter->drawText(
-            r, Qt::AlignCenter,
-            metrics.elidedText(QFileInfo(path).fileName(), Qt::ElideMiddle, r.width()));
+        painter->drawText(r, Qt::AlignCenter, metrics.elidedText(name, Qt::ElideMiddle, r.width()));
     }
 }
 

@@ -75,6 +75,8 @@ TEST_F(PaintedTest, OverlaysStandInTheirCorners)
     EXPECT_LT((painted(triad).at("X", .5, .5) - QPointF(87.4, 342)).manhattanLength(), 2);
     EXPECT_EQ(said(painted(bar)), "484,382 584,382 ff1c222a 1.6\n484,378 484,386 ff1c222a 1.6\n"
                                   "584,378 584,386 ff1c222a 1.6\n2 ff1c222a");
+    strip.setFiles({"/c"});
+    EXPECT_EQ(painted(strip).all(), "") << "no other file";
     strip.setFiles({"/b", "/c"});
     EXPECT_EQ(said(painted(strip)), "150,364 300,28 cdffffff\nb ff1c222a\nc ffd6620a");
     EXPECT_NEAR(painted(strip).at("b", .5, .5).x(), 240, 1);

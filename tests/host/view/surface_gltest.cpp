@@ -223,11 +223,9 @@ TEST_F(SurfaceTest, ThePartsListAndTheModelAgree)
 
     search->setText("x");
     QTest::keyClick(tree, Qt::Key_F, Qt::ControlModifier);
-    EXPECT_TRUE(search->hasFocus());
-    EXPECT_EQ(search->selectedText(), "x");
+    EXPECT_TRUE(search->hasFocus() && search->selectedText() == "x");
     QTest::keyClicks(search, "x1");
-    EXPECT_EQ(tree->model()->rowCount(), 1);
-    EXPECT_EQ(tree->indexAt({5, 5}).data().toString(), "box1");
+    EXPECT_TRUE(tree->model()->rowCount() == 1 && row(0).data().toString() == "box1");
     QTest::keyClick(search, Qt::Key_Down);
     EXPECT_TRUE(tree->hasFocus());
     QTest::keyClick(tree, Qt::Key_Escape);
@@ -262,8 +260,8 @@ TEST_F(SurfaceTest, AtRestEdgesAreSmoothedAndThenNothingIsDrawn)
         frames = 0;
         const QImage plain = painted();
         EXPECT_TRUE(until([&] { return view->isQuiet(); }));
-        EXPECT_TRUE(i < 2 || (frames == 1 + Refinement::frames && last != plain));
-        EXPECT_TRUE(i < 2 || painted() == plain) << "another frame is plain";
+        const bool smoothed = frames == 1 + Refinement::frames && last != plain;
+        EXPECT_TRUE(i < 2 || (smoothed && painted() == plain)) << "another frame is plain";
     }
 }
 
