@@ -143,9 +143,11 @@ TEST(SteeringTest, TurnsAtOnePaceAtAnyFrameRate)
         Steered s;
         s.beginDrag(&s.glw, Steering::Drag::Orbit, {0, 0});
         s.drag(&s.glw, Steering::Drag::Orbit, {0, 0}, {150, 0});
+        s.zoom(&s.glw, {200, 200}, 3, {});
         for (int i = 0; i < 3 * part; ++i, s.glw.camera.Update(1))
             s.advance(&s.glw, 0.05 / part);
         EXPECT_NEAR(s.glw.camera.rot.y, 79.4413, 1e-3) << part;
+        EXPECT_NEAR(s.glw.camera.radius, 0.78068, 1e-5) << part;
     }
 }
 

@@ -173,6 +173,7 @@ TEST_F(SheetTest, OpenedAloneItIsASingleViewAndEscapeGoesBack)
         hand("PgDown");
         return title() == "m5.obj";
     }));
+    EXPECT_EQ(widget->findChild<QAction *>("back")->text(), "Back to the sheet");
     hand("F1 Esc");
     EXPECT_EQ(title(), "m5.obj") << "the list of controls is closed first";
     hand("Esc");
