@@ -98,16 +98,15 @@ TEST_F(ScrollTest, StepsLeadTo)
         "1176: 33 to 48\n1 move Ctrl+End; Ctrl+Home > 0: 1 to 16\n593,5 down +0,100 move up +0,50 "
         "move > 492: 13 to 28\n593,200 down up > 787: 25 to 40\n1 move PgDown PgDown; 30 move ctrl "
         "back > 440: 21 to 40\n1 move back back; Z > 336: 7 to 15\nPgDown S; 13 click S S > 128: "
-        "20 "
-        "to 15\nDown Down Down Down Right > 128: 1 to 16\nShift+Backtab > 1569: 45 to 60\nPgDown; "
-        "Ctrl+F; ?1.OBJ m > 0: 1 to 51 \nCtrl+F; ?m6; !Return; Tab Tab; Ctrl+F; !Esc > 1569: 45 to "
-        "60\nCtrl+F; ?m6; !Down; V PgDown; !Esc; PgDown > 393: 13 to 28\nCtrl+F; !Return; "
-        "Ctrl+End; Ctrl+F; !Esc > 1569: 45 to 60\nCtrl+F; ?nothing > 0: 0 to 0 \nCtrl+F; !Return; "
-        "Ctrl+End > 1569: 49 to 60 \nCtrl+F; !M; !6; !Return; Ctrl+F > 0: 6 to 60 m6\nCtrl+A "
-        "Ctrl+End; ctrl 60 click none V > 1569: 45 to 59\nZ Z Z Z; PgDown > 241: 3 to 6\nCtrl+A; "
-        "ctrl 1 click none V > 0: 2 to 17\nCtrl+A; 3 click V > 0: 3 to 3\nTab Ctrl+End; V > 0: 1 "
-        "to 1\nCtrl+A Ctrl+End; Ctrl+A V > 1569: 45 to 60\n2 click; Ctrl+F; ?m3 m; !Return; Ctrl+A "
-        "V; Ctrl+F; !Esc > 0: 3 to 39");
+        "20 to 15\nDown Down Down Down Right > 128: 1 to 16\nShift+Backtab > 1569: 45 to "
+        "60\nPgDown; Ctrl+F; ?1.OBJ m > 0: 1 to 51 \nCtrl+F; ?m6; !Return; Tab Tab; Ctrl+F; !Esc > "
+        "1569: 45 to 60\nCtrl+F; ?m6; !Down; V PgDown; !Esc; PgDown > 393: 13 to 28\nCtrl+F; "
+        "!Return; Ctrl+End; Ctrl+F; !Esc > 1569: 45 to 60\nCtrl+F; ?nothing > 0: 0 to 0 \nCtrl+F; "
+        "!Return; Ctrl+End > 1569: 49 to 60 \nCtrl+F; !M; !6; !Return; Ctrl+F > 0: 6 to 60 "
+        "m6\nCtrl+A Ctrl+End; ctrl 60 click none V > 1569: 45 to 59\nZ Z Z Z Z Shift+Z; PgDown > "
+        "241: 3 to 6\nCtrl+A; ctrl 1 click none V > 0: 2 to 17\nCtrl+A; 3 click V > 0: 3 to 3\nTab "
+        "Ctrl+End; V > 0: 1 to 1\nCtrl+A Ctrl+End; Ctrl+A V > 1569: 45 to 60\n2 click; Ctrl+F; ?m3 "
+        "m; !Return; Ctrl+A V; Ctrl+F; !Esc > 0: 3 to 39");
     open();
     for (const QString &row : rows.split('\n')) {
         run("Ctrl+Home; " + row.section(" > ", 0, 0));

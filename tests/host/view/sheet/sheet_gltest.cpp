@@ -254,6 +254,7 @@ TEST_F(SheetTest, RoomIsTheDrawingsFirst)
         window->frame()->resize(size), frame(), hand("1 move");
         EXPECT_EQ(sheet->tile(sheet->inView().last())->orect, place);
         EXPECT_EQ(texts(*sheet), expected);
+        EXPECT_EQ(sheet->mainGLW()->property<bool>("draw3d"), size.height() > 9);
     }
 }
 
@@ -297,23 +298,24 @@ TEST_F(SheetTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
          "22|wide 294; 1 click ctrl 4 click > ; =Hide 2 tiles >  of |All tiles are hidden.|V shows "
          "them again.; gap move Ctrl+A > ; ~Tab > ; ~V >  of 123456|r 151 22|wide 194; Ctrl+A > "
          "123456 of 123456; out Ctrl+A >  of 123456; ~Return > ; out Down > 1 of 123456; Down > 4 "
-         "of 123456; Right > 5 of 123456; Right > 6 of 123456; ~Right > ; Tab > 1 of 123456; ~Left "
-         "> ; Tab > 2 of 123456; ~Return > open m2.obj; D > Select two models to compare them; "
-         "Ctrl+A > 123456 of 123456; D > Select two models to compare them; L > 0111; ~M > 0101; "
-         "~M 2 move > 0111; Ctrl+A >  of 123456; N >  of 654321; S >  of 251436; S >  of 634152; C "
-         ">  of 251436; N >  of 123456; + > r 150 22|wide 192; - > r 151 22|wide 194; ~+ + + + + + "
-         "+ + + + + + + + + + + + + + > r 138 22|wide 146; ~- - - - - - - - - - - - - - - - - - > "
-         "r 151 22|wide 194; Shift+Home > ; B > 1111; G > 1011; 1 click ctrl 2 click none D > 12 "
-         "of 123456|m1.obj m2.obj; =Fit 2 tiles > -m1.obj m2.obj; =Compare the two that are "
-         "selected > m1.obj m2.obj; ~=Picture of this tile… > m1.obj 4 197; ~=Open alone > open "
-         "m1.obj; =Sort by|Sort by file size > 12 of 251436; =Sort by|Sort by triangles or rows > "
-         "; =Sort by|Sort by name > 12 of 123456; =Select all, or none > 123456 of 123456; =Link "
-         "cameras > 1010; =All cameras back to the first view > ; =Hide 6 tiles >  of |All tiles "
-         "are hidden.|V shows them again.; V >  of 123456; =Find tiles by name > ; ?m1 OBJ >  of "
-         "1|r 108 22|wide 592; ?zz >  of |0 of 6 files|Esc shows all again.; ? >  of 123456|r 151 "
-         "22|wide 194; =Larger tiles >  of 1234|size 232.8|r 128 22|wide 287; ~gap move back >  of "
-         "3456; =Picture of this tile… >  of 1234|m1.obj 4 240; =Smaller tiles >  of 123456|size "
-         "194|r 151 22|wide 194; ~=Smaller tiles > ; 1 click ctrl 4 click none V > 14 of 123456",
+         "of 123456; Right > 5 of 123456; Right > 6 of 123456; ~Right > ; Tab > 1 of 123456; "
+         "~Enter > open m1.obj; ~Left > -open m1.obj; Tab > 2 of 123456; ~Return > open m2.obj; D "
+         "> Select two models to compare them; Ctrl+A > 123456 of 123456; D > Select two models to "
+         "compare them; L > 0111; ~M > 0101; ~M 2 move > 0111; Ctrl+A >  of 123456; N >  of "
+         "654321; S >  of 251436; S >  of 634152; C >  of 251436; N >  of 123456; ~0,0 = > r 150 "
+         "22|wide 192; - > r 151 22|wide 194; ~+ + + + + + + + + + + + + + + + + + + + > r 138 "
+         "22|wide 146; ~- - - - - - - - - - - - - - - - - - > r 151 22|wide 194; Shift+Home > ; B "
+         "> 1111; G > 1011; 1 click ctrl 2 click none D > 12 of 123456|m1.obj m2.obj; =Fit 2 tiles "
+         "> -m1.obj m2.obj; =Compare the two that are selected > m1.obj m2.obj; ~=Picture of this "
+         "tile… > m1.obj 4 197; ~=Open alone > open m1.obj; =Sort by|Sort by file size > 12 of "
+         "251436; =Sort by|Sort by triangles or rows > ; =Sort by|Sort by name > 12 of 123456; "
+         "=Select all, or none > 123456 of 123456; =Link cameras > 1010; =All cameras back to the "
+         "first view > ; =Hide 6 tiles >  of |All tiles are hidden.|V shows them again.; V >  of "
+         "123456; =Find tiles by name > ; ?m1 OBJ >  of 1|r 108 22|wide 592; ?zz >  of |0 of 6 "
+         "files|Esc shows all again.; ? >  of 123456|r 151 22|wide 194; =Larger tiles >  of "
+         "1234|size 232.8|r 128 22|wide 287; ~gap move back >  of 3456; =Picture of this tile… >  "
+         "of 1234|m1.obj 4 240; =Smaller tiles >  of 123456|size 194|r 151 22|wide 194; ~=Smaller "
+         "tiles > ; 1 click ctrl 4 click none V > 14 of 123456",
          state);
     QStringList bound;
     for (const BindingRow &row : bindingRows(sheet->bindings(), sheet->contents()))
