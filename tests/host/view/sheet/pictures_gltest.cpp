@@ -183,6 +183,8 @@ TEST_F(ViewTest, ASheetDrawsWhatChangedAndCopiesTheSamePixels)
         EXPECT_EQ(before.copy(in) == copied.copy(in), std::strchr("CS1", step[0]) != nullptr);
         before = copied;
     }
+    const QPoint corner = sheet.tile(5)->rect.topLeft().toPoint() + QPoint(3, 3);
+    EXPECT_EQ(before.pixel(corner), picture(sheet, false).pixel(corner)) << "the plot is drawn";
     sheet.pictures().clear(), frame(), drawn.clear();
     takes = 0.6, rest(sheet), takes = 0;
     EXPECT_FALSE(drawn.empty());
