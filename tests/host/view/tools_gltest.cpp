@@ -75,15 +75,16 @@ TEST_F(MeasureTest, WhatAThreadFindsLaterNeedsNoOtherMove)
 {
     open();
     QSemaphore go;
-    QThreadPool::globalInstance()->setMaxThreadCount(1);
-    QThreadPool::globalInstance()->start([&] { go.acquire(); });
+    QThreadPool &threads = *QThreadPool::globalInstance();
+    for (int i = 0; i < threads.maxThreadCount(); ++i)
+        threads.start([&] { go.acquire(); });
     const Item *first = item();
     view->readAgain({});
-    ASSERT_TRUE(until([&] { return item() != first; }));
+    EXPECT_TRUE(until([&] { return item() != first; }));
     tool().MeasureSurface();
     hand("@1,1,2 move");
     EXPECT_TRUE(tool().hint() == "Measuring…" && item()->hoveredPart() == -1);
-    go.release();
+    go.release(threads.maxThreadCount());
     await();
     frame();
     EXPECT_EQ(item()->hoveredPart(), 0);
