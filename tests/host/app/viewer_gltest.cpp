@@ -150,25 +150,15 @@ TEST_F(ViewerTest, WhatIsComparedIsReadAgainWhenItChanges)
 
 TEST(IconTest, IsACubeOnADarkGround)
 {
-    const QIcon icon = QApplication::windowIcon();
-    const QImage image = icon.pixmap(256).toImage();
+    const QImage image = QApplication::windowIcon().pixmap(256).toImage();
     const QHash<QString, char> names{
         {"#262c36", 'g'}, {"#8ecaff", 't'}, {"#2463b0", 'l'}, {"#4a96e6", 'r'}};
-    std::string seen = std::to_string(icon.availableSizes().size());
-    for (const auto &[x, y] : {std::pair(1, 32),
-                               {3, 32},
-                               {60, 32},
-                               {62, 32},
-                               {5, 5},
-                               {7, 7},
-                               {32, 9},
-                               {32, 11},
-                               {32, 20},
-                               {22, 37},
-                               {31, 52},
-                               {42, 37}})
-        seen += names.value(image.pixelColor(x * 4 + 2, y * 4 + 2).name(), '.');
-    EXPECT_EQ(seen, "7.gg..ggttllr");
+    std::string seen;
+    const int at[] = {1,  32, 3,  32, 60, 32, 62, 32, 5,  5,  7,  7,
+                      32, 9,  32, 11, 32, 20, 22, 37, 31, 52, 42, 37};
+    for (std::size_t i = 0; i < std::size(at); i += 2)
+        seen += names.value(image.pixelColor(at[i] * 4 + 2, at[i + 1] * 4 + 2).name(), '.');
+    EXPECT_EQ(seen, ".gg..ggttllr");
 }
 
 } // namespace

@@ -72,12 +72,10 @@ TEST_P(Surface, IsMeasured)
 
 TEST(SurfaceTest, CancelledItIsNotWhole)
 {
-    Shape one;
-    one.triangle({1, 0, 0}, {0, 2, 0}, {0, 0, 3});
-    const SurfaceMeasures found = measureSurface(one.topology(), {}, goOn);
+    const SurfaceMeasures found = measureSurface(box(o, {1, 2, 3}).topology(), {}, goOn);
     EXPECT_TRUE(found.min == o && found.max == Vec(1, 2, 3));
-    const std::atomic<bool> stop{true};
-    EXPECT_FALSE(MeshTopology(std::make_shared<Mesh>(cube().mesh), stop).isWhole());
+    EXPECT_FALSE(
+        MeshTopology(std::make_shared<Mesh>(cube().mesh), std::atomic<bool>(true)).isWhole());
     EXPECT_TRUE(cube().topology().isWhole());
 }
 
@@ -145,6 +143,15 @@ TEST_P(Round, HasItsRadius)
         row.edge ? roundEdge(topology, row.corner) : roundFace(topology, first / 3, at);
     EXPECT_NEAR(circle ? circle->radius : 0, row.radius, 5e-7 * row.radius);
     EXPECT_TRUE(!circle || std::abs((at - circle->centre).dot(circle->normal)) < 1e-5);
+}
+
+TEST(CircleFitTest, LeastSquaresOfScatteredPoints)
+{
+    std::vector<Vec> points; // of a short arc, half of them outside and half within
+    for (const double radius : {4.99, 5.01})
+        for (const QPointF &p : arc({1, 2}, radius, 20, 80, 30))
+            points.emplace_back(p.x(), 7, p.y());
+    EXPECT_NEAR(fitCircle(points)->radius, 5, 1e-4);
 }
 
 using M = Measurement;
