@@ -118,7 +118,8 @@ class Documents(unittest.TestCase):
     def test_step_4(self):
         self.start(*program("step4"))
         tip, side = (400, 190), (430, 330)  # the tip's is just below it
-        first = self.eventually(lambda image: colour(image, (5, 300)) == BACKGROUND and lit(image, tip))
+        # The first frame is of 640 x 480 pixels.
+        first = self.eventually(lambda image: colour(image, (5, 595)) == BACKGROUND and lit(image, tip))
         self.drag("3", (400, 300), (500, 300))
         self.eventually(lambda image: not near(colour(image, side), colour(first, side), 12))
         self.xdotool("click", "--repeat", "8", "5")
