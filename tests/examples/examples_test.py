@@ -64,8 +64,10 @@ class Documents(unittest.TestCase):
         process = subprocess.Popen(command)
         self.addCleanup(process.wait)
         self.addCleanup(process.kill)
-        self.window = self.xdotool("search", "--sync", "--onlyvisible", "--pid", str(process.pid),
-                                   "--name", ".").split()[0]
+        search, found = ("xdotool", "search", "--onlyvisible", "--pid", str(process.pid), "--name", "."), []
+        while not found and process.poll() is None:  # a window that goes meanwhile ends a search
+            found = subprocess.run(search, stdout=subprocess.PIPE, text=True).stdout.split()
+        self.window = found[0]
 
     def xdotool(self, *arguments):
         return subprocess.check_output(("xdotool",) + arguments, timeout=120, text=True)
