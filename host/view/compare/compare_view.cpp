@@ -103,7 +103,8 @@ void CompareView::take(Side &side, const Content &content)
 {
     side.fault = content.mesh ? QString()
                               : tr("%1 is no model: only models can be compared.").arg(side.name);
-    side.mesh = content.mesh;
+    if (content.mesh)
+        side.mesh = content.mesh; // what was there stays in place of what is no model
     if (areThere())
         makeItems();
     changed();

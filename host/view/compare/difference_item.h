@@ -18,6 +18,10 @@ public:
     {
     }
     QString underPointer() const override;
+    quint64 byteSize() const override
+    {
+        return ModelItem::byteSize() + distances_.size() * sizeof(float);
+    }
     bool pick3D(GLW *glw, const std::optional<QPointF> &pointer) override;
 
 private:

@@ -179,8 +179,8 @@ void TilePictures::finish()
     }
 }
 
-/// For the frames that follow. Those that are copied are worth it where they came like this twice,
-/// and what was drawn is taken in any case. Returns whether it was done.
+/// For the frames that follow. One with copies is worth it where its tiles came like this twice,
+/// one that was all drawn in any case. Returns whether it was done.
 bool TilePictures::takeAll(bool alike)
 {
     standing_.forget();

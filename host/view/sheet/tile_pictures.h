@@ -29,6 +29,9 @@ namespace host {
 /// window's, from its lower left corner. What the window showed as a whole is kept beside them,
 /// since frames follow one another in which tiles stay where they are.
 ///
+/// Nothing is kept of a frame that OpenGL draws into less than the window, as it does a new
+/// window's first one.
+///
 /// A frame is begin(), show() for each tile, finish(), and keepSmoothed() where the window then
 /// shows something better. The window's context is current in all of these. Another context means
 /// that the pictures are lost.

@@ -16,8 +16,8 @@ namespace host {
 /// one above before those below it. A filter leaves some rows out; marks of parts are summed up.
 class PartTree {
 public:
-    PartTree() = default;
-    explicit PartTree(MeshPtr mesh);
+    PartTree() = default;            ///< Of no mesh, with no rows.
+    explicit PartTree(MeshPtr mesh); ///< Of @p mesh, which is there.
 
     const Mesh *mesh() const { return mesh_.get(); }
     int count() const { return int(rows_.size()); }    ///< Of all rows, be they left out or not.

@@ -26,7 +26,7 @@ public:
     /// those that move in a list or edit a text.
     PartsPanel(QWidget *view, QWidget *parent);
 
-    void setMesh(const MeshPtr &mesh);
+    void setMesh(const MeshPtr &mesh); ///< Not null; what a person folded stays for the same one.
     void setTheme(const Theme &theme);
     /// Shows these marks; what is selected first is scrolled to if it was not chosen here.
     void follow(const PartMarks &marks);
