@@ -123,10 +123,11 @@ TEST(SteeringTest, LeavesTheCamera)
     other.rot = Vector(10, 20, 30);
     other.ortho = 1;
     other.radius = 0.5f;
+    s.left("pan 5,5 95,5; zoom 200,200 2 +"); // which it ends
     s.restore(&s.glw, other);
     const QVector3D eye = CameraSteering::geometryOf(&s.glw).eye(); // at once
     EXPECT_LT((toQt(s.glw.camera.pos) - eye).length(), 1e-5f);
-    EXPECT_EQ(s.left(""), "10 20 30; 0.2 0.15 0; 0.5 o");
+    EXPECT_EQ(s.left("size 400,400"), "10 20 30; 0.2 0.15 0; 0.5 o");
     s.left("projection; from 3"); // to which the lamps have gone, but for the sky
     QStringList lamps;
     for (GL::Light &l : s.glw.lights)

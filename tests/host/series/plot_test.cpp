@@ -201,6 +201,9 @@ TEST(PlotList, HasASwitchForEach)
         EXPECT_NEAR(entry.box.left(), list.box.left() + 46 * scale, 1.5);
         EXPECT_TRUE(list.box.contains(entry.box) && entry.color == colors.axis);
         EXPECT_EQ(std::next(painted.texts.find("series1"))->second.color, colors.text);
+        EXPECT_EQ(std::count_if(painted.lines.begin(), painted.lines.end(),
+                                [&](auto &line) { return line.second.color() == colors.text; }),
+                  2); // the tick of the only one that is on
         const auto &[ground, color] = painted.fills.at(0);
         EXPECT_EQ(ground, list.box.translated(0.5, 0.5));
         EXPECT_EQ(color.name(QColor::HexArgb), "#eb" + colors.background.name().mid(1));
