@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The program run from a command line: exit codes, messages and pictures.
+// The program run from a command line: exit codes, messages and pictures; and as a person meets it:
+// started on a file and steered by the X server's own input. Needs xdotool and openbox.
 #include <map>
 
 #include <QDateTime>
@@ -7,6 +8,7 @@
 #include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTest>
 #include <gtest/gtest.h>
 
 namespace {
@@ -25,6 +27,9 @@ protected:
               {"deep/red.obj", "mtllib ../red.mtl\nv 0 0 0\nv 2 0 0\nv 0 2 0\nv 2 2 0\n"
                                "usemtl red\nf 1 2 3\nf 3 2 4\n"},
               {"red.mtl", "newmtl red\nKd 1 0 0\n"},
+              {"m.x", "xof 0303txt 0032\nAnimTicksPerSecond { 4; }\n" // for half a second
+                      "Frame a { Mesh { 3; 0;0;0;, 1;0;0;, 0;1;0;; 1; 3;0,1,2;; } }\nAnimationSet "
+                      "s { Animation { {a} AnimationKey { 2; 2; 0;3;0;0;0;;,2;3;.4;0;0;;; } } }\n"},
               {"empty.stl", ""},
               {"words.ply", "these are words\n"}}) {
             QFile file(folder.filePath(name));
@@ -59,7 +64,11 @@ TEST_F(CommandTest, EndsAsAScriptExpects)
         const char *input = ""; // a file of the folder on standard input
         const char *variable = "";
     } rows[] = {
-        {"--help", 0, "Window:|--screenshot <file>|-v, --version|[file or folder...]"},
+        {"--help", 0,
+         "[file or folder...]|Window:\n  --size <WxH>           "
+         "Open|--fps|--up|--section|--compare "
+         "<how>|--watch|--module|\nFiles:|--screenshot <file>|--turntable|--seconds|--animation|"
+         "--thumbnails|--jobs|--transparent|--no-overlays|-h, --help|-v, --version"},
         {"--version", 0, "glview|glwindow.so\nQt 5"},
         {"--size big", 2, "\"big\"|--help"},
         {"--module $/none.so $/pyramid.obj", 2, "none.so: no such file"},
@@ -75,8 +84,7 @@ TEST_F(CommandTest, EndsAsAScriptExpects)
         {"--transparent --screenshot $/p.jpg $/pyramid.obj", 2, "p.jpg"},
         {"--screenshot $/none/p.png $/pyramid.obj", 1, "none/p.png"},
         {"--thumbnails $/words.ply/a $/pyramid.obj", 1, "words.ply/a cannot be made"},
-        {"--thumbnails $/thumbs $/void", 1,
-         "nothing to show in this folder|0 made, 0 already there, 1"},
+        {"--thumbnails $/thumbs $/void", 1, "nothing to show|0 made, 0 already there, 1"},
         {"--screenshot $/good.png -", 0, "", "pyramid.obj"},
         {"--screenshot $/p.png -", 1, "format", "words.ply"},
         {"--screenshot $/p.png -", 1, "standard input is empty", "empty.stl"},
@@ -85,8 +93,9 @@ TEST_F(CommandTest, EndsAsAScriptExpects)
     };
     for (const auto &row : rows) {
         const QString output = run(row.arguments, row.exitCode, row.input, row.variable);
+        int at = 0; // they come in this order
         for (const QString &part : QString(row.output).split('|'))
-            EXPECT_TRUE(output.contains(part, Qt::CaseInsensitive))
+            EXPECT_GE(at = output.indexOf(part, std::max(at, 0), Qt::CaseInsensitive), 0)
                 << part.toStdString() << " is not in: " << output.toStdString();
         EXPECT_FALSE(QFileInfo::exists(folder.filePath("p.png"))) << row.arguments;
         EXPECT_EQ(QFile::remove(folder.filePath("good.png")),
@@ -94,10 +103,10 @@ TEST_F(CommandTest, EndsAsAScriptExpects)
     }
 }
 
-// Larger than the screen. Transparent: nothing but model and text.
+// Larger than the screen. Transparent: nothing but the model.
 TEST_F(CommandTest, LargePicturesAndRecordingsAreTakenAsAskedFor)
 {
-    run("--size 3200x2400 --transparent --screenshot $/large.png $/pyramid.obj", 0);
+    run("--size 3200x2400 --transparent --no-overlays --screenshot $/large.png $/pyramid.obj", 0);
     const QImage large(folder.filePath("large.png"));
     ASSERT_EQ(large.size(), QSize(3200, 2400));
     EXPECT_TRUE(qAlpha(large.pixel(1600, 1200)) == 255 && qAlpha(large.pixel(9, 1200)) == 0);
@@ -108,10 +117,17 @@ TEST_F(CommandTest, LargePicturesAndRecordingsAreTakenAsAskedFor)
         EXPECT_EQ(seen.red() > 3 * seen.green(), where == "anywhere");
     }
 
-    const QString said =
-        run("--size 320x240 --fps 4 --seconds 1 --turntable $/turn $/pyramid.obj", 0);
-    EXPECT_TRUE(said.contains("4 of 4")) << said.toStdString();
-    EXPECT_EQ(QDir(folder.filePath("turn")).entryList(QDir::Files).size(), 4);
+    for (const QString what :
+         {"turn --fps 4 --seconds 1 --transparent --no-overlays $/deep/red.obj",
+          "film --fps 8 --animation $/m.x"}) {
+        const QString said = run("--size 320x240 --turntable $/" + what, 0);
+        EXPECT_TRUE(said.contains("4 of 4")) << said.toStdString();
+        const QDir frames(folder.filePath(what.left(4)));
+        EXPECT_EQ(frames.entryList(QDir::Files).size(), 4);
+        const QImage first(frames.filePath("frame_0001.png"));
+        EXPECT_NE(first, QImage(frames.filePath("frame_0002.png")));
+        EXPECT_EQ(qAlpha(first.pixel(0, 0)) == 0, what[0] == 't');
+    }
 }
 
 TEST_F(CommandTest, ThumbnailsAreMadeOfWhatIsMissingOrStale)
@@ -132,23 +148,22 @@ TEST_F(CommandTest, ThumbnailsAreMadeOfWhatIsMissingOrStale)
         const char *said; // parts apart by bars
         int pictures, changed;
     } rows[] = {
-        {"", "--size 64 --jobs 1 $/pyramid.obj $/void $/words.ply", 1,
+        {"", "64 --jobs 1 $/pyramid.obj $/void $/words.ply", 1,
          "Pictures: 1 of 4 (25 %)|Pictures: 4 of 4|no picture of:|3 made, 0 already there, 1 "
          "failed|/words.ply  ",
          3, 3},
-        {"", "--size 64 $/pyramid.obj $/pyramid.obj $/void/pyramid.obj", 0, "0 made, 2 already", 3,
-         0},
-        {"pyramid.obj=v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n", "--size 64 $/void $/pyramid.obj", 0,
+        {"", "64 $/pyramid.obj $/pyramid.obj $/void/pyramid.obj", 0, "0 made, 2 already", 3, 0},
+        {"pyramid.obj=v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n", "64 $/void $/pyramid.obj", 0,
          "1 made, 2 already", 3, 1},
-        {"", "--size 64x48 $/pyramid.obj", 0, "1 made", 3, 1},
-        {"", "--size 64x48 --up z $/pyramid.obj", 0, "1 made", 3, 1},
-        {"pyramid.obj=v", "--size 64x48 --up z $/pyramid.obj $/void/none.obj", 1,
-         "2 failed|none.obj", 3, 0},
-        {"", "--size 64 --transparent $/void/pyramid.obj", 0, "1 made", 3, 1},
-        {"", "--size 64 $/void/pyramid.obj", 0, "1 made", 3, 1},
-        {"void/<b>&.obj=v", "--size 64 $/void/<b>&.obj", 1, "1 failed", 3, 0},
-        {"void/<b>&.obj=v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n", "--size 64 $/void/<b>&.obj", 0,
-         "1 made", 3, 1},
+        {"", "64x48 $/pyramid.obj", 0, "1 made", 3, 1},
+        {"", "64x48 --up z $/pyramid.obj", 0, "1 made", 3, 1},
+        {"pyramid.obj=v", "64x48 --up z $/pyramid.obj $/void/none.obj", 1, "2 failed|none.obj", 3,
+         0},
+        {"", "64 --transparent $/void/pyramid.obj", 0, "1 made", 3, 1},
+        {"", "64 $/void/pyramid.obj", 0, "1 made", 3, 1},
+        {"void/<b>&.obj=v", "64 $/void/<b>&.obj", 1, "1 failed", 3, 0},
+        {"void/<b>&.obj=v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n", "64 $/void/<b>&.obj", 0, "1 made", 3,
+         1},
     };
     for (const auto &row : rows) {
         if (const QString change = row.before; !change.isEmpty()) {
@@ -157,7 +172,8 @@ TEST_F(CommandTest, ThumbnailsAreMadeOfWhatIsMissingOrStale)
                         file.write(change.section('=', 1).toUtf8()) >= 0);
         }
         const auto before = stamp();
-        const QString said = run(QString("--thumbnails $/o#%1 ") + row.arguments, row.exitCode);
+        const QString said =
+            run(QString("--thumbnails $/o#%1 --size ") + row.arguments, row.exitCode);
         for (const QString &part : QString(row.said).split('|'))
             EXPECT_TRUE(said.contains(part)) << row.arguments << ": " << said.toStdString();
         const auto after = stamp();
@@ -190,6 +206,49 @@ TEST_F(CommandTest, ThumbnailsAreMadeOfWhatIsMissingOrStale)
                              "/pyramid.obj\"><a href=\"./pyramid.obj.",
                              "width=\"64\" height=\"48\"", "&lt;b&gt;&amp;.obj<small>1 triangle "})
         EXPECT_TRUE(page.contains(part)) << part;
+}
+
+constexpr int patience = 120000; // milliseconds; far more than anything takes
+
+QString hand(const QStringList &arguments)
+{
+    QProcess tool;
+    tool.start("xdotool", arguments);
+    EXPECT_TRUE(tool.waitForFinished(patience))
+        << "no xdotool? " << arguments.join(' ').toStdString();
+    return QString::fromUtf8(tool.readAllStandardOutput()).trimmed();
+}
+
+/// Windows of a name, or of the program: it has another one within.
+QStringList windows(const char *by, const char *what)
+{
+    return hand({"search", "--onlyvisible", by, what}).split('\n', Qt::SkipEmptyParts);
+}
+
+TEST_F(CommandTest, AModelIsShownAndClosedByTheMenu)
+{
+    // A window that comes while the manager takes over may be shown by neither; it says when it
+    // has.
+    const QString ready = folder.filePath("ready");
+    QProcess manager, viewer;
+    manager.start("openbox", {"--startup", "touch " + ready});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QFile::exists(ready); }, patience)) << "no openbox?";
+    viewer.start(GLVIEW_PROGRAM, {"--size", "800x600", folder.filePath("pyramid.obj")});
+    // Both are asked again in every turn: a name can belong to several windows for a while.
+    QString active;
+    const auto isActive = [&] {
+        const QStringList named = windows("--name", "pyramid.obj");
+        hand({"windowactivate", named.value(named.size() - 1)});
+        active = hand({"getactivewindow"});
+        return named.contains(active) && windows("--class", "glview").size() == 2;
+    };
+    ASSERT_TRUE(QTest::qWaitFor(isActive, patience)) << active.toStdString();
+    hand({"mousemove", "--window", active, "300", "60", "click", "3"});
+    const auto isOpen = [] { return windows("--class", "glview").size() > 2; };
+    ASSERT_TRUE(QTest::qWaitFor(isOpen, patience)) << "no menu";
+    hand({"key", "Up", "Return"}); // its last entry
+    EXPECT_TRUE(viewer.waitForFinished(patience));
+    EXPECT_TRUE(viewer.exitStatus() == QProcess::NormalExit && viewer.exitCode() == 0);
 }
 
 } // namespace

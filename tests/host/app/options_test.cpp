@@ -21,7 +21,8 @@ TEST(OptionsTest, WhatMakesNoSenseIsRefused)
 {
     // A command line and a part of the complaint.
     const QString rows =
-        "--colour => --colour;|--fps => value|a.obj -x.obj => -x.obj; a file whose name|--size 800 "
+        "--colour => --colour;|--fps => value|--fps 1001 => \"1001\"|a.obj -x.obj => -x.obj; a "
+        "file whose name|--size 800 "
         "=> \"800\""
         "|--size 800x15 => 16|--size 800x16385 => 16384|--fps 0 => \"0\"|--up w a.obj => \"w\""
         "|--compare over a.obj b.obj => \"over\"|--compare divider a.obj => two files"
@@ -46,41 +47,38 @@ TEST(OptionsTest, WhatMakesNoSenseIsRefused)
         EXPECT_EQ(o.action, Options::Action::Refuse) << row.toStdString();
         EXPECT_TRUE(o.error.contains(row.section(" => ", 1))) << o.error.toStdString();
     }
-    const Options reader = parseOptions({"glview", "--reader"});
-    EXPECT_TRUE(reader.action == Options::Action::Reader && reader.error.isEmpty());
 }
 
 TEST(OptionsTest, ValuesArrive)
 {
     const Options o = parseOptions(
         QString(
-            "glview --size 640x480 --module m.so --fps 25 --up z --screenshot p.png --no-overlays "
-            "--companions anywhere --section y --section -z:1.5 - -- -a.obj")
+            "glview --size 640x480 --module m.so --fps 25 --up Z --screenshot p.png --no-overlays "
+            "--companions anywhere --section y --section -z:1.5 --section x - -- -a.obj")
             .split(' '));
     EXPECT_TRUE(o.size == QSize(640, 480) && o.module == "m.so" && o.fps == 25 && !o.overlays &&
                 o.companions == Companions::Anywhere && o.up == FileAxes::Z);
-    ASSERT_EQ(o.section.size(), 2);
+    ASSERT_EQ(o.section.size(), 3);
     EXPECT_TRUE(o.section[0].axis == FileAxes::Y && o.section[1].value == 1.5 &&
                 o.screenshot == "p.png");
-    EXPECT_EQ(o.files, QStringList({"-", "./-a.obj"}))
-        << "no later reader may take it for an option";
+    EXPECT_EQ(o.files, QStringList({"-", "./-a.obj"})); // no later reader takes it for an option
     const Options film =
         parseOptions(QString("glview --turntable t --animation --seconds 2.5 a.obj").split(' '));
-    EXPECT_TRUE(film.animation && film.secondsGiven && film.seconds == 2.5);
+    EXPECT_TRUE(film.animation && film.secondsGiven && film.seconds == 2.5 && o.sizeGiven);
     EXPECT_TRUE(film.recordedFps == 30 && o.recordedFps == 25 && o.seconds == 6);
 }
 
 TEST(OptionsTest, TheWindowHasTheShapeOfThePicture)
 {
     const std::pair<const char *, QSize> rows[] = {
-        {"--size 4000x3000 a.obj", {4000, 3000}},
-        {"--screenshot p.png --size 8000x5000 a.obj", {1600, 1000}},
-        {"--turntable t --size 2000x4000 a.obj", {600, 1200}},
+        {"--fps 1 --size 4000x3000 a.obj", {4000, 3000}},
+        {"--screenshot p.png --fps 1000 --size 8000x5000 a.obj", {1600, 1000}},
+        {"--turntable t --seconds 600 --size 2000x4000 a.obj", {600, 1200}},
         {"--screenshot p.png --size 16000x80 a.obj", {12800, 64}}, // a strip keeps a height
         {"--screenshot p.png --size 3000x20 a.obj", {3000, 20}},
         {"--thumbnails d --jobs 256 --transparent a.obj", {256, 256}},
-        {"--thumbnails d --size 64 a.obj", {64, 64}},
-        {"--screenshot p.png --size 16x16384 a.obj", {16, 16384}},
+        {"--thumbnails d --jobs 1 --size 64 a.obj", {64, 64}},
+        {"--turntable t --seconds .1 --size 16x16384 a.obj", {16, 16384}},
         {"--thumbnails d --size 4000x2000 a.obj", {1600, 800}}};
     for (const auto &[line, window] : rows)
         EXPECT_EQ(windowSize(parseOptions(("glview " + QString(line)).split(' '))), window) << line;
@@ -91,18 +89,21 @@ TEST(DesktopScaleTest, VariablesAreReadAndTakenAway)
     const struct {
         const char *values[3];
         double factor;
-    } rows[] = {{{"2", "", ""}, 2},   {{"1.5", "", "A=2;B=1"}, 3}, {{"", "", "1;2"}, 1},
-                {{"-1", "", ""}, 1},  {{"99", "", ""}, 8},         {{"0.1", "", ""}, 0.5},
-                {{"", "", "2;1"}, 2}, {{"", "3", "B=2"}, 3},       {{"", "", "=2"}, 1}};
+    } rows[] = {{{"2", "", ""}, 2},    {{"1.5", "", "A=2;B=1"}, 3}, {{"", "", "1;2"}, 1},
+                {{"0", "inf", ""}, 1}, {{"99", "", ""}, 8},         {{"0.1", "", ""}, 0.5},
+                {{"", "", "2;1"}, 2},  {{"", "3", "B=2"}, 3},       {{"", "", "=2"}, 1}};
     const char *const names[] = {"QT_SCALE_FACTOR", "QT_DEVICE_PIXEL_RATIO",
                                  "QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR",
                                  "QT_ENABLE_HIGHDPI_SCALING"};
     for (const auto &row : rows) {
         for (int i = 0; i < 5; ++i)
             qputenv(names[i], i < 3 ? row.values[i] : "1");
+        qputenv("DISPLAY", row.values[0]);
+        qunsetenv("QT_QPA_PLATFORM");
         EXPECT_EQ(DesktopScale::take().factor("A"), row.factor) << row.factor;
         for (const char *name : names)
             EXPECT_FALSE(qEnvironmentVariableIsSet(name)) << name;
+        EXPECT_EQ(qgetenv("QT_QPA_PLATFORM"), *row.values[0] ? "xcb" : "") << "where X is";
     }
 }
 
@@ -176,6 +177,9 @@ TEST(ThumbnailIndexTest, IsAPageOfAllInOrder)
               "h2><div><i>9.obj<small>1 &lt; 2</small></i><i>10.obj</i></div><h2 "
               "id=\"failed\">Failed</h2><table><tr><td>/c/a</td><td>s</td></tr><tr><td>/c/B</"
               "td><td>r&gt;</td></tr></table>");
+    page = thumbnailIndex({{{"/a", "b", {95, 1}, {}}}, {}});
+    EXPECT_TRUE(page.contains("<title>1 picture<") && page.contains("(96px") &&
+                !page.contains("ailed"));
 }
 
 TEST(SoftwareGLTest, IsToldByTheRenderersName)

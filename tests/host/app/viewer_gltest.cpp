@@ -1,14 +1,19 @@
 // SPDX-License-Identifier: MIT
 // The program at work in its window: keys and dialogs, and what it keeps from run to run.
-#include <QApplication>
+#include <cmath>
+
 #include <QCheckBox>
 #include <QFileDialog>
 #include <QLabel>
 #include <QSettings>
 #include <QSpinBox>
+#include <QStyle>
 
+#include "host/app/application.h"
+#include "host/app/desktop.h"
 #include "host/app/settings.h"
 #include "host/app/viewer.h"
+#include "host/ui/metrics.h"
 #include "host/view/compare/compare_view.h"
 #include "host/view/sheet/sheet_view.h"
 #include "tests/host/view/sheet/support.h"
@@ -43,6 +48,7 @@ TEST_F(ViewerTest, WhatAPersonChoseIsThereTheNextTime)
     const QString a = boxes("a.obj", 1);
     start({a});
     hand("B O Shift+W P");
+    viewer->window().frame()->setSideWidth(333);
     widget->window()->resize(700, 500);
     viewer.reset();
     const Settings kept;
@@ -53,8 +59,18 @@ TEST_F(ViewerTest, WhatAPersonChoseIsThereTheNextTime)
         const View &view = start({});
         EXPECT_EQ(widget->window()->size(), personal ? QSize(700, 500) : windowSize(options));
         EXPECT_TRUE(view.display().dark == personal && !view.display().reduces);
-        EXPECT_EQ(view.isOrthographic(), personal);
+        const SideFrame &frame = *viewer->window().frame();
+        EXPECT_TRUE(view.isOrthographic() == personal && frame.isOpen() == personal &&
+                    (frame.sideWidth() == 333) == personal);
     }
+    options.screenshot.clear();
+    Settings().setTileSize(150);
+    auto &sheet = dynamic_cast<SheetView &>(start({folder.path()}));
+    EXPECT_EQ(sheet.tileSize(), 150);
+    hand("Z");
+    const double size = sheet.tileSize();
+    viewer.reset();
+    EXPECT_TRUE(size > 150 && kept.tileSize() == size);
 }
 
 TEST_F(ViewerTest, KeysAndDialogsAreForTheWholeProgram)
@@ -108,8 +124,13 @@ TEST_F(ViewerTest, KeysAndDialogsAreForTheWholeProgram)
         if (auto *width = dialog ? dialog->findChild<QSpinBox *>() : nullptr) {
             EXPECT_EQ(QFileInfo(dialog->selectedFiles().value(0)).fileName(), "b.png");
             EXPECT_EQ(width->value(), step == 0 ? 600 : 300);
-            for (const QCheckBox *box : dialog->findChildren<QCheckBox *>())
-                EXPECT_EQ(box->isChecked(), box->text().contains("names"));
+            EXPECT_TRUE(width->minimum() == 1 && width->maximum() == 16384 &&
+                        width->singleStep() == (step < 5 ? 600 : 300));
+            for (QCheckBox *box : dialog->findChildren<QCheckBox *>()) {
+                EXPECT_EQ(box->isChecked(), box->text().contains("names") == (step != 2));
+                if (step == 0)
+                    box->click();
+            }
             width->setValue(300);
             EXPECT_EQ(width->parentWidget()->findChild<QLabel *>()->text(), "× 200 pixels");
             dialog->selectFile(folder.filePath(step == 0 ? "none/b.png" : "b.png"));
@@ -122,7 +143,7 @@ TEST_F(ViewerTest, KeysAndDialogsAreForTheWholeProgram)
     answers.start(0);
     viewer->SavePicture();
     const QImage saved(folder.filePath("b.png"));
-    EXPECT_TRUE(saved.size() == QSize(300, 200) && !saved.hasAlphaChannel());
+    EXPECT_TRUE(saved.size() == QSize(300, 200) && saved.hasAlphaChannel());
     EXPECT_TRUE(step == 3 && frame->isVisible());
 
     hand("Ctrl+O");
@@ -134,7 +155,8 @@ TEST_F(ViewerTest, KeysAndDialogsAreForTheWholeProgram)
     const QRect part(200, 100, 300, 200);
     const QImage whole = picture(sheet, true);
     emit sheet.pictureAsked("b.obj", part);
-    EXPECT_EQ(QImage(folder.filePath("b.png")), whole.copy(part).convertToFormat(saved.format()));
+    const QImage cut(folder.filePath("b.png"));
+    EXPECT_EQ(cut, whole.copy(part).convertToFormat(cut.format()));
     hand("Q");
     EXPECT_FALSE(frame->isVisible());
 }
@@ -148,12 +170,33 @@ TEST_F(ViewerTest, WhatIsComparedIsReadAgainWhenItChanges)
     EXPECT_TRUE(until([&] { return view.isSettled() && view.item(view.tile(1))->count() == 36; }));
 }
 
+TEST(ApplicationTest, AllIsAsLargeAsTheDesktopAsks)
+{
+    auto &all = *dynamic_cast<Application *>(qApp);
+    const QFont usual = all.font();
+    for (const bool person : {false, true}) { // whose font is told in pixels
+        QFont font = usual;
+        person ? font.setPixelSize(20) : font.setPointSizeF(10);
+        all.setFont(font);
+        qputenv("QT_SCALE_FACTOR", "1.5");
+        all.setSizes(DesktopScale::take(), person);
+        EXPECT_EQ(person ? all.font().pixelSize() : all.font().pointSizeF(), person ? 30 : 15);
+        EXPECT_EQ(all.style()->pixelMetric(QStyle::PM_SmallIconSize), 24);
+        Metrics::set(0, 99), Metrics::set(HUGE_VAL, 99), Metrics::set(1, 0); // which are no sizes
+        EXPECT_NEAR(Metrics::px(10) * 100 + Metrics::type(10), person ? 1525 : 1515, 1e-9);
+        all.setStyle("fusion");
+    }
+    all.setFont(usual);
+    Metrics::set(1, Metrics::usualType);
+}
+
 TEST(IconTest, IsACubeOnADarkGround)
 {
     const QImage image = QApplication::windowIcon().pixmap(256).toImage();
     const QHash<QString, char> names{
         {"#262c36", 'g'}, {"#8ecaff", 't'}, {"#2463b0", 'l'}, {"#4a96e6", 'r'}};
     std::string seen;
+    EXPECT_EQ(QApplication::windowIcon().availableSizes().size(), 7);
     const int at[] = {1,  32, 3,  32, 60, 32, 62, 32, 5,  5,  7,  7,
                       32, 9,  32, 11, 32, 20, 22, 37, 31, 52, 42, 37};
     for (std::size_t i = 0; i < std::size(at); i += 2)

@@ -167,9 +167,7 @@ TEST(SeriesItem, NeedsNothingOfWhatModelsDo)
     EXPECT_FALSE(item.passed({}) || item.isReduced() || item.isBusy() || item.play(1) ||
                  item.hasPoints() || item.isSpatial() || item.pick3D(&glw, {}) || item.model() ||
                  item.steering().isOrthographic(&glw) || item.playback() || item.section() ||
-                 item.axes() || item.chosenUp());
-    EXPECT_EQ(item.unitsPerPixel(&glw), 0);
-
+                 item.axes() || item.chosenUp() || item.unitsPerPixel(&glw) != 0);
     EXPECT_EQ(item.details(), QStringLiteral("3 rows  ·  1 columns"));
 }
 
@@ -191,38 +189,6 @@ TEST(TransparentPartsTest, TheFarthestComesFirst)
     EXPECT_EQ(parts.farFirst(view, false), (std::vector<std::size_t>{3, 1, 4, 2}));
     EXPECT_EQ(parts.farFirst(view, true), (std::vector<std::size_t>{1, 4, 2, 3}));
     EXPECT_TRUE(TransparentParts().isEmpty() && !parts.isEmpty());
-}
-
-using M = PartMarks;
-
-TEST(PartMarksTest, StepsLeaveMarks)
-{
-    const std::vector<bool> ends{true, false, false, true};
-    // Of four parts the second is selected and the last one hidden.
-    const std::pair<std::function<void(M &)>, std::string> rows[] = {
-        {[&](M &m) { m.select(ends); }, "s..h"},
-        {[](M &m) { m.setSelected(3, true); }, ".s.h"},
-        {[](M &m) { m.setSelected(0, true), m.setSelected(1, false); }, "s..h"},
-        {[](M &m) { m.hideSelected(); }, ".h.h"},
-        {[](M &m) { m.setHidden(0, true); }, "hs.h"},
-        {[](M &m) { m.setHidden(3, false); }, ".s.."},
-        {[](M &m) { m.showOnlySelected(); }, "hshh"},
-        {[](M &m) { m.clearSelection(), m.showOnlySelected(); }, "...h"},
-        {[](M &m) { m.showAll(); }, ".s.."},
-        {[](M &m) { m.setHidden(4, true), m.setSelected(4, true); }, ".s.h"}};
-    for (const auto &[step, left] : rows) {
-        PartMarks marks(4);
-        marks.setSelected(1, true);
-        marks.setHidden(3, true);
-        step(marks);
-        std::string after;
-        for (std::size_t i = 0; i < marks.count(); ++i)
-            after += marks.isHidden(i) ? 'h' : marks.isSelected(i) ? 's' : '.';
-        EXPECT_EQ(after, left);
-        EXPECT_EQ(marks.selectedCount(), std::size_t(std::count(left.begin(), left.end(), 's')));
-        EXPECT_EQ(marks.hiddenCount(), std::size_t(std::count(left.begin(), left.end(), 'h')));
-        EXPECT_FALSE(marks.isHidden(4) || marks.isSelected(4));
-    }
 }
 
 TEST(DetailBudget, IsLessWhileFramesAreSlowAndAllAtRest)

@@ -16,7 +16,8 @@ TEST_F(SingleTest, PartsAreSelectedHiddenAndFitted)
         QTimer::singleShot(0, qApp, [] { delete QApplication::activePopupWidget(); });
     });
     walk(*view, glw(),
-         "~150,200 click > s..; ~352,200 click > .s.; ~ctrl 550,200 click > .ss; ~ctrl 352,200 "
+         "~I > ; ~150,200 click > s..; ~352,200 click > .s.; ~ctrl 550,200 click > .ss; ~ctrl "
+         "352,200 "
          "click > ..s; ~352,70 click > ...; ~shift right 150,80 move down 200,320 move up > s..; "
          "~shift right 200,120 move down 350,320 move up > ss.; ~shift right 500,320 move down "
          "380,80 move up > .ss; ~shift right 20,20 move down 60,50 move up > ...; ~150,200 move H "
