@@ -20,10 +20,7 @@ public:
     void lookFrom(GLW *, Side side) override { add("from", double(side)); }
     void toggleProjection(GLW *) override { log << "projection"; }
     void beginDrag(GLW *, Drag kind, const QPointF &at) override { add("grab", kind, at); }
-    void drag(GLW *, Drag kind, const QPointF &from, const QPointF &to) override
-    {
-        add(kind, from, to);
-    }
+    void drag(GLW *, Drag kind, const QPointF &a, const QPointF &b) override { add(kind, a, b); }
     void zoom(GLW *, const QPointF &at, float steps, Qt::KeyboardModifiers modifiers) override
     {
         add(modifiers ? "bent zoom" : "zoom", double(steps), at);
@@ -38,10 +35,7 @@ private:
     static QString word(const char *text) { return text; }
     static QString word(double n) { return QString::number(n); }
     static QString word(const QPointF &p) { return word(p.x()) + ',' + word(p.y()); }
-    static QString word(Drag kind)
-    {
-        return kind == Drag::Orbit ? "orbit" : kind == Drag::Pan ? "pan" : "roll";
-    }
+    static QString word(Drag kind) { return QStringList{"orbit", "pan", "roll"}[int(kind)]; }
 };
 
 /// A window of 400 x 300 pixels. The object with the controls is 200 x 100 pixels large and stands
@@ -77,11 +71,6 @@ struct Hands {
     {
         window.RemoveGLWidget(&scene);
         window.RemoveGLWidget(&front);
-    }
-    void run(const QString &script)
-    {
-        steer(
-            &window, script, [] {}, [](const QString &) { return std::nullopt; });
     }
 };
 
@@ -133,7 +122,8 @@ TEST(ControlsTest, SteerTheItemInItsOwnPixels)
     };
     for (const auto &row : rows) {
         Hands hands(row.single);
-        hands.run(row.script);
+        steer(
+            &hands.window, row.script, [] {}, [](const QString &) { return std::nullopt; });
         EXPECT_EQ(hands.item.log.join("; ").toStdString(), row.steering) << row.script;
     }
 }
