@@ -157,6 +157,8 @@ TEST_F(ViewerTest, KeysAndDialogsAreForTheWholeProgram)
     emit sheet.pictureAsked("b.obj", part);
     const QImage cut(folder.filePath("b.png"));
     EXPECT_EQ(cut, whole.copy(part).convertToFormat(cut.format()));
+    boxes("b.obj", 4); // found in the folder, and watched
+    EXPECT_TRUE(until([&] { return sheet.entries().at(3).count == 48; }));
     hand("Q");
     EXPECT_FALSE(frame->isVisible());
 }

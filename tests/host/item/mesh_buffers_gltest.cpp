@@ -27,7 +27,7 @@ struct DrawnCase {
     const char *seen;
     Mode mode = Mode::Shaded;
     std::size_t hidden = 9, selected = 9;
-    bool fromBehind = false;
+    bool fromBehind = false, isLit = false;
 };
 
 const Parts opaque{{{'r', 1, 0}}, {{'g', 1, -1}}, {{'g', 1, .6f}}}; // the last one hides all
@@ -48,6 +48,8 @@ const DrawnCase drawnCases[] = {
     {"Edged", opaque, "36,24 red; 50~30 edge; 46~46 !edge; 18,30 red", Mode::Edged, 2},
     {"Hidden", opaque, "36,24 blue; 50~30 ink; 46~46 ink; 18~30 !ink", Mode::HiddenLines, 2},
     {"HiddenMarked", opaque, "36,24 blue; 50~30 accent; 46~46 accent", Mode::HiddenLines, 2, 0},
+    {"LitAslant", {{{'r', 1, 0}}}, "30,30 #8e2d2d", Mode::Shaded, 9, 9, false, true},
+    {"LitOnTheOtherSide", {{{'r', 1, 0, true}}}, "30,30 black", Mode::Shaded, 9, 9, false, true},
     {"Wireframe", opaque, "36,24 blue; 50~30 red; 46~46 red; 18~30 lime", Mode::Wireframe, 2},
 };
 
@@ -85,6 +87,8 @@ TEST_P(MeshDrawing, ShowsWhatShinesThroughOrLines)
     const quint64 found = edges.byteSize();
     buffers.create(*mesh, {}, 2);
     display.mode = row.mode;
+    display.lighting = row.isLit; // 40 degrees from the line of sight
+    const GLfloat half[] = {.5f, .5f, .5f, 1}, from[] = {.6428f, 0, .766f, 0};
     for (const bool parallel : {false, true}) { // from 3 in front of the origin or behind it
         QMatrix4x4 projection, view;
         parallel ? projection.ortho(-3, 3, -3, 3, 1, 9) : projection.frustum(-1, 1, -1, 1, 1, 9);
@@ -92,6 +96,9 @@ TEST_P(MeshDrawing, ShowsWhatShinesThroughOrLines)
         view.rotate(row.fromBehind ? 180 : 0, 0, 1, 0);
         for (int again = 0; again < 2; ++again) {
             begin(projection, view);
+            glEnable(GL_LIGHT0);
+            glLightfv(GL_LIGHT0, GL_DIFFUSE, half);
+            glLightfv(GL_LIGHT0, GL_POSITION, from);
             buffers.draw(*mesh, display, marks, &edges);
         }
         EXPECT_EQ(edges.byteSize() > found, row.mode == Mode::Edged);

@@ -173,6 +173,7 @@ TEST_F(LargeDrawing, WhatMovesHasTheEdgesOfItsRestAndIsTakenOver)
         ASSERT_TRUE(item.play(0) && item.play(0) && QTest::qWaitFor(drawn, 20000));
     }
     expect("80~49 edge; 80~60 !edge; 80,90 red");
+    EXPECT_EQ((item.playback()->setTime(-1), item.playback()->time()), 0);
     item.playback()->setTime(1);
     EXPECT_TRUE(!item.look(&glw).isEmpty() && item.play(0) && item.look(&glw).isEmpty());
     item.release();

@@ -104,7 +104,8 @@ TEST_F(ScrollTest, StepsLeadTo)
         "!Return; Ctrl+End; Ctrl+F; !Esc > 1569: 45 to 60\nCtrl+F; ?nothing > 0: 0 to 0 \nCtrl+F; "
         "!Return; Ctrl+End > 1569: 49 to 60 \nCtrl+F; !M; !6; !Return; Ctrl+F > 0: 6 to 60 "
         "m6\nCtrl+A Ctrl+End; ctrl 60 click none V > 1569: 45 to 59\nZ Z Z Z Z Shift+Z; PgDown > "
-        "241: 3 to 6\nCtrl+A; ctrl 1 click none V > 0: 2 to 17\nCtrl+A; 3 click V > 0: 3 to 3\nTab "
+        "241: 3 to 6\nZ Z Z Z Z Z Z; 1 move back > 320: 1 to 2\nCtrl+A; ctrl 1 click none V > 0: 2 "
+        "to 17\nCtrl+A; 3 click V > 0: 3 to 3\nTab "
         "Ctrl+End; V > 0: 1 to 1\nCtrl+A Ctrl+End; Ctrl+A V > 1569: 45 to 60\n2 click; Ctrl+F; ?m3 "
         "m; !Return; Ctrl+A V; Ctrl+F; !Esc > 0: 3 to 39");
     open();
@@ -186,8 +187,7 @@ TEST_F(ScrollTest, OnlyWhatIsNearIsReadAndTheRestStaysAsItWasLeft)
     sheet->setMemoryBudget(1 << 30);
     run("!Esc; Ctrl+Home; C; 20 move back wheel back");
     const GLW *top = sheet->tile(20);
-    EXPECT_EQ(top->geometry(false), top->orect.adjusted(0, 22, 0, 0))
-        << "the module's own reckoning";
+    EXPECT_EQ(top->geometry(false), top->orect.adjusted(0, 22, 0, 0)); // the module's own reckoning
 }
 
 } // namespace

@@ -113,8 +113,7 @@ TEST_F(SheetTest, TheMenuOpensBesideTilesTooAndOnlyWhatIsUnderThePointerIsMarked
     for (const auto &[under, left] : {std::pair(2, 3), std::pair(3, 2), std::pair(2, 3)}) {
         hand(QString("%1 move").arg(under)), frame();
         EXPECT_TRUE(item<ModelItem>(under)->hoveredPart() >= 0 &&
-                    item<ModelItem>(left)->hoveredPart() < 0)
-            << under;
+                    item<ModelItem>(left)->hoveredPart() < 0);
     }
 }
 
@@ -237,6 +236,11 @@ TEST_F(SheetTest, AFileThatFailsKeepsItsTileAndTellsWhy)
     EXPECT_TRUE(idsWith("visible") == "1234" && state(1) == State::Shown);
     for (int id : {2, 3, 4})
         EXPECT_TRUE(state(id) == State::Failed && sheet->entries().at(id).reason != "") << id;
+    QString said;
+    QObject::connect(&queue, &ReadQueue::failed, sheet, [&] { said += texts(*sheet).c_str(); });
+    sheet->readAgain({});
+    EXPECT_EQ(written(*sheet).texts.count("Reading 0 of 4"), 1u);
+    EXPECT_TRUE(until([&] { return said.contains("  ·  1 cannot be read"); }));
     menu(*sheet, sheet->tile(2), "Remove tile from the sheet");
     EXPECT_EQ(idsWith("visible"), "134");
 }
