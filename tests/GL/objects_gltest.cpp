@@ -58,7 +58,6 @@ TEST(GLWTest, HasDefaultsAndPropertiesThatFallBack)
 
 const char *const actionScripts = R"(
 NewFirst: actions a => [C,B,A]
-AddedLast: a.AddAction D; actions a => D [C,B,A,D]
 InsertedMoves: a.AddAction D; a.InsertAction B D; actions a; a.InsertAction C A; actions a => D D [C,D,B,A] A [A,C,D,B]
 UnknownNeighbour: a.InsertAction D C; actions a; a.InsertAction C none; actions a => C [B,A,C] null [B,A,C]
 Removed: a.RemoveAction B; a.RemoveAction B; actions a; delete A; actions a => 1 0 [C,A] [C]
@@ -113,11 +112,9 @@ public Q_SLOTS:
 
 // A menu that opens tells where, and how many entries it has; then it is closed.
 const char *const menuScripts = R"(
-InTheFarCorner: pointer 300,200; window.ContextMenu tree => Built open:300,200:1
-InTheNearCorner: pointer 100,100; window.ContextMenu tree; window.ContextMenu tree => Built open:100,100:1 Built open:100,100:1
+InTheCorners: pointer 300,200; window.ContextMenu tree; pointer 100,100; window.ContextMenu tree => Built open:300,200:1 Built open:100,100:1
 Outside: pointer 301,150; window.ContextMenu tree; pointer 150,201; window.ContextMenu tree; pointer 99,150; window.ContextMenu tree; pointer 150,99; window.ContextMenu tree => 
-OfNobody: window.ContextMenu none => 
-WithoutBuild: window.ContextMenu owner => open:150,120:0
+OfNobodyAndWithoutBuild: window.ContextMenu none; window.ContextMenu owner => open:150,120:0
 OnlyOne: on Built window.ContextMenu tree; window.ContextMenu tree => Built open:150,120:1
 RecordFollowsFromTheTop: clock 5000000; set window at 1,2 button 5 modifier 6 double_click 1; window.ContextMenu tree; record; get window double_click => Built open:150,120:1 50,20 1,2 -49,-18 5000000 5<5 6<6 0
 MenuDies: on Built delete menu; window.ContextMenu tree; window.ContextMenu tree => Built Built

@@ -40,6 +40,13 @@ extern "C" const GLubyte *glGetString(GLenum name)
     return fake ? reinterpret_cast<const GLubyte *>(machine.renderer.constData()) : real(name);
 }
 
+extern "C" void glXSwapBuffers(void *display, unsigned long drawable)
+{
+    ++machine.swaps;
+    using Swap = decltype(&glXSwapBuffers);
+    reinterpret_cast<Swap>(dlsym(RTLD_NEXT, "glXSwapBuffers"))(display, drawable);
+}
+
 QPoint QCursor::pos()
 {
     return machine.pointer;
@@ -52,7 +59,6 @@ void QCursor::setPos(int x, int y)
 
 void QGLWidget::swapBuffers()
 {
-    ++machine.swaps;
     machine.shown = grabFrameBuffer();
     context()->swapBuffers();
 }

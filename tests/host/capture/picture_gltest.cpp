@@ -73,6 +73,8 @@ TEST_F(PictureTest, AlphaIsWhatIsCoveredHoweverTheContentBlends)
     main->viewport.align = V::AlignLeft | V::AlignTop;
     request.objects[0].draw3D = nullptr;
     request.objects[0].draw2D = [](GLW *, float) {
+        for (const GLenum of : {GL_PACK_ROW_LENGTH, GL_PACK_SKIP_ROWS, GL_PACK_SKIP_PIXELS})
+            glPixelStorei(of, 99);   // as a host may leave it
         glColor4f(0.4f, 0, 0, 0.5f); // not blended: opaque on the screen whatever its alpha
         glRectf(270, 20, 319, 180);  // x = 319 is the right edge there
         glEnable(GL_BLEND);

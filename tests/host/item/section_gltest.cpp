@@ -124,6 +124,8 @@ TEST_P(SectionSeen, AndFoundByThePointer)
     projection.scale(16, 16, 1);
     std::copy_n(projection.constData(), 16, glw.camera.proj_matrix);
     std::copy_n(QMatrix4x4().constData(), 16, glw.camera.model_matrix);
+    for (const GLenum of : {GL_PACK_ROW_LENGTH, GL_PACK_SKIP_ROWS, GL_PACK_SKIP_PIXELS})
+        glPixelStorei(of, 99); // as a host may leave it
     for (std::size_t i = 0; i < row.parts.size(); ++i) {
         bool left = int(i) != row.hidden;
         for (const CutPlane &plane : row.planes)
