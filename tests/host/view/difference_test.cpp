@@ -50,8 +50,8 @@ const SurfacesCase surfacesCases[] = {
     {"OffsetInsideOut", cube(0, 4).flip(), cube(1, 3), true, -1, -1, 1, 1, 1, 1},
     {"OpenSurface", sheet(0, 2, 0), sheet(0, 2, -0.25), false, 0.25, 0.25, 0.25, 0.25},
     {"Beyond", sheet(0, 1, 0), sheet(0, 2, 0.5), false, 0.5, std::sqrt(1.25)},
-    {"ByArea", sheet(-9, 9, 0), sheet(0, 3, 0) + sheet(3, 4, 1), false, 0, 1, 0.25, 0.5, 0.5, 0.75},
-};
+    {"ByArea", sheet(-9, 9, 0), sheet(0, 3, 0) + sheet(3, 4, 1), false, 0, 1, 0.25, 0.5, 0.5,
+     0.75}};
 
 TABLE(Surfaces, testing::Test, SurfacesCase, surfacesCases);
 
@@ -82,20 +82,18 @@ struct PointCase {
     double distance;
 };
 
-const PointCase pointCases[] = {
-    {"BeforeAFace", cube(0, 2), {1, 1, 5}, 3},
-    {"BeforeAnEdge", cube(0, 2), {5, 1, 6}, 5},
-    {"Inside", cube(0, 2), {1, 1.25, 1}, -0.75},
-    {"InsideNearACorner", cube(0, 2), {1.75, 1.75, 1.75}, -0.25},
-    {"InsideOut", cube(0, 2).flip(), {1, 1, 1.5}, -0.5},
-    {"OnIt", cube(0, 2), {2, 1, 1}, 0},
-    {"InTheWall", hollow, {0.5, 2, 2}, -0.5},
-    {"InTheHollow", hollow, {2, 2, 1.25}, 0.25},
-    {"BehindASharpEdge", wedge, {-1, 0.75, 2}, 1.25},
-    {"BehindASharpCorner", wedge, {-2, 0.5, 5}, std::sqrt(5.25)},
-    {"InANotch", notched, {2, 2, 2}, 1 / std::sqrt(10.0)},
-    {"BelowANotch", notched, {2, 0.75, 2}, -0.25},
-};
+const PointCase pointCases[] = {{"BeforeAFace", cube(0, 2), {1, 1, 5}, 3},
+                                {"BeforeAnEdge", cube(0, 2), {5, 1, 6}, 5},
+                                {"Inside", cube(0, 2), {1, 1.25, 1}, -0.75},
+                                {"InsideNearACorner", cube(0, 2), {1.75, 1.75, 1.75}, -0.25},
+                                {"InsideOut", cube(0, 2).flip(), {1, 1, 1.5}, -0.5},
+                                {"OnIt", cube(0, 2), {2, 1, 1}, 0},
+                                {"InTheWall", hollow, {0.5, 2, 2}, -0.5},
+                                {"InTheHollow", hollow, {2, 2, 1.25}, 0.25},
+                                {"BehindASharpEdge", wedge, {-1, 0.75, 2}, 1.25},
+                                {"BehindASharpCorner", wedge, {-2, 0.5, 5}, std::sqrt(5.25)},
+                                {"InANotch", notched, {2, 2, 2}, 1 / std::sqrt(10.0)},
+                                {"BelowANotch", notched, {2, 0.75, 2}, -0.25}};
 
 TABLE(Points, testing::Test, PointCase, pointCases);
 
@@ -112,8 +110,8 @@ TEST_P(Points, AreMeasured)
     const auto [mesh, found] = measured(row.from.mesh, points);
     ASSERT_TRUE(mesh);
     EXPECT_NEAR(double(found.distances[1]), row.distance, 1e-6 * std::abs(row.distance));
-    EXPECT_NEAR(found.mean, (std::abs(double(found.distances[0])) + std::abs(row.distance)) / 2,
-                1e-4);
+    const double other = std::abs(double(found.distances[0]));
+    EXPECT_NEAR(found.mean, (other + std::abs(row.distance)) / 2, 1e-4);
     EXPECT_FALSE(Difference::fault(points, points).isEmpty());
     EXPECT_TRUE(Difference::fault(row.from.mesh, points).isEmpty());
     EXPECT_FALSE(Difference::fault(row.from.mesh, {}).isEmpty());
@@ -129,9 +127,8 @@ TEST(ColourScaleTest, RunsFromBlueToRedInRoundSteps)
         EXPECT_EQ(both.at(distance).name(), name) << distance;
     EXPECT_EQ(both.colours({-2, Deviation::unknown}),
               (std::vector<quint8>{0x3b, 0x4c, 0xc0, 255, 128, 138, 150, 255}));
-    const double rounds[][4] = {// value, rounded, the next, the one before
-                                {0.3, 0.5, 1, 0.2},
-                                {0, 1, 2, 0.5}};
+    // Value, rounded, the next, the one before.
+    const double rounds[][4] = {{0.3, 0.5, 1, 0.2}, {0, 1, 2, 0.5}};
     for (const auto &[value, rounded, next, before] : rounds) {
         EXPECT_DOUBLE_EQ(ColourScale::roundUp(value), rounded);
         EXPECT_DOUBLE_EQ(ColourScale::step(rounded, true), next);

@@ -2,6 +2,7 @@
 // What stands over a view, line by line and word by word, and what its bars and buttons do.
 
 #include "host/item/camera_geometry.h"
+#include "host/ui/metrics.h"
 #include "host/view/compare/divider.h"
 #include "host/view/compare/legend.h"
 #include "host/view/measure_paint.h"
@@ -9,8 +10,8 @@
 #include "host/view/overlay/scale_bar.h"
 #include "host/view/sheet/sheet_bar.h"
 #include "host/view/sheet/tile_painter.h"
+#include "host/view/window/panel.h"
 #include "sheet/support.h"
-#include "tests/host/paint_record.h"
 #include "tests/host/shapes.h"
 
 namespace host {
@@ -73,6 +74,7 @@ TEST_F(PaintedTest, OverlaysStandInTheirCorners)
     };
     EXPECT_EQ(said(painted(triad)), arms("c83028", "288430", "245ccc", "ffffffff"));
     EXPECT_LT((painted(triad).at("X", .5, .5) - QPointF(87.4, 342)).manhattanLength(), 2);
+    EXPECT_EQ(painted(bar).at("2", 1, .5), QPointF(584, 365));
     EXPECT_EQ(said(painted(bar)), "484,382 584,382 ff1c222a 1.6\n484,378 484,386 ff1c222a 1.6\n"
                                   "584,378 584,386 ff1c222a 1.6\n2 ff1c222a");
     strip.setFiles({"/c"});
@@ -84,8 +86,8 @@ TEST_F(PaintedTest, OverlaysStandInTheirCorners)
     EXPECT_EQ(painted(strip).all(), "a|b|c|d|e");
     display.dark = true;
     EXPECT_EQ(said(painted(triad)), arms("ff6e64", "78d26e", "6ea5ff", "ff14181e"));
-    hand("540,380 move down +0,-30 move up");
-    EXPECT_NE(camera.rot, Vector(0, 30, 0)) << "the scale bar leaves drags";
+    // The scale bar leaves drags.
+    EXPECT_NE((hand("540,380 move down +0,-30 move up"), camera.rot), Vector(0, 30, 0));
     const std::pair<Overlay *, QSize> rows[] = {
         {&triad, {260, 220}}, {&bar, {360, 240}}, {&strip, {560, 320}}, {nullptr, {200, 150}}};
     for (const auto &[overlay, least] : rows)
@@ -132,8 +134,7 @@ TEST_F(PaintedTest, TheLegendSaysWhatColoursMean)
         for (const auto &[text, x, y] : {std::tuple("Title", 10., 22 + line / 2),
                                          {"two", 19., bottom + 2.5 * line},
                                          {isSigned ? "0" : "4", 43., (top + bottom) / 2}})
-            EXPECT_LT((drawn.at(text, 0, .5) - QPointF(left + x, y)).manhattanLength(), 1.6)
-                << text;
+            EXPECT_LT((drawn.at(text, 0, .5) - QPointF(left + x, y)).manhattanLength(), 1.6);
     }
 }
 
@@ -156,8 +157,7 @@ TEST_F(PaintedTest, LinesAndBarsThatAreDragged)
     EXPECT_EQ(said(painted(bar)), "589,123 8,154 99626c78");
     hand("590,200 move down");
     EXPECT_EQ(said(painted(bar)), "589,123 8,154 e6d6620a");
-    hand("590,200 move up");
-    scroll.setLargest(60000);
+    hand("590,200 move up"), scroll.setLargest(60000);
     EXPECT_EQ(said(painted(bar)), "589,5 8,26 99626c78");
 }
 
@@ -283,8 +283,23 @@ TEST_F(PaintedTest, TheWindowSaysWhatThereIs)
     hand("@2,2,2 click");
     EXPECT_EQ(texts().substr(0, 2), "2|") << "a label";
     hand("shift right 100,120 move down 60,150 move");
-    EXPECT_NE(said(written(*view)).find("\n60,120 40,30 26d6620a in ffd6620a 1\n"),
-              std::string::npos);
+    const auto says = [&](const QString &line) {
+        return said(written(*view)).find(line.toStdString()) != std::string::npos;
+    };
+    EXPECT_TRUE(says("\n60,120 40,30 26d6620a in ffd6620a 1\n"));
+    open(boxes("b.obj", 1));
+    // So near at a corner of the front that two of its sides leave the window.
+    hand("D @0,0,2 click @2,0,2 click click @2,2,2 click click @0,2,2 click click @0,0,2 click");
+    const double top = noteHeight(widget->font(), 2) + 8, below = noteHeight(widget->font(), 1);
+    for (const bool upper : {false, true}) {
+        const QString corner = upper ? "@2,2,2" : "@0,0,2";
+        hand("F 1 - - - -"), settle(glw());
+        hand(corner + (upper ? " +-1,1" : " +1,-1") + QString(" wheel").repeated(16)),
+            settle(glw());
+        const QPointF p = *place(corner), x((p.x() + (upper ? 8 : 592)) / 2, p.y());
+        for (const QPointF &at : {x, QPointF(p.x(), (p.y() + (upper ? 346 - below : top)) / 2)})
+            EXPECT_TRUE(says(pair(at) + ' ' + pair(at + QPointF(12, -12)))) << upper;
+    }
 }
 
 TEST_F(PaintedTest, MeasuresAndPlanesAreDrawnWhereTheyAre)
@@ -349,7 +364,7 @@ TEST_F(PaintedTest, MeasuresAndPlanesAreDrawnWhereTheyAre)
     hand(QString("%1,%2 move down").arg(knob.x()).arg(knob.y()));
     display.dark = true;
     const PaintRecord held = PaintedTest::painted(handles);
-    EXPECT_TRUE(held.rims.at(1) == " in ff14181e 1.6" && held["x = 0.5"].font == widget->font());
+    EXPECT_TRUE(held.rims.at(1) == " in ff14181e 1.6" && held["x = 0.5"].font == Metrics::font());
     EXPECT_NEAR(held["x = 0.5"].box.left(), knob.x() + 36, 1); // a note beside the pointer
     EXPECT_EQ(held.rims.at(0) + pair(held.fills.at(1).first.width(), 0), " 217,0") << "stronger";
     EXPECT_NEAR(held.fills.at(2).first.top(), knob.y() + 26, 1);

@@ -5,11 +5,9 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
-#include <QThreadPool>
 #include <QTreeView>
 
-#include "host/view/measure_tool.h"
+#include "host/ui/metrics.h"
 #include "host/view/window/binding.h"
 #include "sheet/support.h"
 #include "tests/host/shapes.h"
@@ -87,10 +85,9 @@ TEST_F(SurfaceTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
         EXPECT_TRUE(until([&] { return !tool.isBusy(); }));
         const Display &d = view->display();
         const bool side = window->frame()->isOpen(), flat = view->isOrthographic();
-        const bool switches[] = {d.lighting, d.reduces, d.hover, d.dark, side, flat};
         QString all = QString::number(int(d.mode));
-        for (int i = 0; i < 6; ++i)
-            all += switches[i] ? "GRMBPO"[i] : '.';
+        for (const bool on : {d.lighting, d.reduces, d.hover, d.dark, side, flat})
+            all += on ? "0GRMBPO"[all.size()] : '.';
         all += QString("|%1 up|").arg("XYZ"[item()->axes()->up()]) + pose().trimmed() + '|' +
                marks().c_str() + '|' + tool.hint().section("  ·", 0, 0);
         all += item()->section()->on ? "|" : "|off ";
@@ -122,8 +119,9 @@ TEST_F(SurfaceTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
          "is selected or under the pointer > h.; =Show all parts > ..; @4,1,2 click > .s; =Show "
          "only that > hs; A > .s; shift right 20,20 move down +9,9 move > ; ~shift right 29,29 "
          "move up > ..; @1,1,2 click Shift+D > s.|Area and volume box0 area 24 volume 8; ctrl "
-         "@4,1,2 click none Shift+D > ss|Area and volume 2 of 2 parts area 48 volume 16; @1,1,2 "
-         "click H Shift+D > h.|Area and volume all that is shown area 24 volume 8; A > ..; =List "
+         "@4,1,2 click none Shift+D > ss|Area and volume 2 of 2 parts area 48 volume 16; H "
+         "Shift+D > hh|Area and volume all that is shown area 0 no volume: it is not closed; A > "
+         "..; =List "
          "of the parts > 0GRM.P.|22.000 -32.000 0.037 2.060; ~P > 0GRM...|22.000 -32.000 -0.069 "
          "1.493; =Measure|Angle of points > Angle of points: click the first point; D > Radius: "
          "click a round edge or face; D > Distance: click the first point; @0,2,2 click > "
@@ -147,20 +145,17 @@ TEST_F(SurfaceTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
     hand("Menu");
     QWidget *menu = QApplication::activePopupWidget();
     EXPECT_TRUE(menu && menu->actions().size() > 5 && menu->close());
-    hand("9,200 move");
-    EXPECT_FALSE(asks(*view, "12,200 move")) << "nothing changes";
+    EXPECT_FALSE((hand("9,200 move"), asks(*view, "12,200 move"))) << "nothing changes";
 }
 
 TEST_F(SurfaceTest, PointsAreDrawnWiderAndThinner)
 {
     SingleViewTest::open(file("a.xyz", "0 0 0\n1 0 0\n0 1 0\n1 1 1\n"));
+    const QString more = QString("Ctrl++ ").repeated(9), less = QString("Ctrl+- ").repeated(15);
     walk(*view, glw(),
-         "Ctrl++ > 1.41; Ctrl+= > 2; =Wider points > 2.83; Ctrl+- > 2; =Thinner points > 1.41",
+         "Ctrl++ > 1.41; Ctrl+= > 2; =Wider points > 2.83; Ctrl+- > 2; =Thinner points > 1.41; " +
+             more + "9,9 > 16; " + less + "9,9 > 0.125",
          [&] { return QString::number(view->display().pointScale, 'g', 3); });
-    hand(QString("Ctrl++ ").repeated(9) + "9,9");
-    EXPECT_EQ(view->display().pointScale, 16);
-    hand(QString("Ctrl+- ").repeated(15) + "9,9");
-    EXPECT_EQ(view->display().pointScale, 1 / 8.0);
 }
 
 TEST_F(SurfaceTest, TheListScrollsAndItsKeysAreItsOwn)
@@ -181,14 +176,18 @@ TEST_F(SurfaceTest, TheListScrollsAndItsKeysAreItsOwn)
 TEST_F(SurfaceTest, ThePartsListAndTheModelAgree)
 {
     SingleViewTest::open(boxes("three.obj", 3));
-    hand("P");
-    frame();
+    hand("Ctrl+F"), frame();
     auto *tree = window->frame()->findChild<QTreeView *>();
     auto *search = window->frame()->findChild<QLineEdit *>();
     EXPECT_EQ(widget->width(), 326) << "270 of it, and the rim";
     EXPECT_TRUE(search->placeholderText() == "Find a part" && search->isClearButtonEnabled());
     EXPECT_TRUE(search->accessibleName() == "Find a part" && tree->accessibleName() == "Parts");
-    EXPECT_EQ(tree->header()->count(), 2);
+    EXPECT_TRUE(tree->header()->count() == 2 && !tree->header()->sectionsMovable());
+    EXPECT_EQ(tree->columnWidth(1), tree->fontMetrics().horizontalAdvance("Count") + 18);
+    EXPECT_EQ(tree->pos(), search->geometry().bottomLeft() + QPoint(0, 7));
+    EXPECT_TRUE(search->hasFocus() && search->x() == 6 && tree->width() + 12 == 270);
+    EXPECT_TRUE(tree->indentation() == 12 && tree->selectionMode() == QTreeView::ExtendedSelection);
+    EXPECT_TRUE(!tree->expandsOnDoubleClick() && tree->font() == Metrics::font());
     const auto row = [&](int i) { return tree->model()->index(i, 0); };
     const auto follow = [&] { frame(), QCoreApplication::processEvents(); };
     ASSERT_EQ(tree->model()->rowCount(), 3);
@@ -203,27 +202,29 @@ TEST_F(SurfaceTest, ThePartsListAndTheModelAgree)
     tree->setCurrentIndex(row(1));
     EXPECT_EQ(marks(), ".s.");
     const Theme &theme = view->display().theme();
-    const QPalette colours = tree->palette();
-    EXPECT_TRUE(colours.color(QPalette::Base) == theme.top &&
-                colours.color(QPalette::Text) == theme.text);
+    using P = QPalette;
+    const auto is = [&](P::ColorRole role) { return tree->palette().color(role); };
+    for (const auto role : {P::Text, P::WindowText, P::ButtonText, P::HighlightedText})
+        EXPECT_EQ(is(role), theme.text) << role;
+    EXPECT_TRUE(is(P::Window) == theme.bottom && is(P::Base) == theme.top &&
+                is(P::Button) == theme.bottom && is(P::PlaceholderText) == theme.faint &&
+                is(P::Highlight).name(QColor::HexArgb) == "#4dd6620a");
+    EXPECT_EQ(window->frame()->palette().color(P::Window), theme.bottom);
     const QString before = pose();
-    QTest::keyClick(tree, Qt::Key_Return);
-    settle(glw());
+    QTest::keyClick(tree, Qt::Key_Return), settle(glw());
     EXPECT_NE(pose(), before) << "what is selected is fitted";
     item()->select(2, true);
     follow();
     EXPECT_TRUE(tree->selectionModel()->isSelected(row(2)) && marks() == ".ss");
     EXPECT_TRUE(window->frame()->findChild<QLabel *>()->text().endsWith("3 parts  ·  2 selected"));
-    tree->setFocus();
-    QTest::keyClick(tree, Qt::Key_H); // a key of the view
+    tree->setFocus(), QTest::keyClick(tree, Qt::Key_H); // a key of the view
     EXPECT_EQ(marks(), ".hh");
     follow();
     EXPECT_EQ(row(2).data(Qt::CheckStateRole), int(Qt::Unchecked));
     tree->model()->setData(row(2), Qt::Checked, Qt::CheckStateRole);
     EXPECT_EQ(marks(), ".h.");
 
-    search->setText("x");
-    QTest::keyClick(tree, Qt::Key_F, Qt::ControlModifier);
+    search->setText("x"), QTest::keyClick(tree, Qt::Key_F, Qt::ControlModifier);
     EXPECT_TRUE(search->hasFocus() && search->selectedText() == "x");
     QTest::keyClicks(search, "x1");
     EXPECT_TRUE(tree->model()->rowCount() == 1 && row(0).data().toString() == "box1");
@@ -241,8 +242,7 @@ TEST_F(SurfaceTest, ThePartsListAndTheModelAgree)
     ASSERT_TRUE(popup);
     EXPECT_EQ(described(*popup).toStdString(), "Show all parts\tA|Fit to the window\tF");
     popup->close();
-    hand("P");
-    frame();
+    hand("P"), frame();
     EXPECT_EQ(widget->width(), 600);
 }
 
@@ -253,10 +253,8 @@ TEST_F(SurfaceTest, AtRestEdgesAreSmoothedAndThenNothingIsDrawn)
     hand("2,2 move W"); // to edges, which are sought first
     int frames = 0;
     QImage last;
-    QObject::connect(view.get(), &View::framePainted, [&] {
-        ++frames;
-        last = widget->grabFrameBuffer();
-    });
+    QObject::connect(view.get(), &View::framePainted,
+                     [&] { ++frames, last = widget->grabFrameBuffer(); });
     for (int i = 0; i < 3; ++i) { // the last time without what was under way before
         frames = 0;
         const QImage plain = painted();
@@ -279,8 +277,7 @@ TEST_F(SurfaceTest, ALargeModelIsReducedWhileItMovesOnTheScreenAlone)
     QObject::connect(view.get(), &View::framePainted, [&] { time += 0.15; });
     for (const bool reduces : {true, false, true}) {
         EXPECT_EQ(view->display().reduces, reduces);
-        hand("300,200 down +40,10 move +40,10 move");
-        settle(glw());
+        hand("300,200 down +40,10 move +40,10 move"), settle(glw());
         EXPECT_EQ(large->isReduced(), reduces);
         const QString before = pose();
         const QImage moving = painted(), whole = picture(false);
@@ -292,8 +289,7 @@ TEST_F(SurfaceTest, ALargeModelIsReducedWhileItMovesOnTheScreenAlone)
         hand("up Shift+W");
     }
     const quint64 held = large->byteSize();
-    view.reset();
-    EXPECT_LT(large->byteSize(), held) << "the buffers go with the view";
+    EXPECT_LT((view.reset(), large->byteSize()), held) << "the buffers go with the view";
 }
 
 } // namespace

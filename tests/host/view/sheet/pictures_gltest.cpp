@@ -68,8 +68,7 @@ public:
         if (frame.contains('+'))
             pictures.keepSmoothed();
         painter.end();
-        EXPECT_EQ(target.toImage().convertToFormat(expected.format()), expected.mirrored())
-            << frame.toStdString();
+        EXPECT_EQ(target.toImage().convertToFormat(expected.format()), expected.mirrored());
         EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
         return drawn;
     }

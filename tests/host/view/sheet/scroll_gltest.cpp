@@ -4,8 +4,6 @@
 #include <algorithm>
 
 #include <QLineEdit>
-#include <QSemaphore>
-#include <QThreadPool>
 
 #include "host/view/sheet/sheet_view.h"
 #include "support.h"
@@ -169,15 +167,12 @@ TEST_F(ScrollTest, OnlyWhatIsNearIsReadAndTheRestStaysAsItWasLeft)
     EXPECT_EQ(describe(), "1569: 45 to 60") << "what is read again moves nothing";
     run("Shift+Home; Ctrl+Home"), settle(sheet->tile(1));
     EXPECT_NEAR(rot(1).x, 22, 0.1) << "home, though it was not there to go";
-    QThreadPool &threads = *QThreadPool::globalInstance();
-    QSemaphore goOn;
-    for (int i = 0; i < threads.maxThreadCount(); ++i)
-        threads.start([&goOn] { goOn.acquire(); });
+    auto blocked = std::make_unique<BlockedThreads>();
     sheet->setMemoryBudget(20 * size);
     for (const char *steps : {"PgDown", "PgDown", "Ctrl+End"}) // what nobody sees any more is held
         run(steps);
     const int last = refused();
-    goOn.release(threads.maxThreadCount());
+    blocked.reset();
     EXPECT_TRUE(until([&] { return sheet->entries().at(last).state == State::Shown; })) << last;
     run("Ctrl+Home"), sheet->setMemoryBudget(4 * size);
     run("N; Ctrl+End");

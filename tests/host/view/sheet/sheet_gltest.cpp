@@ -2,7 +2,6 @@
 // A sheet under a person's hands: which tile a gesture means, and what becomes of tiles.
 #include <QApplication>
 #include <QLineEdit>
-#include <QMenu>
 #include <QMimeData>
 
 #include "host/app/viewer.h"

@@ -91,8 +91,7 @@ TEST(SheetGridTest, HasAsManyColumnsAsHaveRoom)
                       .arg(grid.header())
                       .arg(grid.largestOffset())
                       .toStdString(),
-                  expected)
-            << window.width() << "x" << window.height() << ": " << count;
+                  expected);
     }
 }
 
@@ -107,8 +106,7 @@ TEST(SheetGridTest, TellsWhatIsInViewAndWhere)
                              {0, 300, 0, 18}, {3682, 0, 93, 100}, {3682, 300, 84, 100}};
     for (const auto &[offset, around, first, end] : ranges) {
         const SheetGrid::Range range = grid.inView(offset, around);
-        EXPECT_TRUE(range.first == first && range.end == end)
-            << offset << ": " << range.first << ", " << range.end;
+        EXPECT_TRUE(range.first == first && range.end == end) << offset;
     }
 }
 

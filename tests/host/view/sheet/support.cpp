@@ -6,7 +6,6 @@
 #include <QFile>
 #include <QGLFormat>
 #include <QLineEdit>
-#include <QThreadPool>
 #include <QTimerEvent>
 
 #include "host/app/application.h"

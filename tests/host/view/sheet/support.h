@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <QMenu>
+#include <QSemaphore>
 #include <QTemporaryDir>
+#include <QThreadPool>
 #include <QTimer>
 
 #include "GL/glw.h"
@@ -19,6 +21,19 @@
 #include "tests/host/view/hand.h"
 
 namespace host {
+
+/// For its lifetime no thread of the pool is free.
+struct BlockedThreads {
+    QThreadPool &pool = *QThreadPool::globalInstance();
+    std::shared_ptr<QSemaphore> go = std::make_shared<QSemaphore>();
+
+    BlockedThreads()
+    {
+        for (int i = 0; i < pool.maxThreadCount(); ++i)
+            pool.start([go = go] { go->acquire(); });
+    }
+    ~BlockedThreads() { go->release(pool.maxThreadCount()); }
+};
 
 /// A window of 600 x 400 pixels that a hand steers through events, and a folder of files.
 /// Points are window pixels from the upper left corner.

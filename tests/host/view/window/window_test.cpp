@@ -1,18 +1,132 @@
 // SPDX-License-Identifier: MIT
-// Texts on panels: where they stand in which colour, and what has no room.
-#include "host/view/window/panel.h"
-
+// What a window is made of: the context menu in the making, the clock that lets it rest, what
+// frames may cost, its two sides, and texts on panels.
 #include <cmath>
 #include <set>
 
 #include <QFontMetricsF>
+#include <QMenu>
+#include <QTest>
 
-#include "host/item/display.h"
 #include "host/view/window/bindings_list.h"
+#include "host/view/window/frame_budget.h"
+#include "host/view/window/frame_clock.h"
+#include "host/view/window/menu_tree.h"
+#include "host/view/window/panel.h"
+#include "host/view/window/side_frame.h"
 #include "tests/host/paint_record.h"
 
 namespace host {
 namespace {
+
+TEST(MenuTreeTest, BuildsWhatWasAddedAndRunsItAfterwards)
+{
+    QObject receiver;
+    auto *dies = new QObject;
+    QStringList ran;
+    MenuTree tree;
+    tree.add("Fit", "F", &receiver, [&] { ran << "fit"; });
+    tree.add("Lighting", "G", dies, [&] { ran << "lighting"; });
+    QMenu menu;
+    EXPECT_TRUE(tree.Build(&menu) == 2 && !menu.actions()[0]->isCheckable());
+    for (QAction *entry : menu.actions())
+        entry->trigger();
+    delete dies;
+    EXPECT_TRUE(ran.isEmpty()) << "the menu is still open";
+    QCoreApplication::processEvents();
+    EXPECT_EQ(ran.join(' '), "fit");
+    QAction list("Controls");
+    list.setShortcut(QKeySequence("Shift+?"));
+    EXPECT_EQ(bindingWords(&list), "?");
+}
+
+/// Stands for the module's window: its properties and its slot.
+class FakeWindow : public QWidget {
+    Q_OBJECT
+
+public:
+    int requested = 0;
+
+    FakeWindow() { setMouseTracking(true); } // as the module's does
+    float fps() const { return property("fps").toFloat(); }
+
+public slots:
+    void Update() { ++requested; }
+};
+
+/// Its rests are over as soon as events are looked for.
+TEST(FrameClockTest, RestsWhenNothingHappensAndWakesWithInput)
+{
+    FakeWindow window;
+    FrameClock clock(&window, 50, nullptr, 0);
+    const auto rest = [] { QCoreApplication::processEvents(); };
+    EXPECT_TRUE(!window.property("timer").toBool() && window.fps() == 50) << "frames are asked for";
+    rest();
+    EXPECT_EQ(window.fps(), 0);
+
+    QMouseEvent move(QEvent::MouseMove, QPointF(1, 1), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window, &move);
+    EXPECT_EQ(window.fps(), int(FrameClock::lookRate));
+    clock.setLookRate(7);
+    QCoreApplication::sendEvent(&window, &move);
+    EXPECT_EQ(window.fps(), 7);
+    FakeWindow busy;
+    const FrameClock other(&busy, 50, nullptr, 60000);
+    QCoreApplication::sendEvent(&busy, &move);
+    EXPECT_EQ(busy.fps(), 50) << "something else goes on";
+    QMouseEvent drag(QEvent::MouseMove, {1, 1}, Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window, &drag);
+    EXPECT_TRUE(window.fps() == 50 && window.requested == 0) << "input alone draws nothing";
+    rest();
+    QResizeEvent resize({9, 9}, {8, 8});
+    QCoreApplication::sendEvent(&window, &resize);
+    EXPECT_TRUE(window.fps() == 50 && window.requested == 1);
+
+    clock.setContinuous(true);
+    EXPECT_TRUE(window.property("timer").toBool());
+    rest();
+    QCoreApplication::sendEvent(&window, &move);
+    EXPECT_EQ(window.fps(), 50) << "continuous drawing never rests";
+    clock.setContinuous(false);
+    rest();
+    EXPECT_TRUE(!window.property("timer").toBool() && window.fps() == 0);
+}
+
+TEST(FrameBudgetTest, FramesTakeTheirShareOfTheProcessorsTime)
+{
+    FrameBudget budget(nullptr, 100000, 3);
+    const auto ask = [&] { return budget.request(), budget.findChild<QTimer *>()->interval(); };
+    EXPECT_EQ(ask(), 3);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !budget.isPending(); }, 20000));
+    for (const auto end = std::clock() + CLOCKS_PER_SEC / 50; std::clock() < end;)
+        continue; // 20 milliseconds of work
+    budget.measure();
+    QCoreApplication::processEvents();
+    EXPECT_NEAR(ask(), 4e6, 2e6);
+}
+
+TEST(SideFrameTest, TheViewsHaveWhatTheSideLeaves)
+{
+    SideFrame frame;
+    auto *views = new QWidget, *content = new QWidget;
+    frame.setViews(views);
+    frame.setContent(content);
+    frame.resize(600, 400);
+    frame.show();
+    QCoreApplication::processEvents();
+    views->resize(200, 100); // what the X server tells of it can be old
+    QCoreApplication::processEvents();
+    EXPECT_EQ(views->size(), QSize(600, 400));
+    for (const auto &[chosen, wide] : {std::pair(0, 270), {150, 150}, {500, 360}}) {
+        frame.setSideWidth(chosen);
+        frame.setOpen(true);
+        frame.resize(700, 400); // who widens it wants to see more of the views
+        EXPECT_TRUE(content->width() == wide && !frame.childrenCollapsible()) << wide;
+        frame.resize(600, 400), frame.setOpen(false);
+    }
+    emit frame.splitterMoved(400, 1);
+    EXPECT_EQ(frame.sideWidth(), 360);
+}
 
 const Theme theme = Display().theme();
 
@@ -132,8 +246,7 @@ TEST(PanelTest, TheListOfBindingsShowsEveryRowInFullInColumnsOrByScrolling)
                 lefts.insert(key.left());
                 EXPECT_TRUE(key.top() == top.top() || key.top() == all.places[i - 1].keys.bottom());
             }
-            EXPECT_TRUE(int(lefts.size()) == columns && all.first == std::clamp(from, 0, last))
-                << high;
+            EXPECT_TRUE(int(lefts.size()) == columns && all.first == std::clamp(from, 0, last));
             EXPECT_EQ(all.places.size(), columns > 0 ? 20 - last : 0) << width << ' ' << high;
         }
     const QRectF bounds(0, 0, 250, 250);
@@ -147,8 +260,7 @@ TEST(PanelTest, TheListOfBindingsShowsEveryRowInFullInColumnsOrByScrolling)
     EXPECT_TRUE(list.fills[0].first == shown.panel && list.fills[0].second.alpha() == 240);
     EXPECT_TRUE(list["Controls"].color == theme.accent && list["Controls"].font.bold());
     EXPECT_EQ(list["Controls"].box.topLeft(), shown.heading.topLeft());
-    const PaintRecord::Text hint =
-        list[QString("4 to %1 of 20: scroll").arg(3 + shown.places.size())];
+    const auto hint = list[QString("4 to %1 of 20: scroll").arg(3 + shown.places.size())];
     EXPECT_TRUE(hint.color == theme.faint && qRound(hint.box.right() - shown.heading.right()) == 0);
     for (int i = 0; i < shown.places.size(); ++i) {
         const PaintRecord::Text key = list[rows[3 + i].keys], text = list[rows[3 + i].text];
@@ -181,3 +293,5 @@ TEST(PanelTest, TheListOfBindingsShowsEveryRowInFullInColumnsOrByScrolling)
 
 } // namespace
 } // namespace host
+
+#include "window_test.moc"

@@ -1,0 +1,390 @@
+// SPDX-License-Identifier: MIT
+// Measuring, cutting and comparing with a hand at the window.
+#include <QApplication>
+#include <QClipboard>
+#include <QRegularExpression>
+
+#include "host/view/compare/compare_view.h"
+#include "host/view/window/binding.h"
+#include "sheet/support.h"
+#include "tests/host/shapes.h"
+
+namespace host {
+namespace {
+
+/// Two boxes of side 2 with a gap of 1 between them.
+class MeasureTest : public SingleViewTest {
+protected:
+    void open() { SingleViewTest::open(boxes("two.obj", 2), false); }
+
+    MeasureTool &tool() const { return *view->measureTool(); }
+    bool await() const
+    {
+        return until([&] { return !tool().isBusy(); });
+    }
+    /// Chooses a kind by so many presses of its key, and clicks a little beside each of the places.
+    void measure(int kind, const QString &places)
+    {
+        hand(QString("D ").repeated(kind) + "1,1");
+        await();
+        for (const QString &place : places.split(' ', Qt::SkipEmptyParts))
+            hand('@' + place + " +1,-2 click");
+    }
+    std::string measured() const
+    {
+        QStringList all;
+        for (const Measurement &m : tool().measurements())
+            all << m.text();
+        return all.join('\n').replace('\t', '|').toStdString();
+    }
+};
+
+TEST_F(MeasureTest, ClicksAreMeasured)
+{
+    const std::tuple<int, const char *, const char *> rows[] = {
+        {1, "0,2,2 5,0,2", "Distance|5.38516|Δx 5   Δy -2   Δz 0"},
+        {2, "3,2,2", "Point|x 3   y 2   z 2"},
+        {3, "1,1,2 1,2,1", "Angle of faces|90°"},
+        {3, "1,1,2 4,1,2", "Angle of faces|180°|parallel, 0 apart"},
+        {4, "0,0,2 2,0,2 0,2,2", "Angle of points|45°"},
+        {5, "1,2,2", ""},
+        {6, "0,2,2 0,0,2", "Distance|2|Δx 0   Δy -2   Δz 0"},
+        {2, "9,9,9", ""}};
+    for (const auto &[kind, places, text] : rows) {
+        open();
+        measure(kind, places);
+        EXPECT_EQ(measured(), text) << kind;
+        EXPECT_EQ(tool().hint().contains("no circle"), kind == 5); // a radius
+        // On another axis it is drawn elsewhere and says the same.
+        item()->standOn(glw(), FileAxes::Z);
+        await();
+        EXPECT_EQ(measured(), text) << kind;
+    }
+    Mesh disc = prism(arc({}, 1, 0, 360, 24), .5).mesh;
+    disc.findBounds();
+    const auto shown = std::make_shared<ModelItem>("a", std::make_shared<Mesh>(disc));
+    view = std::make_unique<SingleView>(*window, queue, file("a.obj", ""), shown);
+    show(*view);
+    view->lookFrom(Steering::Side::Front);
+    settle(glw());
+    measure(5, "0,1,.5");
+    EXPECT_EQ(measured().substr(0, 19), "Radius|R 1|⌀ 2|x ") << measured();
+}
+
+TEST_F(MeasureTest, WhatAThreadFindsLaterNeedsNoOtherMove)
+{
+    open();
+    auto blocked = std::make_unique<BlockedThreads>();
+    const Item *first = item();
+    view->readAgain({});
+    EXPECT_TRUE(until([&] { return item() != first; }));
+    tool().MeasureSurface();
+    hand("@1,1,2 move");
+    EXPECT_TRUE(tool().hint() == "Measuring…" && item()->hoveredPart() == -1);
+    blocked.reset(), await(), frame();
+    EXPECT_EQ(item()->hoveredPart(), 0);
+    EXPECT_EQ(measured(), "Area and volume|whole model|area 48|volume 16");
+}
+
+TEST_F(MeasureTest, TheToolTakesClicksAndLeavesDrags)
+{
+    open();
+    hand("@1,1,2 click");
+    measure(1, "0,2,2");
+    EXPECT_TRUE(marks() == "s." && asks(*view, "@0,2,2 +3,-2 move"));
+    hand("300,200 move down 340,200 move up"), settle(glw());
+    hand("@2,2,2 click @2,2,2 click Backspace Ctrl+C"); // the last click
+    EXPECT_EQ(QApplication::clipboard()->text(), "Distance\t2\tΔx 2   Δy 0   Δz 0\n");
+    EXPECT_TRUE(view->leaveTool() && !view->leaveTool());
+    hand("@4,1,2 click Del");
+    EXPECT_TRUE(marks() == ".s" && measured().empty()) << "a click is the view's again";
+}
+
+TEST_F(MeasureTest, WhatWasMeasuredStaysWhileTheShapeDoes)
+{
+    open();
+    measure(2, "2,2,2");
+    for (const int count : {2, 3}) {
+        file("two.obj", "f 1 2 3\n"), view->readAgain({});
+        ASSERT_TRUE(until([&] { return !view->fault().isEmpty(); }));
+        EXPECT_EQ(written(*view).texts.count(view->fault()), 1u);
+        boxes("two.obj", count);
+        const MeshPtr before = item()->sharedMesh();
+        view->readAgain({});
+        ASSERT_TRUE(
+            until([&] { return view->fault().isEmpty() && item()->sharedMesh() != before; }));
+        EXPECT_TRUE(measured().empty() == (count == 3) &&
+                    tool().hint().contains("gone") == (count == 3));
+    }
+}
+
+/// A cube from 0 to 2 along each axis of its file, seen from the front, cut by a plane across z.
+class SectionTest : public SingleViewTest {
+protected:
+    void SetUp() override
+    {
+        SingleViewTest::SetUp();
+        open(boxes("a.obj", 1));
+        hand("300,200 move C");
+        ASSERT_EQ(planes().size(), 1u);
+    }
+    const std::vector<CutPlane> &planes() const { return item()->section()->planes; }
+    CameraGeometry camera() const { return CameraSteering::geometryOf(glw()); }
+};
+
+TEST_F(SectionTest, KeysAndWheelCutTurnAndMove)
+{
+    const auto all = [&] {
+        QString words;
+        for (const CutPlane &p : planes())
+            words += QString("%1%2|").arg("xyz"[p.axis()]).arg(p.offset);
+        return words;
+    };
+    EXPECT_EQ(all(), "z1|") << "away from who looks";
+    // The face at z = 2; then, beside the model, across an axis that is left, in the last one's
+    // place.
+    walk(*view, glw(),
+         "X > z-1; Shift+C > z1.99965; 10,200 move Shift+C > x1; Shift+C > y1; X > y-1; ~9,200 "
+         "move Shift+C > x1; X > x-1",
+         all);
+    const QString cut = all();
+    const Item *first = item();
+    view->setUp(FileAxes::X);
+    view->readAgain({});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return item() != first; }, 20000));
+    EXPECT_TRUE(all() == cut && item()->axes()->up() == FileAxes::X);
+}
+
+TEST_F(SectionTest, HandlesAreDraggedAlongTheNormal)
+{
+    hand("9,200 move");
+    EXPECT_TRUE(asks(*view, "@c +7,-7 move")) << "the handle under the pointer stands out";
+    hand("9,200 move");
+    const QImage still = painted();
+    hand("@c move down middle down up 9,200 move");
+    EXPECT_EQ(painted(), still) << "another button ends a drag";
+    const struct {
+        const char *first, *script;
+        double step; // in pixels of the picture, from the offset before; 0: to the end, at 2
+        double within;
+        bool orbits;
+    } rows[] = {{"9,9", "@c move down +0,-20 move up", 20, 0.1, false}, // upwards pushes it away
+                {"X", "@c move down +0,-20 move up", -20, -0.1, false},
+                {"X", "@c +-30,0 move down +0,250 move up", 0, 0, false}, // an edge is a handle
+                {"9,9", "300,200 move down 310,200 move up", 0, 0, true}, // the rest orbits
+                {"4", "@c move down +20,7 move up", 20, 0.25, false}};    // z runs to the left
+    for (const auto &row : rows) {
+        hand(row.first), settle(glw());
+        const QString before = pose();
+        const SectionFrame frame = item()->sectionFrames()[0];
+        const float depth = camera().depth(frame.corners[0]);
+        const double step = row.step * 2 * double(camera().halfHeight(depth)) / 400 / frame.scale;
+        const double expected = row.step != 0 ? planes()[0].offset - step : 2;
+        hand(row.script), settle(glw());
+        EXPECT_NEAR(planes()[0].offset, expected, step * row.within) << row.script;
+        EXPECT_EQ(pose() != before, row.orbits) << row.script;
+    }
+}
+
+/// a.obj is a box from 0 to 2 along each axis, b.obj three of them side by side up to 8.
+class CompareTest : public ViewTest {
+protected:
+    std::unique_ptr<CompareView> own;
+    CompareView *view = nullptr;
+
+    CompareTest() { smooth = false; }
+
+    /// Flat boxes are measured sooner: what is long is halved many times.
+    void open(CompareWay way, double height = 2)
+    {
+        own = std::make_unique<CompareView>(*window, queue,
+                                            CompareView::Model{boxes("a.obj", 1, height)},
+                                            CompareView::Model{boxes("b.obj", 3, height)}, way);
+        view = own.get();
+        show(*view), frame();
+    }
+    void TearDown() override { own.reset(); }
+    ModelItem *item(int model) const
+    {
+        return dynamic_cast<ModelItem *>(view->item(view->tile(model)));
+    }
+    const GL::Camera &camera(int model) const { return view->tile(model)->camera; }
+    /// Of a place in the world, in the file's units, as it is seen in the tile of @p model.
+    QString at(int model, const QVector3D &place) const
+    {
+        const GLW *glw = view->tile(model);
+        const QVector3D to = (place - item(model)->centre()) * item(model)->scale();
+        const QPointF p = glw->rect.topLeft() + CameraSteering::geometryOf(glw).pixel(to);
+        return QString("%1,%2 ").arg(qRound(p.x())).arg(400 - qRound(p.y()));
+    }
+    /// In blocks, twice as large as the window.
+    QImage picture(double share)
+    {
+        view->divider().setShare(share);
+        return ViewTest::picture(*view, false, 2).convertToFormat(QImage::Format_RGB32);
+    }
+};
+
+TEST_F(CompareTest, TheDividerShowsOneOnEachSide)
+{
+    open(CompareWay::Divider);
+    for (const bool swapped : {false, true}) {
+        const QImage second = picture(0), first = picture(1), both = picture(0.4);
+        int differing[2] = {}, wrong = 0; // pixels left and right of the line
+        for (int i = 0; i < both.width() * both.height(); ++i) {
+            const QPoint at(i % 1200, i / 1200);
+            const bool left = at.x() < 480;
+            differing[left ? 0 : 1] += first.pixel(at) != second.pixel(at);
+            wrong += both.pixel(at) != (left ? first : second).pixel(at);
+        }
+        EXPECT_LE(wrong, 4) << swapped << ": where the line cuts an outline";
+        EXPECT_TRUE(differing[0] > 5000 && differing[1] > 5000);
+        // Three reach farther.
+        EXPECT_EQ(first.pixel(1000, 400) == both.pixel(1190, 400), !swapped);
+        hand("S");
+    }
+    EXPECT_EQ(bindingRows(view->bindings()).last().keys, "left drag on the line between the two");
+    EXPECT_EQ(menu(*view, view->mainGLW()),
+              "Beside one another|*One over the other, with a divider|The difference of their "
+              "surfaces|Beside one another, with a divider, their difference\tD|Swap the "
+              "two\tS||Dark background\tB|");
+}
+
+TEST_F(CompareTest, BothLieInOneWorldAndAreLookedAtTogether)
+{
+    open(CompareWay::Beside);
+    EXPECT_EQ(item(0)->centre(), QVector3D(4, 1, 1));
+    EXPECT_TRUE(item(1)->centre() == item(0)->centre() && item(1)->scale() == item(0)->scale());
+    const auto pose = [this](int i) {
+        const GL::Camera &c = camera(i);
+        return std::tuple(c.rot, c.setTarget, c.radius, c.ortho, item(i)->axes()->of);
+    };
+    EXPECT_TRUE(pose(0) == pose(1));
+    for (const int under : {0, 1, 0}) {
+        hand(at(under, {1, 1, 1}) + "move");
+        EXPECT_TRUE(item(under)->hoveredPart() == 0 && item(1 - under)->hoveredPart() < 0);
+    }
+    for (const char *script : {"450,200 move down +30,20 move up", "150,200 move wheel", "O", "U",
+                               "S 450,200 move 4", "D 450,200 move down +30,20 move up D D"}) {
+        const auto before = pose(0);
+        hand(script), settle(view->tile(0)), settle(view->tile(1));
+        EXPECT_TRUE(pose(0) == pose(1) && pose(0) != before) << script;
+    }
+    EXPECT_LT(view->tile(1)->rect.right(), view->tile(0)->rect.right()) << "swapped";
+    const Vector rot = camera(0).rot;
+    view->readAgain(boxes("b.obj", 5));
+    EXPECT_TRUE(until([&] { return item(0)->centre().x() == 7; }));
+    EXPECT_TRUE(camera(0).rot == rot && item(1)->count() == 60);
+    file("b.obj", "f 1 2 3\n"), view->readAgain({});
+    EXPECT_TRUE(until([&] { return !view->fault().isEmpty(); }));
+    EXPECT_EQ(written(*view).texts.count(view->fault()), 1u);
+    emit queue.finished(5, {});
+    EXPECT_EQ(view->fault().toStdString(), "b.obj is no model: only models can be compared.");
+    view->readAgain(boxes("a.obj", 3));
+    EXPECT_TRUE(until([&] { return item(0)->count() == 36; }));
+    EXPECT_EQ(item(1)->count(), 60) << "what was there stays";
+    window->frame()->resize(300, 600), frame();
+    EXPECT_EQ(written(*view).lines.at(0).first, QLineF(0, 300, 300, 300)) << "one above the other";
+}
+
+TEST_F(CompareTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
+{
+    const auto fault = [&](const QString &first, const QString &second, const char *hint) {
+        own = std::make_unique<CompareView>(*window, queue, CompareView::Model{first},
+                                            CompareView::Model{second}, CompareWay::Difference);
+        widget->window()->show();
+        EXPECT_TRUE(until([&] { return frame(), !own->fault().isEmpty(); }));
+        EXPECT_EQ(written(*own).texts.count(hint), 1u) << hint;
+        for (const auto &[box, colour] : written(*own).fills)
+            EXPECT_NE(colour, own->display().theme().accent) << "no bar: nothing goes on";
+        return own->fault().toStdString();
+    };
+    EXPECT_EQ(fault(boxes("a.obj", 1), file("b.csv", weather()), "Esc leaves the comparison."),
+              "b.csv is no model: only models can be compared.");
+    EXPECT_EQ(fault(file("p.xyz", "0 0 0\n1 1 1\n"), boxes("a.obj", 1), "D shows the next way."),
+              "The first model has no surface to measure from.");
+    own.reset();
+    open(CompareWay::Beside, .25);
+    hand("9,300 move");
+    const auto state = [&] {
+        EXPECT_TRUE(until([&] { return view->isSettled(); }));
+        frame();
+        // Words of what has room depend on letters.
+        const PaintRecord drawn = written(view->pictured(false));
+        const QString words =
+            QString(drawn.all().c_str()).remove(QRegularExpression("[^|]*triang[^|]*"));
+        QString panels; // where they stand, from the nearer side
+        for (const auto &[box, colour] : drawn.fills)
+            if (colour == view->display().theme().panel)
+                panels +=
+                    QString(" %1").arg(std::min(std::fmod(box.left(), 300), 600 - box.right()));
+        if (view->way() != CompareWay::Difference)
+            panels += QString("|line %1|").arg(drawn.lines.at(0).first.x1());
+        for (const auto &[text, how] : drawn.texts)
+            if (text.endsWith(".obj")) // and on which side the names
+                panels += QString(" %1%2").arg(text[0]).arg(int(how.box.left() / 300));
+        if (view->way() == CompareWay::Difference)
+            panels += QString("|mark %1").arg(qRound(drawn.lines.at(5).first.length()));
+        panels += '|';
+        for (int i = 0; i < 3; ++i)
+            panels += view->tile(i)->property<bool>("visible") ? "+" : "-";
+        return QString("way %1|at %2|%3|%4|%5")
+            .arg(int(view->way()))
+            .arg(view->divider().share() * 600)
+            .arg(panels, view->title(), words);
+    };
+    walk(
+        *view, view->mainGLW(),
+        "~. > ; ~] > ; S >  a1 b0|b.obj and a.obj; =Swap the two >  a0 b1|a.obj and b.obj; "
+        "~Ctrl+Right > ; D > way 1|+--; Ctrl+Right > at 315|line 315; ~309,100 move down up > ; "
+        "~320,100 move down +25,30 "
+        "move up > at 340|line 340; ~353,200 move down +-15,0 move up > at 325|line 325; Ctrl+Left "
+        "> at 310|line 310; Ctrl+Right > at 325|line 325; =Beside one another > way 0|line "
+        "300|++-; =One over the other, with a divider > way 1|line 325|+--; S >  a1 b0|b.obj and "
+        "a.obj; S >  a0 b1|a.obj and b.obj; =The difference of their surfaces > way 2| 12 12 b0 "
+        "f1|mark 9|--+|+10  outside|+5|-10  inside|-5|0|0 to 6|33.3 % within ±0.5|Distance|RMS "
+        "3.149|from a.obj|mean 2.333; ] > mark 4|+10|+20  outside|-10|-20  inside; [ > mark 9|+10 "
+        " outside|+5|-10  inside|-5; . > mark 17|34.7 % within ±1; =Colours up to a larger "
+        "distance > mark 9|+10|+20  outside|-10|-20  inside; =Colours up to a smaller distance > "
+        "mark 17|+10  outside|+5|-10  inside|-5; =Larger tolerance > mark 34|50.4 % within ±2; "
+        "=Smaller tolerance > mark 17|34.7 % within ±1; =Beside one another, with a divider, "
+        "their difference > way 0| 12 12|line 300| a0 b1|++-|a.obj",
+        state);
+}
+
+TEST_F(CompareTest, ColoursSayHowFarTheSecondIs)
+{
+    open(CompareWay::Difference, .25);
+    ASSERT_TRUE(view->difference());
+    EXPECT_DOUBLE_EQ(view->difference()->deviation.greatest, 6) << "at the end of the third box";
+    view->ToggleLighting();
+    settle(view->tile(2));
+    const auto front = [this](float x) { return at(2, {x, .16f, .25f}); };
+    const QImage shown = picture(0.5);
+    for (const auto &[x, distance] : {std::pair{1.0f, 0.0}, {4.5f, 2.5}, {7.5f, 5.5}}) {
+        const QStringList p = front(x).split(',');
+        const QColor seen = shown.pixel(2 * p[0].toInt(), 2 * p[1].toInt()),
+                     meant = ColourScale{true, 10}.at(distance);
+        EXPECT_NEAR(seen.red() - seen.blue(), meant.red() - meant.blue(), 9) << distance;
+        EXPECT_NEAR(seen.green() - seen.blue(), meant.green() - meant.blue(), 9) << distance;
+    }
+    for (const auto &[x, distance] : {std::pair{4.5f, 2.5}, {7.0f, 5.0}, {-0.3f, 0.0}}) {
+        hand(front(x) + "move");
+        QThreadPool::globalInstance()->waitForDone(); // what finds it
+        frame();
+        const QString told = item(2)->underPointer();
+        EXPECT_NEAR(told.section(' ', 1, 1).toDouble(), distance, 0.05) << told.toStdString();
+        EXPECT_EQ(told.startsWith("distance "), distance > 0) << "beside the boxes";
+    }
+    hand(front(7) + "move");
+    EXPECT_TRUE(asks(*view, front(7.5f) + "move")) << "the same part, but farther";
+    auto blocked = std::make_unique<BlockedThreads>();
+    hand("S"); // the boxes bound a volume too
+    EXPECT_NE(texts(*view).find("Esc stops it.|Measuring the distances|"), std::string::npos);
+    EXPECT_TRUE(view->leaveTool() && view->way() == CompareWay::Beside && !view->leaveTool());
+    blocked.reset(), hand("D D"), show(*view);
+    EXPECT_EQ(view->difference()->deviation.largest, 0) << "the first lies on the others";
+}
+
+} // namespace
+} // namespace host
