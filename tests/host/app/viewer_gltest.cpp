@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
 // The program at work in its window: keys and dialogs, and what it keeps from run to run.
-#include <cmath>
-
 #include <QCheckBox>
 #include <QFileDialog>
 #include <QLabel>
@@ -184,7 +182,7 @@ TEST(ApplicationTest, AllIsAsLargeAsTheDesktopAsks)
         all.setSizes(DesktopScale::take(), person);
         EXPECT_EQ(person ? all.font().pixelSize() : all.font().pointSizeF(), person ? 30 : 15);
         EXPECT_EQ(all.style()->pixelMetric(QStyle::PM_SmallIconSize), 24);
-        Metrics::set(0, 99), Metrics::set(HUGE_VAL, 99), Metrics::set(1, 0); // which are no sizes
+        Metrics::set(0, 99), Metrics::set(qInf(), 99), Metrics::set(1, 0); // which are no sizes
         EXPECT_NEAR(Metrics::px(10) * 100 + Metrics::type(10), person ? 1525 : 1515, 1e-9);
         all.setStyle("fusion");
     }

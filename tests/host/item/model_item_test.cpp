@@ -3,7 +3,6 @@
 // how it moves.
 #include "host/item/model_item.h"
 
-#include <algorithm>
 #include <cmath>
 #include <set>
 
@@ -245,10 +244,8 @@ TEST(PointLook, PointsTouchWithinBounds)
 Mesh rigged()
 {
     Mesh m;
-    for (int i = 0; i < 4; ++i) {
-        m.positions.insert(m.positions.end(), {1, 2, 3});
-        m.normals.insert(m.normals.end(), {1, 0, 0});
-    }
+    m.positions = {1, 2, 3, 1, 2, 3, 1, 2, 3, 1, 2, 3};
+    m.normals = {1, 0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0};
     auto rig = std::make_shared<Rig>();
     rig->nodes.resize(3);
     rig->nodes[1].parent = rig->nodes[2].parent = 0;

@@ -193,12 +193,12 @@ const struct {
     std::string summary; // or a part of the reason
 } clouds[] = {
     {"a.xyz", "1 2 3\n4 5 -6", both},
-    {"a.asc", "\xEF\xBB\xBF# by hand\r\n\r\n1,2, 3\r\n4\t5;-6e0\r\n// end\r\n", both},
-    {"names.xyz", "X Y Z\n1 2 3\n4 5 -6\n", both},
+    {"a.asc", "\xEF\xBB\xBF# by hand\r\n\r\n1,2, 3\r\n4\t5;-6e0\r\n// end\r\n%\r\n", both},
+    {"names.xyz", "X, Y; Z\n1,2,3\n4,5,-6\n", both},
     {"count.pts", "2\n1 2 3\n4 5 -6\n", both},
     {"comma.xyz", "1,5;2;3\n", "1.5 2 3 | "},
     {"rgb.xyz", "1 2 3 16 32 255\n+4 5 -6 0 0 300", "1 2 3 0 0 1 | 4 5 -6 0 0 1 | "},
-    {"bytes.xyz", "1 2 3 16 32 255\n", "1 2 3 10 20 ff | "},
+    {"bytes.pts", "1 2 3 16 32 255\n", "1 2 3 10 20 ff | "},
     {"dark.xyz", "1 2 3 1 0 1\n", "1 2 3 1 0 1 | "},
     {"fractions.xyz", "1 2 3 1 0.6 0\n", "1 2 3 ff 99 0 | "},
     {"normals.xyz", "1 2 3 0 0.6 -0.8\n", "1 2 3 | "},
@@ -208,6 +208,7 @@ const struct {
      "1 2 3 1e 1e 1e | 4 5 -6 e1 e1 e1 | 7 8 9 80"},
     {"holes.xyz", "1 2 3 nan\n4 5 -6 -10\n7 8 9 10\n",
      "1 2 3 0 0 0 | 4 5 -6 1e 1e 1e | 7 8 9 e1 e1 e1 | "},
+    {"i.pts", "1 2 3 -10 -1\n4 5 -6 10 -1\n", "1 2 3 1e 1e 1e | 4 5 -6 e1 e1 e1 | "},
     {"one-intensity.xyz", "1 2 3 7\n", "1 2 3 | "},
     {"a.pts", "1 2 3 -900 17 0 0\n", "1 2 3 11 0 0 | "},
     {"i-rgb.xyz", "1 2 3 -900 17 0 0\n", "1 2 3 11 0 0 | "},

@@ -198,8 +198,10 @@ TEST(ContentReceiverTest, WhateverIsChangedInAnAnswerWhatComesOfItKeepsItsPromis
         for (int at = 0; at < answer.size(); ++at) {
             SCOPED_TRACE(at);
             EXPECT_EQ(stateOf(answer.left(at)), State::Reading);
-            for (const int byte : {~answer[at], answer[at] + 1, answer[at] - 1, 0, 0x7f})
-                stateOf(QByteArray(answer).replace(at, 1, QByteArray(1, char(byte))));
+            for (const int byte : {~answer[at], answer[at] + 1, answer[at] - 1, 0, 0x7f}) {
+                const auto told = QByteArray(answer).replace(at, 1, QByteArray(1, char(byte)));
+                EXPECT_TRUE(stateOf(told) != State::Done || told == answer || at > 4) << "version";
+            }
             for (const char byte : {'\0', '\x7f', '\xff'})
                 stateOf(QByteArray(answer).replace(at, 4, QByteArray(4, byte)));
         }
@@ -320,9 +322,6 @@ TEST(RigTest, BytesAreWholeAndSoundOrRefused)
 /// of which the second does; a third animation moves nothing that is shown.
 QByteArray moving(bool skinned)
 {
-    std::vector<float> identities;
-    for (int i = 0; i < 32; ++i)
-        identities.push_back(i % 16 % 5 == 0);
     const QString rest =
         R"("scenes":[{"nodes":[0,1,3]}],"nodes":[{"name":"body","scale":[2,3,4],"mesh":0%1},
              {"name":"a","children":[2]},{"name":"b","scale":[2,3,4]},{"name":"lone"}],
@@ -332,14 +331,15 @@ QByteArray moving(bool skinned)
              "channels":[{"sampler":0,"target":{"node":%3,"path":"translation"}}]},
              {"name":"unseen","samplers":[{"input":1,"output":2}],
              "channels":[{"sampler":0,"target":{"node":3,"path":"translation"}}]}])";
-    return gltf(skinned ? rest.arg(R"(,"skin":0)", R"(,"JOINTS_0":4,"WEIGHTS_0":3)", "2")
-                        : rest.arg("", "", "0"),
-                {{"VEC3", 3, floats({0, 0, 0, 1, 0, 0, 0, 1, 0})},
-                 {"SCALAR", 2, floats({0, 2})},
-                 {"VEC3", 2, floats({0, 0, 0, 0, 4, 0})},
-                 {"VEC4", 3, floats({0, 0, 0, 0, .5f, .5f, 0, 0, 0, 1, 0, 0})},
-                 {"VEC4", 3, QByteArray("\1\0\0\0\1\0\0\0\1\0\0\0", 12), 5121},
-                 {"MAT4", 2, floats(identities)}});
+    return gltf(
+        skinned ? rest.arg(R"(,"skin":0)", R"(,"JOINTS_0":4,"WEIGHTS_0":3)", "2")
+                : rest.arg("", "", "0"),
+        {{"VEC3", 3, floats({0, 0, 0, 1, 0, 0, 0, 1, 0})},
+         {"SCALAR", 2, floats({0, 2})},
+         {"VEC3", 2, floats({0, 0, 0, 0, 4, 0})},
+         {"VEC4", 3, floats({0, 0, 0, 0, .5f, .5f, 0, 0, 0, 1, 0, 0})},
+         {"VEC4", 3, QByteArray("\1\0\0\0\1\0\0\0\1\0\0\0", 12), 5121},
+         {"MAT4", 2, floats({1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}).repeated(2)}});
 }
 
 TEST(RigTest, FilesTellWhatMoves)

@@ -220,10 +220,9 @@ TEST(TextureTest, MaterialsOfGltfSayHowTheyLie)
         std::ostringstream seen;
         const Cover &cover = got.mesh.parts.at(0).cover;
         seen << summaryOf(got).substr(shapeEnd) << ' ' << int(cover.wrapS) << ' '
-             << int(cover.wrapT) << ' ' << cover.smooth << ' ' << cover.cutoff << ':'
-             << std::setprecision(4);
+             << int(cover.wrapT) << ' ' << cover.smooth << ' ' << cover.cutoff << ':';
         for (const float v : got.mesh.uvs)
-            seen << ' ' << v;
+            seen << ' ' << std::setprecision(4) << v;
         EXPECT_EQ(seen.str(), c.seen);
     }
 }
