@@ -71,11 +71,6 @@ struct Hands {
         QObject::connect(controls.get(), &Controls::clicked, log("click "));
         QObject::connect(controls.get(), &Controls::pressed, log("press "));
     }
-    ~Hands()
-    {
-        window.RemoveGLWidget(&scene);
-        window.RemoveGLWidget(&front);
-    }
 };
 
 TEST(ControlsTest, SteerTheItemInItsOwnPixels)
@@ -234,7 +229,6 @@ TEST(RefinementTest, SmoothsWhatStaysAndThenRests)
         EXPECT_EQ(grey(21, 10) + grey(10, 31) + grey(35, 19), 0);
         EXPECT_TRUE(grey(10, 10) == 200 && grey(35, 20) == 100);
         EXPECT_EQ(host.seen.pixelColor(0, 39), QColor(1, 2, 3));
-        window.RemoveGLWidget(&scene);
     }
 }
 

@@ -155,8 +155,7 @@ TEST_F(PaintedTest, LinesAndBarsThatAreDragged)
     scroll.setLargest(600);
     scroll.jumpTo(300);
     EXPECT_EQ(said(painted(bar)), "589,123 8,154 99626c78");
-    hand("590,200 move down");
-    EXPECT_EQ(said(painted(bar)), "589,123 8,154 e6d6620a");
+    EXPECT_EQ((hand("590,200 move down"), said(painted(bar))), "589,123 8,154 e6d6620a");
     hand("590,200 move up"), scroll.setLargest(60000);
     EXPECT_EQ(said(painted(bar)), "589,5 8,26 99626c78");
 }
@@ -240,8 +239,7 @@ TEST_F(PaintedTest, AnAnimationIsPlayedByKeyAndBar)
     hand("164,342 move down +54,0 move up"); // from the button
     playback.setTime(0);
     EXPECT_EQ(said(painted(player)), bar(true, 0, "0.00"));
-    hand("218,342 move down");
-    EXPECT_EQ(said(painted(player)), bar(false, 41, "0.25"));
+    EXPECT_EQ((hand("218,342 move down"), said(painted(player))), bar(false, 41, "0.25"));
     hand("299,9 move up 320,342 move"); // it is held, wherever the pointer is
     EXPECT_EQ(said(painted(player)), bar(false, 122, "0.75"));
     playback.setPlaying(true), playback.advance(.5); // it begins anew
@@ -271,17 +269,14 @@ TEST_F(PaintedTest, TheWindowSaysWhatThereIs)
     EXPECT_TRUE(queue.isIdle());
     open(boxes("b.obj", 2));
     const std::string about = item()->details().toStdString() + "|b.obj";
-    hand("40,200 move");
-    EXPECT_EQ(texts(), about);
-    hand("@1,1,2 move");
-    EXPECT_EQ(texts(), about + "|box0  ·  DefaultMaterial");
+    EXPECT_EQ((hand("40,200 move"), texts()), about);
+    EXPECT_EQ((hand("@1,1,2 move"), texts()), about + "|box0  ·  DefaultMaterial");
     hand("@1,1,2 click ctrl @4,1,2 click none 40,200 move");
     EXPECT_EQ(texts(), "2 of 2 parts selected|" + about);
     const std::string bare = said(written(view->pictured(false)));
     hand("D @0,2,2 click");
     EXPECT_EQ(said(written(view->pictured(false))), bare) << "none of what is about to be measured";
-    hand("@2,2,2 click");
-    EXPECT_EQ(texts().substr(0, 2), "2|") << "a label";
+    EXPECT_EQ((hand("@2,2,2 click"), texts().substr(0, 2)), "2|") << "a label";
     hand("shift right 100,120 move down 60,150 move");
     const auto says = [&](const QString &line) {
         return said(written(*view)).find(line.toStdString()) != std::string::npos;

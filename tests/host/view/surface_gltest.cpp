@@ -8,6 +8,7 @@
 #include <QTreeView>
 
 #include "host/ui/metrics.h"
+#include "host/view/side/parts_panel.h"
 #include "host/view/window/binding.h"
 #include "sheet/support.h"
 #include "tests/host/shapes.h"
@@ -132,7 +133,7 @@ TEST_F(SurfaceTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
          "model area 48 volume 16; =Measure|Remove|All of them > -Area and volume box0 area 24 "
          "volume 8; =Measure|Stop measuring > -Distance: click the first point; ~75,325 wheel > "
          "22.000 -32.000 -0.147 1.194; ~75,325 move down +0,-30 move up > 0.000 -180.000 -0.147 "
-         "1.194; ~350,200 down 92,342 up > ; ~75,325 click > ; ~ctrl 58,308 click > ; ~92,342 "
+         "1.194; ~350,200 down 92,342 up > ; ~103,342 click > ; ~ctrl 58,308 click > ; ~102,342 "
          "click > 0.000 -270.000 -0.147 1.194; ~350,200 move > ; ~ctrl 300,200 wheel > 0.000 "
          "-270.000 -0.204 0.955; =Section|Plane across Z > z1 ; ~ctrl 300,200 wheel wheel back > "
          "z0.996 ; Ctrl+Down > z1 ",
@@ -197,10 +198,8 @@ TEST_F(SurfaceTest, ThePartsListAndTheModelAgree)
     tree->model()->setData(row(0), Qt::Unchecked, Qt::CheckStateRole);
     EXPECT_EQ(item()->hoveredPart(), -1) << "at once";
     tree->model()->setData(row(0), Qt::Checked, Qt::CheckStateRole);
-    frame();
-    EXPECT_EQ(item()->hoveredPart(), 0) << "it is there again, though the pointer rests";
-    tree->setCurrentIndex(row(1));
-    EXPECT_EQ(marks(), ".s.");
+    EXPECT_EQ((frame(), item()->hoveredPart()), 0) << "it is there again, though the pointer rests";
+    EXPECT_EQ((tree->setCurrentIndex(row(1)), marks()), ".s.");
     const Theme &theme = view->display().theme();
     using P = QPalette;
     const auto is = [&](P::ColorRole role) { return tree->palette().color(role); };
@@ -219,23 +218,18 @@ TEST_F(SurfaceTest, ThePartsListAndTheModelAgree)
     EXPECT_TRUE(window->frame()->findChild<QLabel *>()->text().endsWith("3 parts  ·  2 selected"));
     tree->setFocus(), QTest::keyClick(tree, Qt::Key_H); // a key of the view
     EXPECT_EQ(marks(), ".hh");
-    follow();
-    EXPECT_EQ(row(2).data(Qt::CheckStateRole), int(Qt::Unchecked));
-    tree->model()->setData(row(2), Qt::Checked, Qt::CheckStateRole);
-    EXPECT_EQ(marks(), ".h.");
+    EXPECT_EQ((follow(), row(2).data(Qt::CheckStateRole)), int(Qt::Unchecked));
+    EXPECT_EQ((tree->model()->setData(row(2), Qt::Checked, Qt::CheckStateRole), marks()), ".h.");
 
     search->setText("x"), QTest::keyClick(tree, Qt::Key_F, Qt::ControlModifier);
     EXPECT_TRUE(search->hasFocus() && search->selectedText() == "x");
     QTest::keyClicks(search, "x1");
     EXPECT_TRUE(tree->model()->rowCount() == 1 && row(0).data().toString() == "box1");
-    QTest::keyClick(search, Qt::Key_Down);
-    EXPECT_TRUE(tree->hasFocus());
-    QTest::keyClick(tree, Qt::Key_Escape);
-    EXPECT_TRUE(widget->hasFocus());
+    EXPECT_TRUE((QTest::keyClick(search, Qt::Key_Down), tree->hasFocus()));
+    EXPECT_TRUE((QTest::keyClick(tree, Qt::Key_Escape), widget->hasFocus()));
     QTest::keyClicks(search, "z");
     EXPECT_EQ(window->frame()->findChild<QLabel *>()->text(), "No part has this name.");
-    QTest::keyClick(search, Qt::Key_Escape);
-    EXPECT_TRUE(widget->hasFocus());
+    EXPECT_TRUE((QTest::keyClick(search, Qt::Key_Escape), widget->hasFocus()));
     QContextMenuEvent asks(QContextMenuEvent::Mouse, {9, 9}, tree->viewport()->mapToGlobal({9, 9}));
     QCoreApplication::sendEvent(tree->viewport(), &asks);
     const QPointer<QMenu> popup = qobject_cast<QMenu *>(QApplication::activePopupWidget());
@@ -244,6 +238,14 @@ TEST_F(SurfaceTest, ThePartsListAndTheModelAgree)
     popup->close();
     hand("P"), frame();
     EXPECT_EQ(widget->width(), 600);
+    PartsPanel panel(widget, nullptr);
+    const auto *folded = panel.findChild<QTreeView *>();
+    Mesh mesh;
+    mesh.nodes = {{"car", -1}, {"body", 0}};
+    mesh.parts.assign(1999, MeshPart()), mesh.parts[0].node = mesh.parts[1].node = 1;
+    panel.setMesh(std::make_shared<Mesh>(mesh)); // of 2001 rows
+    const QModelIndex car = folded->model()->index(0, 0), body = folded->model()->index(0, 0, car);
+    EXPECT_TRUE(folded->isExpanded(car) && !folded->isExpanded(body));
 }
 
 TEST_F(SurfaceTest, AtRestEdgesAreSmoothedAndThenNothingIsDrawn)

@@ -28,7 +28,7 @@ protected:
         hand(QString("D ").repeated(kind) + "1,1");
         await();
         for (const QString &place : places.split(' ', Qt::SkipEmptyParts))
-            hand('@' + place + " +1,-2 click");
+            hand('@' + place + " +5,-8 click");
     }
     std::string measured() const
     {
@@ -168,11 +168,13 @@ TEST_F(SectionTest, HandlesAreDraggedAlongTheNormal)
         double step; // in pixels of the picture, from the offset before; 0: to the end, at 2
         double within;
         bool orbits;
-    } rows[] = {{"9,9", "@c move down +0,-20 move up", 20, 0.1, false}, // upwards pushes it away
-                {"X", "@c move down +0,-20 move up", -20, -0.1, false},
-                {"X", "@c +-30,0 move down +0,250 move up", 0, 0, false}, // an edge is a handle
-                {"9,9", "300,200 move down 310,200 move up", 0, 0, true}, // the rest orbits
-                {"4", "@c move down +20,7 move up", 20, 0.25, false}};    // z runs to the left
+    } rows[] = {
+        {"9,9", "@c +8.5,-8.5 move down +0,-20 move up", 20, 0.1, false}, // upwards pushes it away
+        {"X", "@c move down +0,-20 move up", -20, -0.1, false},
+        {"X", "@c +-30,-5.5 move down +0,250 move up", 0, 0, false}, // an edge is a handle
+        {"9,9", "@c +9.5,-9.5 move down +9,0 move up", 0, 0, true},  // the rest orbits
+        {"1", "@c +-30,-6.5 move down +9,0 move up", 0, 0, true},
+        {"4", "@c move down +20,7 move up", 20, 0.25, false}}; // z runs to the left
     for (const auto &row : rows) {
         hand(row.first), settle(glw());
         const QString before = pose();
@@ -289,9 +291,16 @@ TEST_F(CompareTest, BothLieInOneWorldAndAreLookedAtTogether)
 
 TEST_F(CompareTest, KeysAndEntriesDoWhatTheySayAndAreDrawn)
 {
+    int jobs = 0;
     const auto fault = [&](const QString &first, const QString &second, const char *hint) {
         own = std::make_unique<CompareView>(*window, queue, CompareView::Model{first},
                                             CompareView::Model{second}, CompareWay::Difference);
+        emit queue.progressed(jobs += 2, .5, "half of it"); // the second
+        const PaintRecord waits = written(*own);
+        const auto box = [&](std::size_t i) { return waits.fills.at(i).first; };
+        EXPECT_TRUE(!own->isQuiet() && waits.texts.count("half of it") == 1 && box(2).width() == 8);
+        EXPECT_TRUE(box(0).center().x() == 150 && box(3).center().x() == 450);
+        EXPECT_EQ(box(5).width() * 2, box(4).width());
         widget->window()->show();
         EXPECT_TRUE(until([&] { return frame(), !own->fault().isEmpty(); }));
         EXPECT_EQ(written(*own).texts.count(hint), 1u) << hint;
