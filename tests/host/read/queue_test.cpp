@@ -152,7 +152,8 @@ TEST_F(ReadQueueTest, RunsAsManyAsAllowedReadsBothKindsAndCountsThem)
 
 TEST_F(ReadQueueTest, CancelledFilesStayUnanswered)
 {
-    const int first = queue.add(file(0)), second = queue.add(file(1)), third = queue.add(file(2));
+    const int first = queue.add(folder.write("two.obj", objTriangle() + "f 1 2 3\n"));
+    const int second = queue.add(file(1)), third = queue.add(file(2));
     ASSERT_TRUE(QTest::qWaitFor([&] { return !log.order.empty(); }, timeout));
     queue.cancel(first);
     queue.cancel(second);
@@ -160,7 +161,7 @@ TEST_F(ReadQueueTest, CancelledFilesStayUnanswered)
     EXPECT_EQ(queue.total(), 1);
     ASSERT_TRUE(log.waitUntilIdle());
     EXPECT_EQ(log.order, (std::vector<int>{first, third}));
-    EXPECT_EQ(log.contents.size() + std::size_t(log.reasons.size()), 1u);
+    EXPECT_TRUE(log.contents.size() == 1 && log.contents[0].mesh->triangleCount() == 1);
 }
 
 TEST_F(ReadQueueTest, WhatPassesTheMemoryIsRefusedWhileOthersAreHeld)
@@ -174,8 +175,7 @@ TEST_F(ReadQueueTest, WhatPassesTheMemoryIsRefusedWhileOthersAreHeld)
     queue.setMemoryLimit(size * 2 + table - 1);
     queue.add(file(1));
     ASSERT_TRUE(log.waitUntilIdle());
-    EXPECT_EQ(log.reasons.size(), 1);
-    EXPECT_EQ(log.needed, size);
+    EXPECT_TRUE(log.reasons.size() == 1 && log.needed == size);
     log.contents.clear();
     EXPECT_EQ(queue.memoryInUse(), 0u);
     queue.add(file(1));
