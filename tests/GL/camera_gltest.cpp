@@ -9,14 +9,12 @@ namespace {
 const char *const cameraRows = R"(
 Defaults: get a mode ortho eye target setTarget rot radius fov nearZ farZ minRadius maxRadius d_pos_max d_target_max dt d_radius bounds up m => 2 0 0,0,0 0,0,0 0,0,0 0,0,0 0 60 0.001 10000 0.0005 1000 1 1 30 0 1000,1000,1000 0,1,0 1,0,0,0,0,1,0,0,0,0,1,0,0,0,0,1
 AlongMinusZ: update 0; get a eye radius nearZ farZ => 0,0,0.0005 0.0005 0.0001 40
-LargestRadius: set a radius 2000; update 0; get a radius nearZ farZ => 1000 0.05 10000
-MiddleRadius: set a radius 500.00025; update 0; get a radius nearZ farZ => 500 0.02505 5020
+LargestRadiusAndHalf: set a radius 2000; update 0; get a radius nearZ farZ; set a radius 500.00025; update 0; get a radius nearZ farZ => 1000 0.05 10000 500 0.02505 5020
 FieldOfView: set a fov 0.5; update 0; get a fov; set a fov 1.5; update 0; get a fov; set a fov 89.5; update 0; get a fov; set a fov 120; update 0; get a fov => 1 1.5 89.5 90
 SetRadius: radius 1000; radius 1000.0001; radius 0.0004; radius nan; get a radius; radius 0.0005; get a radius => 1 0 0 0 1000 1 0.0005
 Azimuth: set a radius 10 rot 0,90,0; update 0; get a eye => -10,0,0
 BothAngles: set a radius 10 rot 30,60,0; update 0; get a eye => -7.5,5,4.3301
-SteepestDown: set a radius 10 rot 91,0,0; update 0; get a eye rot => 0,10,0 90,0,0
-SteepestUp: set a radius 10 rot -91,0,0; update 0; get a eye rot => 0,-10,0 -90,0,0
+Steepest: set a radius 10 rot 91,0,0; update 0; get a eye rot; set a rot -91,0,0; update 0; get a eye rot => 0,10,0 90,0,0 0,-10,0 -90,0,0
 UpTurnsAboutXThenYThenZ: set a rot 30,60,90; update 0; get a up => 0.86603,-0.43301,-0.25
 TargetFromEye: set a mode 1 eye 1,2,3 rot 0,90,0 radius 10; update 0; get a target eye; set a radius 100; update 0; get a setTarget => 11,2,3 1,2,3 101,2,3
 AnglesFromBoth: set a mode 3 eye 10,0,0 rot 5,6,7 radius 1; update 0; get a rot radius; set a eye 0,6,8; update 0; get a rot radius; set a eye -3,0,-3; update 0; get a rot => 0,-90,0 10 36.87,0,0 10 0,135,0

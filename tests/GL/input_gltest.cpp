@@ -32,7 +32,6 @@ ClampSwitchedOff: set window clampMouseToFrame false; move -20,50 0 1; where => 
 SCRIPTS(Events, WindowTest, watched, eventScripts)
 
 const char *const hitScripts = R"(
-TopOnly: click 150,10 => all:top,1 all:top,0
 EdgeBelongsToIt: click 150,25 => all:top,1 all:top,0
 BelowTheTop: click 150,26; key K => 
 EarlierWinsTheOverlap: click 50,10 => all:top,1 all:top,0
@@ -47,8 +46,6 @@ SCRIPTS(Hits, WindowTest,
         hitScripts)
 
 const char *const doubleScripts = R"(
-Single: click 10,20 => single:a,1 single:a,0
-Double: double 10,20 1 1; up 10,20 1 0 => double:a,1 double:a,0
 ShownForOneRelease: double 10,20 1 1; up 10,20 1 0; up 10,20 1 0; click 10,20 => double:a,1 double:a,0 single:a,1 single:a,0
 OtherButton: double 10,20 2 3; up 10,20 1 2 => 
 Moved: double 10,20 1 1; move 10,21 0 1; up 10,20 1 0 => double:a,1 double:a,1 double:a,0
@@ -57,21 +54,16 @@ SCRIPTS(Doubles, WindowTest, "add a; bind a double 101 0; bind a single 1 0", do
 
 // Qt flips the bit of a modifier key itself, so the state before a release makes a bare key.
 const char *const keyScripts = R"(
-Press: key K => key:a,1,0
-AutoRepeat: key K 0 again => key:a,1,1
-Release: unkey K => key:a,0,0
-ReleaseRepeated: unkey K 0 again => key:a,0,1
-WithModifier: key S 4000000 => save:a,1,0
-WithoutItsModifier: key S => 
+Press: key K; key K 0 again => key:a,1,0 key:a,1,1
+Release: unkey K; unkey K 0 again => key:a,0,0 key:a,0,1
+WithItsModifierAlone: key S; key S 4000000 => save:a,1,0
 BareShiftReleased: unkey 1000020 2000000 => all:a,0 10,80 10,80 0,0 0 1<1 0<0
 BareAltReleased: unkey 1000023 8000000 => all:a,0 10,80 10,80 0,0 0 1<1 0<0
 BareMetaPressed: key 1000022 10000000 => all:a,1 10,80 10,80 0,0 0 1<1 0<0
 ShiftWithItsBit: key 1000020 => 
 BoundModifierStops: key 1000021 4000000 => modifier:a,1,0
-CapsLockIsNone: unkey 1000024 => 
-NorIsPageDown: unkey 1000017 => 
-OfTheOther: move 150,20; key K => key:b,1,0
-OfNobody: delete a; key K => 
+CapsLockAndPageDownAreNone: unkey 1000024; unkey 1000017 => 
+OfNobodyAndOfTheOther: delete a; key K; move 150,20; key K => key:b,1,0
 )";
 class Keys : public WindowTest {
 protected:
@@ -121,8 +113,7 @@ TEST_F(Keys, AndPointerAndDrawingSeeTheRecordInTheObjectsFrameAndLeaveIt)
 }
 
 const char *const rayScripts = R"(
-OfTheObjectsFrame: down 50,40 1 1; get o vnear => -16,-10,149.6
-NotOfKeys: key L; get o vnear => 0,0,10
+OfTheObjectsFrameAndNotOfKeys: key L; get o vnear; down 50,40 1 1; get o vnear => 0,0,10 -16,-10,149.6
 )";
 SCRIPTS(Rays, WindowTest,
         "add o 0.1,0.2,0.5,0.5; set o ortho 1 fov 45 radius 10; keybind o key L; frame", rayScripts)

@@ -9,16 +9,14 @@
 namespace {
 
 const char *const placeScripts = R"(
-Default: add a; get a x y width height rect orect; hit a 0,0 200,100 201,0 0,101 => 0 0 200 100 0,0,1,1 0,0,1,1 o o - -
+Default: add a; get a x y width height rect orect; hit a 0,0 200,100 201,0 0,101; set a geometry 0,0,0,50; hit a 0,0 0,10 => 0 0 200 100 0,0,1,1 0,0,1,1 o o - - - -
 Fractions: add a 0.25,0.5,0.5,0.25; get a x y width height; hit a 50,50 49,50 50,49 => 50 50 100 25 o - -
 FractionsFromTheFarCorner: add a -0.25,-0.5,0.25,0.25; get a x y width height; hit a 100,25 150,50 99,25 => 100 25 50 25 o o -
 Pixels: add a 10,20,100,50; get a x y width height pos size geometry => 10 20 100 50 10,20 100,50 10,20,100,50
 PixelsFromTheFarCorner: add a -10,-10,100,50; get a x y geometry => 90 40 -10,-10,100,50
 TallerThanOneIsInPixels: add a 0,0,1,2; get a width height => 1 2
 WiderThanOneIsInPixels: add a 0,0,2,1; get a width height => 2 1
-WithoutAWindow: add a 0,3,1,1; window.RemoveGLWidget a; get a x y width height => 1 0 3 1 1
-WithoutAWindowFromTheFarCorner: add a -10,-20,100,50; window.RemoveGLWidget a; get a x y => 1 -110 -70
-EmptyIsNotHit: add a 0,0,0,50; hit a 0,0 0,10 => - -
+WithoutAWindow: add a 0,3,1,1; window.RemoveGLWidget a; get a x y width height; set a geometry -10,-20,100,50; get a x y => 1 0 3 1 1 -110 -70
 SettersWriteBoth: add a; set a rect 5,6,7,8 orect 1,2,3,4 pos 10,20; get a rect orect; set a size 30x40; get a rect orect; set a geometry 5,6,7,8; get a rect orect => 10,20,7,8 10,20,3,4 10,20,30,40 10,20,30,40 5,6,7,8 5,6,7,8
 )";
 SCRIPTS(Placement, WindowTest, "", placeScripts)

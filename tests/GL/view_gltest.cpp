@@ -64,8 +64,7 @@ TEST_F(WindowTest, WithoutAUsableSizeStaysAndTells)
 const char *const operationScripts = R"(
 AddNew: view.AddTile 9; get view stale; view.Tiles => Init:9 TileAdded:9 9 1 1,2,3,9
 AddExisting: view.AddTile 2; get view stale; view.Tiles => 2 0 1,2,3
-Remove: view.RemoveTile 2; view.RemoveTile 7; get view stale; view.Tiles; view.Widgets => 1 1,3 1,3
-Delete: delete 2; get view stale; view.Tiles => 1 1,3
+RemoveAndDelete: view.RemoveTile 2; view.RemoveTile 7; get view stale; view.Tiles; view.Widgets; delete 3; get view stale; view.Tiles => 1 1,3 1,3 2 1
 Clear: view.Clear; get view stale; view.Tiles => 3 - 
 SetOrder: view.SetOrder [3]; get view stale => TileResized:300,300 0
 Resize: view.Resize 5 5; view.UpdateLayout; get view stale => 2
