@@ -170,16 +170,17 @@ TEST_F(LargeDrawing, WhatMovesHasTheEdgesOfItsRestAndIsTakenOver)
     const auto drawn = [&] {
         return begin(projection), item.draw3D(&glw, display), item.isWhole();
     };
+    const MeshPtr rest = item.sharedMesh();
     for (const int clip : {0, -1}) {
         item.playback()->setClip(clip);
         ASSERT_TRUE(item.play(0) && item.play(0) && QTest::qWaitFor(drawn, 20000));
     }
+    EXPECT_EQ(item.sharedMesh(), rest);
     expect("80~49 edge; 80~60 !edge; 80,90 red");
     EXPECT_EQ((item.playback()->setTime(-1), item.playback()->time()), 0);
     item.playback()->setTime(1);
     EXPECT_TRUE(!item.look(&glw).isEmpty() && item.play(0) && item.look(&glw).isEmpty());
-    item.release();
-    item.init(&glw);
+    item.release(), item.init(&glw);
     projection.rotate(90, 0, 1, 0);
     drawn();
     expect("90,90 blue");
