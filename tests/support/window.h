@@ -24,9 +24,9 @@ struct Machine {
     QPoint pointer{700, 700}; ///< Of the screen; the display's own is neither read nor moved.
     QByteArray renderer;      ///< What OpenGL calls itself; its own name while empty.
     QImage shown;             ///< The last frame that a window swapped.
-    int swaps = 0;
-    int delivering = 0; ///< How deep Qt is in events that it delivers itself.
-    QStringList texts;  ///< Of renderText(): "x,y,text,colour".
+    int swaps = 0;            ///< Of all windows, as GLX does them.
+    int delivering = 0;       ///< How deep Qt is in events that it delivers itself.
+    QStringList texts;        ///< Of renderText(): "x,y,text,colour".
     std::function<QObject *(const QString &type, QObject *parent, const QString &name)> newObject;
 };
 extern Machine machine;

@@ -103,10 +103,11 @@ void CompareView::take(Side &side, const Content &content)
 {
     side.fault = content.mesh ? QString()
                               : tr("%1 is no model: only models can be compared.").arg(side.name);
-    if (content.mesh)
-        side.mesh = content.mesh; // what was there stays in place of what is no model
-    if (areThere())
-        makeItems();
+    if (content.mesh) { // else what was there stays, with what a person did to it
+        side.mesh = content.mesh;
+        if (areThere())
+            makeItems();
+    }
     changed();
 }
 
